@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+//
+// Every object with static storage that needs construction, in the order of construction at load;
+// at unload they are destroyed in the reverse order. One file, because only within a file does the
+// language fix that order. A new global belongs here or nowhere.
+//
+// Namespace and class statics, never function-local ones: those would die before exit handlers that
+// a client registered earlier.
+#include "frame/version_texts.h"
+
+namespace KelRT {
+
+// 1 to 5: the version texts, empty until the first query.
+namespace frame {
+std::string branchText;
+std::string buildText;
+std::string versionNumberText;
+std::string versionText;
+std::string fullVersionText;
+} // namespace frame
+
+// 6: the seat of the process-wide logger.
+// 7: the seat of the file services.
+// 8: the seat of the caller's data directory.
+
+} // namespace KelRT

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Version.h"
+
+#include "frame/version_texts.h"
+
+#include <cstdlib>
+#include <mutex>
+
+namespace KelRT {
+namespace {
+
+constexpr const char* BRANCH = "A.01a";
+constexpr const char* BUILD_TIMESTAMP = __DATE__ " " __TIME__;
+
+// Guards the five texts. Constant-initialised, so it takes no part in the order of the globals.
+std::mutex fillMutex;
+
+// Each fill expects the lock. A text counts as unfilled while it is empty; it is composed apart and
+// moved into place, so that exhausted memory leaves it empty and never half composed.
+using Compose = std::string (*)();
+
+const std::string& fill(std::string& text, Compose compose) {
+    if (text.empty())
+        text = compose();
+    return text;
+}
+
+const std::string& branch() {
+    return fill(frame::branchText, [] { return std::string(BRANCH); });
+}
+
+const std::string& build() {
+    return fill(frame::buildText, [] { return std::string(BUILD_TIMESTAMP); });
+}
+
+const std::string& versionNumber() {
+    return fill(frame::versionNumberText, [] {
+        return frame::composeVersionNumber(KELRT_VERSION_TWO_PART, KELRT_VERSION_PATCH);
+    });
+}
+
+const std::string& version() {
+    return fill(frame::versionText, [] { return versionNumber() + " " + branch(); });
+}
+
+const std::string& fullVersion() {
+    return fill(frame::fullVersionText, [] { return version() + " - Compiled " + build(); });
+}
+
+const char* query(const std::string& (*text)()) {
+    const std::lock_guard<std::mutex> lock(fillMutex);
+    return text().c_str();
+}
+
+} // namespace
+
+std::string frame::composeVersionNumber(const std::string& twoPart, const std::string& patchLevel) {
+    // NOLINTNEXTLINE(cert-err34-c): the rule for the patch level is atoi's, "no digits" meaning 0.
+    return std::atoi(patchLevel.c_str()) != 0 ? twoPart + "." + patchLevel : twoPart;
+}
+
+const char* getVersionNumber() {
+    return query(versionNumber);
+}
+const char* getBuildNumber() {
+    return query(build);
+}
+const char* getVersion() {
+    return query(version);
+}
+const char* getVersionWithBuildNumber() {
+    return query(fullVersion);
+}
+
+} // namespace KelRT

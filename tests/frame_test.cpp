@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Kel_Exception.h"
+#include "KelRT/Version.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <exception>
+#include <regex>
+#include <string>
+#include <thread>
+
+using namespace KelRT;
+
+namespace {
+
+// Every case runs in a process of its own, so each of these meets the texts unfilled.
+
+TEST(Version, TextsHaveTheirForms) {
+    const std::string number = getVersionNumber();
+    EXPECT_TRUE(std::regex_match(number, std::regex(R"(\d+\.\d+)"))) << number;
+    EXPECT_TRUE(std::regex_match(getBuildNumber(),
+                                 std::regex(R"((Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) )"
+                                            R"([ 123]\d \d{4} [012]\d:[0-5]\d:[0-5]\d)")))
+        << getBuildNumber();
+    const std::string version = getVersion();
+    ASSERT_EQ(version.compare(0, number.size() + 1, number + " "), 0) << version;
+    EXPECT_TRUE(
+        std::regex_match(version.substr(number.size() + 1), std::regex(R"([A-Z]\.\d\d[a-z])")))
+        << version;
+    EXPECT_EQ(getVersionWithBuildNumber(), version + " - Compiled " + getBuildNumber());
+}
+
+TEST(Version, FirstQueryOfTheLongestTextFillsTheOthers) {
+    const std::string full = getVersionWithBuildNumber();
+    EXPECT_EQ(full, std::string(getVersion()) + " - Compiled " + getBuildNumber());
+    EXPECT_EQ(full.find(getVersionNumber()), 0U);
+}
+
+TEST(Version, RepeatedQueriesGiveTheSamePointer) {
+    for (const auto query :
+         {getVersionNumber, getBuildNumber, getVersion, getVersionWithBuildNumber}) {
+        const char* const first = query();
+        const std::string text = first;
+        getVersionWithBuildNumber();
+        EXPECT_EQ(query(), first);
+        EXPECT_EQ(text, first);
+    }
+}
+
+TEST(Version, RacingFirstQueriesSeeWholeTexts) {
+    constexpr std::size_t THREADS = 8;
+    std::atomic<std::size_t> waiting{THREADS};
+    std::array<std::string, THREADS> seen;
+    std::array<std::thread, THREADS> threads;
+    for (std::size_t i = 0; i < THREADS; ++i)
+        threads[i] = std::thread([&waiting, &text = seen[i], i] {
+            --waiting;
+            while (waiting != 0)
+                std::this_thread::yield();
+            text = i % 2 == 0 ? getVersionWithBuildNumber()
+                              : std::string(getVersion()) + " - Compiled " + getBuildNumber();
+        });
+    for (auto& thread : threads)
+        thread.join();
+    for (const auto& text : seen)
+        EXPECT_EQ(text, getVersionWithBuildNumber());
+}
+
+TEST(Exception, IsCaughtByItsTypeAndNotAsAStandardException) {
+    static_assert(!std::is_base_of_v<std::exception, Kel_Exception>);
+    static_assert(std::is_polymorphic_v<Kel_Exception>);
+    std::string caught = "nothing";
+    try {
+        try {
+            throw Kel_Exception("disk\0full"); // the text ends where the C text ends
+        } catch (const std::exception&) {
+            caught = "std::exception";
+        }
+    } catch (const Kel_Exception& exception) {
+        caught = exception.what();
+    }
+    EXPECT_EQ(caught, "disk");
+}
+
+TEST(Exception, CopiesAreIndependent) {
+    const std::string withZero("a\0b", 3);
+    Kel_Exception original(withZero);
+    Kel_Exception copy(original);
+    Kel_Exception assigned("other");
+    assigned = original;
+    original = *&original;
+    EXPECT_EQ(original.what(), withZero);
+    original = Kel_Exception("changed");
+    EXPECT_EQ(copy.what(), withZero);
+    EXPECT_EQ(assigned.what(), withZero);
+    EXPECT_EQ(original.what(), "changed");
+}
+
+TEST(Exception, WhatIsVirtual) {
+    struct Wrapped : Kel_Exception {
+        using Kel_Exception::Kel_Exception;
+        std::string what() const override { return "wrapped " + Kel_Exception::what(); }
+    };
+    try {
+        throw Wrapped("cause");
+    } catch (const Kel_Exception& exception) {
+        EXPECT_EQ(exception.what(), "wrapped cause");
+    }
+}
+
+} // namespace
