@@ -19,8 +19,13 @@ constexpr std::uint64_t swapBytes(std::uint64_t word) {
     return __builtin_bswap64(word);
 }
 
+constexpr std::uint32_t swapBytes(std::uint32_t half) {
+    return __builtin_bswap32(half);
+}
+
 /// Host order to little-endian, and back.
-constexpr std::uint64_t littleEndian(std::uint64_t word) {
+template <typename Unsigned>
+constexpr Unsigned littleEndian(Unsigned word) {
     if constexpr (std::endian::native == std::endian::big)
         return swapBytes(word);
     else
@@ -40,17 +45,44 @@ inline void storeWord(unsigned char* p, std::uint64_t word) {
     std::memcpy(p, &word, sizeof word);
 }
 
-/// The \a count bytes (0 to 8) at \a p as a word; the bytes that are missing read as 0.
+/// The 32-bit half word in \a p[0..3].
+inline std::uint64_t loadHalf(const unsigned char* p) {
+    std::uint32_t half;
+    std::memcpy(&half, p, sizeof half);
+    return littleEndian(half);
+}
+
+/// Puts \a half into \a p[0..3].
+inline void storeHalf(unsigned char* p, std::uint32_t half) {
+    half = littleEndian(half);
+    std::memcpy(p, &half, sizeof half);
+}
+
+/// The \a count bytes (0 to 8) at \a p as a word; the bytes that are missing read as 0. Two or
+/// three overlapping loads instead of a loop or a call.
 inline std::uint64_t loadBytes(const unsigned char* p, std::uint64_t count) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, p, count);
-    return littleEndian(word);
+    if (count >= WORD_BYTES)
+        return loadWord(p);
+    if (count >= 4)
+        return loadHalf(p) | loadHalf(p + count - 4) << (8 * (count - 4));
+    if (count == 0)
+        return 0;
+    return p[0] | std::uint64_t{p[count / 2]} << (8 * (count / 2)) |
+           std::uint64_t{p[count - 1]} << (8 * (count - 1));
 }
 
 /// Puts the low \a count bytes (0 to 8) of \a word into \a p.
 inline void storeBytes(unsigned char* p, std::uint64_t word, std::uint64_t count) {
-    word = littleEndian(word);
-    std::memcpy(p, &word, count);
+    if (count >= WORD_BYTES) {
+        storeWord(p, word);
+    } else if (count >= 4) {
+        storeHalf(p, static_cast<std::uint32_t>(word));
+        storeHalf(p + count - 4, static_cast<std::uint32_t>(word >> (8 * (count - 4))));
+    } else if (count != 0) {
+        p[0] = static_cast<unsigned char>(word);
+        p[count / 2] = static_cast<unsigned char>(word >> (8 * (count / 2)));
+        p[count - 1] = static_cast<unsigned char>(word >> (8 * (count - 1)));
+    }
 }
 
 /// A word whose low \a count bits (0 to 64) are set.
@@ -85,21 +117,23 @@ inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
 }
 
 /// Writes the low \a count bits (1 to 64) of \a value to the field that starts at bit \a position
-/// of \a data. Only bytes that the field reaches into are written.
-inline void writeField(unsigned char* data, std::uint64_t position, std::uint64_t count,
-                       std::uint64_t value) {
+/// of \a data. No bit outside the field changes, and no byte at or behind \a data[size] is touched;
+/// the field must end within them.
+inline void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
+                       std::uint64_t count, std::uint64_t value) {
     unsigned char* const p = data + position / 8;
+    const std::uint64_t available = size - position / 8;
     const unsigned shift = position % 8;
     const std::uint64_t mask = lowBits(count);
-    const std::uint64_t reached = (shift + count + 7) / 8; // bytes, 1 to 9
     value &= mask;
-    const std::uint64_t inFirst = reached < WORD_BYTES ? reached : WORD_BYTES;
-    const std::uint64_t kept = loadBytes(p, inFirst) & ~(mask << shift);
-    storeBytes(p, kept | value << shift, inFirst);
-    if (reached > WORD_BYTES) { // only with a shift of 1 to 7
-        const auto highMask = static_cast<unsigned char>(mask >> (WORD_BITS - shift));
-        const auto high = static_cast<unsigned char>(value >> (WORD_BITS - shift));
-        p[WORD_BYTES] = static_cast<unsigned char>((p[WORD_BYTES] & ~highMask) | high);
+    if (available < WORD_BYTES) {
+        storeBytes(p, (loadBytes(p, available) & ~(mask << shift)) | value << shift, available);
+        return;
+    }
+    storeWord(p, (loadWord(p) & ~(mask << shift)) | value << shift);
+    if (shift + count > WORD_BITS) { // the field reaches into a ninth byte; shift is not 0
+        const std::uint64_t kept = p[WORD_BYTES] & ~(mask >> (WORD_BITS - shift));
+        p[WORD_BYTES] = static_cast<unsigned char>(kept | value >> (WORD_BITS - shift));
     }
 }
 

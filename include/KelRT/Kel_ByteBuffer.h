@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "KelRT/Export.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <new>
+
+namespace KelRT {
+
+/// A run of bytes that is also a string of bits.
+///
+/// **Bit numbering.** Bit k of the buffer is bit (k mod 8) of byte (k div 8); bit 0 of a byte is
+/// its least significant bit, byte 0 is the first used byte. In a field value, value bit j is
+/// buffer bit `bitPosition + j`: least significant first, as IEEE 1149.1 shifts registers.
+///
+/// **Storage.** One block holds a low reserve, the used bytes, and a high reserve:
+/// \code
+///            padLow          size           padHigh
+///       +------------+------------------+-------------+
+///       |  reserve   |  byte 0, 1, ...  |   reserve   |
+///       +------------+------------------+-------------+
+///                    ^ startPosition, always equal to padLow
+/// \endcode
+/// Dropping bytes at either end only changes counts, and inserting near either end moves the
+/// smaller side into a reserve. A reserve grows by exactly the count asked for. Reserve bytes are
+/// zero when they are made, but bytes that leave the used part keep their values there.
+///
+/// **Pending shift.** shiftBitsDown() drops whole bytes at once and leaves up to 7 bits pending.
+/// Every operation that hands out, reads or changes the used bytes first applies the pending shift
+/// in one pass (the *realignment*); operations that then refuse or do nothing have realigned all
+/// the same. getSize(), clear(), init(), construction, copying and moving do not realign. The
+/// realignment also sets the first byte of the high reserve, if there is one, to 0.
+///
+/// **Ownership.** A buffer owns its block. Functions that return a `Kel_ByteBuffer*` hand the new
+/// object to the caller, who deletes it; the class brings its own `operator new` and
+/// `operator delete`, so that this works whatever global operators the client has replaced.
+/// Pointers and references to the bytes stay valid until the buffer takes a new block (init(),
+/// insertBytes() when a reserve grows, being filled as a target, assignment) or is destroyed.
+///
+/// **Limits.** `startPosition + size` stays below 2^31, since indices and shifts are 32-bit; this
+/// is not checked. Memory that cannot be had, sums of sizes above 64 bits included, is
+/// `std::bad_alloc`; the buffer (or target) then keeps its old contents.
+///
+/// **Threads.** One buffer is used by one thread at a time: even reading may realign it. Distinct
+/// buffers are independent.
+class Kel_ByteBuffer {
+public:
+    /// \name Construction
+    /// @{
+
+    /// An empty buffer without a block: getSize() is 0, ptr() is null.
+    KELRT_API Kel_ByteBuffer() noexcept;
+
+    /// As init() on an empty buffer. Sizes in bytes. \throws std::bad_alloc
+    KELRT_API Kel_ByteBuffer(std::uint64_t size, std::uint64_t padLow, std::uint64_t padHigh);
+
+    /// As init(), then copies \a size bytes from \a source; both reserves are zero.
+    /// \pre source designates at least size bytes (it may be null when size is 0)
+    /// \throws std::bad_alloc
+    KELRT_API Kel_ByteBuffer(const unsigned char* source, std::uint64_t size, std::uint64_t padLow,
+                             std::uint64_t padHigh);
+
+    /// A deep copy: a new block with the same layout and contents, reserves and pending shift
+    /// included. \throws std::bad_alloc
+    KELRT_API Kel_ByteBuffer(const Kel_ByteBuffer& other);
+
+    /// Takes over the block of \a other, which is left as default-constructed.
+    KELRT_API Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept;
+
+    /// A deep copy; on failure this buffer is unchanged. \throws std::bad_alloc
+    KELRT_API Kel_ByteBuffer& operator=(const Kel_ByteBuffer& other);
+
+    /// Takes over the block of \a other, which is left as default-constructed. Assigning a buffer
+    /// to itself changes nothing.
+    KELRT_API Kel_ByteBuffer& operator=(Kel_ByteBuffer&& other) noexcept;
+
+    /// Releases the block.
+    KELRT_API ~Kel_ByteBuffer();
+
+    /// Takes a new block of \a padLow + \a size + \a padHigh bytes, all zero, with no shift
+    /// pending, and releases the old one. \throws std::bad_alloc also when the sum exceeds 64 bits;
+    /// the buffer is then unchanged
+    KELRT_API void init(std::uint64_t size, std::uint64_t padLow, std::uint64_t padHigh);
+
+    /// @}
+    /// \name Bytes
+    /// Counts and positions are in bytes and count from the first used byte.
+    /// @{
+
+    /// The number of used bytes.
+    [[nodiscard]] KELRT_API std::uint64_t getSize() const noexcept;
+
+    /// Sets every byte of the block, both reserves included, to 0. Counts and a pending shift stay.
+    KELRT_API void clear() noexcept;
+
+    /// Realigns; the address of the first used byte (null without a block).
+    KELRT_API char* ptr() noexcept;
+
+    /// As ptr().
+    KELRT_API unsigned char* uPtr() noexcept;
+
+    /// Realigns; byte \a index. \pre 0 <= index < getSize() (not checked)
+    KELRT_API char& operator[](std::int32_t index) noexcept;
+
+    /// Opens a gap of \a byteCount bytes at \a atByte: the bytes before it stay in front of the
+    /// gap, the others follow it, and the size grows by \a byteCount. The gap is not cleared. The
+    /// side with fewer bytes moves (the tail when \a atByte is above half the size); where its
+    /// reserve is smaller than \a byteCount it first grows by \a byteCount, in a new block. \code
+    /// b0 b1 b2 b3, insertBytes(3, 2) => b0 b1 b2 x x b3
+    /// b0 b1 b2 b3, insertBytes(9, 1) => b0 b1 b2 b3 x     // at or beyond the end: appended
+    /// \endcode
+    /// \return always 0
+    /// \throws std::bad_alloc also when the block's size exceeds 64 bits; the bytes are then
+    /// unchanged
+    KELRT_API std::int32_t insertBytes(std::uint64_t atByte, std::uint64_t byteCount);
+
+    /// Gives the last \a byteCount bytes to the high reserve. \pre byteCount <= getSize() (not
+    /// checked)
+    KELRT_API void removeBytesAtEnd(std::uint64_t byteCount) noexcept;
+
+    /// Gives the first \a byteCount bytes to the low reserve; a negative count takes bytes back
+    /// from it, with the values that they have there. \pre -padLow <= byteCount <= getSize() (not
+    /// checked)
+    KELRT_API void moveStartPositionForward(std::int32_t byteCount) noexcept;
+
+    /// @}
+    /// \name Bit fields
+    /// A field is the \a bitCount bits from bit \a bitPosition on, least significant first. It must
+    /// end within the used bytes; a field whose end exceeds 64 bits is refused like any other that
+    /// does not. The buffer never grows to take a field.
+    /// @{
+
+    /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, zeros enter
+    /// at the top of the last byte, and the size shrinks by the whole bytes dropped (this call's
+    /// bits and those already pending taken together). No byte is changed until the next
+    /// realignment. \code 21 43, shiftBitsDown(4)     => 32 04 21 43 65, shiftBitsDown(12) => 54 06
+    /// \endcode
+    /// \pre bitCount >= 0, and no more whole bytes are dropped than the buffer holds (not checked)
+    KELRT_API void shiftBitsDown(std::int32_t bitCount) noexcept;
+
+    /// Reads a field. Of a field above 64 bits, the lowest 64 are the result; of one of 0 bits, 0.
+    /// \code
+    /// 21 43: getBitsLL(0, 16) => 0x4321, getBitsLL(4, 8) => 0x32, getBitsLL(9, 7) => 0x21
+    /// \endcode
+    /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::getBits bad params." when the
+    /// field reaches past the last used byte
+    [[nodiscard]] KELRT_API std::uint64_t getBitsLL(std::uint64_t bitPosition,
+                                                    std::uint64_t bitCount);
+
+    /// The low 32 bits of what getBitsLL() gives. \throws std::logic_error as getBitsLL()
+    [[nodiscard]] KELRT_API std::uint32_t getBits(std::uint64_t bitPosition,
+                                                  std::uint64_t bitCount);
+
+    /// Writes the low \a bitCount bits of \a value to a field; bits of the field beyond the 64th
+    /// become 0. Bits outside the field are not touched.
+    /// \code
+    /// 00 00, setBitsLL(4, 8, 0xAB) => B0 0A
+    /// \endcode
+    /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::setBits(ll) bad params." when the
+    /// field reaches past the last used byte; no byte is then changed
+    KELRT_API void setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount,
+                             std::uint64_t value);
+
+    /// As setBitsLL() with \a value widened by zeros. \throws std::logic_error as setBitsLL()
+    KELRT_API void setBits(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint32_t value);
+
+    /// @}
+    /// \name Hexadecimal text
+    /// Text lives in a buffer too: one character a byte and a zero character, which counts as used,
+    /// at its end. The ordinary form is the buffer as one number, most significant digit first,
+    /// written in upper case and read in either case. The bit-mirrored form is the bit string from
+    /// bit 0 on in groups of four, each written as the digit whose most significant bit is the
+    /// group's first.
+    /// \code
+    /// 21 43 => "4321" in the ordinary form, "8 4 C 2" without the blanks in the bit-mirrored form
+    /// \endcode
+    /// Nothing is reported for characters that are no digits. A target may be this buffer itself,
+    /// and is unchanged when memory runs out.
+    /// @{
+
+    /// Writes the bytes from \a fromByte on as text, and a zero character.
+    /// \pre out has room for 2 * (getSize() - fromByte) + 1 characters, or for 1 when fromByte is
+    /// at or beyond the end, and lies outside this buffer (not checked)
+    KELRT_API void bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept;
+
+    /// Fills \a target with the text, in 2 * getSize() + 1 used bytes whatever \a fromByte is (zero
+    /// characters fill the rest) and without reserves.
+    /// \code
+    /// 21 43: bin2HexString(0, t) => t is "4321\0", bin2HexString(1, t) => t is "43\0\0\0"
+    /// \endcode
+    /// \throws std::bad_alloc
+    KELRT_API void bin2HexString(std::uint64_t fromByte, Kel_ByteBuffer& target);
+
+    /// As above, in a new buffer, which the caller deletes. \throws std::bad_alloc
+    [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte);
+
+    /// The text of the bytes from \a fromByte on, cut to \a bitCount bits as setHexStringBitCount()
+    /// does, in a new buffer, which the caller deletes.
+    /// \code
+    /// 21 43: bin2HexString(0, 12) => "321\0"
+    /// FF FF: bin2HexString(0, 10) => "3FF\0"
+    /// \endcode
+    /// \throws std::bad_alloc
+    [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte,
+                                                          std::uint64_t bitCount);
+
+    /// Reads the characters \a firstChar to \a lastChar of this buffer as digits, \a lastChar the
+    /// least significant, into ceil(digits / 2) bytes at \a out, least significant first. Of an odd
+    /// count, the last byte holds the first digit alone. A reversed range writes nothing. A
+    /// character that is no hexadecimal digit counts as its code less the code of '0', in 8 bits.
+    /// \code
+    /// "4321": hex2Bin(0, 3, out) => 21 43, hex2Bin(1, 3, out) => 21 03
+    /// \endcode
+    /// \pre lastChar < getSize(), out has room and lies outside this buffer (not checked)
+    KELRT_API void hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
+                           unsigned char* out) noexcept;
+
+    /// As above, into \a target, which has exactly these bytes and no reserves; a reversed range
+    /// gives an empty buffer. \pre lastChar < getSize() (not checked) \throws std::bad_alloc
+    KELRT_API void hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar, Kel_ByteBuffer& target);
+
+    /// As above, in a new buffer, which the caller deletes. \throws std::bad_alloc
+    [[nodiscard]] KELRT_API Kel_ByteBuffer* hex2Bin(std::uint64_t firstChar,
+                                                    std::uint64_t lastChar);
+
+    /// Reads bit-mirrored text into a new buffer, which the caller deletes; it has reserves of 10
+    /// bytes in front and behind. Null reads as the empty text. Of an odd count of characters, the
+    /// last fills the low four bits of the last byte. A character that is no hexadecimal digit
+    /// counts as the one before it, as 0 when it is the first.
+    /// \code
+    /// "80" => 01, "A5" => A5, "123" => 48 0C
+    /// \endcode
+    /// \throws std::bad_alloc
+    [[nodiscard]] KELRT_API static Kel_ByteBuffer* hex2BinReverse(const char* hexText);
+
+    /// As above, into \a target. \throws std::bad_alloc
+    KELRT_API static void hex2BinReverse(const char* hexText, Kel_ByteBuffer& target);
+
+    /// Cuts the ordinary text in this buffer to \a bitCount bits: the ceil(bitCount / 4) least
+    /// significant digits and the zero character stay, and the first digit keeps only the bits that
+    /// are wanted. A text with fewer digits is left as it is, neither padded nor masked.
+    /// \code
+    /// "FFFF\0", setHexStringBitCount(10) => "3FF\0"
+    /// \endcode
+    /// \pre the last used byte is the text's zero character (not checked)
+    KELRT_API void setHexStringBitCount(std::uint64_t bitCount) noexcept;
+
+    /// @}
+    /// \name Reordering
+    /// In place; size, reserves and block stay. swapByteOrder(0, size) and
+    /// swapBitOrderWithinEachByte() together reverse the whole bit string.
+    /// @{
+
+    /// Mirrors every used byte: its bit 0 becomes bit 7, bit 1 bit 6, and so on.
+    /// \code
+    /// 01 80 0F => 80 01 F0
+    /// \endcode
+    KELRT_API void swapBitOrderWithinEachByte() noexcept;
+
+    /// Reverses the order of \a byteCount bytes from \a fromByte on.
+    /// \code
+    /// b0 b1 b2, swapByteOrder(1, 2) => b0 b2 b1
+    /// \endcode
+    /// \pre fromByte + byteCount <= getSize() (not checked)
+    KELRT_API void swapByteOrder(std::uint64_t fromByte, std::uint64_t byteCount) noexcept;
+
+    /// @}
+    /// \name Memory of the objects themselves
+    /// One allocator for the library, which makes buffers, and the client, which deletes them. A
+    /// form in a class hides all global ones, hence the whole set.
+    /// @{
+    KELRT_API static void* operator new(std::size_t bytes);
+    KELRT_API static void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept;
+    KELRT_API static void* operator new(std::size_t bytes, void* place) noexcept;
+    KELRT_API static void* operator new[](std::size_t bytes);
+    KELRT_API static void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept;
+    KELRT_API static void* operator new[](std::size_t bytes, void* place) noexcept;
+    KELRT_API static void operator delete(void* memory) noexcept;
+    KELRT_API static void operator delete(void* memory, const std::nothrow_t&) noexcept;
+    KELRT_API static void operator delete(void* memory, void* place) noexcept;
+    KELRT_API static void operator delete[](void* memory) noexcept;
+    KELRT_API static void operator delete[](void* memory, const std::nothrow_t&) noexcept;
+    KELRT_API static void operator delete[](void* memory, void* place) noexcept;
+    /// @}
+
+private:
+    /// The realignment; a test and nothing else while no shift is pending.
+    void byteAlign() noexcept {
+        if (pendingBitShift != 0)
+            byteAlignSlowCase();
+    }
+    void byteAlignSlowCase() noexcept;
+    void increasePadHigh(std::uint64_t byteCount);
+    void increasePadLow(std::uint64_t byteCount);
+    [[nodiscard]] unsigned char* used() const noexcept { return storage.get() + startPosition; }
+    [[nodiscard]] std::uint64_t blockSize() const noexcept { return padLow + size + padHigh; }
+    [[nodiscard]] bool holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept;
+
+    std::uint64_t startPosition = 0;
+    std::int32_t pendingBitShift = 0;
+    std::uint64_t size = 0;
+    std::uint64_t padLow = 0;
+    std::uint64_t padHigh = 0;
+    std::unique_ptr<unsigned char[]> storage;
+};
+
+} // namespace KelRT

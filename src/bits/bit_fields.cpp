@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Kel_ByteBuffer.h"
+
+#include "common/words.h"
+
+#include <algorithm>
+#include <cassert>
+#include <stdexcept>
+
+namespace KelRT {
+
+/// A field reaches into ceil((bitPosition + bitCount) / 8) bytes; told without a sum, which could
+/// wrap. Here a field of no bits at the very end is held, one behind it is not.
+bool Kel_ByteBuffer::holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept {
+    const std::uint64_t bits = size * 8;
+    return bitPosition <= bits && bitCount <= bits - bitPosition;
+}
+
+void Kel_ByteBuffer::shiftBitsDown(std::int32_t bitCount) noexcept {
+    assert(bitCount >= 0 && "bitCount >= 0");
+    const std::int64_t pending = std::int64_t{pendingBitShift} + bitCount;
+    const auto bytes = static_cast<std::uint64_t>(pending / 8);
+    assert(bytes <= size && "no more whole bytes are dropped than the buffer holds");
+    startPosition += bytes;
+    size -= bytes;
+    padLow += bytes;
+    pendingBitShift = static_cast<std::int32_t>(pending % 8);
+}
+
+std::uint64_t Kel_ByteBuffer::getBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount) {
+    byteAlign();
+    if (!holdsField(bitPosition, bitCount))
+        throw std::logic_error("Internal Error - Kel_ByteBuffer::getBits bad params.");
+    if (bitCount == 0)
+        return 0;
+    return common::readField(used(), size, bitPosition,
+                             std::min<std::uint64_t>(bitCount, common::WORD_BITS));
+}
+
+std::uint32_t Kel_ByteBuffer::getBits(std::uint64_t bitPosition, std::uint64_t bitCount) {
+    return static_cast<std::uint32_t>(getBitsLL(bitPosition, bitCount));
+}
+
+void Kel_ByteBuffer::setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount,
+                               std::uint64_t value) {
+    byteAlign();
+    if (!holdsField(bitPosition, bitCount))
+        throw std::logic_error("Internal Error - Kel_ByteBuffer::setBits(ll) bad params.");
+    while (bitCount != 0) { // more than once only for fields above 64 bits, whose rest is zeros
+        const auto count = std::min<std::uint64_t>(bitCount, common::WORD_BITS);
+        common::writeField(used(), size, bitPosition, count, value);
+        bitPosition += count;
+        bitCount -= count;
+        value = 0;
+    }
+}
+
+void Kel_ByteBuffer::setBits(std::uint64_t bitPosition, std::uint64_t bitCount,
+                             std::uint32_t value) {
+    setBitsLL(bitPosition, bitCount, value);
+}
+
+} // namespace KelRT

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+//
+// A text is always composed in a block of its own and then handed to its target, so a target may be
+// the source, and is unchanged when memory runs out.
+#include "KelRT/Kel_ByteBuffer.h"
+
+#include "common/digits.h"
+#include "common/words.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstring>
+#include <utility>
+
+namespace KelRT {
+namespace {
+
+using namespace common;
+
+constexpr std::uint64_t HALF_BYTES = 4; // half a word of bytes makes a word of digits
+
+/// Writes the \a count bytes at \a bytes as 2 * count digits, the last byte's first.
+void encode(const unsigned char* bytes, std::uint64_t count, unsigned char* out) {
+    for (; count >= HALF_BYTES; count -= HALF_BYTES, out += WORD_BYTES) {
+        const auto half = static_cast<std::uint32_t>(loadHalf(bytes + count - HALF_BYTES));
+        storeWord(out, swapBytes(hexCharacters(spreadNibbles(half), 'A')));
+    }
+    const auto rest = static_cast<std::uint32_t>(loadBytes(bytes, count));
+    const std::uint64_t digits = swapBytes(hexCharacters(spreadNibbles(rest), 'A'));
+    if (count != 0)
+        storeBytes(out, digits >> (WORD_BITS - 16 * count), 2 * count);
+}
+
+/// What ordinary text means by any character: its value as a hexadecimal digit, or else its code
+/// less the code of '0', kept to 8 bits.
+unsigned char ordinaryValue(unsigned char character) {
+    const std::uint8_t value = HEX_VALUES[character];
+    return value != NO_DIGIT ? value : static_cast<unsigned char>(character - '0');
+}
+
+/// Reads \a count characters, the last the least significant digit, into ceil(count / 2) bytes.
+void decode(const unsigned char* text, std::uint64_t count, unsigned char* out) {
+    while (count != 0) {
+        const std::uint64_t step = std::min<std::uint64_t>(count, WORD_BYTES);
+        const unsigned char* const digits = text + count - step;
+        const std::uint64_t characters = loadBytes(digits, step);
+        if (step == WORD_BYTES && areHexDigits(characters)) {
+            storeHalf(out, packNibbles(swapBytes(hexDigitValues(characters))));
+        } else {
+            for (std::uint64_t i = step; i != 0; i -= std::min<std::uint64_t>(i, 2)) {
+                const unsigned low = ordinaryValue(digits[i - 1]);
+                const unsigned high = i > 1 ? ordinaryValue(digits[i - 2]) : 0;
+                out[(step - i) / 2] = static_cast<unsigned char>(high * 16 + low);
+            }
+        }
+        count -= step;
+        out += HALF_BYTES;
+    }
+}
+
+std::uint64_t decodedSize(std::uint64_t firstChar, std::uint64_t lastChar) {
+    return lastChar < firstChar ? 0 : (lastChar - firstChar) / 2 + 1;
+}
+
+/// Up to eight characters of bit-mirrored text as digit values, one a byte. A character that is no
+/// digit repeats \a previous, the value before it.
+std::uint64_t mirroredTextValues(const char* text, std::uint64_t count, std::uint64_t previous) {
+    std::uint64_t values = 0;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const std::uint8_t value = hexValue(text[i]);
+        if (value != NO_DIGIT)
+            previous = value;
+        values |= previous << (8 * i);
+    }
+    return values;
+}
+
+/// Reads \a count characters of bit-mirrored text into ceil(count / 2) bytes.
+void decodeMirrored(const char* text, std::uint64_t count, unsigned char* out) {
+    std::uint64_t previous = 0;
+    for (std::uint64_t i = 0; i < count; i += WORD_BYTES, out += HALF_BYTES) {
+        const std::uint64_t step = std::min<std::uint64_t>(count - i, WORD_BYTES);
+        const std::uint64_t characters =
+            loadBytes(reinterpret_cast<const unsigned char*>(text + i), step);
+        const std::uint64_t values = step == WORD_BYTES && areHexDigits(characters)
+                                         ? hexDigitValues(characters)
+                                         : mirroredTextValues(text + i, step, previous);
+        previous = values >> (8 * (step - 1));
+        // Mirroring a byte moves its low nibble, mirrored, to the high one.
+        storeBytes(out, packNibbles(mirrorEachByte(values) >> 4), (step + 1) / 2);
+    }
+}
+
+Kel_ByteBuffer mirroredBytes(const char* hexText) {
+    constexpr std::uint64_t RESERVE = 10;
+    const std::uint64_t count = hexText == nullptr ? 0 : std::strlen(hexText);
+    Kel_ByteBuffer bytes((count + 1) / 2, RESERVE, RESERVE);
+    decodeMirrored(hexText, count, bytes.uPtr());
+    return bytes;
+}
+
+Kel_ByteBuffer* toClient(Kel_ByteBuffer&& made) {
+    return new Kel_ByteBuffer(std::move(made));
+}
+
+} // namespace
+
+void Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept {
+    byteAlign();
+    const std::uint64_t count = fromByte < size ? size - fromByte : 0;
+    if (count != 0)
+        encode(used() + fromByte, count, out);
+    out[2 * count] = '\0';
+}
+
+void Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, Kel_ByteBuffer& target) {
+    byteAlign();
+    Kel_ByteBuffer text(2 * size + 1, 0, 0);
+    bin2HexString(fromByte, text.uPtr());
+    target = std::move(text);
+}
+
+Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte) {
+    Kel_ByteBuffer text;
+    bin2HexString(fromByte, text);
+    return toClient(std::move(text));
+}
+
+Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, std::uint64_t bitCount) {
+    byteAlign();
+    // Sized to its digits, since cutting expects the zero character at the very end.
+    Kel_ByteBuffer text(fromByte < size ? 2 * (size - fromByte) + 1 : 1, 0, 0);
+    bin2HexString(fromByte, text.uPtr());
+    text.setHexStringBitCount(bitCount);
+    return toClient(std::move(text));
+}
+
+void Kel_ByteBuffer::setHexStringBitCount(std::uint64_t bitCount) noexcept {
+    byteAlign();
+    const std::uint64_t wanted = bitCount / 4 + (bitCount % 4 != 0 ? 1 : 0);
+    if (size <= wanted) // fewer digits than wanted
+        return;
+    moveStartPositionForward(static_cast<std::int32_t>(size - 1 - wanted));
+    if (bitCount % 4 == 0)
+        return;
+    unsigned char& first = *used();
+    first = static_cast<unsigned char>(UPPER_DIGITS[ordinaryValue(first) & lowBits(bitCount % 4)]);
+}
+
+void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
+                             unsigned char* out) noexcept {
+    byteAlign();
+    if (lastChar < firstChar)
+        return;
+    assert(lastChar < size && "lastChar < getSize()");
+    decode(used() + firstChar, lastChar - firstChar + 1, out);
+}
+
+void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
+                             Kel_ByteBuffer& target) {
+    byteAlign();
+    Kel_ByteBuffer bytes(decodedSize(firstChar, lastChar), 0, 0);
+    hex2Bin(firstChar, lastChar, bytes.uPtr());
+    target = std::move(bytes);
+}
+
+Kel_ByteBuffer* Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar) {
+    Kel_ByteBuffer bytes;
+    hex2Bin(firstChar, lastChar, bytes);
+    return toClient(std::move(bytes));
+}
+
+Kel_ByteBuffer* Kel_ByteBuffer::hex2BinReverse(const char* hexText) {
+    return toClient(mirroredBytes(hexText));
+}
+
+void Kel_ByteBuffer::hex2BinReverse(const char* hexText, Kel_ByteBuffer& target) {
+    target = mirroredBytes(hexText);
+}
+
+} // namespace KelRT

@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Kel_ByteBuffer.h"
+
+#include "common/words.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+namespace KelRT {
+namespace {
+
+using Block = std::unique_ptr<unsigned char[]>;
+
+/// \a a + \a b + \a c + \a d as the size of a block; a sum above 64 bits is memory that cannot be
+/// had.
+std::uint64_t sumOfSizes(std::uint64_t a, std::uint64_t b, std::uint64_t c, std::uint64_t d = 0) {
+    std::uint64_t sum = 0;
+    if (__builtin_add_overflow(a, b, &sum) || __builtin_add_overflow(sum, c, &sum) ||
+        __builtin_add_overflow(sum, d, &sum))
+        throw std::bad_alloc();
+    return sum;
+}
+
+/// memcpy that takes null pointers where there is nothing to copy.
+void copyBytes(unsigned char* to, const unsigned char* from, std::uint64_t count) {
+    if (count != 0)
+        std::memcpy(to, from, count);
+}
+
+} // namespace
+
+Kel_ByteBuffer::Kel_ByteBuffer() noexcept = default;
+Kel_ByteBuffer::~Kel_ByteBuffer() = default;
+
+Kel_ByteBuffer::Kel_ByteBuffer(std::uint64_t newSize, std::uint64_t newPadLow,
+                               std::uint64_t newPadHigh)
+    : startPosition(newPadLow), size(newSize), padLow(newPadLow), padHigh(newPadHigh),
+      storage(std::make_unique<unsigned char[]>(sumOfSizes(newPadLow, newSize, newPadHigh))) {}
+
+Kel_ByteBuffer::Kel_ByteBuffer(const unsigned char* source, std::uint64_t newSize,
+                               std::uint64_t newPadLow, std::uint64_t newPadHigh)
+    : Kel_ByteBuffer(newSize, newPadLow, newPadHigh) {
+    assert((source != nullptr || newSize == 0) && "source designates at least size bytes");
+    copyBytes(used(), source, newSize);
+}
+
+Kel_ByteBuffer::Kel_ByteBuffer(const Kel_ByteBuffer& other)
+    : startPosition(other.startPosition), pendingBitShift(other.pendingBitShift), size(other.size),
+      padLow(other.padLow), padHigh(other.padHigh) {
+    if (!other.storage)
+        return;
+    storage = std::make_unique_for_overwrite<unsigned char[]>(blockSize());
+    copyBytes(storage.get(), other.storage.get(), blockSize());
+}
+
+Kel_ByteBuffer::Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept
+    : startPosition(std::exchange(other.startPosition, 0)),
+      pendingBitShift(std::exchange(other.pendingBitShift, 0)), size(std::exchange(other.size, 0)),
+      padLow(std::exchange(other.padLow, 0)), padHigh(std::exchange(other.padHigh, 0)),
+      storage(std::move(other.storage)) {}
+
+Kel_ByteBuffer& Kel_ByteBuffer::operator=(const Kel_ByteBuffer& other) {
+    if (this != &other)
+        *this = Kel_ByteBuffer(other);
+    return *this;
+}
+
+Kel_ByteBuffer& Kel_ByteBuffer::operator=(Kel_ByteBuffer&& other) noexcept {
+    if (this == &other)
+        return *this;
+    startPosition = std::exchange(other.startPosition, 0);
+    pendingBitShift = std::exchange(other.pendingBitShift, 0);
+    size = std::exchange(other.size, 0);
+    padLow = std::exchange(other.padLow, 0);
+    padHigh = std::exchange(other.padHigh, 0);
+    storage = std::move(other.storage);
+    return *this;
+}
+
+void Kel_ByteBuffer::init(std::uint64_t newSize, std::uint64_t newPadLow,
+                          std::uint64_t newPadHigh) {
+    *this = Kel_ByteBuffer(newSize, newPadLow, newPadHigh);
+}
+
+std::uint64_t Kel_ByteBuffer::getSize() const noexcept {
+    return size;
+}
+
+void Kel_ByteBuffer::clear() noexcept {
+    if (storage)
+        std::memset(storage.get(), 0, blockSize());
+}
+
+char* Kel_ByteBuffer::ptr() noexcept {
+    return reinterpret_cast<char*>(uPtr());
+}
+
+unsigned char* Kel_ByteBuffer::uPtr() noexcept {
+    byteAlign();
+    return used();
+}
+
+char& Kel_ByteBuffer::operator[](std::int32_t index) noexcept {
+    assert(index >= 0 && static_cast<std::uint64_t>(index) < size && "0 <= index < getSize()");
+    return ptr()[index];
+}
+
+std::int32_t Kel_ByteBuffer::insertBytes(std::uint64_t atByte, std::uint64_t byteCount) {
+    byteAlign();
+    const bool inside = 0 < atByte && atByte < size;
+    if (atByte > size / 2) {
+        if (padHigh < byteCount)
+            increasePadHigh(byteCount);
+        if (inside)
+            std::memmove(used() + atByte + byteCount, used() + atByte, size - atByte);
+        padHigh -= byteCount;
+    } else {
+        if (padLow < byteCount)
+            increasePadLow(byteCount);
+        if (inside)
+            std::memmove(used() - byteCount, used(), atByte);
+        startPosition -= byteCount;
+        padLow -= byteCount;
+    }
+    size += byteCount;
+    return 0;
+}
+
+void Kel_ByteBuffer::removeBytesAtEnd(std::uint64_t byteCount) noexcept {
+    byteAlign();
+    assert(byteCount <= size && "byteCount <= getSize()");
+    size -= byteCount;
+    padHigh += byteCount;
+}
+
+void Kel_ByteBuffer::moveStartPositionForward(std::int32_t byteCount) noexcept {
+    byteAlign();
+    assert((byteCount < 0 ? static_cast<std::uint64_t>(-std::int64_t{byteCount}) <= padLow
+                          : static_cast<std::uint64_t>(byteCount) <= size) &&
+           "-padLow <= byteCount <= getSize()");
+    const auto bytes = static_cast<std::uint64_t>(std::int64_t{byteCount});
+    startPosition += bytes;
+    size -= bytes;
+    padLow += bytes;
+}
+
+/// Applies the pending shift: a word at a time, each taking its upper bits from the byte behind it.
+/// Reading runs ahead of writing, so it works in place.
+void Kel_ByteBuffer::byteAlignSlowCase() noexcept {
+    using namespace common;
+    unsigned char* const bytes = used();
+    const auto shift = static_cast<unsigned>(pendingBitShift);
+    const std::uint64_t count = size;
+    std::uint64_t i = 0;
+    for (; i + 2 * WORD_BYTES <= count; i += WORD_BYTES)
+        storeWord(bytes + i, loadWord(bytes + i) >> shift | loadWord(bytes + i + WORD_BYTES)
+                                                                << (WORD_BITS - shift));
+    for (; i < count; i += WORD_BYTES) { // the last whole word, and a part of one
+        const std::uint64_t left = count - i;
+        const std::uint64_t next = left > WORD_BYTES ? bytes[i + WORD_BYTES] : 0;
+        storeBytes(bytes + i,
+                   loadBytes(bytes + i, std::min<std::uint64_t>(left, WORD_BYTES)) >> shift |
+                       next << (WORD_BITS - shift),
+                   std::min<std::uint64_t>(left, WORD_BYTES));
+    }
+    if (padHigh > 0)
+        bytes[count] = 0;
+    pendingBitShift = 0;
+}
+
+void Kel_ByteBuffer::increasePadHigh(std::uint64_t byteCount) {
+    byteAlign();
+    const std::uint64_t old = blockSize();
+    Block block = std::make_unique_for_overwrite<unsigned char[]>(
+        sumOfSizes(padLow, size, padHigh, byteCount));
+    copyBytes(block.get(), storage.get(), old);
+    std::memset(block.get() + old, 0, byteCount);
+    padHigh += byteCount;
+    storage = std::move(block);
+}
+
+void Kel_ByteBuffer::increasePadLow(std::uint64_t byteCount) {
+    byteAlign();
+    Block block = std::make_unique_for_overwrite<unsigned char[]>(
+        sumOfSizes(padLow, size, padHigh, byteCount));
+    std::memset(block.get(), 0, byteCount);
+    copyBytes(block.get() + byteCount, storage.get(), blockSize());
+    padLow += byteCount;
+    startPosition += byteCount;
+    storage = std::move(block);
+}
+
+void* Kel_ByteBuffer::operator new(std::size_t bytes) {
+    if (void* const memory = std::malloc(bytes))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void* Kel_ByteBuffer::operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+    return std::malloc(bytes);
+}
+
+void* Kel_ByteBuffer::operator new(std::size_t, void* place) noexcept {
+    return place;
+}
+void* Kel_ByteBuffer::operator new[](std::size_t bytes) {
+    return operator new(bytes);
+}
+
+void* Kel_ByteBuffer::operator new[](std::size_t bytes, const std::nothrow_t& tag) noexcept {
+    return operator new(bytes, tag);
+}
+
+void* Kel_ByteBuffer::operator new[](std::size_t, void* place) noexcept {
+    return place;
+}
+void Kel_ByteBuffer::operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void Kel_ByteBuffer::operator delete(void* memory, const std::nothrow_t&) noexcept {
+    std::free(memory);
+}
+void Kel_ByteBuffer::operator delete(void*, void*) noexcept {}
+void Kel_ByteBuffer::operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void Kel_ByteBuffer::operator delete[](void* memory, const std::nothrow_t&) noexcept {
+    std::free(memory);
+}
+void Kel_ByteBuffer::operator delete[](void*, void*) noexcept {}
+
+} // namespace KelRT

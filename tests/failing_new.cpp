@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "failing_new.h"
+
+#include "KelRT/Kel_ByteBuffer.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+bool armed = false;
+bool hasRefused = false;
+long successesLeft = 0;
+
+void* allocate(std::size_t bytes) noexcept {
+    if (armed && successesLeft-- <= 0) {
+        successesLeft = 0;
+        hasRefused = true;
+        return nullptr;
+    }
+    return std::malloc(bytes != 0 ? bytes : 1);
+}
+
+} // namespace
+
+void* operator new(std::size_t bytes) {
+    if (void* const memory = allocate(bytes))
+        return memory;
+    throw std::bad_alloc();
+}
+void* operator new[](std::size_t bytes) {
+    return operator new(bytes);
+}
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+    return allocate(bytes);
+}
+void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
+    return allocate(bytes);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace test {
+
+FailingNew::FailingNew(long successes) {
+    armed = true;
+    hasRefused = false;
+    successesLeft = successes;
+}
+
+FailingNew::~FailingNew() {
+    armed = false;
+}
+
+bool FailingNew::refused() {
+    return hasRefused;
+}
+
+bool failingNewReachesTheLibrary() {
+    KelRT::Kel_ByteBuffer buffer;
+    const FailingNew noMemory;
+    try {
+        buffer.init(1, 0, 0);
+    } catch (const std::bad_alloc&) {
+        return true;
+    }
+    return false;
+}
+
+} // namespace test

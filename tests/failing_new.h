@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+//
+// Exhausted memory on demand: failing_new.cpp replaces the global operator new of the test program.
+#pragma once
+
+namespace test {
+
+/// While one is alive, allocations fail after \a successes more of them.
+class FailingNew {
+public:
+    explicit FailingNew(long successes = 0);
+    FailingNew(const FailingNew&) = delete;
+    FailingNew& operator=(const FailingNew&) = delete;
+    ~FailingNew();
+
+    /// Whether an allocation has been refused since construction.
+    static bool refused();
+};
+
+/// True where the replacement also serves the shared library. (On Windows a DLL keeps its own.)
+bool failingNewReachesTheLibrary();
+
+} // namespace test
