@@ -51,8 +51,8 @@ std::string messageOf(const auto& action) {
     return "";
 }
 
-const std::string BAD_GET = "Internal Error - Kel_ByteBuffer::getBits bad params.";
-const std::string BAD_SET = "Internal Error - Kel_ByteBuffer::setBits(ll) bad params.";
+constexpr const char* BAD_GET = "Internal Error - Kel_ByteBuffer::getBits bad params.";
+constexpr const char* BAD_SET = "Internal Error - Kel_ByteBuffer::setBits(ll) bad params.";
 
 TEST(ByteBufferStorage, ConstructionMakesAZeroedBlockWithReserves) {
     Kel_ByteBuffer buffer(4, 2, 3);
@@ -122,14 +122,16 @@ TEST(ByteBufferStorage, CopiesAreDeepAndMovesLeaveADefaultBuffer) {
 
     Kel_ByteBuffer moved(std::move(copy));
     EXPECT_EQ(moved.getSize(), 4U);
-    for (Kel_ByteBuffer* const source : {&copy}) { // NOLINT(bugprone-use-after-move): that is it
-        EXPECT_EQ(source->getSize(), 0U);
-        EXPECT_EQ(source->ptr(), nullptr);
-        source->insertBytes(0, 1);
-        EXPECT_EQ(bytesOf(*source), Bytes({0}));
-    }
+    // NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move): what is left is the
+    // point
+    EXPECT_EQ(copy.getSize(), 0U);
+    EXPECT_EQ(copy.ptr(), nullptr);
+    copy.insertBytes(0, 1);
+    EXPECT_EQ(bytesOf(copy), Bytes({0}));
+    // NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
     copy = std::move(moved);
-    EXPECT_EQ(moved.ptr(), nullptr); // NOLINT(bugprone-use-after-move)
+    // NOLINTNEXTLINE(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
+    EXPECT_EQ(moved.getSize(), 0U);
     Kel_ByteBuffer& same = copy;
     copy = same;
     copy = std::move(same);
@@ -189,7 +191,7 @@ TEST(ByteBufferStorage, ExhaustedMemoryLeavesBufferAndTargetUnchanged) {
     fails([&] { buffer.hex2Bin(0, 3, target); });
     fails([&] { Kel_ByteBuffer::hex2BinReverse("12", target); });
     fails([&] { delete buffer.bin2HexString(0); });
-    EXPECT_EQ(bytesOf(buffer), textBytes(std::string("4321", 5)));
+    EXPECT_EQ(bytesOf(buffer), textBytes(std::string("4321\0", 5)));
     EXPECT_EQ(bytesOf(target), Bytes({7}));
 }
 
@@ -226,14 +228,16 @@ TEST(ByteBufferFields, EveryPairOfPositionAndCountAgreesWithTheBitLoop) {
 }
 
 TEST(ByteBufferFields, RangesWhoseEndWrapsAreRefused) {
+    struct {
+        std::uint64_t position, count;
+    } const cases[] = {
+        {HUGE_COUNT, 1},     {HUGE_COUNT, HUGE_COUNT}, {1, HUGE_COUNT},
+        {HUGE_COUNT - 6, 0}, {16, HUGE_COUNT - 15},
+    };
     Kel_ByteBuffer buffer = make({0x21, 0x43});
-    for (const auto& [position, count] : {std::pair{HUGE_COUNT, std::uint64_t{1}},
-                                          {HUGE_COUNT, HUGE_COUNT},
-                                          {std::uint64_t{1}, HUGE_COUNT},
-                                          {HUGE_COUNT - 6, std::uint64_t{0}},
-                                          {std::uint64_t{16}, HUGE_COUNT - 15}}) {
-        EXPECT_EQ(messageOf([&] { (void)buffer.getBits(position, count); }), BAD_GET);
-        EXPECT_EQ(messageOf([&] { buffer.setBits(position, count, 1); }), BAD_SET);
+    for (const auto& field : cases) {
+        EXPECT_EQ(messageOf([&] { (void)buffer.getBits(field.position, field.count); }), BAD_GET);
+        EXPECT_EQ(messageOf([&] { buffer.setBits(field.position, field.count, 1); }), BAD_SET);
     }
     EXPECT_EQ(bytesOf(buffer), Bytes({0x21, 0x43}));
 }
@@ -314,7 +318,7 @@ TEST(ByteBufferHexText, AnyRangeOfAnyTextReadsAsTheCharacterLoop) {
             for (std::uint64_t last = 0; last < length; ++last)
                 ASSERT_EQ(taken(buffer.hex2Bin(first, last)), expected.hexToBin(first, last))
                     << testing::PrintToString(text) << ' ' << first << ' ' << last;
-        const std::string noZeros = text.c_str();
+        const std::string noZeros = text.substr(0, text.find('\0'));
         ASSERT_EQ(taken(Kel_ByteBuffer::hex2BinReverse(noZeros.c_str())),
                   model::mirroredTextToBin(noZeros))
             << testing::PrintToString(text);
@@ -374,14 +378,12 @@ TEST(ByteBufferReordering, ReversingBytesAndMirroringThemReversesTheBitString) {
         Bytes bytes(size);
         for (auto& byte : bytes)
             byte = static_cast<unsigned char>(random());
+        const model::ByteBuffer original(bytes, 0, 0);
         Kel_ByteBuffer buffer = make(bytes);
         buffer.swapByteOrder(0, size);
         buffer.swapBitOrderWithinEachByte();
         for (std::uint64_t k = 0; k < 8 * size; ++k)
-            ASSERT_EQ(buffer.getBits(k, 1),
-                      buffer.getSize() == 0
-                          ? 0U
-                          : bytes[(8 * size - 1 - k) / 8] >> ((8 * size - 1 - k) % 8) & 1U);
+            ASSERT_EQ(buffer.getBits(k, 1), original.bit(8 * size - 1 - k) ? 1U : 0U);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "KelRT/Kel_ByteBuffer.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -18,6 +19,8 @@ void* allocate(std::size_t bytes) noexcept {
         hasRefused = true;
         return nullptr;
     }
+    if (bytes > PTRDIFF_MAX)
+        return nullptr; // as malloc does; under a sanitizer it would end the program instead
     return std::malloc(bytes != 0 ? bytes : 1);
 }
 

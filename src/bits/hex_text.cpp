@@ -41,7 +41,7 @@ unsigned char ordinaryValue(unsigned char character) {
 /// Reads \a count characters, the last the least significant digit, into ceil(count / 2) bytes.
 void decode(const unsigned char* text, std::uint64_t count, unsigned char* out) {
     while (count != 0) {
-        const std::uint64_t step = std::min<std::uint64_t>(count, WORD_BYTES);
+        const std::uint64_t step = std::min(count, WORD_BYTES);
         const unsigned char* const digits = text + count - step;
         const std::uint64_t characters = loadBytes(digits, step);
         if (step == WORD_BYTES && areHexDigits(characters)) {
@@ -79,7 +79,7 @@ std::uint64_t mirroredTextValues(const char* text, std::uint64_t count, std::uin
 void decodeMirrored(const char* text, std::uint64_t count, unsigned char* out) {
     std::uint64_t previous = 0;
     for (std::uint64_t i = 0; i < count; i += WORD_BYTES, out += HALF_BYTES) {
-        const std::uint64_t step = std::min<std::uint64_t>(count - i, WORD_BYTES);
+        const std::uint64_t step = std::min(count - i, WORD_BYTES);
         const std::uint64_t characters =
             loadBytes(reinterpret_cast<const unsigned char*>(text + i), step);
         const std::uint64_t values = step == WORD_BYTES && areHexDigits(characters)

@@ -162,9 +162,9 @@ void Kel_ByteBuffer::byteAlignSlowCase() noexcept {
         const std::uint64_t left = count - i;
         const std::uint64_t next = left > WORD_BYTES ? bytes[i + WORD_BYTES] : 0;
         storeBytes(bytes + i,
-                   loadBytes(bytes + i, std::min<std::uint64_t>(left, WORD_BYTES)) >> shift |
+                   loadBytes(bytes + i, std::min(left, WORD_BYTES)) >> shift |
                        next << (WORD_BITS - shift),
-                   std::min<std::uint64_t>(left, WORD_BYTES));
+                   std::min(left, WORD_BYTES));
     }
     if (padHigh > 0)
         bytes[count] = 0;

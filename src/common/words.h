@@ -11,8 +11,8 @@
 
 namespace KelRT::common {
 
-constexpr unsigned WORD_BITS = 64;
-constexpr unsigned WORD_BYTES = 8;
+constexpr std::uint64_t WORD_BITS = 64;
+constexpr std::uint64_t WORD_BYTES = 8;
 
 /// The bytes of \a word in the opposite order.
 constexpr std::uint64_t swapBytes(std::uint64_t word) {

@@ -123,8 +123,11 @@ struct ByteBuffer {
         bool low = true;
         for (std::uint64_t i = last + 1; i-- > first; low = !low) {
             const unsigned char c = block.at(start + i);
-            const int letter = c >= 'a' && c <= 'f' ? 'a' : 'A';
-            const int value = c >= letter && c <= letter + 5 ? c - letter + 10 : c - '0';
+            int value = c - '0';
+            if (c >= 'A' && c <= 'F')
+                value = c - 'A' + 10;
+            else if (c >= 'a' && c <= 'f')
+                value = c - 'a' + 10;
             if (low)
                 result.push_back(static_cast<unsigned char>(value));
             else
