@@ -1,0 +1,102 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Tables from the results of the benchmark programs.
+
+usage: report.py GOALS RESULT.json...
+
+Prints one table per family: work, size, our figure, each peer's, the ratio to the best peer and to
+the limit. Figures are medians of the repetitions, processor time of one piece of work. The exit
+status is 1 when a row misses its goal.
+"""
+import json
+import statistics
+import sys
+
+OURS = "KelUtil"
+LIMIT = "limit"
+
+
+def read_goals(path):
+    goals = {}
+    with open(path, encoding="utf-8") as lines:
+        for line in lines:
+            if line.strip() and not line.startswith("#"):
+                family, work, sizes, goal = (part.strip() for part in line.split("|"))
+                for size in sizes.split(","):
+                    goals[family, work, size.strip()] = float(goal)
+    return goals
+
+
+def read_results(paths):
+    """{family: {(work, size): {contender: [nanoseconds...]}}}, in the order of the files."""
+    families = {}
+    for path in paths:
+        with open(path, encoding="utf-8") as text:
+            runs = json.load(text)["benchmarks"]
+        for run in runs:
+            if run.get("run_type") == "aggregate":
+                continue
+            family, work, size, contender = run["run_name"].split("/")[:4]
+            row = families.setdefault(family, {}).setdefault((work, size), {})
+            figures = row.setdefault(contender, [])
+            if not run.get("error_occurred"):
+                figures.append(run["cpu_time"] / run["items"])
+    return families
+
+
+def duration(nanoseconds):
+    for unit, scale in (("ns", 1), ("us", 1e3), ("ms", 1e6)):
+        if nanoseconds < 1000 * scale or unit == "ms":
+            return f"{nanoseconds / scale:.3g} {unit}"
+    return ""
+
+
+def table(family, rows, goals):
+    contenders = list(dict.fromkeys(name for row in rows.values() for name in row))
+    peers = [name for name in contenders if name not in (OURS, LIMIT)]
+    lines = [["work", "size", OURS, *peers, "limit", "to best", "to limit", "goal", ""]]
+    missed = []
+    for (work, size), row in rows.items():
+        median = {name: statistics.median(runs) for name, runs in row.items() if runs}
+        best = min((median[name] for name in peers if name in median), default=None)
+        ours = median[OURS]
+        goal = goals.get((family, work, size), goals.get((family, work, "*")))
+        ratio = ours / best if best else None
+        verdict = ""
+        if goal is not None:
+            verdict = "no peer" if ratio is None else "ok" if ratio <= goal else "MISSED"
+        if verdict == "MISSED":
+            missed.append(f"{family}, {work}, {size}: {ratio:.2f} instead of {goal}")
+        lines.append([
+            work, size, duration(ours),
+            *(("-" if name not in row else duration(median[name]) if name in median else "missing")
+              for name in peers),
+            duration(median[LIMIT]) if LIMIT in median else "-",
+            f"{ratio:.2f}" if ratio else "-",
+            f"{ours / median[LIMIT]:.2f}" if LIMIT in median else "-",
+            "-" if goal is None else f"{goal:g}", verdict])
+    widths = [max(len(line[i]) for line in lines) for i in range(len(lines[0]))]
+    print(f"\n## {family}\n")
+    for number, line in enumerate(lines):
+        cells = [text.ljust(width) if i < 2 else text.rjust(width)
+                 for i, (text, width) in enumerate(zip(line, widths))]
+        print("| " + " | ".join(cells) + " |")
+        if number == 0:
+            print("|" + "|".join("-" * (width + 2) for width in widths) + "|")
+    return missed
+
+
+def main():
+    goals = read_goals(sys.argv[1])
+    missed = []
+    for family, rows in read_results(sys.argv[2:]).items():
+        missed += table(family, rows, goals)
+    if missed:
+        print("\nGoals missed:")
+        for line in missed:
+            print("  " + line)
+    return 1 if missed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+//
+// A row of a table: one piece of work of one size, done by several contenders in one run. The name
+// of each benchmark is family/work/size/contender, from which report.py makes the tables.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace bench {
+
+using Bytes = std::vector<unsigned char>;
+
+/// \a count random bytes, the same in every run.
+inline Bytes randomBytes(std::size_t count) {
+    std::mt19937_64 random(count);
+    Bytes bytes(count);
+    for (auto& byte : bytes)
+        byte = static_cast<unsigned char>(random());
+    return bytes;
+}
+
+class Row {
+public:
+    /// \param items how often a single run does the work; the tables give the time of one
+    Row(const std::string& family, const std::string& work, const std::string& size,
+        std::uint64_t items = 1)
+        : prefix_(family + '/' + work + '/' + size + '/'), items_(items) {}
+
+    /// A contender is an object with `void run()` and `std::string result() const`. Each starts
+    /// from a copy of \a contender. The result of the first run must be that of the row's first
+    /// contender.
+    template <typename Contender>
+    Row& add(const std::string& name, const Contender& contender) {
+        Contender proof = contender;
+        proof.run();
+        check(name, proof.result());
+        return measure(name, contender);
+    }
+
+    /// The physical limit, which does less than the work and so proves nothing.
+    template <typename Contender>
+    Row& limit(const Contender& contender) {
+        return measure("limit", contender);
+    }
+
+    /// A peer that was not there when this program was built.
+    Row& missing(const std::string& name) {
+        benchmark::RegisterBenchmark((prefix_ + name).c_str(), [](benchmark::State& state) {
+            state.SkipWithError("missing");
+        });
+        return *this;
+    }
+
+private:
+    template <typename Contender>
+    Row& measure(const std::string& name, const Contender& contender) {
+        const auto items = static_cast<double>(items_);
+        benchmark::RegisterBenchmark((prefix_ + name).c_str(),
+                                     [contender, items](benchmark::State& state) {
+                                         Contender own = contender;
+                                         for (auto iteration : state) {
+                                             (void)iteration;
+                                             own.run();
+                                             benchmark::ClobberMemory();
+                                         }
+                                         state.counters["items"] = items;
+                                     });
+        return *this;
+    }
+
+    void check(const std::string& name, const std::string& result) {
+        if (!hasResult_) {
+            result_ = result;
+            hasResult_ = true;
+        } else if (result != result_) {
+            std::fprintf(stderr, "%s%s: another result than the first contender's\n",
+                         prefix_.c_str(), name.c_str());
+            std::exit(1);
+        }
+    }
+
+    std::string prefix_;
+    std::uint64_t items_;
+    std::string result_;
+    bool hasResult_ = false;
+};
+
+/// A contender of two functions over a state of its own.
+template <typename State, typename Run, typename Result>
+struct Contender {
+    State state;
+    Run work;
+    Result text;
+    void run() { work(state); }
+    std::string result() { return text(state); }
+};
+
+template <typename State, typename Run, typename Result>
+Contender(State, Run, Result) -> Contender<State, Run, Result>;
+
+/// The text of a run of bytes, for comparing results.
+template <typename Range>
+std::string textOf(const Range& range) {
+    return {range.begin(), range.end()};
+}
+
+} // namespace bench
