@@ -32,7 +32,7 @@ def read_results(paths):
     families = {}
     for path in paths:
         with open(path, encoding="utf-8") as text:
-            runs = json.load(text)["benchmarks"]
+            runs = sorted(json.load(text)["benchmarks"], key=lambda run: run["family_index"])
         for run in runs:
             if run.get("run_type") == "aggregate":
                 continue

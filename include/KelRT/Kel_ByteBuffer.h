@@ -3,6 +3,7 @@
 
 #include "KelRT/Export.h"
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -91,19 +92,25 @@ public:
     /// @{
 
     /// The number of used bytes.
-    [[nodiscard]] KELRT_API std::uint64_t getSize() const noexcept;
+    [[nodiscard]] std::uint64_t getSize() const noexcept { return size; }
 
     /// Sets every byte of the block, both reserves included, to 0. Counts and a pending shift stay.
     KELRT_API void clear() noexcept;
 
     /// Realigns; the address of the first used byte (null without a block).
-    KELRT_API char* ptr() noexcept;
+    char* ptr() noexcept { return reinterpret_cast<char*>(uPtr()); }
 
     /// As ptr().
-    KELRT_API unsigned char* uPtr() noexcept;
+    unsigned char* uPtr() noexcept {
+        byteAlign();
+        return used();
+    }
 
     /// Realigns; byte \a index. \pre 0 <= index < getSize() (not checked)
-    KELRT_API char& operator[](std::int32_t index) noexcept;
+    char& operator[](std::int32_t index) noexcept {
+        assert(index >= 0 && static_cast<std::uint64_t>(index) < size && "0 <= index < getSize()");
+        return ptr()[index];
+    }
 
     /// Opens a gap of \a byteCount bytes at \a atByte: the bytes before it stay in front of the
     /// gap, the others follow it, and the size grows by \a byteCount. The gap is not cleared. The
@@ -147,12 +154,20 @@ public:
     /// \endcode
     /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::getBits bad params." when the
     /// field reaches past the last used byte
-    [[nodiscard]] KELRT_API std::uint64_t getBitsLL(std::uint64_t bitPosition,
-                                                    std::uint64_t bitCount);
+    [[nodiscard]] std::uint64_t getBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount) {
+        if (!isPlainField(bitPosition, bitCount))
+            return getBitsSlowCase(bitPosition, bitCount);
+        const unsigned char* const p = used() + bitPosition / 8;
+        const unsigned shift = bitPosition % 8;
+        // Two steps for the ninth byte keep a shift of 0 defined.
+        const std::uint64_t ninth = std::uint64_t{p[8]} << 1 << (63 - shift);
+        return (wordAt(p) >> shift | ninth) & (~std::uint64_t{0} >> (64 - bitCount));
+    }
 
     /// The low 32 bits of what getBitsLL() gives. \throws std::logic_error as getBitsLL()
-    [[nodiscard]] KELRT_API std::uint32_t getBits(std::uint64_t bitPosition,
-                                                  std::uint64_t bitCount);
+    [[nodiscard]] std::uint32_t getBits(std::uint64_t bitPosition, std::uint64_t bitCount) {
+        return static_cast<std::uint32_t>(getBitsLL(bitPosition, bitCount));
+    }
 
     /// Writes the low \a bitCount bits of \a value to a field; bits of the field beyond the 64th
     /// become 0. Bits outside the field are not touched.
@@ -161,11 +176,22 @@ public:
     /// \endcode
     /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::setBits(ll) bad params." when the
     /// field reaches past the last used byte; no byte is then changed
-    KELRT_API void setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount,
-                             std::uint64_t value);
+    void setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint64_t value) {
+        if (!isPlainField(bitPosition, bitCount))
+            return setBitsSlowCase(bitPosition, bitCount, value);
+        unsigned char* const p = used() + bitPosition / 8;
+        const unsigned shift = bitPosition % 8;
+        const std::uint64_t mask = ~std::uint64_t{0} >> (64 - bitCount);
+        value &= mask;
+        putWordAt(p, (wordAt(p) & ~(mask << shift)) | value << shift);
+        const std::uint64_t kept = p[8] & ~(mask >> 1 >> (63 - shift));
+        p[8] = static_cast<unsigned char>(kept | value >> 1 >> (63 - shift));
+    }
 
     /// As setBitsLL() with \a value widened by zeros. \throws std::logic_error as setBitsLL()
-    KELRT_API void setBits(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint32_t value);
+    void setBits(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint32_t value) {
+        setBitsLL(bitPosition, bitCount, value);
+    }
 
     /// @}
     /// \name Hexadecimal text
@@ -292,11 +318,30 @@ private:
         if (pendingBitShift != 0)
             byteAlignSlowCase();
     }
-    void byteAlignSlowCase() noexcept;
+    KELRT_API void byteAlignSlowCase() noexcept;
     void increasePadHigh(std::uint64_t byteCount);
     void increasePadLow(std::uint64_t byteCount);
     [[nodiscard]] unsigned char* used() const noexcept { return storage.get() + startPosition; }
     [[nodiscard]] std::uint64_t blockSize() const noexcept { return padLow + size + padHigh; }
+    /// True for a field of 1 to 64 bits before which nothing is to be done, and behind whose first
+    /// byte eight more are used, so that it can be read and written as a word and a byte.
+    [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
+                                    std::uint64_t bitCount) const noexcept {
+        return pendingBitShift == 0 && bitCount - 1 < 64 && size > 8 && bitPosition / 8 < size - 8;
+    }
+    KELRT_API std::uint64_t getBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount);
+    KELRT_API void setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount,
+                                   std::uint64_t value);
+    /// The little-endian word in \a p[0..7], in a form that compiles to one load on any host.
+    static std::uint64_t wordAt(const unsigned char* p) noexcept {
+        return p[0] | std::uint64_t{p[1]} << 8 | std::uint64_t{p[2]} << 16 |
+               std::uint64_t{p[3]} << 24 | std::uint64_t{p[4]} << 32 | std::uint64_t{p[5]} << 40 |
+               std::uint64_t{p[6]} << 48 | std::uint64_t{p[7]} << 56;
+    }
+    static void putWordAt(unsigned char* p, std::uint64_t word) noexcept {
+        for (unsigned i = 0; i < 8; ++i)
+            p[i] = static_cast<unsigned char>(word >> (8 * i));
+    }
     [[nodiscard]] bool holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept;
 
     std::uint64_t startPosition = 0;

@@ -27,7 +27,7 @@ void Kel_ByteBuffer::shiftBitsDown(std::int32_t bitCount) noexcept {
     pendingBitShift = static_cast<std::int32_t>(pending % 8);
 }
 
-std::uint64_t Kel_ByteBuffer::getBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount) {
+std::uint64_t Kel_ByteBuffer::getBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount) {
     byteAlign();
     if (!holdsField(bitPosition, bitCount))
         throw std::logic_error("Internal Error - Kel_ByteBuffer::getBits bad params.");
@@ -36,12 +36,8 @@ std::uint64_t Kel_ByteBuffer::getBitsLL(std::uint64_t bitPosition, std::uint64_t
     return common::readField(used(), size, bitPosition, std::min(bitCount, common::WORD_BITS));
 }
 
-std::uint32_t Kel_ByteBuffer::getBits(std::uint64_t bitPosition, std::uint64_t bitCount) {
-    return static_cast<std::uint32_t>(getBitsLL(bitPosition, bitCount));
-}
-
-void Kel_ByteBuffer::setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount,
-                               std::uint64_t value) {
+void Kel_ByteBuffer::setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount,
+                                     std::uint64_t value) {
     byteAlign();
     if (!holdsField(bitPosition, bitCount))
         throw std::logic_error("Internal Error - Kel_ByteBuffer::setBits(ll) bad params.");
@@ -52,11 +48,6 @@ void Kel_ByteBuffer::setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount
         bitCount -= count;
         value = 0;
     }
-}
-
-void Kel_ByteBuffer::setBits(std::uint64_t bitPosition, std::uint64_t bitCount,
-                             std::uint32_t value) {
-    setBitsLL(bitPosition, bitCount, value);
 }
 
 } // namespace KelRT

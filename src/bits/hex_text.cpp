@@ -5,6 +5,7 @@
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include "common/digits.h"
+#include "common/vectors.h"
 #include "common/words.h"
 
 #include <algorithm>
@@ -21,14 +22,16 @@ constexpr std::uint64_t HALF_BYTES = 4; // half a word of bytes makes a word of 
 
 /// Writes the \a count bytes at \a bytes as 2 * count digits, the last byte's first.
 void encode(const unsigned char* bytes, std::uint64_t count, unsigned char* out) {
-    for (; count >= HALF_BYTES; count -= HALF_BYTES, out += WORD_BYTES) {
-        const auto half = static_cast<std::uint32_t>(loadHalf(bytes + count - HALF_BYTES));
-        storeWord(out, swapBytes(hexCharacters(spreadNibbles(half), 'A')));
+    for (; count >= WORD_BYTES; count -= WORD_BYTES, out += 2 * WORD_BYTES) {
+        const std::uint64_t word = loadWord(bytes + count - WORD_BYTES);
+        storeVector(out, hexCharacters(mostSignificantFirst(word), 'A'));
     }
-    const auto rest = static_cast<std::uint32_t>(loadBytes(bytes, count));
-    const std::uint64_t digits = swapBytes(hexCharacters(spreadNibbles(rest), 'A'));
-    if (count != 0)
-        storeBytes(out, digits >> (WORD_BITS - 16 * count), 2 * count);
+    if (count == 0)
+        return;
+    const std::uint64_t rest = loadBytes(bytes, count) << (8 * (WORD_BYTES - count));
+    unsigned char digits[2 * WORD_BYTES];
+    storeVector(digits, hexCharacters(mostSignificantFirst(rest), 'A'));
+    std::memcpy(out, digits, 2 * count);
 }
 
 /// What ordinary text means by any character: its value as a hexadecimal digit, or else its code
@@ -38,24 +41,28 @@ unsigned char ordinaryValue(unsigned char character) {
     return value != NO_DIGIT ? value : static_cast<unsigned char>(character - '0');
 }
 
-/// Reads \a count characters, the last the least significant digit, into ceil(count / 2) bytes.
+/// Reads \a count characters, the last the least significant digit, one by one.
+void decodeSlowCase(const unsigned char* text, std::uint64_t count, unsigned char* out) {
+    for (; count > 1; count -= 2)
+        *out++ = static_cast<unsigned char>(ordinaryValue(text[count - 2]) * 16U +
+                                            ordinaryValue(text[count - 1]));
+    if (count == 1)
+        *out = ordinaryValue(text[0]);
+}
+
+/// As decodeSlowCase(), sixteen digits at a time. A text with other characters is read again.
 void decode(const unsigned char* text, std::uint64_t count, unsigned char* out) {
-    while (count != 0) {
-        const std::uint64_t step = std::min(count, WORD_BYTES);
-        const unsigned char* const digits = text + count - step;
-        const std::uint64_t characters = loadBytes(digits, step);
-        if (step == WORD_BYTES && areHexDigits(characters)) {
-            storeHalf(out, packNibbles(swapBytes(hexDigitValues(characters))));
-        } else {
-            for (std::uint64_t i = step; i != 0; i -= std::min<std::uint64_t>(i, 2)) {
-                const unsigned low = ordinaryValue(digits[i - 1]);
-                const unsigned high = i > 1 ? ordinaryValue(digits[i - 2]) : 0;
-                out[(step - i) / 2] = static_cast<unsigned char>(high * 16 + low);
-            }
-        }
-        count -= step;
-        out += HALF_BYTES;
+    Vector valid = ~Vector{};
+    std::uint64_t left = count;
+    unsigned char* to = out;
+    for (; left >= VECTOR_BYTES; left -= VECTOR_BYTES, to += WORD_BYTES) {
+        const Vector characters = loadVector(text + left - VECTOR_BYTES);
+        storeWord(to, numberOfDigits(hexDigitValues(characters, valid)));
     }
+    if (allSet(valid))
+        decodeSlowCase(text, left, to);
+    else
+        decodeSlowCase(text, count, out);
 }
 
 std::uint64_t decodedSize(std::uint64_t firstChar, std::uint64_t lastChar) {

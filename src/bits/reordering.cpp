@@ -4,8 +4,21 @@
 #include "common/words.h"
 
 #include <cassert>
+#include <cstddef>
 
 namespace KelRT {
+namespace {
+
+/// Exchanges two words, the bytes of each reversed. They may overlap: both are read first, and
+/// agree on the bytes that they share.
+void exchangeReversed(unsigned char* low, unsigned char* high) {
+    const std::uint64_t front = common::loadWord(low);
+    const std::uint64_t back = common::loadWord(high);
+    common::storeWord(low, common::swapBytes(back));
+    common::storeWord(high, common::swapBytes(front));
+}
+
+} // namespace
 
 void Kel_ByteBuffer::swapBitOrderWithinEachByte() noexcept {
     using namespace common;
@@ -23,22 +36,18 @@ void Kel_ByteBuffer::swapByteOrder(std::uint64_t fromByte, std::uint64_t byteCou
     byteAlign();
     assert(fromByte <= size && byteCount <= size - fromByte && "fromByte + byteCount <= getSize()");
     unsigned char* low = used() + fromByte;
-    std::uint64_t left = byteCount;
-    // A word from either end, exchanged with their bytes reversed. Below two words they overlap,
-    // which does no harm: both hold the bytes from before, and write a shared byte alike.
-    while (left >= WORD_BYTES) {
-        unsigned char* const high = low + left - WORD_BYTES;
-        const std::uint64_t front = loadWord(low);
-        const std::uint64_t back = loadWord(high);
-        storeWord(low, swapBytes(back));
-        storeWord(high, swapBytes(front));
-        if (left < 2 * WORD_BYTES)
-            return;
-        low += WORD_BYTES;
-        left -= 2 * WORD_BYTES;
+    unsigned char* high = low + byteCount;
+    constexpr std::ptrdiff_t WORD = WORD_BYTES;
+    for (; high - low >= 4 * WORD; low += 2 * WORD, high -= 2 * WORD) {
+        exchangeReversed(low, high - WORD);
+        exchangeReversed(low + WORD, high - 2 * WORD);
     }
-    if (left > 1)
+    for (; high - low >= WORD; low += WORD, high -= WORD) // the last two may overlap
+        exchangeReversed(low, high - WORD);
+    if (high - low > 1) {
+        const auto left = static_cast<std::uint64_t>(high - low);
         storeBytes(low, swapBytes(loadBytes(low, left)) >> (8 * (WORD_BYTES - left)), left);
+    }
 }
 
 } // namespace KelRT

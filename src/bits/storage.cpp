@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_ByteBuffer.h"
 
+#include "common/vectors.h"
 #include "common/words.h"
 
-#include <algorithm>
 #include <cassert>
 #include <cstdlib>
 #include <cstring>
@@ -28,6 +28,12 @@ std::uint64_t sumOfSizes(std::uint64_t a, std::uint64_t b, std::uint64_t c, std:
 void copyBytes(unsigned char* to, const unsigned char* from, std::uint64_t count) {
     if (count != 0)
         std::memcpy(to, from, count);
+}
+
+/// Two words moved down by \a shift bits (1 to 7), filled from the word behind them.
+common::WordVector shiftedDown(common::WordVector here, common::WordVector behind, unsigned shift) {
+    const common::WordVector next = __builtin_shufflevector(here, behind, 1, 2);
+    return here >> shift | next << (common::WORD_BITS - shift);
 }
 
 } // namespace
@@ -85,27 +91,9 @@ void Kel_ByteBuffer::init(std::uint64_t newSize, std::uint64_t newPadLow,
     *this = Kel_ByteBuffer(newSize, newPadLow, newPadHigh);
 }
 
-std::uint64_t Kel_ByteBuffer::getSize() const noexcept {
-    return size;
-}
-
 void Kel_ByteBuffer::clear() noexcept {
     if (storage)
         std::memset(storage.get(), 0, blockSize());
-}
-
-char* Kel_ByteBuffer::ptr() noexcept {
-    return reinterpret_cast<char*>(uPtr());
-}
-
-unsigned char* Kel_ByteBuffer::uPtr() noexcept {
-    byteAlign();
-    return used();
-}
-
-char& Kel_ByteBuffer::operator[](std::int32_t index) noexcept {
-    assert(index >= 0 && static_cast<std::uint64_t>(index) < size && "0 <= index < getSize()");
-    return ptr()[index];
 }
 
 std::int32_t Kel_ByteBuffer::insertBytes(std::uint64_t atByte, std::uint64_t byteCount) {
@@ -147,25 +135,33 @@ void Kel_ByteBuffer::moveStartPositionForward(std::int32_t byteCount) noexcept {
     padLow += bytes;
 }
 
-/// Applies the pending shift: a word at a time, each taking its upper bits from the byte behind it.
-/// Reading runs ahead of writing, so it works in place.
+/// Applies the pending shift: a word takes its upper bits from the word behind it. Reading runs
+/// ahead of writing, so it works in place.
 void Kel_ByteBuffer::byteAlignSlowCase() noexcept {
     using namespace common;
     unsigned char* const bytes = used();
     const auto shift = static_cast<unsigned>(pendingBitShift);
     const std::uint64_t count = size;
     std::uint64_t i = 0;
-    for (; i + 2 * WORD_BYTES <= count; i += WORD_BYTES)
-        storeWord(bytes + i, loadWord(bytes + i) >> shift | loadWord(bytes + i + WORD_BYTES)
-                                                                << (WORD_BITS - shift));
-    for (; i < count; i += WORD_BYTES) { // the last whole word, and a part of one
-        const std::uint64_t left = count - i;
-        const std::uint64_t next = left > WORD_BYTES ? bytes[i + WORD_BYTES] : 0;
-        storeBytes(bytes + i,
-                   loadBytes(bytes + i, std::min(left, WORD_BYTES)) >> shift |
-                       next << (WORD_BITS - shift),
-                   std::min(left, WORD_BYTES));
+    if (count >= 2 * VECTOR_BYTES) {
+        WordVector here = loadWords(bytes);
+        for (; i + 3 * VECTOR_BYTES <= count; i += 2 * VECTOR_BYTES) {
+            const WordVector second = loadWords(bytes + i + VECTOR_BYTES);
+            const WordVector third = loadWords(bytes + i + 2 * VECTOR_BYTES);
+            storeWords(bytes + i, shiftedDown(here, second, shift));
+            storeWords(bytes + i + VECTOR_BYTES, shiftedDown(second, third, shift));
+            here = third;
+        }
+        if (i + 2 * VECTOR_BYTES <= count) {
+            storeWords(bytes + i, shiftedDown(here, loadWords(bytes + i + VECTOR_BYTES), shift));
+            i += VECTOR_BYTES;
+        }
     }
+    for (; i + WORD_BYTES < count; i += WORD_BYTES) {
+        const std::uint64_t next = bytes[i + WORD_BYTES];
+        storeWord(bytes + i, loadWord(bytes + i) >> shift | next << (WORD_BITS - shift));
+    }
+    storeBytes(bytes + i, loadBytes(bytes + i, count - i) >> shift, count - i);
     if (padHigh > 0)
         bytes[count] = 0;
     pendingBitShift = 0;
