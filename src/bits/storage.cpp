@@ -30,10 +30,26 @@ void copyBytes(unsigned char* to, const unsigned char* from, std::uint64_t count
         std::memcpy(to, from, count);
 }
 
-/// Two words moved down by \a shift bits (1 to 7), filled from the word behind them.
-common::WordVector shiftedDown(common::WordVector here, common::WordVector behind, unsigned shift) {
-    const common::WordVector next = __builtin_shufflevector(here, behind, 1, 2);
-    return here >> shift | next << (common::WORD_BITS - shift);
+/// Moves \a count bytes down by \a shift bits (1 to 7), zeros entering at the top: a word takes its
+/// upper bits from the one behind it, which is loaded again rather than taken from the next step's,
+/// since that makes the steps independent. Reading runs ahead of writing, so it works in place.
+void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
+    using namespace common;
+    const unsigned rest = 64 - shift;
+    std::uint64_t i = 0;
+    for (; i + 2 * VECTOR_BYTES + WORD_BYTES <= count; i += 2 * VECTOR_BYTES) {
+        const WordVector first = loadWords(bytes + i);
+        const WordVector behindFirst = loadWords(bytes + i + WORD_BYTES);
+        const WordVector second = loadWords(bytes + i + VECTOR_BYTES);
+        const WordVector behindSecond = loadWords(bytes + i + VECTOR_BYTES + WORD_BYTES);
+        storeWords(bytes + i, first >> shift | behindFirst << rest);
+        storeWords(bytes + i + VECTOR_BYTES, second >> shift | behindSecond << rest);
+    }
+    for (; i + WORD_BYTES < count; i += WORD_BYTES) {
+        const std::uint64_t next = bytes[i + WORD_BYTES];
+        storeWord(bytes + i, loadWord(bytes + i) >> shift | next << rest);
+    }
+    storeBytes(bytes + i, loadBytes(bytes + i, count - i) >> shift, count - i);
 }
 
 } // namespace
@@ -135,35 +151,11 @@ void Kel_ByteBuffer::moveStartPositionForward(std::int32_t byteCount) noexcept {
     padLow += bytes;
 }
 
-/// Applies the pending shift: a word takes its upper bits from the word behind it. Reading runs
-/// ahead of writing, so it works in place.
+/// Applies the pending shift.
 void Kel_ByteBuffer::byteAlignSlowCase() noexcept {
-    using namespace common;
-    unsigned char* const bytes = used();
-    const auto shift = static_cast<unsigned>(pendingBitShift);
-    const std::uint64_t count = size;
-    std::uint64_t i = 0;
-    if (count >= 2 * VECTOR_BYTES) {
-        WordVector here = loadWords(bytes);
-        for (; i + 3 * VECTOR_BYTES <= count; i += 2 * VECTOR_BYTES) {
-            const WordVector second = loadWords(bytes + i + VECTOR_BYTES);
-            const WordVector third = loadWords(bytes + i + 2 * VECTOR_BYTES);
-            storeWords(bytes + i, shiftedDown(here, second, shift));
-            storeWords(bytes + i + VECTOR_BYTES, shiftedDown(second, third, shift));
-            here = third;
-        }
-        if (i + 2 * VECTOR_BYTES <= count) {
-            storeWords(bytes + i, shiftedDown(here, loadWords(bytes + i + VECTOR_BYTES), shift));
-            i += VECTOR_BYTES;
-        }
-    }
-    for (; i + WORD_BYTES < count; i += WORD_BYTES) {
-        const std::uint64_t next = bytes[i + WORD_BYTES];
-        storeWord(bytes + i, loadWord(bytes + i) >> shift | next << (WORD_BITS - shift));
-    }
-    storeBytes(bytes + i, loadBytes(bytes + i, count - i) >> shift, count - i);
+    shiftDown(used(), size, static_cast<unsigned>(pendingBitShift));
     if (padHigh > 0)
-        bytes[count] = 0;
+        used()[size] = 0;
     pendingBitShift = 0;
 }
 
