@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "KelRT/Export.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace KelRT {
+
+/// Splits a text into tokens at a set of delimiter characters.
+///
+/// There are two modes, and the *pointer* that is given as the delimiter set selects between them,
+/// not the text that it points to:
+///  - Comma-separated mode, with the very pointer Kel_StrTok::CSV_DELIM: every field counts. No
+///    delimiter is skipped; a leading, a repeated and a trailing comma each give an empty token.
+///  - Skipping mode, with any other set, another "," included: the run of delimiters in front of a
+///    token is skipped, so that a run acts as one separator.
+///
+/// \code
+/// text                     delimiters and flags                  tokens
+/// a,,b                     CSV_DELIM                          => a | (empty) | b
+/// ,a,                      CSV_DELIM                          => (empty) | a | (empty)
+/// ,                        CSV_DELIM                          => (empty) | (empty)
+/// (empty)                  any                                => none
+/// ;;a;b                    ";"                                => a | b
+/// a;                       ";"                                => a
+/// a;;                      ";"                                => a | (empty)
+/// ;                        ";"                                => (empty)
+/// say "hello world" now    WHITE_SPACE, quotes handled        => say | hello world | now
+/// say "hello world" now    WHITE_SPACE, handled and kept      => say | "hello world" | now
+/// "x,y",z                  CSV_DELIM, handled and kept        => "x,y" | z
+/// "x,y",z                  CSV_DELIM, quotes handled          => x,y | (empty) | z
+/// "ab"cd e                 WHITE_SPACE, handled and kept      => "ab" | d | e
+/// "ab"cd e                 WHITE_SPACE, quotes handled        => ab | cd | e
+/// \endcode
+///
+/// The last four lines show what follows a closing quote. When quotes are kept, the one character
+/// behind it is taken as the delimiter, whatever it is; when they are not kept, that character is
+/// left for the next token, which in comma-separated mode makes an empty one. Records with quoted
+/// fields are therefore split with quotes kept (and cleaned with Kel_Util::unQuote).
+///
+/// In skipping mode a text that ends in two or more delimiters, or holds nothing else, gives one
+/// final empty token.
+///
+/// Ownership: the text is copied at construction and never changed; the tokens are cut in that
+/// copy, which the tokenizer owns. The delimiter set is not copied.
+///
+/// There is no way back: to scan again, build another tokenizer. Tokenizers are neither copied nor
+/// moved, since the tokens that were handed out point into them.
+///
+/// Threads: one object is used by one thread at a time; distinct objects are independent.
+class Kel_StrTok {
+public:
+    /// "," as the one pointer that selects comma-separated mode.
+    KELRT_API static const char* const CSV_DELIM;
+
+    /// A ready set for words: newline, tab, space, vertical tab, carriage return, backspace, form
+    /// feed.
+    KELRT_API static const char* const WHITE_SPACE;
+
+    /// Takes a copy of \a text and stands in front of its first token.
+    ///
+    /// \param text         ends at its NUL; a null pointer is taken as the empty text
+    /// \param delimiters   ends at its NUL; an empty set splits nowhere. CSV_DELIM selects
+    ///                     comma-separated mode
+    /// \param handleQuotes a token that begins with a double quote runs to the next double quote,
+    ///                     or without one to the end of the text, whatever delimiters lie between.
+    ///                     A double quote elsewhere in a token is an ordinary character
+    /// \param toLowerCase  every upper-case letter of the copy is folded to lower case first, also
+    ///                     within quotes; a byte is a letter as `isupper` and `tolower` of the
+    ///                     current locale have it (in the default locale A to Z alone)
+    /// \param keepQuotes   quoted tokens come with their quotes; without \a handleQuotes it has no
+    ///                     effect
+    /// \pre \a delimiters is not null, and stays alive and unchanged as long as the tokenizer (the
+    ///      set is read ahead of the tokens, so a change would show at no certain place).
+    /// \throws std::bad_alloc when there is no memory for the copy
+    KELRT_API Kel_StrTok(const char* text, const char* delimiters, bool handleQuotes,
+                         bool toLowerCase, bool keepQuotes);
+
+    /// Releases the copy, and with it every token that was handed out.
+    KELRT_API ~Kel_StrTok();
+
+    Kel_StrTok(const Kel_StrTok&) = delete;
+    Kel_StrTok& operator=(const Kel_StrTok&) = delete;
+
+    /// The next token as a NUL-terminated text, or null when there is none; after a null every
+    /// further call gives null again. Nothing is an error, and nothing is allocated.
+    ///
+    /// The token stays valid and unchanged until the tokenizer is destroyed, also when later tokens
+    /// are taken.
+    KELRT_API const char* getNext() noexcept;
+
+private:
+    std::uint64_t delimitersFrom(std::uint64_t from) noexcept;
+    std::uint64_t findDelimiter(std::uint64_t from) noexcept;
+    std::uint64_t skipDelimiters(std::uint64_t from) noexcept;
+    std::uint64_t findQuote(std::uint64_t from) const noexcept;
+    const char* cut(std::uint64_t first, std::uint64_t end) noexcept;
+    const char* cutQuoted() noexcept;
+
+    std::unique_ptr<char[]> buffer_;
+    bool handleQuotes_;
+    bool keepQuotes_;
+    std::uint64_t position_ = 0; // of the next character to examine; >= length_ at the end
+    std::uint64_t length_;
+    const char* delimiters_;
+    std::int32_t pendingEmptyToken_ = 0; // 1: an empty token is due behind the last character
+
+    // The delimiters among the 64 characters of one block of the buffer, found once for all tokens
+    // of the block: bit i of the mask stands for character 64 * block_ + i.
+    std::uint64_t block_ = ~std::uint64_t{0};
+    std::uint64_t blockDelimiters_ = 0;
+};
+
+} // namespace KelRT

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Kel_Util.h"
+
+#include <cassert>
+#include <string_view>
+
+namespace KelRT {
+namespace {
+
+bool isSettingOf(const std::string& key, std::string_view entry) {
+    const auto nameLength = entry.find('=');
+    return nameLength == key.size() &&
+           Kel_Util::strnicmp(entry.data(), key.c_str(), nameLength) == 0;
+}
+
+/// The lookup in \a count words, which are strings or NUL-terminated texts.
+template <class Entry>
+std::string findIn(const Entry* entries, std::uint32_t count, const std::string& key) {
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::string_view entry = entries[i];
+        if (isSettingOf(key, entry))
+            return std::string(entry.substr(key.size() + 1));
+    }
+    return {};
+}
+
+} // namespace
+
+std::string Kel_Util::findKey(std::vector<std::string>& entries, const std::string& key) {
+    // The count of words is a 32-bit number in both forms.
+    return findIn(entries.data(), static_cast<std::uint32_t>(entries.size()), key);
+}
+
+std::string Kel_Util::findKey(std::uint32_t argc, char** argv, const std::string& key) {
+    assert((argc == 0 || argv != nullptr) && "argv holds argc pointers");
+    return findIn(argv, argc, key);
+}
+
+} // namespace KelRT

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Kel_StrTok.h"
+
+#include "common/words.h"
+
+#include <array>
+#include <bit>
+#include <cassert>
+#include <cctype>
+#include <cstring>
+
+namespace KelRT {
+namespace {
+
+using common::WORD_BITS;
+
+// Named arrays, since a linker may merge equal string literals: another "," must stay another
+// pointer.
+constexpr char COMMA[] = ",";
+constexpr char BLANKS[] = "\n\t \v\r\b\f";
+
+/// The lowest bits of the eight bytes of \a flags as eight bits, that of the lowest byte lowest.
+/// The other bits must be 0.
+constexpr std::uint64_t gather(std::uint64_t flags) {
+    // The product moves the flag of byte i to bit 56 + i, and no two partial products meet.
+    return flags * 0x0102040810204080 >> 56;
+}
+
+/// Which of 64 \a characters belong to \a set, a bit each. The comparisons are written as a loop
+/// that compilers turn into vector instructions.
+std::uint64_t membersOf(const char* set, const char* characters) {
+    std::array<unsigned char, WORD_BITS> isMember{};
+    for (; *set != '\0'; ++set)
+        for (unsigned i = 0; i < WORD_BITS; ++i)
+            isMember[i] |= static_cast<unsigned char>(characters[i] == *set);
+    std::uint64_t members = 0;
+    for (unsigned i = 0; i < WORD_BITS; i += common::WORD_BYTES)
+        members |= gather(common::loadWord(&isMember[i])) << i;
+    return members;
+}
+
+/// The \a length characters of \a text, filled up with NULs (at least one) to whole blocks of 64,
+/// so that a block can be examined as a whole.
+std::unique_ptr<char[]> copyOf(const char* text, std::uint64_t length) {
+    const std::uint64_t lastBlock = length / WORD_BITS * WORD_BITS;
+    auto copy = std::make_unique_for_overwrite<char[]>(lastBlock + WORD_BITS);
+    std::memset(&copy[lastBlock], 0, WORD_BITS);
+    std::memcpy(copy.get(), text, length);
+    return copy;
+}
+
+void foldToLowerCase(char* text) {
+    for (; *text != '\0'; ++text) {
+        const auto character = static_cast<unsigned char>(*text);
+        if (std::isupper(character) != 0)
+            *text = static_cast<char>(std::tolower(character));
+    }
+}
+
+} // namespace
+
+const char* const Kel_StrTok::CSV_DELIM = COMMA;
+const char* const Kel_StrTok::WHITE_SPACE = BLANKS;
+
+Kel_StrTok::Kel_StrTok(const char* text, const char* delimiters, bool handleQuotes,
+                       bool toLowerCase, bool keepQuotes)
+    : handleQuotes_(handleQuotes), keepQuotes_(keepQuotes),
+      length_(text == nullptr ? 0 : std::strlen(text)), delimiters_(delimiters) {
+    assert(delimiters_ != nullptr && "the delimiter set is not null");
+    buffer_ = copyOf(text == nullptr ? "" : text, length_);
+    if (toLowerCase)
+        foldToLowerCase(buffer_.get());
+    if (delimiters_ == CSV_DELIM && length_ > 0 && buffer_[length_ - 1] == *CSV_DELIM)
+        pendingEmptyToken_ = 1;
+}
+
+Kel_StrTok::~Kel_StrTok() = default;
+
+/// The delimiters from character \a from (below the length) to the end of its block, \a from at
+/// bit 0.
+std::uint64_t Kel_StrTok::delimitersFrom(std::uint64_t from) noexcept {
+    if (from / WORD_BITS != block_) {
+        block_ = from / WORD_BITS;
+        blockDelimiters_ = membersOf(delimiters_, &buffer_[block_ * WORD_BITS]);
+    }
+    return blockDelimiters_ >> from % WORD_BITS;
+}
+
+/// The index of the first delimiter at or behind \a from, or the length.
+std::uint64_t Kel_StrTok::findDelimiter(std::uint64_t from) noexcept {
+    while (from < length_) {
+        const std::uint64_t found = delimitersFrom(from);
+        if (found != 0)
+            return from + static_cast<unsigned>(std::countr_zero(found));
+        from = (from / WORD_BITS + 1) * WORD_BITS;
+    }
+    return length_;
+}
+
+/// The index of the first character at or behind \a from that is no delimiter, or the length.
+std::uint64_t Kel_StrTok::skipDelimiters(std::uint64_t from) noexcept {
+    while (from < length_) {
+        const auto run = static_cast<unsigned>(std::countr_one(delimitersFrom(from)));
+        from += run;
+        if (run == 0 || from % WORD_BITS != 0)
+            return from;
+    }
+    return length_;
+}
+
+/// The index of the first double quote at or behind \a from, or the length.
+std::uint64_t Kel_StrTok::findQuote(std::uint64_t from) const noexcept {
+    const char* const text = buffer_.get();
+    const void* const quote = std::memchr(text + from, '"', length_ - from);
+    return quote == nullptr ? length_
+                            : static_cast<std::uint64_t>(static_cast<const char*>(quote) - text);
+}
+
+/// The token from \a first to in front of \a end, whose character is used up.
+const char* Kel_StrTok::cut(std::uint64_t first, std::uint64_t end) noexcept {
+    buffer_[end] = '\0';
+    position_ = end + 1;
+    return &buffer_[first];
+}
+
+/// The token whose opening quote stands at the current position.
+const char* Kel_StrTok::cutQuoted() noexcept {
+    const std::uint64_t opening = position_;
+    const std::uint64_t closing = findQuote(opening + 1);
+    if (!keepQuotes_)
+        return cut(opening + 1, closing);
+    return cut(opening, closing < length_ ? closing + 1 : length_);
+}
+
+const char* Kel_StrTok::getNext() noexcept {
+    if (position_ >= length_) {
+        if (pendingEmptyToken_ == 0)
+            return nullptr;
+        pendingEmptyToken_ = 0;
+        return "";
+    }
+    if (delimiters_ != CSV_DELIM)
+        position_ = skipDelimiters(position_);
+    if (handleQuotes_ && buffer_[position_] == '"')
+        return cutQuoted();
+    return cut(position_, findDelimiter(position_));
+}
+
+} // namespace KelRT
