@@ -6,6 +6,7 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -157,11 +158,11 @@ public:
     [[nodiscard]] std::uint64_t getBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount) {
         if (!isPlainField(bitPosition, bitCount))
             return getBitsSlowCase(bitPosition, bitCount);
-        const unsigned char* const p = used() + bitPosition / 8;
-        const unsigned shift = bitPosition % 8;
-        // Two steps for the ninth byte keep a shift of 0 defined.
-        const std::uint64_t ninth = std::uint64_t{p[8]} << 1 << (63 - shift);
-        return (wordAt(p) >> shift | ninth) & (~std::uint64_t{0} >> (64 - bitCount));
+        const unsigned char* const p = used() + bitPosition / 64 * 8;
+        const unsigned shift = bitPosition % 64;
+        // Two steps for the second word keep a shift of 0 defined.
+        const std::uint64_t second = wordAt(p + 8) << 1 << (63 - shift);
+        return (wordAt(p) >> shift | second) & (~std::uint64_t{0} >> (64 - bitCount));
     }
 
     /// The low 32 bits of what getBitsLL() gives. \throws std::logic_error as getBitsLL()
@@ -179,13 +180,13 @@ public:
     void setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint64_t value) {
         if (!isPlainField(bitPosition, bitCount))
             return setBitsSlowCase(bitPosition, bitCount, value);
-        unsigned char* const p = used() + bitPosition / 8;
-        const unsigned shift = bitPosition % 8;
+        unsigned char* const p = used() + bitPosition / 64 * 8;
+        const unsigned shift = bitPosition % 64;
         const std::uint64_t mask = ~std::uint64_t{0} >> (64 - bitCount);
         value &= mask;
         putWordAt(p, (wordAt(p) & ~(mask << shift)) | value << shift);
-        const std::uint64_t kept = p[8] & ~(mask >> 1 >> (63 - shift));
-        p[8] = static_cast<unsigned char>(kept | value >> 1 >> (63 - shift));
+        putWordAt(p + 8,
+                  (wordAt(p + 8) & ~(mask >> 1 >> (63 - shift))) | value >> 1 >> (63 - shift));
     }
 
     /// As setBitsLL() with \a value widened by zeros. \throws std::logic_error as setBitsLL()
@@ -323,24 +324,33 @@ private:
     void increasePadLow(std::uint64_t byteCount);
     [[nodiscard]] unsigned char* used() const noexcept { return storage.get() + startPosition; }
     [[nodiscard]] std::uint64_t blockSize() const noexcept { return padLow + size + padHigh; }
-    /// True for a field of 1 to 64 bits before which nothing is to be done, and behind whose first
-    /// byte eight more are used, so that it can be read and written as a word and a byte.
+    /// True for a field of 1 to 64 bits before which nothing is to be done, and which lies within
+    /// two whole words that count from the first used byte. Such words rarely cross a cache line,
+    /// and what one access stores the next can load.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
-        return pendingBitShift == 0 && bitCount - 1 < 64 && size > 8 && bitPosition / 8 < size - 8;
+        return pendingBitShift == 0 && bitCount - 1 < 64 && bitPosition / 64 + 1 < size / 8;
     }
     KELRT_API std::uint64_t getBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount);
     KELRT_API void setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount,
                                    std::uint64_t value);
-    /// The little-endian word in \a p[0..7], in a form that compiles to one load on any host.
+    /// Host order to little-endian, and back.
+    static std::uint64_t littleEndian(std::uint64_t word) noexcept {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+        return __builtin_bswap64(word);
+#else
+        return word;
+#endif
+    }
+    /// The word in \a p[0..7].
     static std::uint64_t wordAt(const unsigned char* p) noexcept {
-        return p[0] | std::uint64_t{p[1]} << 8 | std::uint64_t{p[2]} << 16 |
-               std::uint64_t{p[3]} << 24 | std::uint64_t{p[4]} << 32 | std::uint64_t{p[5]} << 40 |
-               std::uint64_t{p[6]} << 48 | std::uint64_t{p[7]} << 56;
+        std::uint64_t word;
+        std::memcpy(&word, p, sizeof word);
+        return littleEndian(word);
     }
     static void putWordAt(unsigned char* p, std::uint64_t word) noexcept {
-        for (unsigned i = 0; i < 8; ++i)
-            p[i] = static_cast<unsigned char>(word >> (8 * i));
+        word = littleEndian(word);
+        std::memcpy(p, &word, sizeof word);
     }
     [[nodiscard]] bool holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept;
 
