@@ -57,6 +57,13 @@ constexpr std::uint64_t spreadNibbles(std::uint32_t value) {
     return (word | word << 4) & 0x0F0F0F0F0F0F0F0F;
 }
 
+/// The eight bits of \a byte as the characters '0' and '1', one a byte, bit 0 in the lowest byte.
+constexpr std::uint64_t binaryCharacters(std::uint8_t byte) {
+    // Keep bit n in byte n, then lift every byte that is not 0 over its top bit.
+    const std::uint64_t bits = inEachByte(byte) & 0x8040201008040201;
+    return ((bits + 0x00406070787C7E7F) >> 7 & inEachByte(1)) + inEachByte('0');
+}
+
 /// The opposite of spreadNibbles: the low nibbles of eight bytes packed into 32 bits. The high
 /// nibbles must be 0.
 constexpr std::uint32_t packNibbles(std::uint64_t word) {

@@ -6,6 +6,7 @@
 //
 // Namespace and class statics, never function-local ones: those would die before exit handlers that
 // a client registered earlier.
+#include "KelRT/Logger.h"
 #include "frame/version_texts.h"
 
 namespace KelRT {
@@ -19,7 +20,9 @@ std::string versionText;
 std::string fullVersionText;
 } // namespace frame
 
-// 6: the seat of the process-wide logger.
+// 6: the process-wide logger, off until a client starts it.
+Logger Logger::logger;
+
 // 7: the seat of the file services.
 // 8: the seat of the caller's data directory.
 

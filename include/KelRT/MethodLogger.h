@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "KelRT/Export.h"
+
+#include <string>
+
+namespace KelRT {
+
+/// Traces one method on `Logger::logger` from a scoped object: naming it writes the entry line, its
+/// destruction the exit line with the result that was recorded last.
+/// \code
+/// unsigned int Probe::open(unsigned int port) {
+///     MethodLogger trace;
+///     trace.setMethodName("Probe::open");
+///     Logger::logger.printLog(4, "opening port %u\n", port);
+///     return trace.setReturnStatus(0x80070005);
+/// }
+/// \endcode
+/// writes, at detail level 4 or more,
+/// \code
+/// ENTERING Probe::open
+///   opening port 2
+/// EXITING Probe::open -- returning KEL_FAILURE, ERROR CODE: 5
+/// \endcode
+/// (with one space after the name in the first line).
+///
+/// The object holds no entry of its own. Its destruction closes whatever entry is then innermost on
+/// `Logger::logger`, also when it was never named, or was named while tracing was off: a tracer
+/// that is created must be named, and a copy closes one entry more.
+///
+/// Only the construction of a string argument can throw, and that in the caller. No operation does:
+/// a text for which memory is exhausted is lost and counts as empty.
+///
+/// Threads: as for Logger; callers serialise.
+class MethodLogger {
+public:
+    /// An unnamed tracer without a result. Writes nothing.
+    KELRT_API MethodLogger() noexcept;
+
+    /// Copies name and result and writes nothing. The copy makes an exit of its own.
+    KELRT_API MethodLogger(const MethodLogger& other) noexcept;
+
+    /// Copies name and result and writes nothing.
+    KELRT_API MethodLogger& operator=(const MethodLogger& other) noexcept;
+
+    /// Closes the innermost entry of `Logger::logger`, as `logMethodExit` with the result's text.
+    KELRT_API ~MethodLogger();
+
+    /// Names the method and writes its entry line, without argument text, if tracing is active.
+    KELRT_API void setMethodName(std::string name) noexcept;
+
+    /// \name Arguments
+    /// Accepted and dropped: they appear in no line.
+    /// @{
+    KELRT_API void addArgument(std::string name, std::string value) noexcept;
+    KELRT_API void addArgument(std::string name, unsigned int value) noexcept;
+    /// @}
+
+    /// Records a status code and returns it unchanged. Bit 31 marks a failure, the low 16 bits are
+    /// the number of the error, in upper-case hexadecimal without leading zeros; the bits between
+    /// them are not shown.
+    /// \code
+    /// setReturnStatus(0)          => KEL_SUCCESS
+    /// setReturnStatus(0x7FFFFFFF) => KEL_SUCCESS
+    /// setReturnStatus(0x8000ABCD) => KEL_FAILURE, ERROR CODE: ABCD
+    /// setReturnStatus(0x80000000) => KEL_FAILURE, ERROR CODE: 0
+    /// \endcode
+    KELRT_API unsigned int setReturnStatus(unsigned int status) noexcept;
+
+    /// \name Results
+    /// Each replaces what was recorded before and returns its argument unchanged. A pointer to
+    /// characters is a text, never a `bool`; an `int` fits no form better than another, so the
+    /// caller makes it an `unsigned int`.
+    /// \code
+    /// setReturn(true)                   => true
+    /// setReturn("ready")                => ready
+    /// setReturn("")                     => no result on the exit line
+    /// setReturn((const char*)nullptr)   => 0 (NULL)
+    /// setReturn(4294967295U)            => -1             // and returns -1
+    /// \endcode
+    /// @{
+    KELRT_API bool setReturn(bool value) noexcept;
+    KELRT_API char* setReturn(char* text) noexcept;
+    KELRT_API const char* setReturn(const char* text) noexcept;
+    /// Shows and returns the value as a signed number: 2,147,483,648 and more become negative.
+    KELRT_API int setReturn(unsigned int value) noexcept;
+    /// @}
+
+private:
+    std::string methodName_;
+    std::string returnText_;
+};
+
+} // namespace KelRT

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+
+namespace KelRT::logging {
+
+// The levels of the Logger's own records.
+constexpr int ENVIRONMENT_LEVEL = 1; ///< what start-up read from the environment
+constexpr int BANNER_LEVEL = 2;      ///< banner, start and end of logging
+constexpr int TRACE_LEVEL = 4;       ///< method entries and exits
+
+/// The most characters that one record may have.
+constexpr std::size_t RECORD_SIZE = 2047;
+
+} // namespace KelRT::logging

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+//
+// The span of logging: construction, copies, start-up from the environment, and the end.
+#include "KelRT/Logger.h"
+
+#include "KelRT/Kel_Util.h"
+#include "KelRT/Version.h"
+#include "logging/levels.h"
+
+#include <array>
+#include <cstdlib>
+#include <ctime>
+
+namespace KelRT {
+
+using logging::BANNER_LEVEL;
+using logging::ENVIRONMENT_LEVEL;
+
+namespace {
+
+// Not 0 from the first startLogging of the process on. It belongs to no Logger.
+std::int32_t loggingStarted = 0;
+
+// What the Loggers that share a stream hold in common; the last one closes the stream.
+struct OpenStream {
+    OpenStream() = default;
+    OpenStream(const OpenStream&) = delete;
+    OpenStream& operator=(const OpenStream&) = delete;
+    ~OpenStream() {
+        if (handle != nullptr)
+            static_cast<void>(std::fclose(handle));
+    }
+    std::FILE* handle = nullptr;
+};
+
+// The value of an environment variable; "" when it is unset.
+const char* environment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+// As atoi reads it, so no digits mean 0.
+int environmentNumber(const char* text) {
+    return std::atoi(text); // NOLINT(cert-err34-c)
+}
+
+std::FILE* selectStream(const std::string& name) {
+    if (name == "stdout")
+        return stdout;
+    if (name == "stderr")
+        return stderr;
+    return std::fopen(name.c_str(), "wt");
+}
+
+// The stream of that name, or null. Throws when memory is exhausted; the memory is claimed first,
+// so that then no file has been emptied and no standard stream gets closed.
+std::shared_ptr<std::FILE> openStream(const std::string& name) {
+    const auto holder = std::make_shared<OpenStream>();
+    holder->handle = selectStream(name);
+    if (holder->handle == nullptr)
+        return nullptr;
+    static_cast<void>(std::setvbuf(holder->handle, nullptr, _IOLBF, 1024));
+    return {holder, holder->handle};
+}
+
+// "----- Logging EVENT - TIME". A time that the C library cannot convert is left out.
+void writeTimeLine(const char* event) {
+    if (!Logger::logger.shouldPrintLog(BANNER_LEVEL))
+        return;
+    std::array<char, 512> text{};
+    const std::time_t now = std::time(nullptr);
+    const std::tm* const local = std::localtime(&now);
+    if (local == nullptr ||
+        std::strftime(text.data(), text.size(), "%a %b %d %Y %I:%M:%S %p %Z", local) == 0)
+        text.front() = '\0'; // a failed conversion leaves anything behind
+    Logger::logger.printLog(BANNER_LEVEL, "----- Logging %s - %s\n", event, text.data());
+}
+
+void writeBanner() {
+    if (!Logger::logger.shouldPrintLog(BANNER_LEVEL))
+        return;
+    try {
+        Logger::logger.printLog(BANNER_LEVEL, "Kel - Version %s\n\n", getVersionWithBuildNumber());
+    } catch (...) { // out of memory: the banner is lost
+        return;
+    }
+}
+
+} // namespace
+
+Logger::Logger() noexcept = default;
+Logger::Logger(const Logger&) noexcept = default;
+Logger& Logger::operator=(const Logger&) noexcept = default;
+
+Logger::~Logger() {
+    endLogging();
+}
+
+void Logger::startLogging() noexcept {
+    if (loggingStarted != 0)
+        return;
+    loggingStarted = 1;
+    nestingDepth_ = 0;
+    stream_.reset();
+    detailLevel_ = 1;
+    printBits_ = false;
+    printLargeBufs_ = false;
+    readOutput();
+    readDetailLevel();
+    readFlags();
+    writeBanner();
+    writeTimeLine("Started");
+    atLineStart_ = true;
+}
+
+void Logger::readOutput() noexcept {
+    try {
+        const std::string name = Kel_Util::trimWhitespace(environment("TOR_KEL_LOGFILE"));
+        if (name.empty())
+            return;
+        stream_ = openStream(name);
+        logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFILE=%s\n", name.c_str());
+    } catch (...) { // out of memory: logging stays off
+        return;
+    }
+}
+
+void Logger::readDetailLevel() noexcept {
+    const char* const text = environment("TOR_KEL_LOGDETAIL");
+    if (*text == '\0')
+        return;
+    detailLevel_ = environmentNumber(text);
+    logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGDETAIL=%d\n", detailLevel_);
+}
+
+void Logger::readFlags() noexcept {
+    const char* const text = environment("TOR_KEL_LOGFLAGS");
+    if (*text == '\0')
+        return;
+    const auto flags = static_cast<unsigned int>(environmentNumber(text));
+    logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFLAGS=0x%08X\n", flags);
+    printBits_ = (flags & 1U) != 0;
+    if (printBits_)
+        logger.printLog(ENVIRONMENT_LEVEL, "      -PRINTBITS ON\n");
+    printLargeBufs_ = (flags & 2U) != 0;
+    if (printLargeBufs_)
+        logger.printLog(ENVIRONMENT_LEVEL, "      -PRINTLARGEBUFS ON\n");
+}
+
+void Logger::endLogging() noexcept {
+    popAllMethods();
+    writeTimeLine("Ended");
+    flush();
+    stream_.reset(); // closes it, unless a copy still writes to it
+}
+
+void Logger::setDetailLevel(int level) noexcept {
+    if (level >= 0 && level <= 10)
+        detailLevel_ = level;
+}
+
+} // namespace KelRT

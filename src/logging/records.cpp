@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+//
+// The record writer, through which every text of a log passes.
+#include "KelRT/Logger.h"
+#include "logging/levels.h"
+
+#include <algorithm>
+
+namespace KelRT {
+
+// NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
+void Logger::printLog(int level, const char* format, ...) noexcept {
+    if (!shouldPrintLog(level))
+        return;
+    std::va_list arguments;
+    va_start(arguments, format);
+    vprintLog(level, format, arguments);
+    va_end(arguments);
+}
+
+void Logger::vprintLog(int level, const char* format, std::va_list arguments) noexcept {
+    if (!shouldPrintLog(level))
+        return;
+    if (format == nullptr || *format == '\0')
+        return flush();
+    char text[logging::RECORD_SIZE + 1];
+    const int length = std::vsnprintf(text, sizeof text, format, arguments);
+    if (length >= 0) // what could not be formatted is lost
+        write(text, std::min(static_cast<std::size_t>(length), logging::RECORD_SIZE));
+}
+
+void Logger::flush() noexcept {
+    if (stream_ != nullptr)
+        static_cast<void>(std::fflush(stream_.get()));
+}
+
+// Expects a stream. Output errors are ignored on purpose: there is nobody to report them to.
+void Logger::write(const char* text, std::size_t length) noexcept {
+    if (atLineStart_)
+        writeIndentation();
+    static_cast<void>(std::fwrite(text, 1, length, stream_.get()));
+    if (length != 0)
+        atLineStart_ = text[length - 1] == '\n';
+}
+
+void Logger::writeIndentation() noexcept {
+    constexpr std::int32_t UNITS = 32; // in one piece
+    static constexpr char BLANKS[2 * UNITS + 1] =
+        "                                                                ";
+    for (std::int32_t units = nestingDepth_; units > 0; units -= UNITS) {
+        const auto now = static_cast<std::size_t>(std::min(units, UNITS));
+        static_cast<void>(std::fwrite(BLANKS, 2, now, stream_.get()));
+    }
+}
+
+} // namespace KelRT
