@@ -1,0 +1,45 @@
+# Runs logging_process in the mode MODE and checks what it wrote, as logs with the time and the
+# version masked. PROGRAM and EMULATOR say how to run it; it runs in the current directory.
+set(file "logging_process_${MODE}.log")
+set(opening "ENVIRONMENT::TOR_KEL_LOGDETAIL=4\nKel - Version V\n\n----- Logging Started - T\n")
+set(records "record\n[Buffer Dump]\n(MSB<-LSB)  0\n00000000h: 5a \n")
+set(closing "----- Logging Ended - T\n")
+
+set(name ${file})
+if(MODE STREQUAL stdout OR MODE STREQUAL stderr)
+  set(name ${MODE})
+elseif(MODE STREQUAL closed)
+  set(name stdout)
+endif()
+set(whole "ENVIRONMENT::TOR_KEL_LOGFILE=${name}\n${opening}${records}")
+if(MODE STREQUAL unload)
+  string(APPEND whole "ENTERING Client \n  client ends\n"
+    "EXITING Client -- returning KEL_SUCCESS\n")
+endif()
+string(APPEND whole "${closing}")
+
+file(REMOVE "${file}")
+set(ENV{TOR_KEL_LOGFILE} " ${name}\t")
+set(ENV{TOR_KEL_LOGDETAIL} 4)
+set(ENV{TOR_KEL_LOGFLAGS} "")
+execute_process(COMMAND ${EMULATOR} "${PROGRAM}" ${MODE}
+  RESULT_VARIABLE result OUTPUT_VARIABLE written_stdout ERROR_VARIABLE written_stderr)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${MODE} ended with ${result}\n${written_stdout}\n${written_stderr}")
+endif()
+
+if(MODE STREQUAL unload)
+  file(READ "${file}" written_unload)
+elseif(MODE STREQUAL closed)
+  set(whole "")
+  set(written_closed "${written_stdout}")
+endif()
+set(written "${written_${MODE}}")
+string(REPLACE "\r\n" "\n" written "${written}")
+string(REGEX REPLACE "Version [^\n]*" "Version V" written "${written}")
+string(REGEX REPLACE "(Started|Ended) - [A-Z][a-z][a-z] [A-Z][^\n]* [AP]M [^\n]+" "\\1 - T"
+  written "${written}")
+if(NOT written STREQUAL whole)
+  message(FATAL_ERROR "${MODE} wrote\n${written}\ninstead of\n${whole}")
+endif()
+file(REMOVE "${file}")
