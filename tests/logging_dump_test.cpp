@@ -20,7 +20,7 @@ Logger& logger = Logger::logger;
 constexpr unsigned SEED = 20110314;
 
 std::vector<unsigned char> randomBytes(std::size_t count) {
-    std::mt19937 random(SEED);
+    std::mt19937 random(SEED); // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
     std::vector<unsigned char> bytes(count);
     for (auto& byte : bytes)
         byte = static_cast<unsigned char>(random());

@@ -74,7 +74,8 @@ TEST_F(LogWithoutMemory, LostResultsAreEmpty) {
         tracer.setMethodName("f");
         tracer.setReturn("a result beyond what a string holds inside");
         whileExhausted([&] {
-            MethodLogger copy(tracer); // closes f
+            MethodLogger copy; // closes f
+            copy = tracer;
         });
         tracer.setMethodName("g");
         char longText[] = "another result beyond what a string holds inside, longer than the first";

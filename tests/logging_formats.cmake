@@ -1,7 +1,7 @@
 # Compiles SOURCE with COMPILER and the include directory INCLUDE, and compares the lines on which
 # format warnings stand with those marked "// warns".
 execute_process(
-  COMMAND ${COMPILER} -std=c++17 -fsyntax-only -Wall -Wextra "-I${INCLUDE}" "${SOURCE}"
+  COMMAND ${COMPILER} -x c++ -std=c++17 -fsyntax-only -Wall -Wextra "-I${INCLUDE}" "${SOURCE}"
   RESULT_VARIABLE result ERROR_VARIABLE diagnostics)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "${SOURCE} does not compile:\n${diagnostics}")

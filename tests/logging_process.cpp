@@ -38,7 +38,9 @@ int endOn(int descriptor) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto modeIs = [&](const char* mode) { return argc > 1 && !std::strcmp(argv[1], mode); };
+    const auto modeIs = [&](const char* mode) {
+        return argc > 1 && std::strcmp(argv[1], mode) == 0;
+    };
     if (modeIs("closed"))
         test_host::closeDescriptor(1);
     Logger::logger.startLogging();

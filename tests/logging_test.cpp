@@ -19,7 +19,6 @@ using namespace logging_model;
 namespace {
 
 Logger& logger = Logger::logger;
-const std::string FILE_ONLY = FILE_LINE;
 
 struct Opening {
     const char* name;
@@ -45,33 +44,38 @@ TEST_P(LogOpening, TellsWhatTheEnvironmentAsksFor) {
     EXPECT_EQ(log.text(), opening.log + (opening.level >= 2 ? ENDED : ""));
 }
 
-std::string lines(const char* detail, const char* flags = "") {
-    return FILE_ONLY + (*detail != 0 ? "ENVIRONMENT::TOR_KEL_LOGDETAIL=" : "") + detail +
-           (*detail != 0 ? "\n" : "") + flags;
+std::string join(std::initializer_list<const char*> pieces) {
+    std::string text;
+    for (const char* const piece : pieces)
+        text += piece;
+    return text;
 }
 
-const std::string BITS = "      -PRINTBITS ON\n";
-const std::string LARGE = "      -PRINTLARGEBUFS ON\n";
-const std::string FLAGS = "ENVIRONMENT::TOR_KEL_LOGFLAGS=0x";
+constexpr const char* DETAIL = "ENVIRONMENT::TOR_KEL_LOGDETAIL=";
+constexpr const char* FLAGS = "ENVIRONMENT::TOR_KEL_LOGFLAGS=0x";
+constexpr const char* BITS = "      -PRINTBITS ON\n";
+constexpr const char* LARGE = "      -PRINTLARGEBUFS ON\n";
 
 INSTANTIATE_TEST_SUITE_P(
     Logger, LogOpening,
-    testing::Values(Opening{"FileAlone", nullptr, nullptr, 1, FILE_ONLY},
-                    Opening{"EmptyIsUnset", "", "", 1, FILE_ONLY},
-                    Opening{"Level1", "1", "3", 1,
-                            lines("1") + FLAGS + "00000003\n" + BITS + LARGE},
-                    Opening{"Level2Banner", "2", nullptr, 2, lines("2") + BANNER},
-                    Opening{"Level0HidesAllButTheFile", "0", "3", 0, FILE_ONLY},
-                    Opening{"NoNumberIsLevel0", "high", nullptr, 0, FILE_ONLY},
-                    Opening{"NegativeLevel", " -3", "1", -3, FILE_ONLY},
-                    Opening{"LevelsAreNotLimited", "25", nullptr, 25, lines("25") + BANNER},
-                    Opening{"TrailingTextIsIgnored", "\t+2x", "2kB", 2,
-                            lines("2") + FLAGS + "00000002\n" + LARGE + BANNER},
-                    Opening{"FlagsAreDecimal", nullptr, "0x3", 1, FILE_ONLY + FLAGS + "00000000\n"},
-                    Opening{"OtherFlagsAreShownAndIgnored", nullptr, "6", 1,
-                            FILE_ONLY + FLAGS + "00000006\n" + LARGE},
-                    Opening{"NegativeFlags", nullptr, "-1", 1,
-                            FILE_ONLY + FLAGS + "FFFFFFFF\n" + BITS + LARGE}),
+    testing::Values(
+        Opening{"FileAlone", nullptr, nullptr, 1, FILE_LINE},
+        Opening{"EmptyIsUnset", "", "", 1, FILE_LINE},
+        Opening{"Level1", "1", "3", 1,
+                join({FILE_LINE, DETAIL, "1\n", FLAGS, "00000003\n", BITS, LARGE})},
+        Opening{"Level2Banner", "2", nullptr, 2, join({FILE_LINE, DETAIL, "2\n", BANNER})},
+        Opening{"Level0HidesAllButTheFile", "0", "3", 0, FILE_LINE},
+        Opening{"NoNumberIsLevel0", "high", nullptr, 0, FILE_LINE},
+        Opening{"NegativeLevel", " -3", "1", -3, FILE_LINE},
+        Opening{"LevelsAreNotLimited", "25", nullptr, 25,
+                join({FILE_LINE, DETAIL, "25\n", BANNER})},
+        Opening{"TrailingTextIsIgnored", "\t+2x", "2kB", 2,
+                join({FILE_LINE, DETAIL, "2\n", FLAGS, "00000002\n", LARGE, BANNER})},
+        Opening{"FlagsAreDecimal", nullptr, "0x3", 1, join({FILE_LINE, FLAGS, "00000000\n"})},
+        Opening{"OtherFlagsAreShownAndIgnored", nullptr, "6", 1,
+                join({FILE_LINE, FLAGS, "00000006\n", LARGE})},
+        Opening{"NegativeFlags", nullptr, "-1", 1,
+                join({FILE_LINE, FLAGS, "FFFFFFFF\n", BITS, LARGE})}),
     [](const auto& instance) { return instance.param.name; });
 
 struct OutputName {
@@ -130,7 +134,7 @@ TEST(LogLevel, SettingAcceptsZeroToTen) {
 
 TEST(LogRecord, OnlyItsFirstLineIsIndentedAndItIsCutAtItsLimit) {
     const LogFile log("4");
-    std::string expected = lines("4") + BANNER;
+    std::string expected = join({FILE_LINE, DETAIL, "4\n", BANNER});
     logger.logMethodEntry("f");
     logger.logMethodEntry("g", nullptr);
     for (const char* const text : {"a\nb\n", "c", "d\n", "e\n"})
@@ -162,16 +166,16 @@ TEST(LogRecord, NullOrEmptyFormatFlushesThroughTheLevelFilter) {
     logger.dumpBuffer(2, empty, nullptr, 0);
     EXPECT_EQ(log.text().find("open"), std::string::npos);
     logger.printLog(1, nullptr);
-    EXPECT_EQ(log.text(), FILE_ONLY + "open");
+    EXPECT_EQ(log.text(), std::string(FILE_LINE) + "open");
     unseen("more");
-    logger.printLog(1, empty);
-    EXPECT_EQ(log.text(), FILE_ONLY + "openmore");
+    logger.printLog(1, empty, 0); // the argument is for compilers that expect one
+    EXPECT_EQ(log.text(), std::string(FILE_LINE) + "openmore");
     unseen("rest");
     logger.flush();
-    EXPECT_EQ(log.text(), FILE_ONLY + "openmorerest");
+    EXPECT_EQ(log.text(), std::string(FILE_LINE) + "openmorerest");
     logger.printLog(1, "\nline\n");
     if (!test_host::WINDOWS) { // which knows no line buffering
-        EXPECT_EQ(log.text(), FILE_ONLY + "openmorerest\nline\n");
+        EXPECT_EQ(log.text(), std::string(FILE_LINE) + "openmorerest\nline\n");
     }
 }
 
@@ -198,7 +202,7 @@ TEST(LogEntry, LiteralZeroAndPointersReachTheVariadicForm) {
     forwardEntry("%d %s", 7, "b");
     logger.popAllMethods();
     logger.logMethodExit(); // nothing is left to close
-    EXPECT_EQ(log.finish(), FILE_ONLY +
+    EXPECT_EQ(log.finish(), std::string(FILE_LINE) +
                                 "ENTERING m count=0\n  ENTERING m text=t\n"
                                 "    ENTERING m text=own\n      ENTERING list 7 b\n"
                                 "        7 b|\n        " +
@@ -234,13 +238,13 @@ TEST(LogExit, FormsNameTheirEntryOrTheGivenOne) {
     logger.printLog(4, "depth 1\n");
     expected += "EXITING b -- returning ok\nEXITING a\nEXITING below -- returning 2\n"
                 "ENTERING f \nENTERING g \nENTERING h \n  depth 1\n";
-    EXPECT_EQ(log.finish(), FILE_ONLY + expected + "  " + ENDED);
+    EXPECT_EQ(log.finish(), std::string(FILE_LINE) + expected + "  " + ENDED);
 }
 
 TEST(LogCopy, SharesTheStreamAndTheLastHolderClosesIt) {
     const LogFile log("4");
     logger.logMethodEntry("f");
-    std::string expected = lines("4") + BANNER + "ENTERING f \n";
+    std::string expected = join({FILE_LINE, DETAIL, "4\n", BANNER}) + "ENTERING f \n";
     auto copy = std::make_unique<Logger>(logger);
     Logger assigned;
     assigned = *copy;
@@ -312,7 +316,7 @@ TEST(MethodLogger, ExitLineShowsTheLastResult) {
                                                : tracer.setReturn(static_cast<char*>(nullptr));
             EXPECT_EQ(result, nullptr);
         });
-    EXPECT_EQ(log.finish(), FILE_ONLY + expected + ENDED);
+    EXPECT_EQ(log.finish(), std::string(FILE_LINE) + expected + ENDED);
 }
 
 TEST(MethodLogger, EveryDestructionClosesTheInnermostEntry) {
@@ -335,7 +339,7 @@ TEST(MethodLogger, EveryDestructionClosesTheInnermostEntry) {
         }
         logger.printLog(1, "open\n");
     }
-    EXPECT_EQ(log.finish(), FILE_ONLY +
+    EXPECT_EQ(log.finish(), std::string(FILE_LINE) +
                                 "ENTERING outer \n  ENTERING middle \n"
                                 "    ENTERING inner \n    EXITING inner\n"
                                 "  EXITING middle -- returning copy\n"

@@ -24,6 +24,7 @@ void Logger::vprintLog(int level, const char* format, std::va_list arguments) no
     if (format == nullptr || *format == '\0')
         return flush();
     char text[logging::RECORD_SIZE + 1];
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false alarm, printLog has started it.
     const int length = std::vsnprintf(text, sizeof text, format, arguments);
     if (length >= 0) // what could not be formatted is lost
         write(text, std::min(static_cast<std::size_t>(length), logging::RECORD_SIZE));

@@ -83,6 +83,7 @@ Logger::MethodStack::MethodStack(const MethodStack& other) noexcept {
     *this = other;
 }
 
+// NOLINTNEXTLINE(cert-oop54-cpp): assigning a vector to itself changes nothing.
 Logger::MethodStack& Logger::MethodStack::operator=(const MethodStack& other) noexcept {
     try {
         names_ = other.names_;
