@@ -4,7 +4,7 @@
 // random sequences of all operations.
 #include "KelRT/Logger.h"
 
-#include "logging_model.h"
+#include "models/log_model.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 #include <random>
 
 using namespace KelRT;
-using namespace logging_model;
+using namespace model;
 
 namespace {
 
@@ -20,7 +20,7 @@ Logger& logger = Logger::logger;
 constexpr unsigned SEED = 20110314;
 
 std::vector<unsigned char> randomBytes(std::size_t count) {
-    std::mt19937 random(SEED); // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
+    std::mt19937 random(SEED);
     std::vector<unsigned char> bytes(count);
     for (auto& byte : bytes)
         byte = static_cast<unsigned char>(random());
@@ -68,7 +68,7 @@ protected:
     }
 
     LogFile log{nullptr, std::to_string(GetParam()).c_str()};
-    Model model;
+    Log model;
 };
 
 INSTANTIATE_TEST_SUITE_P(Flags, LogAgainstModel, testing::Range(0U, 4U));

@@ -4,8 +4,8 @@
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
-#include "exhausted_memory.h"
-#include "logging_model.h"
+#include "failing_new.h"
+#include "models/log_model.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 #include <vector>
 
 using namespace KelRT;
-using namespace logging_model;
+using namespace model;
 
 namespace {
 
@@ -23,15 +23,17 @@ Logger& logger = Logger::logger;
 // Does something while memory is exhausted, which it must have met.
 template <typename Action>
 void whileExhausted(Action&& action) {
-    exhausted_memory::begin();
-    action();
-    EXPECT_GT(exhausted_memory::end(), 0U);
+    {
+        const test::FailingNew noMemory;
+        action();
+    }
+    EXPECT_TRUE(test::FailingNew::refused());
 }
 
 class LogWithoutMemory : public testing::Test {
 protected:
     void SetUp() override {
-        if (!exhausted_memory::REACHES_THE_LIBRARY)
+        if (!test::failingNewReachesTheLibrary())
             GTEST_SKIP() << "a program's operator new does not reach into a DLL";
     }
 };
@@ -101,11 +103,13 @@ TEST_F(LogWithoutMemory, StartStaysOffAndLeavesTheFileAlone) {
 TEST_F(LogWithoutMemory, WritingAllocatesNothing) {
     const LogFile log("2", "2");
     const std::vector<unsigned char> bytes(20000, 0xA5);
-    exhausted_memory::begin();
-    logger.printLog(1, "%s %d %.3f\n", "text", 5, 0.5);
-    logger.dumpBuffer(1, bytes.data(), 160000);
-    logger.endLogging();
-    EXPECT_EQ(exhausted_memory::end(), 0U);
+    {
+        const test::FailingNew noMemory;
+        logger.printLog(1, "%s %d %.3f\n", "text", 5, 0.5);
+        logger.dumpBuffer(1, bytes.data(), 160000);
+        logger.endLogging();
+    }
+    EXPECT_FALSE(test::FailingNew::refused());
     EXPECT_NE(log.text().find("00004e10h: a5 a5"), std::string::npos);
 }
 

@@ -5,7 +5,7 @@
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
-#include "logging_model.h"
+#include "models/log_model.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 #include <memory>
 
 using namespace KelRT;
-using namespace logging_model;
+using namespace model;
 
 namespace {
 

@@ -40,6 +40,11 @@ constexpr std::uint64_t inEachByte(std::uint8_t byte) {
     return std::uint64_t{byte} * 0x0101010101010101;
 }
 
+/// Puts the eight characters of \a word to \a p.
+inline void storeCharacters(char* p, std::uint64_t word) {
+    storeWord(reinterpret_cast<unsigned char*>(p), word);
+}
+
 /// Eight digit values 0 to 15, one a byte, as the characters of the hexadecimal digits.
 /// \param lettersFrom 'A' for upper case, 'a' for lower case
 constexpr std::uint64_t hexCharacters(std::uint64_t values, char lettersFrom) {
@@ -57,11 +62,11 @@ constexpr std::uint64_t spreadNibbles(std::uint32_t value) {
     return (word | word << 4) & 0x0F0F0F0F0F0F0F0F;
 }
 
-/// The eight bits of \a byte as the characters '0' and '1', one a byte, bit 0 in the lowest byte.
-constexpr std::uint64_t binaryCharacters(std::uint8_t byte) {
-    // Keep bit n in byte n, then lift every byte that is not 0 over its top bit.
-    const std::uint64_t bits = inEachByte(byte) & 0x8040201008040201;
-    return ((bits + 0x00406070787C7E7F) >> 7 & inEachByte(1)) + inEachByte('0');
+/// The eight bits of \a byte, one a byte, bit 0 in the lowest byte.
+constexpr std::uint64_t spreadBits(std::uint8_t byte) {
+    // Byte n keeps bit n; adding 0x7F carries into bit 7 of exactly the bytes that are not 0.
+    const std::uint64_t kept = inEachByte(byte) & 0x8040201008040201;
+    return (kept + inEachByte(0x7F)) >> 7 & inEachByte(1);
 }
 
 /// The opposite of spreadNibbles: the low nibbles of eight bytes packed into 32 bits. The high

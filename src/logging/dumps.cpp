@@ -61,10 +61,8 @@ char* putBlanks(char* out, std::uint64_t count) {
 
 // Eight characters of which the lowest byte of `characters` is the last.
 char* putEight(char* out, std::uint64_t characters) {
-    unsigned char bytes[common::WORD_BYTES];
-    common::storeWord(bytes, common::swapBytes(characters));
-    std::memcpy(out, bytes, sizeof bytes);
-    return out + sizeof bytes;
+    common::storeCharacters(out, common::swapBytes(characters));
+    return out + common::WORD_BYTES;
 }
 
 char* putAddress(char* out, std::uint64_t index) {
@@ -92,7 +90,7 @@ struct BitForm {
     static constexpr std::uint64_t CELL = 9;
 
     static char* putByte(char* out, unsigned char byte) {
-        out = putEight(out, common::binaryCharacters(byte));
+        out = putEight(out, common::spreadBits(byte) + common::inEachByte('0'));
         *out++ = ' ';
         return out;
     }

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-namespace logging_model {
+namespace model {
 
 constexpr const char* FILE_LINE = "ENVIRONMENT::TOR_KEL_LOGFILE=<file>\n";
 constexpr const char* BANNER = "Kel - Version <version>\n\n----- Logging Started - <time>\n";
@@ -89,7 +89,7 @@ private:
 };
 
 /// What a Logger with a stream writes, one piece at a time and character by character.
-struct Model {
+struct Log {
     std::string text;
     int level = 1;
     int depth = 0;
@@ -153,8 +153,8 @@ private:
 };
 
 /// The title is the text that it is expected to show; an empty one writes no record.
-inline void Model::dump(int recordLevel, const std::string& title,
-                        const std::vector<unsigned char>& buffer, std::uint64_t bitCount) {
+inline void Log::dump(int recordLevel, const std::string& title,
+                      const std::vector<unsigned char>& buffer, std::uint64_t bitCount) {
     const std::uint64_t bytes = bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0);
     const std::uint64_t perRow = bits ? 8 : 16;
     if (!title.empty())
@@ -181,4 +181,4 @@ inline void Model::dump(int recordLevel, const std::string& title,
     record(recordLevel, "\n");
 }
 
-} // namespace logging_model
+} // namespace model
