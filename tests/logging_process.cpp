@@ -7,7 +7,8 @@
 
 #include "test_host.h"
 
-#include <cstring>
+#include <climits>
+#include <memory>
 
 using KelRT::Logger;
 
@@ -15,43 +16,48 @@ namespace {
 
 // A client's static object lives longer than main and logs from its destructor.
 struct Client {
-    ~Client() {
-        Logger::logger.printLog(1, "client ends\n");
-        tracer.setReturnStatus(0);
-    }
+    ~Client() { Logger::logger.printLog(1, "client ends\n"); }
     KelRT::MethodLogger tracer;
 };
 Client client;
 
-void writeAll() {
-    const unsigned char byte = 0x5A;
-    Logger::logger.printLog(1, "record\n");
-    Logger::logger.dumpBuffer(1, &byte, 8);
-}
-
-// Ends logging to a standard stream, which must close the descriptor.
-int endOn(int descriptor) {
+void logWithCopies() {
+    Logger::logger.logMethodEntry("f");
+    auto copy = std::make_unique<Logger>(Logger::logger);
+    Logger assigned;
+    assigned = *copy;
+    assigned = *&assigned;
+    copy->logMethodExit("copied");
+    Logger::logger.printLog(1, "still inside\n");
+    copy.reset();
     Logger::logger.endLogging();
-    return test_host::closeDescriptor(descriptor) ? 1 : 0;
+    assigned.logMethodExit(7);
 }
 
 } // namespace
 
+// The arguments: a mode, and the descriptor that must be closed in the end.
 int main(int argc, char** argv) {
-    const auto modeIs = [&](const char* mode) {
-        return argc > 1 && std::strcmp(argv[1], mode) == 0;
-    };
-    if (modeIs("closed"))
+    const std::string mode = argc > 1 ? argv[1] : "";
+    const auto other = mode == "other" ? std::make_unique<Logger>() : nullptr;
+    Logger& logger = other ? *other : Logger::logger;
+    if (mode == "closed")
         test_host::closeDescriptor(1);
-    Logger::logger.startLogging();
-    writeAll();
-    if (modeIs("unload"))
+    logger.startLogging();
+    Logger::logger.startLogging(); // does nothing
+    for (int level = -4; level <= 26; ++level)
+        if (logger.shouldPrintLog(level))
+            logger.printLog(level, "%d ", level);
+    const unsigned char bytes[] = {0x55, 0x0A};
+    logger.dumpBuffer(INT_MIN, nullptr, bytes, 12);
+    if (mode == "copies")
+        logWithCopies();
+    if (mode == "unload") {
         client.tracer.setMethodName("Client");
-    else if (modeIs("stdout"))
-        return endOn(1);
-    else if (modeIs("stderr"))
-        return endOn(2);
-    else if (modeIs("closed"))
-        Logger::logger.endLogging();
-    return 0;
+        return 0; // the unloading of the library ends logging
+    }
+    logger.endLogging();
+    logger.startLogging();
+    logger.printLog(INT_MIN, "after the end");
+    return argc > 2 && test_host::closeDescriptor(*argv[2] - '0') ? 1 : 0;
 }

@@ -30,14 +30,6 @@ inline void unsetEnvironment(const char* name) {
 inline bool closeDescriptor(int descriptor) {
     return _close(descriptor) == 0;
 }
-/// True when this process has the file open.
-inline bool isOpen(const std::string& path) {
-    std::error_code error; // an open file cannot be renamed
-    std::filesystem::rename(path, path + "x", error);
-    if (!error)
-        std::filesystem::rename(path + "x", path);
-    return static_cast<bool>(error);
-}
 #else
 constexpr bool WINDOWS = false;
 inline void setEnvironment(const char* name, const std::string& value) {
@@ -48,13 +40,6 @@ inline void unsetEnvironment(const char* name) {
 }
 inline bool closeDescriptor(int descriptor) {
     return close(descriptor) == 0;
-}
-inline bool isOpen(const std::string& path) {
-    std::error_code ignored;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        if (std::filesystem::read_symlink(entry, ignored) == path)
-            return true;
-    return false;
 }
 #endif
 
