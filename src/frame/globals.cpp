@@ -8,6 +8,7 @@
 // a client registered earlier.
 #include "KelRT/Logger.h"
 #include "frame/version_texts.h"
+#include "port/port.h"
 
 namespace KelRT {
 
@@ -23,7 +24,11 @@ std::string fullVersionText;
 // 6: the process-wide logger, off until a client starts it.
 Logger Logger::logger;
 
-// 7: the seat of the file services.
+// 7: the file services, open before the first file operation and closed after the last.
+namespace {
+const Port::FileInit fileServices;
+} // namespace
+
 // 8: the seat of the caller's data directory.
 
 } // namespace KelRT

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+//
+// The portability layer: what the library asks of its host beyond the standard library, and the one
+// place where the sources ask which host it is. This header says what the layer owes. What stands
+// in host.cpp differs from host to host; file_name.cpp works on texts alone.
+//
+// A path is a NUL-terminated byte string in the host's narrow encoding, and names the same file
+// here as it does for fopen. No function throws for what the host refuses (a missing or unreadable
+// parent, a name that is too long): the result says so. Only std::bad_alloc is thrown.
+//
+// Threads: nothing is shared but what the host shares (the current directory, the file system).
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace Port {
+
+/// What differs between hosts in the texts of paths, as a value: what works on paths takes the
+/// conventions as an argument, so that those of either host can be followed on both.
+struct Conventions {
+    char separator;               ///< joins the parts of a path
+    const char* listSeparator;    ///< stands between the directories of PATH
+    const char* libraryExtension; ///< ends the name of a library file
+};
+
+inline constexpr Conventions WINDOWS{'\\', ";", ".dll"};
+inline constexpr Conventions POSIX{'/', ":", ".so"};
+#if defined(_WIN32)
+inline constexpr const Conventions& NATIVE = WINDOWS;
+#else
+inline constexpr const Conventions& NATIVE = POSIX;
+#endif
+
+/// Where a path is examined or resolved, both characters separate its parts, on every host.
+constexpr bool isSeparator(char character) {
+    return character == '/' || character == '\\';
+}
+
+/// True when the last character of \a path is a separator.
+constexpr bool endsInSeparator(std::string_view path) {
+    return !path.empty() && isSeparator(path.back());
+}
+
+/// \a directory, one separator, \a name; the separator is added even where one stands already.
+/// \code
+/// join(WINDOWS, "C:\\a", "b") => "C:\\a\\b"
+/// join(POSIX, "/a/", "b") => "/a//b"
+/// \endcode
+std::string join(const Conventions& conventions, std::string_view directory, std::string_view name);
+
+/// Keeps the services of this layer open. The library holds one from load to unload, so that it is
+/// there before the first file operation and outlives the last. No host that is served needs more
+/// preparation than that, so it only counts; File and UT_DIR assert that one lives.
+class FileInit {
+public:
+    FileInit();
+    ~FileInit();
+    FileInit(const FileInit&) = delete;
+    FileInit& operator=(const FileInit&) = delete;
+
+    /// True while a FileInit lives.
+    static bool ready();
+};
+
+/// Single files and directories.
+struct File {
+    /// True when a file system object of that name exists, whatever its kind; a symbolic link
+    /// counts also where its target is missing. False when the host will not say.
+    static bool exist(const char* path);
+
+    /// True when \a path names an existing directory, through symbolic links too.
+    static bool isdir(const char* path);
+
+    /// Creates one directory, not its parents; true when it was created. The flag is ignored.
+    static bool mkdir(const char* path, bool flag);
+
+    /// True when \a path is no directory and can be opened for reading.
+    static bool readable(const char* path);
+
+    /// Opens \a path for writing, which empties it, and closes it; true when it could be opened.
+    static bool create(const char* path);
+};
+
+/// The current directory as the host reports it, of any length; empty when it cannot be read.
+/// \param drive on hosts with drives the letter of the drive asked about, 0 for the current one
+std::string currentDirectory(char drive = 0);
+
+/// A text that an operation of this layer hands out.
+template <typename Character>
+class StringBase {
+public:
+    explicit StringBase(std::basic_string<Character> text) : text_(std::move(text)) {}
+
+    /// The NUL-terminated characters; they live as long as this object.
+    const Character* c_str() const { return text_.c_str(); }
+
+private:
+    std::basic_string<Character> text_;
+};
+
+/// The name of a file, which need not exist. \a conventions must outlive it.
+class FileName {
+public:
+    explicit FileName(const char* path, const Conventions& conventions = NATIVE)
+        : path_(path), conventions_(conventions) {}
+
+    /// The absolute form, found from the text alone: no link is followed. Relative paths count from
+    /// the current directory; "." and ".." are folded, ".." at the root being the root; separators
+    /// become the host's, repeated ones one; one at the end stays at the end. The text is empty
+    /// when the current directory is needed and cannot be read. The flag is ignored.
+    ///
+    /// Under the Windows conventions a path may begin with a drive (`C:`; without a separator
+    /// behind it, it counts from the current directory of that drive) or with a share
+    /// (`\\server\share`), of which ".." removes nothing.
+    /// \code
+    /// "/a/./b/../c/" => "/a/c/"             // POSIX
+    /// "..\\x"        => "/x"                // POSIX, in /work
+    /// "c:/a/../b"    => "c:\\b"             // WINDOWS
+    /// "\\x"          => "C:\\x"             // WINDOWS, in C:\work
+    /// "//srv/d/../x" => "\\\\srv\\d\\x"     // WINDOWS
+    /// \endcode
+    StringBase<char> GetAbsolutePath(bool flag) const;
+
+private:
+    std::string path_;
+    const Conventions& conventions_;
+};
+
+/// Walks over the entries of a UT_DIR, which must outlive it unchanged.
+class UT_DIR_ITERATOR {
+public:
+    explicit UT_DIR_ITERATOR(std::vector<std::string>::const_iterator entry) : entry_(entry) {}
+    bool operator!=(const UT_DIR_ITERATOR& other) const { return entry_ != other.entry_; }
+    UT_DIR_ITERATOR& operator++() {
+        ++entry_;
+        return *this;
+    }
+
+    /// The bare name of the current entry, NUL-terminated; it belongs to the UT_DIR.
+    const char* operator*() const { return entry_->c_str(); }
+
+private:
+    std::vector<std::string>::const_iterator entry_;
+};
+
+/// The entries of a directory, read whole at construction, in the order of the host.
+class UT_DIR {
+public:
+    /// \param flag 1 leaves "." and ".." out, 0 yields them where the host has them
+    UT_DIR(const char* directory, std::uint8_t flag);
+
+    /// 1 when the directory could be opened and read to its end, otherwise 0.
+    int isvalid() const { return valid_ ? 1 : 0; }
+
+    UT_DIR_ITERATOR begin() const { return UT_DIR_ITERATOR(entries_.begin()); }
+    UT_DIR_ITERATOR end() const { return UT_DIR_ITERATOR(entries_.end()); }
+
+private:
+    std::vector<std::string> entries_;
+    bool valid_ = false;
+};
+
+} // namespace Port
