@@ -3,13 +3,17 @@
 // What tests need from the host: the one place in the tests that knows which host it is.
 #pragma once
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #ifdef _WIN32
 #include <io.h>
@@ -21,6 +25,7 @@ namespace test_host {
 
 #ifdef _WIN32
 constexpr bool WINDOWS = true;
+constexpr const char* SEPARATOR = "\\"; ///< between the parts of a path
 inline void setEnvironment(const char* name, const std::string& value) {
     _putenv_s(name, value.c_str());
 }
@@ -32,6 +37,7 @@ inline bool closeDescriptor(int descriptor) {
 }
 #else
 constexpr bool WINDOWS = false;
+constexpr const char* SEPARATOR = "/"; ///< between the parts of a path
 inline void setEnvironment(const char* name, const std::string& value) {
     setenv(name, value.c_str(), 1);
 }
@@ -43,10 +49,28 @@ inline bool closeDescriptor(int descriptor) {
 }
 #endif
 
+/// The path of \a name in \a directory.
+inline std::string below(std::string directory, const std::string& name) {
+    return directory.append(SEPARATOR).append(name);
+}
+
 /// The bytes of a file, with the host's line ends folded to "\n"; empty when there is none.
 inline std::string readWholeFile(const std::string& path) {
     std::ifstream file(path); // text mode folds them
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// True when `fopen` opens \a path for reading, as a caller would.
+inline bool opens(const std::string& path) {
+    std::FILE* const stream = std::fopen(path.c_str(), "rb");
+    return stream != nullptr && (std::fclose(stream), true);
+}
+
+/// Creates or replaces a file; throws when it cannot.
+inline void writeFile(const std::string& path, const std::string& text = "") {
+    std::ofstream stream(path, std::ios::binary);
+    if (!(stream << text).flush())
+        throw std::runtime_error("cannot write " + path);
 }
 
 /// A new directory of its own, removed with all that is in it at the end of the scope.
@@ -55,7 +79,7 @@ public:
     TemporaryDirectory() {
         std::random_device random;
         do
-            path_ = std::filesystem::temp_directory_path() /
+            path_ = std::filesystem::canonical(std::filesystem::temp_directory_path()) /
                     ("kel_test_" + std::to_string(random()) + std::to_string(random()));
         while (!std::filesystem::create_directory(path_));
     }
@@ -65,11 +89,56 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
+    /// Without a separator at its end.
+    std::string path() const { return path_.string(); }
     /// The path of \a name in the directory, in the host's style.
-    std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+    std::string operator/(const std::string& name) const { return below(path(), name); }
 
 private:
     std::filesystem::path path_;
+};
+
+/// Another current directory for a scope.
+class CurrentDirectory {
+public:
+    explicit CurrentDirectory(const std::string& path) : before_(std::filesystem::current_path()) {
+        std::filesystem::current_path(path);
+    }
+    CurrentDirectory(const CurrentDirectory&) = delete;
+    CurrentDirectory& operator=(const CurrentDirectory&) = delete;
+    ~CurrentDirectory() {
+        std::error_code ignored;
+        std::filesystem::current_path(before_, ignored);
+    }
+
+private:
+    std::filesystem::path before_;
+};
+
+/// An environment variable set, or unset without a value, for a scope. On Windows the empty value
+/// unsets, too.
+class Variable {
+public:
+    explicit Variable(const char* name, const std::optional<std::string>& value = {})
+        : name_(name) {
+        if (const char* const before = std::getenv(name))
+            before_ = before;
+        set(value);
+    }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+    ~Variable() { set(before_); }
+
+    void set(const std::optional<std::string>& value) const {
+        if (value)
+            setEnvironment(name_, *value);
+        else
+            unsetEnvironment(name_);
+    }
+
+private:
+    const char* name_;
+    std::optional<std::string> before_;
 };
 
 } // namespace test_host

@@ -6,6 +6,7 @@
 //
 // Namespace and class statics, never function-local ones: those would die before exit handlers that
 // a client registered earlier.
+#include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
 #include "frame/version_texts.h"
 #include "port/port.h"
@@ -29,6 +30,7 @@ namespace {
 const Port::FileInit fileServices;
 } // namespace
 
-// 8: the seat of the caller's data directory.
+// 8: the caller's data directory, empty.
+std::string Kel_Util::userDataDir;
 
 } // namespace KelRT

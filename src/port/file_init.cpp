@@ -11,7 +11,7 @@ std::atomic<int> holders{0};
 
 } // namespace
 
-FileInit::FileInit() {
+FileInit::FileInit() noexcept {
     ++holders;
 }
 

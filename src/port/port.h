@@ -57,7 +57,7 @@ std::string join(const Conventions& conventions, std::string_view directory, std
 /// preparation than that, so it only counts; File and UT_DIR assert that one lives.
 class FileInit {
 public:
-    FileInit();
+    FileInit() noexcept;
     ~FileInit();
     FileInit(const FileInit&) = delete;
     FileInit& operator=(const FileInit&) = delete;

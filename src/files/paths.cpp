@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Kel_Exception.h"
+#include "KelRT/Kel_Util.h"
+#include "files/files.h"
+
+#include <utility>
+
+namespace KelRT {
+namespace {
+
+std::string absolute(const Port::Conventions& conventions, const std::string& path) {
+    std::string text = Port::FileName(path.c_str(), conventions).GetAbsolutePath(false).c_str();
+    if (text.empty())
+        throw Kel_Exception("Could not read the current directory.\n");
+    return text;
+}
+
+} // namespace
+
+std::string files::normalize(const Port::Conventions& conventions, const std::string& path) {
+    if (path.empty())
+        return path;
+    // "." is the current directory itself, which may be a root and then ends in its separator.
+    // Every other relative path, "./x" among them, counts from the current directory in the
+    // absolute form.
+    if (path == "." || Port::endsInSeparator(path))
+        return absolute(conventions, path);
+    std::string text = absolute(conventions, Port::join(conventions, path, ""));
+    text.pop_back();
+    return text;
+}
+
+std::string Kel_Util::normalizePath(const std::string& path) {
+    return files::normalize(Port::NATIVE, path.substr(0, path.find('\0')));
+}
+
+void Kel_Util::getDirectoryFileList(const std::string& directory, bool listFlag,
+                                    std::vector<std::string>& list) {
+    const Port::UT_DIR reader(directory.c_str(), listFlag ? 0 : 1);
+    if (reader.isvalid() != 1)
+        throw Kel_Exception("Could not open the directory: " + directory + "\n");
+    // Made apart: the caller's list stays as it was if memory runs out, and may hold `directory`.
+    std::vector<std::string> entries;
+    for (auto entry = reader.begin(); entry != reader.end(); ++entry)
+        entries.emplace_back(*entry);
+    list = std::move(entries);
+}
+
+} // namespace KelRT
