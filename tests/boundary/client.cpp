@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "client.h"
+
+#include "KelRT/Kel_Exception.h"
+#include "KelRT/Kel_StrTok.h"
+#include "KelRT/Kel_Util.h"
+#include "KelRT/MethodLogger.h"
+
+#include <cstdlib>
+#include <new>
+
+using namespace KelRT;
+
+namespace {
+
+int deletes = 0;
+
+// Lives as long as the client library, and logs when that is unloaded.
+struct LastWords {
+    ~LastWords() { Logger::logger.printLog(1, "a client library ends\n"); }
+};
+const LastWords lastWords;
+
+int countTokens(const char* text, const char* delimiters) {
+    Kel_StrTok tokens(text, delimiters, false, false, false);
+    int count = 0;
+    while (tokens.getNext() != nullptr)
+        ++count;
+    return count;
+}
+
+void work(void (*inner)()) {
+    MethodLogger tracer;
+    tracer.setMethodName(CLIENT_NAME);
+    Logger::logger.printLog(1, "%s works\n", CLIENT_NAME);
+    inner();
+    tracer.setReturnStatus(0);
+}
+
+bool catchesByType() {
+    try {
+        Kel_Util::findLibInPath("no such library");
+    } catch (const Kel_Exception&) {
+        return true;
+    } catch (...) {
+        return false;
+    }
+    return false;
+}
+
+constexpr Client client{[] { return Kel_StrTok::CSV_DELIM; },
+                        countTokens,
+                        [] { return &Logger::logger; },
+                        work,
+                        catchesByType,
+                        [] { throw Kel_Exception(CLIENT_NAME); },
+                        [](Kel_ByteBuffer* buffer) { delete buffer; },
+                        [] { return deletes; },
+                        [] { ::operator delete(::operator new(1)); }};
+
+} // namespace
+
+// Replaced for this library alone, which is not what a linker makes of it by itself: see the rules
+// of the build.
+void* operator new(std::size_t bytes) {
+    if (void* const block = std::malloc(bytes))
+        return block;
+    throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept {
+    ++deletes;
+    std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    operator delete(block);
+}
+
+const Client* CLIENT_FUNCTION() noexcept {
+    return &client;
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+//
+// Two libraries that use the library as clients do, each built from client.cpp with hidden
+// visibility. What one of them sees is handed out as functions, so that a program can compare.
+#pragma once
+
+#include "KelRT/Kel_ByteBuffer.h"
+#include "KelRT/Logger.h"
+
+#if defined(_WIN32)
+#define CLIENT_API __declspec(dllexport)
+#else
+#define CLIENT_API __attribute__((visibility("default")))
+#endif
+
+struct Client {
+    /// Kel_StrTok::CSV_DELIM as the client sees it.
+    const char* (*csvDelimiters)();
+    /// How many tokens a tokenizer of the client makes of \a text.
+    int (*countTokens)(const char* text, const char* delimiters);
+    /// Logger::logger as the client sees it.
+    KelRT::Logger* (*logger)();
+    /// Traces itself and calls \a inner within.
+    void (*work)(void (*inner)());
+    /// True when the client catches what the library throws as Kel_Exception.
+    bool (*catchesByType)();
+    /// Throws a Kel_Exception that the client has made.
+    void (*throwsException)();
+    /// Deletes a buffer that the library has made.
+    void (*deleteBuffer)(KelRT::Kel_ByteBuffer* buffer);
+    /// How often the client's own global operator delete was called, by the client's replacement.
+    int (*globalDeletes)();
+    /// Makes one call of it.
+    void (*callGlobalDelete)();
+};
+
+extern "C" {
+CLIENT_API const Client* firstClient() noexcept;
+CLIENT_API const Client* secondClient() noexcept;
+}

@@ -1,0 +1,17 @@
+# Runs PROGRAM (with EMULATOR where one is needed) and compares the log that it leaves behind with the
+# file EXPECTED, the time and the version masked.
+set(log boundary_process.log)
+file(REMOVE ${log})
+set(ENV{TOR_KEL_LOGFILE} ${log})
+set(ENV{TOR_KEL_LOGDETAIL} 4)
+set(ENV{TOR_KEL_LOGFLAGS} "")
+execute_process(COMMAND ${EMULATOR} ${PROGRAM} COMMAND_ERROR_IS_FATAL ANY)
+file(READ ${log} text)
+file(REMOVE ${log})
+file(READ ${EXPECTED} expected)
+string(REPLACE "\r\n" "\n" text "${text}")
+string(REGEX REPLACE "Version [^\n]*" "Version V" text "${text}")
+string(REGEX REPLACE "(Started|Ended) - [^\n]+" "\\1 - T" text "${text}")
+if(NOT text STREQUAL expected)
+  message(FATAL_ERROR "the log is\n${text}\ninstead of\n${expected}")
+endif()
