@@ -85,6 +85,7 @@ TEST_F(OnWindows, All32002NamesAreTriedInOrder) {
 }
 
 TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
+    host.existing = {"C:\\a\\foo.dll"}; // and may not be read
     EXPECT_EQ(thrownBy([] { files::findLibrary(WINDOWS, "foo"); }),
               "Could not find foo in path.\n");
     EXPECT_EQ(host.calls,
