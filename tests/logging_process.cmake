@@ -99,7 +99,7 @@ opening(UNSET -1 1 "${flags}FFFFFFFF\n${bits}${large}")
 # The name of the output.
 records(1)
 string(ASCII 8 backspace)
-foreach(name "my trace.log" STDOUT Stderr stdout.)
+foreach(name "my trace.log" STDOUT Stderr stdout.log)
   run("${backspace} ${name}\t\r\n" UNSET UNSET)
   expect_file("${name}" "${file}${name}\n${records}")
 endforeach()
