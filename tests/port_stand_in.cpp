@@ -55,8 +55,8 @@ std::string currentDirectory(char drive) {
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     test::note("list " + std::to_string(flag), directory);
-    entries_ = {"first", "second"};
-    valid_ = !host.listingBreaksOff;
+    entries = {"first", "second"};
+    valid = !host.listingBreaksOff;
 }
 
 } // namespace Port

@@ -16,8 +16,8 @@ namespace KelRT {
 /// Threads: as any value; distinct objects are independent.
 class KELRT_API Kel_Exception {
 public:
-    /// Keeps a copy of \a message. \throws std::bad_alloc
-    Kel_Exception(const std::string& message); // NOLINT(google-explicit-constructor)
+    /// Keeps a copy of \a text. \throws std::bad_alloc
+    Kel_Exception(const std::string& text); // NOLINT(google-explicit-constructor)
 
     /// Copies the message; the copies are independent. \throws std::bad_alloc
     Kel_Exception(const Kel_Exception& other);
@@ -31,7 +31,7 @@ public:
     virtual std::string what() const;
 
 private:
-    std::string message_;
+    std::string message;
 };
 
 } // namespace KelRT

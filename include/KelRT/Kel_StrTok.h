@@ -99,18 +99,18 @@ private:
     const char* cut(std::uint64_t first, std::uint64_t end) noexcept;
     const char* cutQuoted() noexcept;
 
-    std::unique_ptr<char[]> buffer_;
-    bool handleQuotes_;
-    bool keepQuotes_;
-    std::uint64_t position_ = 0; // of the next character to examine; >= length_ at the end
-    std::uint64_t length_;
-    const char* delimiters_;
-    std::int32_t pendingEmptyToken_ = 0; // 1: an empty token is due behind the last character
+    std::unique_ptr<char[]> buffer;
+    bool handleQuotes;
+    bool keepQuotes;
+    std::uint64_t position = 0; // of the next character to examine; >= length at the end
+    std::uint64_t length;
+    const char* delimiters;
+    std::int32_t pendingEmptyToken = 0; // 1: an empty token is due behind the last character
 
     // The delimiters among the 64 characters of one block of the buffer, found once for all tokens
-    // of the block: bit i of the mask stands for character 64 * block_ + i.
-    std::uint64_t block_ = ~std::uint64_t{0};
-    std::uint64_t blockDelimiters_ = 0;
+    // of the block: bit i of the mask stands for character 64 * block + i.
+    std::uint64_t block = ~std::uint64_t{0};
+    std::uint64_t blockDelimiters = 0;
 };
 
 } // namespace KelRT

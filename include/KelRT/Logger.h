@@ -115,7 +115,7 @@ public:
     /// True when a record of this level would be written. Inlined, so that a caller can spare
     /// itself the making of a record that is filtered out.
     [[nodiscard]] bool shouldPrintLog(int level) const noexcept {
-        return level <= detailLevel_ && stream_ != nullptr;
+        return level <= detailLevel && stream != nullptr;
     }
 
     /// Writes a record: \a format with the arguments that follow, as `printf` formats them. A null
@@ -239,8 +239,8 @@ private:
         void clear() noexcept;
 
     private:
-        std::vector<std::string> names_;
-        std::uint64_t nameless_ = 0; ///< entries above all of names_
+        std::vector<std::string> names;
+        std::uint64_t nameless = 0; ///< entries above all of names
     };
 
     void readOutput() noexcept;
@@ -255,13 +255,13 @@ private:
         KELRT_FORMAT(3, 0);
     bool beginExit() noexcept;
 
-    std::shared_ptr<std::FILE> stream_; ///< null: logging is off
-    std::int32_t detailLevel_ = 0;
-    std::int32_t nestingDepth_ = 0; ///< entries less exits; may be negative
-    bool atLineStart_ = false;      ///< the last character written ended a line
-    MethodStack methodStack_;
-    bool printBits_ = false;
-    bool printLargeBufs_ = false;
+    std::shared_ptr<std::FILE> stream; ///< null: logging is off
+    std::int32_t detailLevel = 0;
+    std::int32_t nestingDepth = 0; ///< entries less exits; may be negative
+    bool atLineStart = false;      ///< the last character written ended a line
+    MethodStack methodStack;
+    bool printBits = false;
+    bool printLargeBufs = false;
 };
 
 } // namespace KelRT

@@ -88,8 +88,8 @@ public:
     /// @}
 
 private:
-    std::string methodName_;
-    std::string returnText_;
+    std::string methodName;
+    std::string returnText;
 };
 
 } // namespace KelRT

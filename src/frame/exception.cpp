@@ -3,13 +3,13 @@
 
 namespace KelRT {
 
-Kel_Exception::Kel_Exception(const std::string& message) : message_(message) {}
+Kel_Exception::Kel_Exception(const std::string& text) : message(text) {}
 Kel_Exception::Kel_Exception(const Kel_Exception&) = default;
 Kel_Exception& Kel_Exception::operator=(const Kel_Exception&) = default;
 Kel_Exception::~Kel_Exception() = default;
 
 std::string Kel_Exception::what() const {
-    return message_;
+    return message;
 }
 
 } // namespace KelRT

@@ -27,26 +27,26 @@ class StreamText {
 public:
     static constexpr std::size_t MOST_AT_ONCE = 256;
 
-    explicit StreamText(std::FILE* stream) : stream_(stream) {}
+    explicit StreamText(std::FILE* output) : stream(output) {}
 
     // Where the next piece goes, of at most MOST_AT_ONCE characters.
     char* next() {
-        if (used_ > sizeof text_ - MOST_AT_ONCE)
+        if (used > sizeof text - MOST_AT_ONCE)
             handOver();
-        return text_ + used_;
+        return text + used;
     }
     // Takes the piece that was put there and ends at `end`.
-    void take(const char* end) { used_ = static_cast<std::size_t>(end - text_); }
+    void take(const char* end) { used = static_cast<std::size_t>(end - text); }
 
     void handOver() {
-        static_cast<void>(std::fwrite(text_, 1, used_, stream_));
-        used_ = 0;
+        static_cast<void>(std::fwrite(text, 1, used, stream));
+        used = 0;
     }
 
 private:
-    std::FILE* stream_;
-    std::size_t used_ = 0;
-    char text_[16384];
+    std::FILE* stream;
+    std::size_t used = 0;
+    char text[16384];
 };
 
 char* put(char* out, std::string_view text) {
@@ -147,12 +147,12 @@ void Logger::dumpBuffer(int level, const char* title, const unsigned char* buffe
     if (title != nullptr)
         writeTitle(title);
     write(LABEL.data(), LABEL.size());
-    StreamText text(stream_.get());
-    if (printBits_)
-        putTable<BitForm>(text, buffer, bitCount, printLargeBufs_);
+    StreamText text(stream.get());
+    if (printBits)
+        putTable<BitForm>(text, buffer, bitCount, printLargeBufs);
     else
-        putTable<HexForm>(text, buffer, bitCount, printLargeBufs_);
-    atLineStart_ = true;
+        putTable<HexForm>(text, buffer, bitCount, printLargeBufs);
+    atLineStart = true;
 }
 
 void Logger::dumpBuffer(int level, const unsigned char* buffer, unsigned int bitCount) noexcept {

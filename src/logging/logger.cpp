@@ -100,17 +100,17 @@ void Logger::startLogging() noexcept {
     if (loggingStarted != 0)
         return;
     loggingStarted = 1;
-    nestingDepth_ = 0;
-    stream_.reset();
-    detailLevel_ = 1;
-    printBits_ = false;
-    printLargeBufs_ = false;
+    nestingDepth = 0;
+    stream.reset();
+    detailLevel = 1;
+    printBits = false;
+    printLargeBufs = false;
     readOutput();
     readDetailLevel();
     readFlags();
     writeBanner();
     writeTimeLine("Started");
-    atLineStart_ = true;
+    atLineStart = true;
 }
 
 void Logger::readOutput() noexcept {
@@ -118,7 +118,7 @@ void Logger::readOutput() noexcept {
         const std::string name = Kel_Util::trimWhitespace(environment("TOR_KEL_LOGFILE"));
         if (name.empty())
             return;
-        stream_ = openStream(name);
+        stream = openStream(name);
         logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFILE=%s\n", name.c_str());
     } catch (...) { // out of memory: logging stays off
         return;
@@ -129,8 +129,8 @@ void Logger::readDetailLevel() noexcept {
     const char* const text = environment("TOR_KEL_LOGDETAIL");
     if (*text == '\0')
         return;
-    detailLevel_ = environmentNumber(text);
-    logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGDETAIL=%d\n", detailLevel_);
+    detailLevel = environmentNumber(text);
+    logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGDETAIL=%d\n", detailLevel);
 }
 
 void Logger::readFlags() noexcept {
@@ -139,11 +139,11 @@ void Logger::readFlags() noexcept {
         return;
     const auto flags = static_cast<unsigned int>(environmentNumber(text));
     logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFLAGS=0x%08X\n", flags);
-    printBits_ = (flags & 1U) != 0;
-    if (printBits_)
+    printBits = (flags & 1U) != 0;
+    if (printBits)
         logger.printLog(ENVIRONMENT_LEVEL, "      -PRINTBITS ON\n");
-    printLargeBufs_ = (flags & 2U) != 0;
-    if (printLargeBufs_)
+    printLargeBufs = (flags & 2U) != 0;
+    if (printLargeBufs)
         logger.printLog(ENVIRONMENT_LEVEL, "      -PRINTLARGEBUFS ON\n");
 }
 
@@ -151,12 +151,12 @@ void Logger::endLogging() noexcept {
     popAllMethods();
     writeTimeLine("Ended");
     flush();
-    stream_.reset(); // closes it, unless a copy still writes to it
+    stream.reset(); // closes it, unless a copy still writes to it
 }
 
 void Logger::setDetailLevel(int level) noexcept {
     if (level >= 0 && level <= 10)
-        detailLevel_ = level;
+        detailLevel = level;
 }
 
 } // namespace KelRT

@@ -29,18 +29,18 @@ MethodLogger::MethodLogger(const MethodLogger& other) noexcept {
 
 // NOLINTNEXTLINE(cert-oop54-cpp): assigning a string to itself changes nothing.
 MethodLogger& MethodLogger::operator=(const MethodLogger& other) noexcept {
-    copyText(methodName_, other.methodName_);
-    copyText(returnText_, other.returnText_);
+    copyText(methodName, other.methodName);
+    copyText(returnText, other.returnText);
     return *this;
 }
 
 MethodLogger::~MethodLogger() {
-    Logger::logger.logMethodExit(returnText_.c_str());
+    Logger::logger.logMethodExit(returnText.c_str());
 }
 
 void MethodLogger::setMethodName(std::string name) noexcept {
-    methodName_ = std::move(name);
-    Logger::logger.logMethodEntry(methodName_.c_str());
+    methodName = std::move(name);
+    Logger::logger.logMethodEntry(methodName.c_str());
 }
 
 // NOLINTBEGIN(performance-unnecessary-value-param): the interface takes strings by value.
@@ -51,18 +51,18 @@ void MethodLogger::addArgument(std::string /*name*/, unsigned int /*value*/) noe
 unsigned int MethodLogger::setReturnStatus(unsigned int status) noexcept {
     constexpr unsigned int FAILURE = 0x80000000U;
     if ((status & FAILURE) == 0) {
-        copyText(returnText_, "KEL_SUCCESS");
+        copyText(returnText, "KEL_SUCCESS");
         return status;
     }
     char text[sizeof "KEL_FAILURE, ERROR CODE: FFFF"];
     static_cast<void>(
         std::snprintf(text, sizeof text, "KEL_FAILURE, ERROR CODE: %X", status & 0xFFFFU));
-    copyText(returnText_, text);
+    copyText(returnText, text);
     return status;
 }
 
 bool MethodLogger::setReturn(bool value) noexcept {
-    copyText(returnText_, value ? "true" : "false");
+    copyText(returnText, value ? "true" : "false");
     return value;
 }
 
@@ -72,13 +72,13 @@ char* MethodLogger::setReturn(char* text) noexcept {
 }
 
 const char* MethodLogger::setReturn(const char* text) noexcept {
-    copyText(returnText_, text != nullptr ? text : "0 (NULL)");
+    copyText(returnText, text != nullptr ? text : "0 (NULL)");
     return text;
 }
 
 int MethodLogger::setReturn(unsigned int value) noexcept {
     const auto shown = static_cast<int>(value);
-    copyText(returnText_,
+    copyText(returnText,
              std::to_string(shown)); // at most 11 characters, which strings hold inside
     return shown;
 }

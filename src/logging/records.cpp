@@ -31,26 +31,26 @@ void Logger::vprintLog(int level, const char* format, std::va_list arguments) no
 }
 
 void Logger::flush() noexcept {
-    if (stream_ != nullptr)
-        static_cast<void>(std::fflush(stream_.get()));
+    if (stream != nullptr)
+        static_cast<void>(std::fflush(stream.get()));
 }
 
 // Expects a stream. Output errors are ignored on purpose: there is nobody to report them to.
 void Logger::write(const char* text, std::size_t length) noexcept {
-    if (atLineStart_)
+    if (atLineStart)
         writeIndentation();
-    static_cast<void>(std::fwrite(text, 1, length, stream_.get()));
+    static_cast<void>(std::fwrite(text, 1, length, stream.get()));
     if (length != 0)
-        atLineStart_ = text[length - 1] == '\n';
+        atLineStart = text[length - 1] == '\n';
 }
 
 void Logger::writeIndentation() noexcept {
     constexpr std::int32_t UNITS = 32; // in one piece
     static constexpr char BLANKS[2 * UNITS + 1] =
         "                                                                ";
-    for (std::int32_t units = nestingDepth_; units > 0; units -= UNITS) {
+    for (std::int32_t units = nestingDepth; units > 0; units -= UNITS) {
         const auto now = static_cast<std::size_t>(std::min(units, UNITS));
-        static_cast<void>(std::fwrite(BLANKS, 2, now, stream_.get()));
+        static_cast<void>(std::fwrite(BLANKS, 2, now, stream.get()));
     }
 }
 

@@ -32,22 +32,22 @@ void Logger::traceEntry(const char* name, const char* format, std::va_list argum
     if (format != nullptr)
         vprintLog(TRACE_LEVEL, format, arguments);
     printLog(TRACE_LEVEL, "\n");
-    ++nestingDepth_;
-    methodStack_.push(name);
+    ++nestingDepth;
+    methodStack.push(name);
 }
 
 void Logger::logMethodExit() noexcept {
     if (!beginExit())
         return;
-    printLog(TRACE_LEVEL, "EXITING %s\n", methodStack_.top());
-    methodStack_.pop();
+    printLog(TRACE_LEVEL, "EXITING %s\n", methodStack.top());
+    methodStack.pop();
 }
 
 void Logger::logMethodExit(int value) noexcept {
     if (!beginExit())
         return;
-    printLog(TRACE_LEVEL, "EXITING %s -- returning %d\n", methodStack_.top(), value);
-    methodStack_.pop();
+    printLog(TRACE_LEVEL, "EXITING %s -- returning %d\n", methodStack.top(), value);
+    methodStack.pop();
 }
 
 void Logger::logMethodExit(const char* text) noexcept {
@@ -55,28 +55,28 @@ void Logger::logMethodExit(const char* text) noexcept {
         return logMethodExit();
     if (!beginExit())
         return;
-    printLog(TRACE_LEVEL, "EXITING %s -- returning %s\n", methodStack_.top(), text);
-    methodStack_.pop();
+    printLog(TRACE_LEVEL, "EXITING %s -- returning %s\n", methodStack.top(), text);
+    methodStack.pop();
 }
 
 void Logger::logMethodExit(const char* name, int value) noexcept {
     assert(name != nullptr && "name is not null");
     if (!shouldPrintLog(TRACE_LEVEL))
         return;
-    --nestingDepth_;
+    --nestingDepth;
     printLog(TRACE_LEVEL, "EXITING %s -- returning %d\n", name, value);
 }
 
 // True, with the indentation of the exit line set, when there is an entry to close.
 bool Logger::beginExit() noexcept {
-    if (!shouldPrintLog(TRACE_LEVEL) || methodStack_.empty())
+    if (!shouldPrintLog(TRACE_LEVEL) || methodStack.empty())
         return false;
-    --nestingDepth_;
+    --nestingDepth;
     return true;
 }
 
 void Logger::popAllMethods() noexcept {
-    methodStack_.clear();
+    methodStack.clear();
 }
 
 Logger::MethodStack::MethodStack(const MethodStack& other) noexcept {
@@ -86,46 +86,46 @@ Logger::MethodStack::MethodStack(const MethodStack& other) noexcept {
 // NOLINTNEXTLINE(cert-oop54-cpp): assigning a vector to itself changes nothing.
 Logger::MethodStack& Logger::MethodStack::operator=(const MethodStack& other) noexcept {
     try {
-        names_ = other.names_;
-        nameless_ = other.nameless_;
+        names = other.names;
+        nameless = other.nameless;
     } catch (...) { // out of memory: the entries count, their names are lost
-        names_.clear();
-        nameless_ = other.names_.size() + other.nameless_;
+        names.clear();
+        nameless = other.names.size() + other.nameless;
     }
     return *this;
 }
 
 bool Logger::MethodStack::empty() const noexcept {
-    return names_.empty() && nameless_ == 0;
+    return names.empty() && nameless == 0;
 }
 
 const char* Logger::MethodStack::top() const noexcept {
-    return nameless_ != 0 ? "" : names_.back().c_str();
+    return nameless != 0 ? "" : names.back().c_str();
 }
 
 void Logger::MethodStack::push(const char* name) noexcept {
     // Above a nameless entry every entry is nameless: two numbers then keep the order.
-    if (nameless_ != 0) {
-        ++nameless_;
+    if (nameless != 0) {
+        ++nameless;
         return;
     }
     try {
-        names_.emplace_back(name);
+        names.emplace_back(name);
     } catch (...) { // out of memory
-        ++nameless_;
+        ++nameless;
     }
 }
 
 void Logger::MethodStack::pop() noexcept {
-    if (nameless_ != 0)
-        --nameless_;
+    if (nameless != 0)
+        --nameless;
     else
-        names_.pop_back();
+        names.pop_back();
 }
 
 void Logger::MethodStack::clear() noexcept {
-    names_.clear();
-    nameless_ = 0;
+    names.clear();
+    nameless = 0;
 }
 
 } // namespace KelRT

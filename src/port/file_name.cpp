@@ -127,7 +127,7 @@ std::string join(const Conventions& conventions, std::string_view directory,
 }
 
 StringBase<char> FileName::GetAbsolutePath(bool /*flag*/) const {
-    return StringBase<char>(absolutePath(path_, conventions_));
+    return StringBase<char>(absolutePath(name, rules));
 }
 
 } // namespace Port

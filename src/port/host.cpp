@@ -109,10 +109,10 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     while (const dirent* const entry = readdir(stream.get())) {
         const char* const name = entry->d_name;
         if (flag == 0 || (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0))
-            entries_.emplace_back(name);
+            entries.emplace_back(name);
         errno = 0;
     }
-    valid_ = errno == 0;
+    valid = errno == 0;
 }
 
 } // namespace Port

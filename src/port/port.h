@@ -93,20 +93,20 @@ std::string currentDirectory(char drive = 0);
 template <typename Character>
 class StringBase {
 public:
-    explicit StringBase(std::basic_string<Character> text) : text_(std::move(text)) {}
+    explicit StringBase(std::basic_string<Character> text) : content(std::move(text)) {}
 
     /// The NUL-terminated characters; they live as long as this object.
-    const Character* c_str() const { return text_.c_str(); }
+    const Character* c_str() const { return content.c_str(); }
 
 private:
-    std::basic_string<Character> text_;
+    std::basic_string<Character> content;
 };
 
 /// The name of a file, which need not exist. \a conventions must outlive it.
 class FileName {
 public:
     explicit FileName(const char* path, const Conventions& conventions = NATIVE)
-        : path_(path), conventions_(conventions) {}
+        : name(path), rules(conventions) {}
 
     /// The absolute form, found from the text alone: no link is followed. Relative paths count from
     /// the current directory; "." and ".." are folded, ".." at the root being the root; separators
@@ -126,25 +126,25 @@ public:
     StringBase<char> GetAbsolutePath(bool flag) const;
 
 private:
-    std::string path_;
-    const Conventions& conventions_;
+    std::string name;
+    const Conventions& rules;
 };
 
 /// Walks over the entries of a UT_DIR, which must outlive it unchanged.
 class UT_DIR_ITERATOR {
 public:
-    explicit UT_DIR_ITERATOR(std::vector<std::string>::const_iterator entry) : entry_(entry) {}
-    bool operator!=(const UT_DIR_ITERATOR& other) const { return entry_ != other.entry_; }
+    explicit UT_DIR_ITERATOR(std::vector<std::string>::const_iterator entry) : current(entry) {}
+    bool operator!=(const UT_DIR_ITERATOR& other) const { return current != other.current; }
     UT_DIR_ITERATOR& operator++() {
-        ++entry_;
+        ++current;
         return *this;
     }
 
     /// The bare name of the current entry, NUL-terminated; it belongs to the UT_DIR.
-    const char* operator*() const { return entry_->c_str(); }
+    const char* operator*() const { return current->c_str(); }
 
 private:
-    std::vector<std::string>::const_iterator entry_;
+    std::vector<std::string>::const_iterator current;
 };
 
 /// The entries of a directory, read whole at construction, in the order of the host.
@@ -154,14 +154,14 @@ public:
     UT_DIR(const char* directory, std::uint8_t flag);
 
     /// 1 when the directory could be opened and read to its end, otherwise 0.
-    int isvalid() const { return valid_ ? 1 : 0; }
+    int isvalid() const { return valid ? 1 : 0; }
 
-    UT_DIR_ITERATOR begin() const { return UT_DIR_ITERATOR(entries_.begin()); }
-    UT_DIR_ITERATOR end() const { return UT_DIR_ITERATOR(entries_.end()); }
+    UT_DIR_ITERATOR begin() const { return UT_DIR_ITERATOR(entries.begin()); }
+    UT_DIR_ITERATOR end() const { return UT_DIR_ITERATOR(entries.end()); }
 
 private:
-    std::vector<std::string> entries_;
-    bool valid_ = false;
+    std::vector<std::string> entries;
+    bool valid = false;
 };
 
 } // namespace Port

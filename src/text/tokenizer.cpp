@@ -62,16 +62,16 @@ void foldToLowerCase(char* text) {
 const char* const Kel_StrTok::CSV_DELIM = COMMA;
 const char* const Kel_StrTok::WHITE_SPACE = BLANKS;
 
-Kel_StrTok::Kel_StrTok(const char* text, const char* delimiters, bool handleQuotes,
-                       bool toLowerCase, bool keepQuotes)
-    : handleQuotes_(handleQuotes), keepQuotes_(keepQuotes),
-      length_(text == nullptr ? 0 : std::strlen(text)), delimiters_(delimiters) {
-    assert(delimiters_ != nullptr && "the delimiter set is not null");
-    buffer_ = copyOf(text == nullptr ? "" : text, length_);
+Kel_StrTok::Kel_StrTok(const char* text, const char* newDelimiters, bool newHandleQuotes,
+                       bool toLowerCase, bool newKeepQuotes)
+    : handleQuotes(newHandleQuotes), keepQuotes(newKeepQuotes),
+      length(text == nullptr ? 0 : std::strlen(text)), delimiters(newDelimiters) {
+    assert(delimiters != nullptr && "delimiters is not null");
+    buffer = copyOf(text == nullptr ? "" : text, length);
     if (toLowerCase)
-        foldToLowerCase(buffer_.get());
-    if (delimiters_ == CSV_DELIM && length_ > 0 && buffer_[length_ - 1] == *CSV_DELIM)
-        pendingEmptyToken_ = 1;
+        foldToLowerCase(buffer.get());
+    if (delimiters == CSV_DELIM && length > 0 && buffer[length - 1] == *CSV_DELIM)
+        pendingEmptyToken = 1;
 }
 
 Kel_StrTok::~Kel_StrTok() = default;
@@ -79,71 +79,71 @@ Kel_StrTok::~Kel_StrTok() = default;
 /// The delimiters from character \a from (below the length) to the end of its block, \a from at
 /// bit 0.
 std::uint64_t Kel_StrTok::delimitersFrom(std::uint64_t from) noexcept {
-    if (from / WORD_BITS != block_) {
-        block_ = from / WORD_BITS;
-        blockDelimiters_ = membersOf(delimiters_, &buffer_[block_ * WORD_BITS]);
+    if (from / WORD_BITS != block) {
+        block = from / WORD_BITS;
+        blockDelimiters = membersOf(delimiters, &buffer[block * WORD_BITS]);
     }
-    return blockDelimiters_ >> from % WORD_BITS;
+    return blockDelimiters >> from % WORD_BITS;
 }
 
 /// The index of the first delimiter at or behind \a from, or the length.
 std::uint64_t Kel_StrTok::findDelimiter(std::uint64_t from) noexcept {
-    while (from < length_) {
+    while (from < length) {
         const std::uint64_t found = delimitersFrom(from);
         if (found != 0)
             return from + static_cast<unsigned>(std::countr_zero(found));
         from = (from / WORD_BITS + 1) * WORD_BITS;
     }
-    return length_;
+    return length;
 }
 
 /// The index of the first character at or behind \a from that is no delimiter, or the length.
 std::uint64_t Kel_StrTok::skipDelimiters(std::uint64_t from) noexcept {
-    while (from < length_) {
+    while (from < length) {
         const auto run = static_cast<unsigned>(std::countr_one(delimitersFrom(from)));
         from += run;
         if (run == 0 || from % WORD_BITS != 0)
             return from;
     }
-    return length_;
+    return length;
 }
 
 /// The index of the first double quote at or behind \a from, or the length.
 std::uint64_t Kel_StrTok::findQuote(std::uint64_t from) const noexcept {
-    const char* const text = buffer_.get();
-    const void* const quote = std::memchr(text + from, '"', length_ - from);
-    return quote == nullptr ? length_
+    const char* const text = buffer.get();
+    const void* const quote = std::memchr(text + from, '"', length - from);
+    return quote == nullptr ? length
                             : static_cast<std::uint64_t>(static_cast<const char*>(quote) - text);
 }
 
 /// The token from \a first to in front of \a end, whose character is used up.
 const char* Kel_StrTok::cut(std::uint64_t first, std::uint64_t end) noexcept {
-    buffer_[end] = '\0';
-    position_ = end + 1;
-    return &buffer_[first];
+    buffer[end] = '\0';
+    position = end + 1;
+    return &buffer[first];
 }
 
 /// The token whose opening quote stands at the current position.
 const char* Kel_StrTok::cutQuoted() noexcept {
-    const std::uint64_t opening = position_;
+    const std::uint64_t opening = position;
     const std::uint64_t closing = findQuote(opening + 1);
-    if (!keepQuotes_)
+    if (!keepQuotes)
         return cut(opening + 1, closing);
-    return cut(opening, closing < length_ ? closing + 1 : length_);
+    return cut(opening, closing < length ? closing + 1 : length);
 }
 
 const char* Kel_StrTok::getNext() noexcept {
-    if (position_ >= length_) {
-        if (pendingEmptyToken_ == 0)
+    if (position >= length) {
+        if (pendingEmptyToken == 0)
             return nullptr;
-        pendingEmptyToken_ = 0;
+        pendingEmptyToken = 0;
         return "";
     }
-    if (delimiters_ != CSV_DELIM)
-        position_ = skipDelimiters(position_);
-    if (handleQuotes_ && buffer_[position_] == '"')
+    if (delimiters != CSV_DELIM)
+        position = skipDelimiters(position);
+    if (handleQuotes && buffer[position] == '"')
         return cutQuoted();
-    return cut(position_, findDelimiter(position_));
+    return cut(position, findDelimiter(position));
 }
 
 } // namespace KelRT
