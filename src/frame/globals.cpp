@@ -6,6 +6,7 @@
 //
 // Namespace and class statics, never function-local ones: those would die before exit handlers that
 // a client registered earlier.
+#include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
 #include "frame/version_texts.h"
@@ -32,5 +33,9 @@ const Port::FileInit fileServices;
 
 // 8: the caller's data directory, empty.
 std::string Kel_Util::userDataDir;
+
+// Constants, which need no code at load. Their values stand in the headers.
+const std::uint32_t Kel_Number::WORD_LENGTH;
+const std::uint32_t Kel_Number::WORD_BASE;
 
 } // namespace KelRT

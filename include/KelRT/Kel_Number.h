@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "KelRT/Export.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace KelRT {
+
+/// One integer of a fixed width in bits, from 1 bit upwards, read from and printed as text.
+///
+/// Value. The number is a bit pattern of exactly its width, bit 0 the least significant. The same
+/// pattern reads as unsigned, 0 to 2^width - 1, or as signed in two's complement, where bit
+/// width - 1 is the sign bit; which of the two it is, each operation says. Arithmetic is modulo
+/// 2^width: what does not fit is dropped without notice.
+///
+/// Width. It is given at construction and changes only by assignment from another number.
+///
+/// Radix letters, the same for reading and printing:
+///
+/// | letter               | base | reading                                                  |
+/// |----------------------|------|----------------------------------------------------------|
+/// | 'B', 'b'             | 2    | binary                                                   |
+/// | 'O', 'o'             | 8    | octal                                                    |
+/// | 'D', 'd', 'I', 'i'   | 10   | decimal, printed as a signed number                      |
+/// | 'U', 'u'             | 10   | decimal, printed as an unsigned number                   |
+/// | 'X', 'x'             | 16   | hexadecimal; printed with upper-case letters for 'X', lower-case
+/// for 'x' | | 'S', 's'             | 256  | characters: the code of each is one digit | | every
+/// other          | none | refused where there is a digit to read or to print       |
+///
+/// Ownership. A number owns its words. It can be assigned but not copied into a new object, passed
+/// or returned by value: hold it where it lives and pass references.
+///
+/// Memory. An operation that runs out of memory throws `std::bad_alloc` and leaves the number as it
+/// was.
+///
+/// Locale. `setFloat` and `toFloatString` follow the process's `LC_NUMERIC`, as the C library's
+/// conversions do: under a locale with a decimal comma they read and write "1,5". Everything else
+/// is independent of the locale.
+///
+/// Threads. Distinct numbers are independent. One number may be read by several threads at a time;
+/// an operation that changes it must have it alone.
+class Kel_Number {
+public:
+    /// A number of \a bitCount bits with the value 0.
+    /// \param bitCount the width in bits, at least 1
+    /// \throws std::logic_error "Internal error: bad bitCount for Kel_Number" for a width of 0
+    /// \throws std::bad_alloc, std::length_error for a width that memory cannot hold
+    KELRT_API explicit Kel_Number(std::uint64_t bitCount);
+
+    /// Takes the width and the value of \a other. Assigning a number to itself changes nothing.
+    /// \throws std::bad_alloc; this number is then unchanged
+    KELRT_API Kel_Number& operator=(const Kel_Number& other);
+
+    KELRT_API ~Kel_Number();
+
+    /// Makes the value 0; the width stays.
+    KELRT_API void setToZero() noexcept;
+
+    /// True when every bit is 0.
+    KELRT_API bool isZero() const noexcept;
+
+    /// True when the sign bit, bit width - 1, is set. A number of 1 bit is negative when that bit
+    /// is set.
+    KELRT_API bool isNegative() const noexcept;
+
+    /// Replaces the value by its two's complement, 2^width - value. 0 and the most negative value
+    /// (only the sign bit set) are their own complements.
+    KELRT_API void negate() noexcept;
+
+    /// Reads a whole number from a text of digits.
+    ///
+    /// In the bases 2, 8, 10 and 16 the characters '0' to '9', 'A' to 'F' and 'a' to 'f' are
+    /// digits. A '-' is no digit: wherever it stands, and however often, it makes the whole value
+    /// negative. Every other character (blanks, '_', ',', 'x', codes from 0x80 on, a zero) is
+    /// skipped, so that grouped digits and the prefix "0x" of a hexadecimal text do no harm. A text
+    /// without a digit reads as 0.
+    ///
+    /// In base 256 each character is a digit, the first one the most significant, with its code as
+    /// its value; '-' is the digit 45. Codes from 0x80 on are refused.
+    ///
+    /// A value that does not fit wraps modulo 2^width.
+    ///
+    /// \param radix a radix letter of the table above
+    /// \param text  any bytes, zeros included
+    /// \return false, with the value 0, when \a text holds a digit that the base does not have
+    ///         (under a letter outside the table that is any digit); true otherwise
+    /// \throws std::bad_alloc (only for decimal texts and widths above 512 bits)
+    /// \code
+    /// set('x', "0x1F")      => 31, true       set('d', "1A") => 0, false
+    /// set('b', "1010_1010") => 170, true      set('b', "2")  => 0, false
+    /// set('d', "1,000")     => 1000, true     set('q', "5")  => 0, false
+    /// set('d', "12-")       => -12, true      set('q', "-")  => 0, true
+    /// set('u', "70000")     => 4464, true on 16 bits
+    /// set('S', "AB")        => 0x4142, true on 16 bits
+    /// \endcode
+    KELRT_API bool set(char radix, const std::string& text);
+
+    /// Reads a scaled value: stores (value of \a text - \a offset) / \a scale, the fraction
+    /// dropped, modulo 2^width in two's complement. The inverse of toFloatString.
+    ///
+    /// \param text   a floating-point number as `atof` reads it: white space before it is skipped,
+    ///               reading stops at the first character that cannot continue it, and a text that
+    ///               does not begin with a number reads as 0.0. The decimal point is that of
+    ///               `LC_NUMERIC`.
+    /// \param scale  what one step of the number is worth
+    /// \param offset what the number 0 stands for
+    ///
+    /// A quotient that is not finite (a \a scale of 0, a text beyond the range of double, "nan")
+    /// stores 0. Nothing is reported and nothing is thrown.
+    /// \code
+    /// setFloat("2.5", 0.5, 0.0)  => 5          setFloat("10", 2.0, 4.0)  => 3
+    /// setFloat("-1.7", 1.0, 0.0) => -1         setFloat("abc", 1.0, 0.0) => 0
+    /// \endcode
+    KELRT_API void setFloat(const std::string& text, double scale, double offset) noexcept;
+
+    /// The value as digits, most significant first.
+    ///
+    /// Base 10 prints no leading zeros; under 'D', 'd', 'I', 'i' a number whose sign bit is set
+    /// prints as '-' and its magnitude. The other bases print the pattern as an unsigned number
+    /// with every digit of the width: width digits in base 2, (width + 2) / 3 in base 8,
+    /// (width + 3) / 4 in base 16, filled with '0' at the front. Base 256 prints
+    /// (width + 7) / 8 characters, filled with blanks at the front; the value 0 has one digit, the
+    /// character of code 0. (Beyond 4 Gbit the digit count of the width is taken modulo 2^32;
+    /// significant digits are never cut.)
+    ///
+    /// \param radix a radix letter of the table above; any other letter gives the text
+    ///              "bad format for number"
+    /// \throws std::bad_alloc, std::length_error
+    /// \code
+    /// 16 bits, 10:         'x' => "000a"   'X' => "000A"   'o' => "000012"   'd' => "10"
+    /// 12 bits, 0xFFF:      'd' => "-1"     'u' => "4095"   'b' => "111111111111"
+    /// 32 bits, 0x414243:   's' => " ABC"
+    /// \endcode
+    KELRT_API std::string toString(char radix) const;
+
+    /// The scaled value \a scale * value + \a offset in fixed-point notation, the value read as
+    /// signed. The inverse of setFloat.
+    ///
+    /// The value is made a double in steps of 16 bits from the top, each rounded as double
+    /// arithmetic rounds (exact up to 53 bits, infinite beyond the range of double); then follow
+    /// one rounded multiplication and one rounded addition.
+    ///
+    /// \param scale     what one step of the number is worth
+    /// \param offset    what the number 0 stands for
+    /// \param precision how many digits follow the decimal point, which is that of `LC_NUMERIC`;
+    ///                  with 0 there is no point
+    /// \return the text that the C library's `printf` makes of "%.Nf", whole, whatever its length;
+    ///         that holds for results that are not finite too
+    /// \throws std::length_error for a \a precision above INT_MAX and for what `printf` refuses
+    /// \throws std::bad_alloc
+    /// \code
+    /// 16 bits, 1000: toFloatString(0.001, 0.0, 3) => "1.000"
+    /// 16 bits, -2:   toFloatString(0.5, 1.0, 2)   => "0.00"
+    /// 8 bits, 0x80:  toFloatString(1.0, 0.0, 0)   => "-128"
+    /// \endcode
+    KELRT_API std::string toFloatString(double scale, double offset, std::uint32_t precision) const;
+
+private:
+    KELRT_API static const std::uint32_t WORD_LENGTH = 16;  // bits in a word
+    KELRT_API static const std::uint32_t WORD_BASE = 65536; // the radix of one word
+
+    Kel_Number(const Kel_Number& other);
+
+    void maskTopWord() noexcept;
+    double toDouble() const noexcept; // the pattern, read as unsigned
+
+    std::uint16_t topWordMask_; // the bits of the top word that belong to the number
+    std::vector<std::uint16_t>
+        words_;               // word 0 is the least significant; bits above the width are 0
+    std::uint64_t bitCount_;  // the width, at least 1
+    std::uint64_t wordCount_; // words_.size()
+};
+
+} // namespace KelRT

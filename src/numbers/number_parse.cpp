@@ -1,0 +1,272 @@
+// SPDX-License-Identifier: MIT
+#include "numbers/number_parse.h"
+
+#include "KelRT/Kel_Number.h"
+#include "common/decimal.h"
+#include "common/digits.h"
+#include "common/vectors.h"
+#include "numbers/limbs.h"
+#include "numbers/radix.h"
+
+#include <algorithm>
+#include <array>
+
+namespace KelRT {
+namespace numbers {
+namespace {
+
+constexpr unsigned STEP = 8; // characters
+
+/// Takes bits from the least significant ones upwards and puts them into words; what lies above the
+/// last word is dropped.
+class WordSink {
+public:
+    WordSink(std::uint16_t* words, std::size_t wordCount) : words_(words), left_(wordCount) {}
+
+    /// Takes \a count bits (1 to 64). The bits of \a value above them must be 0.
+    void put(Limb value, unsigned count) {
+        pending_ |= value << filled_;
+        if (filled_ + count < LIMB_BITS) {
+            filled_ += count;
+            return;
+        }
+        store();
+        pending_ = value >> 1 >> (LIMB_BITS - 1 - filled_); // in two steps, for filled_ == 0
+        filled_ = filled_ + count - LIMB_BITS;
+    }
+
+    /// Ends the number: the words above it become 0.
+    void finish() {
+        store();
+        std::fill(words_, words_ + left_, std::uint16_t{0});
+    }
+
+private:
+    void store() {
+        if (left_ == 0)
+            return;
+        storeLimb(words_, left_, pending_);
+        const std::size_t stored = std::min(left_, WORDS_PER_LIMB);
+        words_ += stored;
+        left_ -= stored;
+    }
+
+    std::uint16_t* words_;
+    std::size_t left_;
+    Limb pending_ = 0;
+    unsigned filled_ = 0;
+};
+
+// The digits of the bases that are powers of two: how eight characters are known to be digits all,
+// and which bits they make. `pack` finds the least significant digit in the lowest byte.
+
+struct BinaryDigits {
+    static constexpr unsigned BITS = 1;
+    static constexpr char ZERO = '0';
+    static bool areAll(std::uint64_t step) { return common::areBinaryDigits(step); }
+    static Limb pack(std::uint64_t step) { return common::packBits(step & common::inEachByte(1)); }
+};
+
+struct OctalDigits {
+    static constexpr unsigned BITS = 3;
+    static constexpr char ZERO = '0';
+    static bool areAll(std::uint64_t step) { return common::areOctalDigits(step); }
+    static Limb pack(std::uint64_t step) { return common::packOctal(step & common::inEachByte(7)); }
+};
+
+struct HexDigits {
+    static constexpr unsigned BITS = 4;
+    static constexpr char ZERO = '0';
+    static bool areAll(std::uint64_t step) { return common::areHexDigits(step); }
+    static Limb pack(std::uint64_t step) {
+        return common::packNibbles(common::hexDigitValues(step));
+    }
+};
+
+struct CharacterDigits {
+    static constexpr unsigned BITS = 8;
+    static constexpr char ZERO = '\0';
+    static bool areAll(std::uint64_t step) { return (step & common::inEachByte(0x80)) == 0; }
+    static Limb pack(std::uint64_t step) { return step; }
+};
+
+/// What a character means to a base other than 256.
+enum class Kind { digit, refused, sign, skipped };
+
+Kind kindOf(char character, unsigned base) {
+    const unsigned value = common::hexValue(character);
+    if (value < base)
+        return Kind::digit;
+    if (value != common::NO_DIGIT)
+        return Kind::refused;
+    return character == '-' ? Kind::sign : Kind::skipped;
+}
+
+/// The step of eight that does not hold digits alone, from its last character backwards.
+template <class Digits>
+bool takeMixed(const char* text, unsigned count, WordSink& sink, bool& negative) {
+    if (Digits::BITS == 8)
+        return false; // every character is a digit, and one of these is refused
+    for (unsigned i = count; i-- > 0;) {
+        const Kind kind = kindOf(text[i], 1U << Digits::BITS);
+        if (kind == Kind::refused)
+            return false;
+        if (kind == Kind::digit)
+            sink.put(common::hexValue(text[i]), Digits::BITS);
+        negative = negative || kind == Kind::sign;
+    }
+    return true;
+}
+
+/// Whether the sixteen characters at \a text are hexadecimal digits all, and their number.
+bool readSixteenDigits(const char* text, Limb& number) {
+    common::Vector valid = ~common::Vector{};
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
+    const common::Vector characters = common::loadVector(bytes);
+    number = common::numberOfDigits(common::hexDigitValues(characters, valid));
+    return common::allSet(valid);
+}
+
+/// From the last character to the first: each digit's place is known without those before it.
+template <class Digits>
+bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
+    for (std::size_t left = text.size(); left > 0;) {
+        Limb limb = 0;
+        if (Digits::BITS == 4 && left >= common::VECTOR_BYTES &&
+            readSixteenDigits(text.data() + left - common::VECTOR_BYTES, limb)) {
+            sink.put(limb, LIMB_BITS);
+            left -= common::VECTOR_BYTES;
+            continue;
+        }
+        const auto count = static_cast<unsigned>(std::min<std::size_t>(STEP, left));
+        left -= count;
+        const char* const p = text.data() + left;
+        const std::uint64_t step = common::loadLastCharacters(p, count, Digits::ZERO);
+        if (Digits::areAll(step))
+            sink.put(Digits::pack(common::swapBytes(step)), STEP * Digits::BITS);
+        else if (!takeMixed<Digits>(p, count, sink, negative))
+            return false;
+    }
+    sink.finish();
+    return true;
+}
+
+constexpr std::array<Limb, common::CHUNK_DIGITS + 1> POWERS_OF_TEN = [] {
+    std::array<Limb, common::CHUNK_DIGITS + 1> powers{1};
+    for (std::size_t i = 1; i < powers.size(); ++i)
+        powers[i] = powers[i - 1] * 10;
+    return powers;
+}();
+
+/// Gathers decimal digits, up to 19 at a time, before the limbs are touched.
+class DecimalReader {
+public:
+    explicit DecimalReader(Limbs& limbs) : limbs_(limbs) {}
+
+    bool read(const std::string& text, bool& negative) {
+        for (std::size_t at = 0; at < text.size();) {
+            const auto count = static_cast<unsigned>(
+                std::min<std::size_t>({STEP, text.size() - at, common::CHUNK_DIGITS - digits_}));
+            if (!take(text.data() + at, count, negative))
+                return false;
+            at += count;
+            if (digits_ == common::CHUNK_DIGITS)
+                flush();
+        }
+        flush();
+        return true;
+    }
+
+private:
+    bool take(const char* text, unsigned count, bool& negative) {
+        const std::uint64_t step = common::loadLastCharacters(text, count, '0');
+        if (!common::areDecimalDigits(step))
+            return takeMixed(text, count, negative);
+        append(common::eightDecimalDigits(step), count);
+        return true;
+    }
+
+    bool takeMixed(const char* text, unsigned count, bool& negative) {
+        for (unsigned i = 0; i < count; ++i) {
+            const Kind kind = kindOf(text[i], 10);
+            if (kind == Kind::refused)
+                return false;
+            if (kind == Kind::digit)
+                append(common::hexValue(text[i]), 1);
+            negative = negative || kind == Kind::sign;
+        }
+        return true;
+    }
+
+    void append(Limb value, unsigned count) {
+        chunk_ = chunk_ * POWERS_OF_TEN[count] + value;
+        digits_ += count;
+    }
+
+    void flush() {
+        if (digits_ == 0)
+            return;
+        limbs_.multiplyAdd(POWERS_OF_TEN[digits_], chunk_);
+        chunk_ = 0;
+        digits_ = 0;
+    }
+
+    Limbs& limbs_;
+    Limb chunk_ = 0;
+    unsigned digits_ = 0;
+};
+
+bool parseDecimal(const std::string& text, std::uint16_t* words, std::size_t wordCount,
+                  bool& negative) {
+    // No chunk of digits adds more than one limb, so a short text wants few whatever the width.
+    const std::size_t wanted = text.size() / common::CHUNK_DIGITS + 1;
+    Limbs limbs(std::min(wanted, limbsFor(wordCount)));
+    if (!DecimalReader(limbs).read(text, negative))
+        return false;
+    limbs.store(words, wordCount);
+    return true;
+}
+
+/// Without a base every digit is refused; what is left reads as 0.
+bool parseWithoutBase(const std::string& text, WordSink sink) {
+    const auto isDigit = [](char c) { return common::hexValue(c) != common::NO_DIGIT; };
+    sink.finish();
+    return std::none_of(text.begin(), text.end(), isDigit);
+}
+
+} // namespace
+
+bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std::size_t wordCount,
+                 bool& negative) {
+    const WordSink sink(words, wordCount);
+    switch (baseOf(radix)) {
+    case 2:
+        return parsePowerOfTwo<BinaryDigits>(text, sink, negative);
+    case 8:
+        return parsePowerOfTwo<OctalDigits>(text, sink, negative);
+    case 10:
+        return parseDecimal(text, words, wordCount, negative);
+    case 16:
+        return parsePowerOfTwo<HexDigits>(text, sink, negative);
+    case 256:
+        return parsePowerOfTwo<CharacterDigits>(text, sink, negative);
+    default:
+        return parseWithoutBase(text, sink);
+    }
+}
+
+} // namespace numbers
+
+bool Kel_Number::set(char radix, const std::string& text) {
+    bool negative = false;
+    if (!numbers::parseDigits(radix, text, words_.data(), wordCount_, negative)) {
+        setToZero();
+        return false;
+    }
+    maskTopWord();
+    if (negative)
+        negate();
+    return true;
+}
+
+} // namespace KelRT

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+//
+// Numbers as scaled values. The results are those of plain double arithmetic, operation by
+// operation: the build keeps the compiler from fusing a multiplication with an addition here.
+#include "KelRT/Kel_Number.h"
+#include "numbers/fixed_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace KelRT {
+
+void Kel_Number::setFloat(const std::string& text, double scale, double offset) noexcept {
+    const double value = std::strtod(text.c_str(), nullptr); // what atof is defined as
+    const double quotient = std::trunc((value - offset) / scale);
+    setToZero();
+    if (!std::isfinite(quotient))
+        return;
+    // The magnitude is a whole number of at most 53 bits, wherever they lie: the remainders and the
+    // divisions by a power of two are exact.
+    double magnitude = std::fabs(quotient);
+    for (std::uint16_t& word : words_) {
+        if (magnitude < 1)
+            break;
+        word = static_cast<std::uint16_t>(std::fmod(magnitude, WORD_BASE));
+        magnitude /= WORD_BASE;
+    }
+    if (quotient < 0)
+        negate();
+    maskTopWord();
+}
+
+std::string Kel_Number::toFloatString(double scale, double offset, std::uint32_t precision) const {
+    if (isNegative()) {
+        Kel_Number magnitude(*this);
+        magnitude.negate();
+        return numbers::fixedText(-scale * magnitude.toDouble() + offset, precision);
+    }
+    return numbers::fixedText(scale * toDouble() + offset, precision);
+}
+
+// In steps of 16 bits: wider ones would round differently.
+double Kel_Number::toDouble() const noexcept {
+    double value = 0;
+    std::for_each(words_.rbegin(), words_.rend(),
+                  [&value](std::uint16_t word) { value = value * WORD_BASE + word; });
+    return value;
+}
+
+} // namespace KelRT

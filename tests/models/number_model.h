@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+//
+// A wide number as slowly and as obviously as it can be told: 16-bit words, one digit and one word
+// at a time. Never linked into the library.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace model {
+
+class Number {
+public:
+    explicit Number(std::uint64_t bitCount) : bitCount_(bitCount), words_((bitCount + 15) / 16) {
+        if (bitCount == 0)
+            throw std::invalid_argument("the model has no number of no bits");
+    }
+
+    std::vector<std::uint16_t>& words() { return words_; }
+    bool isNegative() const { return (words_.back() >> (bitCount_ - 1) % 16 & 1) != 0; }
+    bool isZero() const { return words_ == std::vector<std::uint16_t>(words_.size()); }
+
+    void negate() {
+        std::uint32_t carry = 1;
+        for (auto& word : words_)
+            carry = putWord(word, static_cast<std::uint16_t>(~word) + carry);
+        mask();
+    }
+
+    bool set(char radix, const std::string& text) {
+        const unsigned base = baseOf(radix);
+        bool negative = false;
+        zero();
+        for (const char c : text) {
+            const bool isSign = base != 256 && c == '-';
+            negative = negative || isSign;
+            if (base != 256 && digitOf(c) == NONE)
+                continue;
+            const unsigned code = static_cast<unsigned char>(c);
+            if (!shiftInDigit(base, base != 256   ? digitOf(c)
+                                    : code < 0x80 ? code
+                                                  : code + 0xFF00)) {
+                zero();
+                return false;
+            }
+        }
+        if (negative)
+            negate();
+        return true;
+    }
+
+    std::string toString(char radix) const {
+        const unsigned base = baseOf(radix);
+        if (base == 0)
+            return "bad format for number";
+        Number copy(*this);
+        const bool negative = base == 10 && radix != 'u' && radix != 'U' && isNegative();
+        if (negative)
+            copy.negate();
+        const std::string digits = radix == 'x' ? "0123456789abcdef" : "0123456789ABCDEF";
+        std::string reversed;
+        do {
+            const unsigned r = copy.divide(base);
+            reversed += base == 256 ? static_cast<char>(r) : digits[r];
+        } while (!copy.isZero());
+        const unsigned bits = base == 2 ? 1 : base == 8 ? 3 : base == 16 ? 4 : 8;
+        while (base != 10 && reversed.size() < (bitCount_ + bits - 1) / bits)
+            reversed += base == 256 ? ' ' : '0';
+        if (negative)
+            reversed += '-';
+        return {reversed.rbegin(), reversed.rend()};
+    }
+
+private:
+    static constexpr unsigned NONE = 0xFFFF;
+
+    static unsigned baseOf(char radix) {
+        const std::string letters = "BbOoDdIiUuXxSs";
+        const std::size_t at = letters.find(radix);
+        const unsigned bases[] = {2, 8, 10, 10, 10, 16, 256};
+        return at == std::string::npos ? 0 : bases[at / 2];
+    }
+
+    static unsigned digitOf(char c) {
+        const std::size_t at = std::string("0123456789abcdefABCDEF").find(c);
+        return at == std::string::npos ? NONE : static_cast<unsigned>(at < 16 ? at : at - 6);
+    }
+
+    static std::uint32_t putWord(std::uint16_t& word, std::uint32_t value) {
+        word = static_cast<std::uint16_t>(value);
+        return value >> 16;
+    }
+
+    bool shiftInDigit(unsigned base, unsigned digit) {
+        std::uint32_t carry = digit;
+        for (auto& word : words_)
+            carry = putWord(word, word * base + carry);
+        mask();
+        return digit < base;
+    }
+
+    unsigned divide(unsigned divisor) {
+        std::uint32_t r = 0;
+        for (std::size_t i = words_.size(); i-- > 0;) {
+            const std::uint32_t t = r * 65536 + words_[i];
+            words_[i] = static_cast<std::uint16_t>(t / divisor);
+            r = t % divisor;
+        }
+        return r;
+    }
+
+    void zero() { std::fill(words_.begin(), words_.end(), std::uint16_t{0}); }
+    void mask() {
+        words_.back() &= static_cast<std::uint16_t>(0xFFFF >> (16 - bitCount_ % 16) % 16);
+    }
+
+    std::uint64_t bitCount_;
+    std::vector<std::uint16_t> words_;
+};
+
+} // namespace model
