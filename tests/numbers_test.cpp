@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Number.h"
+#include "KelRT/Kel_NumberUtil.h"
 #include "dice.h"
 #include "failing_new.h"
 #include "models/number_model.h"
@@ -292,6 +293,9 @@ TEST(Number, OnlyScaledValuesFollowTheLocale) {
     EXPECT_EQ(number.toFloatString(0.001, 0.5, 1), "1000,5");
     number.setFloat("2,5", 0.5, 0);
     EXPECT_EQ(number.toString('d'), "5");
+    std::string text;
+    EXPECT_EQ(Kel_NumberUtil::double2Str(1.5, text), "1,500000");
+    EXPECT_EQ(Kel_NumberUtil::decStr2ULL("1.000"), 1U);
     static_cast<void>(std::setlocale(LC_ALL, "C"));
 }
 

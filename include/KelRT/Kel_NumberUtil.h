@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "KelRT/Export.h"
+
+#include <cstdint>
+#include <string>
+
+namespace KelRT {
+
+/// Conversions between bit arrays, texts of '0' and '1', hexadecimal text, decimal text and
+/// unsigned integers. Every member is static; the class is used without instances.
+///
+/// Bit numbering. Bit n of an array is bit (n mod 8) of byte (n div 8), bit 0 being the least
+/// significant bit of a byte.
+///
+/// Texts:
+/// - A *binary string* has one character a bit, the most significant bit first. When it is read,
+///   '1' is a one bit and every other character a zero bit.
+/// - A *reverse binary string* has one character a bit of an array, bit 0 first.
+/// - *Hexadecimal text* has the most significant digit first and no prefix.
+///
+/// Integers. "UInt" and "Long" are unsigned 32-bit on every host, "LongLong" and "ULL" unsigned
+/// 64-bit. A "character code" is that of a signed 8-bit character, -128 to 127, also on hosts whose
+/// `char` is unsigned.
+///
+/// Hexadecimal digits are read by four rules, which differ on purpose:
+///
+/// | member         | '0'-'9'     | 'A'-'F'      | 'a'-'f'      | other characters |
+/// |----------------|-------------|--------------|--------------|---------------------------------------|
+/// | `hex2Bin`      | 0-9         | 10-15        | code - 55    | code - 48 below 'A', else code -
+/// 55   | | `hexStr2BinStr`| 0-9         | 10-15        | 10-15        | the low four bits of
+/// `hex2Bin`'s value | | `hexStr2UInt`, `hexStr2ULL` | 0-9 | 10-15   | 10-15        | code - 48 |
+///
+/// Output strings. A member that makes a text takes the string to fill by reference and returns
+/// that reference. An input text may be the output's own text: `binStr2HexStr(s.c_str(), s)` works.
+/// A member that checks its arguments empties the output first and leaves it empty when it throws.
+///
+/// Errors. Only what a member lists is tested; it throws `std::logic_error` with the given message.
+/// Everything else is converted by the rules above without complaint. Members that fill a string
+/// also throw `std::bad_alloc`.
+///
+/// Locale. `double2Str` writes the decimal point of the process's `LC_NUMERIC`; nothing else
+/// depends on the locale.
+///
+/// Threads. The members keep no state and may run in parallel on distinct outputs.
+class Kel_NumberUtil {
+public:
+    /// \name Fields of a bit array
+    /// A field is given by two inclusive indices. Its bits are taken from \a firstBit to \a lastBit
+    /// and each is shifted into the result from the right, so that the bit at \a lastBit ends as
+    /// the least significant. Of a field longer than the result the last 32 (or 64) bits remain.
+    /// Indices in the wrong order for the member give 0, and \a data is not read.
+    /// \pre the indices are not negative, and the field lies inside the array
+    ///
+    /// No byte is read that holds no bit of the field.
+    /// \code
+    /// const unsigned char data[] = {0x34, 0x12};
+    /// getBits(data, 15, 0)        => 0x1234     getBits(data, 11, 4)        => 0x23
+    /// getReverseBits(data, 0, 3)  => 2          getReverseBits(data, 0, 15) => 0x2C48
+    /// \endcode
+    /// @{
+
+    /// The value of a field, its highest bit given first: \a firstBit >= \a lastBit. Of a field of
+    /// more than 32 bits the lowest 32.
+    KELRT_API static std::uint32_t getBits(const unsigned char* data, std::int32_t firstBit,
+                                           std::int32_t lastBit) noexcept;
+
+    /// The field with its bits in the opposite order, its lowest bit given first and ending as the
+    /// most significant: \a firstBit <= \a lastBit. Of a field of more than 32 bits the highest 32.
+    KELRT_API static std::uint32_t getReverseBits(const unsigned char* data, std::int32_t firstBit,
+                                                  std::int32_t lastBit) noexcept;
+
+    /// The same as getBits.
+    KELRT_API static std::uint32_t getLongBits(const unsigned char* data, std::int32_t firstBit,
+                                               std::int32_t lastBit) noexcept;
+
+    /// The same as getReverseBits.
+    KELRT_API static std::uint32_t getReverseLongBits(const unsigned char* data,
+                                                      std::int32_t firstBit,
+                                                      std::int32_t lastBit) noexcept;
+
+    /// As getBits, of up to 64 bits.
+    KELRT_API static std::uint64_t getLongLongBits(const unsigned char* data, std::int32_t firstBit,
+                                                   std::int32_t lastBit) noexcept;
+
+    /// As getReverseBits, of up to 64 bits.
+    KELRT_API static std::uint64_t getReverseLongLongBits(const unsigned char* data,
+                                                          std::int32_t firstBit,
+                                                          std::int32_t lastBit) noexcept;
+
+    /// As getLongLongBits, and prints each bit of the field, also those that the result drops, to
+    /// the process's standard output: '0' or '1' from \a firstBit on, a newline after every eighth
+    /// and one more after the last. With the indices in the wrong order it prints one newline.
+    /// \code
+    /// 12 bits  => "10110011\n1010\n"      8 bits => "10110011\n\n"
+    /// \endcode
+    KELRT_API static std::uint64_t
+    getLongLongBitsDebug(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit);
+    /// @}
+
+    /// \name Single digits
+    /// @{
+
+    /// The hexadecimal digit of \a value, upper case: '0' + value below 10, else 'A' + value - 10.
+    /// Only 0 to 15 have digits; larger values follow the same formula, cut to a character.
+    /// \code
+    /// bin2Hex(7) => '7'     bin2Hex(12) => 'C'
+    /// \endcode
+    KELRT_API static char bin2Hex(std::uint32_t value) noexcept;
+
+    /// The value of an upper-case hexadecimal digit: the character code minus 48 below 'A', else
+    /// minus 55, modulo 2^32. Nothing is tested, and lower-case letters are no digits here.
+    /// \code
+    /// hex2Bin('9') => 9     hex2Bin('A') => 10     hex2Bin('a') => 42
+    /// \endcode
+    KELRT_API static std::uint32_t hex2Bin(char digit) noexcept;
+    /// @}
+
+    /// \name Bit arrays and texts
+    /// @{
+
+    /// Bits 0 to \a bitCount - 1 of \a binArray as a reverse binary string. Reads
+    /// (bitCount + 7) / 8 bytes.
+    /// \throws std::logic_error for a \a bitCount of 0:
+    ///         "Internal error: bad bitCount value for Kel_NumberUtil::bin2ReverseBinStr";
+    ///         then for a null \a binArray:
+    ///         "Internal error: bad binArray in Kel_NumberUtil::bin2ReverseBinStr"
+    /// \code
+    /// {0x06}, 4 bits => "0110"
+    /// \endcode
+    KELRT_API static std::string& bin2ReverseBinStr(const unsigned char* binArray,
+                                                    std::uint32_t bitCount, std::string& binStr);
+
+    /// The characters of a reverse binary string as bits 0, 1, ... of \a binArray. It writes the
+    /// (length + 7) / 8 bytes that hold them, unused high bits as 0, and no byte behind them; an
+    /// empty text writes nothing.
+    /// \pre binArray holds those bytes, and they do not overlap the text
+    /// \throws std::logic_error for a null \a binStr:
+    ///         "Internal error: bad binStr in Kel_NumberUtil::reverseBinStr2Bin"; then for a null
+    ///         \a binArray: "Internal error: bad binArray in Kel_NumberUtil::reverseBinStr2Bin"
+    /// \code
+    /// "0110" => {0x06}
+    /// \endcode
+    KELRT_API static void reverseBinStr2Bin(const char* binStr, unsigned char* binArray);
+
+    /// A binary string as upper-case hexadecimal text of (length + 3) / 4 digits.
+    /// \throws std::logic_error for a null or empty \a binStr:
+    ///         "Internal error: bad binStr for Kel_NumberUtil::binStr2HexStr"
+    /// \code
+    /// "101" => "5"     "11111" => "1F"     "0000" => "0"
+    /// \endcode
+    KELRT_API static std::string& binStr2HexStr(const char* binStr, std::string& hexStr);
+
+    /// Hexadecimal text of either case as a binary string of exactly \a bitCount characters: the
+    /// last \a bitCount bits, or all of them behind '0' characters. Each character gives the low
+    /// four bits of its code minus 48 below 'A', else minus 55. \throws std::logic_error for a null
+    /// or empty \a hexStr:
+    ///         "Internal error: bad hexStr for Kel_NumberUtil::hexStr2BinStr"; then for a
+    ///         \a bitCount of 0: "Internal error: bad bitCount for Kel_NumberUtil::hexStr2BinStr"
+    /// \code
+    /// "a5", 8 => "10100101"     "A5", 10 => "0010100101"     "A5", 4 => "0101"
+    /// \endcode
+    KELRT_API static std::string& hexStr2BinStr(const char* hexStr, std::uint32_t bitCount,
+                                                std::string& binStr);
+
+    /// The first \a length characters of \a src in the opposite order, and a terminating zero.
+    /// \a src needs no terminator.
+    /// \pre dst holds length + 1 characters, and they do not overlap src
+    /// \code
+    /// "abc", 3 => "cba"     length 0 => ""
+    /// \endcode
+    KELRT_API static void reverseStr(const char* src, std::uint32_t length, char* dst) noexcept;
+    /// @}
+
+    /// \name Texts to integers
+    /// @{
+
+    /// A binary string as a number modulo 2^32, so that the last 32 characters count; 0 for a null
+    /// pointer and for an empty text.
+    /// \code
+    /// "1010" => 10     "1012" => 10     "" => 0
+    /// \endcode
+    KELRT_API static std::uint32_t binStr2UInt(const char* binStr) noexcept;
+
+    /// Hexadecimal text of either case as a number modulo 2^32. Other characters count as their
+    /// code minus 48. An empty text, and one whose length is negative as a signed 32-bit number,
+    /// gives 0.
+    /// \throws std::logic_error for a null pointer:
+    ///         "Kel_NumberUtil::hexStr2UInt called with null ptr"
+    /// \code
+    /// "ff" => 255     "123456789" => 0x23456789     "G" => 23     " 1" => 0xFFFFFF01
+    /// \endcode
+    KELRT_API static std::uint32_t hexStr2UInt(const char* hexStr);
+
+    /// The same rule modulo 2^64, over the characters of \a hexStr up to its first zero. The string
+    /// is not changed.
+    /// \code
+    /// "FFFFFFFFFFFFFFFF" => 2^64 - 1     "" => 0
+    /// \endcode
+    KELRT_API static std::uint64_t hexStr2ULL(std::string& hexStr) noexcept;
+
+    /// A signed decimal number as `scanf` reads it with "%lld": white space of the "C" locale
+    /// before it is skipped, a sign may follow, and reading stops at the first character that is no
+    /// digit. Text that holds no number gives 0. The result is the number's 64-bit pattern; a
+    /// number outside -2^63 to 2^63 - 1 gives the nearer of the two. \code "  42abc" => 42     "-1"
+    /// => 2^64 - 1     "abc" => 0     "9223372036854775808" => 2^63 - 1 \endcode
+    KELRT_API static std::uint64_t decStr2ULL(const std::string& text) noexcept;
+    /// @}
+
+    /// \name Integers to texts
+    /// @{
+
+    /// The low \a bitCount bits of \a value as a binary string; higher bits are ignored.
+    /// \throws std::logic_error for a \a bitCount of 0 or above 32:
+    ///         "Internal error: bad bitCount value for Kel_NumberUtil::uInt2BinStr"
+    /// \code
+    /// 5, 4 => "0101"     5, 2 => "01"
+    /// \endcode
+    KELRT_API static std::string& uInt2BinStr(std::uint32_t value, std::uint32_t bitCount,
+                                              std::string& binStr);
+
+    /// \a value in decimal, without leading zeros.
+    KELRT_API static std::string& uInt2DecStr(std::uint32_t value, std::string& out);
+
+    /// \a value in lower-case hexadecimal, filled with '0' at the front to (bitCount + 3) / 4
+    /// digits. A value with more digits is printed whole; a \a bitCount of 0 sets no minimum.
+    /// \code
+    /// 0xAB, 16 => "00ab"     0xAB, 4 => "ab"     0, 0 => "0"
+    /// \endcode
+    KELRT_API static std::string& uInt2HexStr(std::uint32_t value, std::uint32_t bitCount,
+                                              std::string& out);
+
+    /// \a value in decimal, read as a signed 64-bit number; decStr2ULL reads the text back to the
+    /// same value.
+    /// \code
+    /// 42 => "42"     2^64 - 1 => "-1"
+    /// \endcode
+    KELRT_API static std::string& uLL2DecStr(std::uint64_t value, std::string& out);
+
+    /// \a value in lower-case hexadecimal, without leading zeros; "0" for 0.
+    KELRT_API static std::string& uLL2HexStr(std::uint64_t value, std::string& out);
+
+    /// \a value in fixed-point notation with six digits behind the decimal point, as `printf`
+    /// prints it with "%f": whole, whatever its magnitude (up to 317 characters). Values that are
+    /// not finite print as the C library prints them. \code 1.5 => "1.500000" \endcode
+    KELRT_API static std::string& double2Str(double value, std::string& out);
+    /// @}
+};
+
+} // namespace KelRT

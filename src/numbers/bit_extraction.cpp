@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Kel_NumberUtil.h"
+
+#include "common/words.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstdio>
+
+namespace KelRT {
+namespace {
+
+/// The lowest \a most bits of the field from bit \a low to bit \a high, or all of a shorter one.
+std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int32_t low,
+                         std::uint64_t most) {
+    assert(low >= 0 && "the indices are not negative");
+    assert(data != nullptr && "the field lies inside the array");
+    const auto first = static_cast<std::uint64_t>(low);
+    const std::uint64_t length = static_cast<std::uint64_t>(high) - first + 1;
+    const std::uint64_t count = std::min(length, most);
+    return common::readField(data, (first + count + 7) / 8, first, count);
+}
+
+std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
+                         std::uint64_t most) {
+    return firstBit < lastBit ? 0 : lowestBits(data, firstBit, lastBit, most);
+}
+
+/// The last bits visited are the highest ones, and the very last is to be the least significant.
+std::uint64_t ascending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
+                        std::int32_t most) {
+    if (firstBit > lastBit)
+        return 0;
+    const std::int32_t low = lastBit - firstBit < most ? firstBit : lastBit - most + 1;
+    const std::uint64_t bits = lowestBits(data, lastBit, low, common::WORD_BITS);
+    const auto count = static_cast<unsigned>(lastBit - low + 1);
+    return common::mirrorWord(bits) >> (common::WORD_BITS - count);
+}
+
+} // namespace
+
+std::uint32_t Kel_NumberUtil::getBits(const unsigned char* data, std::int32_t firstBit,
+                                      std::int32_t lastBit) noexcept {
+    return static_cast<std::uint32_t>(descending(data, firstBit, lastBit, 32));
+}
+
+std::uint32_t Kel_NumberUtil::getReverseBits(const unsigned char* data, std::int32_t firstBit,
+                                             std::int32_t lastBit) noexcept {
+    return static_cast<std::uint32_t>(ascending(data, firstBit, lastBit, 32));
+}
+
+std::uint32_t Kel_NumberUtil::getLongBits(const unsigned char* data, std::int32_t firstBit,
+                                          std::int32_t lastBit) noexcept {
+    return getBits(data, firstBit, lastBit);
+}
+
+std::uint32_t Kel_NumberUtil::getReverseLongBits(const unsigned char* data, std::int32_t firstBit,
+                                                 std::int32_t lastBit) noexcept {
+    return getReverseBits(data, firstBit, lastBit);
+}
+
+std::uint64_t Kel_NumberUtil::getLongLongBits(const unsigned char* data, std::int32_t firstBit,
+                                              std::int32_t lastBit) noexcept {
+    return descending(data, firstBit, lastBit, 64);
+}
+
+std::uint64_t Kel_NumberUtil::getReverseLongLongBits(const unsigned char* data,
+                                                     std::int32_t firstBit,
+                                                     std::int32_t lastBit) noexcept {
+    return ascending(data, firstBit, lastBit, 64);
+}
+
+std::uint64_t Kel_NumberUtil::getLongLongBitsDebug(const unsigned char* data, std::int32_t firstBit,
+                                                   std::int32_t lastBit) {
+    const std::uint64_t value = getLongLongBits(data, firstBit, lastBit);
+    std::uint32_t printed = 0;
+    for (std::int64_t bit = firstBit; bit >= lastBit; --bit) {
+        std::putchar((data[bit / 8] >> bit % 8 & 1) != 0 ? '1' : '0');
+        if (++printed % 8 == 0)
+            std::putchar('\n');
+    }
+    std::putchar('\n');
+    return value;
+}
+
+} // namespace KelRT
