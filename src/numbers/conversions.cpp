@@ -22,13 +22,13 @@ namespace {
 /// the output's own text, that text is taken over, which cannot fail.
 class Input {
 public:
-    Input(const char* data, std::size_t size, std::string& output) : data_(data), size_(size) {
+    Input(const char* data, std::size_t size, std::string& output) : first(data), length(size) {
         constexpr std::less<> before; // also orders pointers into different objects
         const char* const text = output.data();
         if (!before(data, text) && before(data, text + output.size())) {
             const auto offset = data - text;
-            kept_.swap(output);
-            data_ = kept_.data() + offset;
+            kept.swap(output);
+            first = kept.data() + offset;
         }
         output.clear();
     }
@@ -36,14 +36,14 @@ public:
     Input(const Input&) = delete;
     Input& operator=(const Input&) = delete;
 
-    const char* data() const { return data_; }
-    const char* end() const { return data_ + size_; }
-    std::size_t size() const { return size_; }
+    const char* data() const { return first; }
+    const char* end() const { return first + length; }
+    std::size_t size() const { return length; }
 
 private:
-    const char* data_;
-    std::size_t size_;
-    std::string kept_;
+    const char* first;
+    std::size_t length;
+    std::string kept;
 };
 
 /// Whether two pieces of memory have no byte in common.

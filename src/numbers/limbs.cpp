@@ -40,64 +40,64 @@ Limb divideLimb(Limb limb, Limb& remainder) {
 } // namespace
 
 void Limbs::load(const std::uint16_t* words, std::size_t wordCount) {
-    size_ = limbsFor(wordCount);
-    assert(size_ <= capacity_);
-    for (std::size_t i = 0; i < size_; ++i)
-        limbs_[i] = loadLimb(words + WORDS_PER_LIMB * i, wordCount - WORDS_PER_LIMB * i);
+    used = limbsFor(wordCount);
+    assert(used <= room);
+    for (std::size_t i = 0; i < used; ++i)
+        limbs[i] = loadLimb(words + WORDS_PER_LIMB * i, wordCount - WORDS_PER_LIMB * i);
     dropLeadingZeros();
 }
 
 void Limbs::store(std::uint16_t* words, std::size_t wordCount) const {
-    const std::size_t stored = std::min(size_, limbsFor(wordCount));
+    const std::size_t stored = std::min(used, limbsFor(wordCount));
     for (std::size_t i = 0; i < stored; ++i)
-        storeLimb(words + WORDS_PER_LIMB * i, wordCount - WORDS_PER_LIMB * i, limbs_[i]);
+        storeLimb(words + WORDS_PER_LIMB * i, wordCount - WORDS_PER_LIMB * i, limbs[i]);
     const std::size_t filled = std::min(wordCount, WORDS_PER_LIMB * stored);
     std::fill(words + filled, words + wordCount, std::uint16_t{0});
 }
 
 void Limbs::negate(std::uint64_t bitCount) {
-    assert(bitCount > LIMB_BITS * (size_ - 1) && bitCount <= LIMB_BITS * size_);
+    assert(bitCount > LIMB_BITS * (used - 1) && bitCount <= LIMB_BITS * used);
     bool carry = true;
-    for (std::size_t i = 0; i < size_; ++i)
-        limbs_[i] = negateLimb(limbs_[i], carry);
-    limbs_[size_ - 1] &= common::lowBits(bitCount - LIMB_BITS * (size_ - 1));
+    for (std::size_t i = 0; i < used; ++i)
+        limbs[i] = negateLimb(limbs[i], carry);
+    limbs[used - 1] &= common::lowBits(bitCount - LIMB_BITS * (used - 1));
     dropLeadingZeros();
 }
 
 void Limbs::multiplyAdd(Limb factor, Limb addend) {
     Limb carry = addend;
-    for (std::size_t i = 0; i < size_; ++i) {
-        const DoubleLimb step = DoubleLimb{limbs_[i]} * factor + carry;
-        limbs_[i] = static_cast<Limb>(step);
+    for (std::size_t i = 0; i < used; ++i) {
+        const DoubleLimb step = DoubleLimb{limbs[i]} * factor + carry;
+        limbs[i] = static_cast<Limb>(step);
         carry = static_cast<Limb>(step >> LIMB_BITS);
     }
-    if (carry != 0 && size_ < capacity_)
-        limbs_[size_++] = carry;
+    if (carry != 0 && used < room)
+        limbs[used++] = carry;
 }
 
 Limb Limbs::takeChunk() {
     Limb remainder = 0;
-    for (std::size_t i = size_; i-- > 0;)
-        limbs_[i] = divideLimb(limbs_[i], remainder);
+    for (std::size_t i = used; i-- > 0;)
+        limbs[i] = divideLimb(limbs[i], remainder);
     dropLeadingZeros();
     return remainder;
 }
 
 std::array<Limb, 4> Limbs::takeFourChunks() {
     std::array<Limb, 4> remainders{};
-    for (std::size_t i = size_; i-- > 0;) {
-        const Limb first = divideLimb(limbs_[i], remainders[0]);
+    for (std::size_t i = used; i-- > 0;) {
+        const Limb first = divideLimb(limbs[i], remainders[0]);
         const Limb second = divideLimb(first, remainders[1]);
         const Limb third = divideLimb(second, remainders[2]);
-        limbs_[i] = divideLimb(third, remainders[3]);
+        limbs[i] = divideLimb(third, remainders[3]);
     }
     dropLeadingZeros();
     return remainders;
 }
 
 void Limbs::dropLeadingZeros() {
-    while (size_ > 0 && limbs_[size_ - 1] == 0)
-        --size_;
+    while (used > 0 && limbs[used - 1] == 0)
+        --used;
 }
 
 } // namespace KelRT::numbers

@@ -56,9 +56,9 @@ class Limbs {
 public:
     /// The value 0, with room for \a capacity limbs. \throws std::bad_alloc
     explicit Limbs(std::size_t capacity)
-        : large_(capacity > small_.size() ? std::make_unique_for_overwrite<Limb[]>(capacity)
-                                          : nullptr),
-          limbs_(large_ ? large_.get() : small_.data()), capacity_(capacity) {}
+        : large(capacity > small.size() ? std::make_unique_for_overwrite<Limb[]>(capacity)
+                                        : nullptr),
+          limbs(large ? large.get() : small.data()), room(capacity) {}
     Limbs(const Limbs&) = delete;
     Limbs& operator=(const Limbs&) = delete;
 
@@ -72,10 +72,10 @@ public:
     void negate(std::uint64_t bitCount);
 
     /// How many limbs the value has; 0 for the value 0.
-    std::size_t size() const { return size_; }
+    std::size_t size() const { return used; }
 
     /// The lowest limb.
-    Limb lowest() const { return size_ == 0 ? 0 : limbs_[0]; }
+    Limb lowest() const { return used == 0 ? 0 : limbs[0]; }
 
     /// value * \a factor + \a addend; what exceeds the capacity is dropped.
     void multiplyAdd(Limb factor, Limb addend);
@@ -90,11 +90,11 @@ public:
 private:
     void dropLeadingZeros();
 
-    std::array<Limb, 8> small_; // not initialised: only the first size_ limbs are ever read
-    std::unique_ptr<Limb[]> large_;
-    Limb* limbs_;
-    std::size_t size_ = 0;
-    std::size_t capacity_;
+    std::array<Limb, 8> small; // not initialised: only the first used limbs are ever read
+    std::unique_ptr<Limb[]> large;
+    Limb* limbs;
+    std::size_t used = 0;
+    std::size_t room;
 };
 
 } // namespace KelRT::numbers

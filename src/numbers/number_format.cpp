@@ -87,25 +87,24 @@ std::string decimalText(const std::vector<std::uint16_t>& words, std::uint64_t b
 
 std::string Kel_Number::toString(char radix) const {
     const auto least = [this](unsigned digitBits) {
-        return numbers::minimumDigits(bitCount_, digitBits);
+        return numbers::minimumDigits(bitCount, digitBits);
     };
     switch (numbers::baseOf(radix)) {
     case 2:
-        return numbers::powerOfTwoText<1, 4>(words_, least(1), '0', common::writeBits);
+        return numbers::powerOfTwoText<1, 4>(words, least(1), '0', common::writeBits);
     case 8:
-        return numbers::powerOfTwoText<3, 3>(words_, least(3), '0', common::writeOctal);
+        return numbers::powerOfTwoText<3, 3>(words, least(3), '0', common::writeOctal);
     case 10:
-        return numbers::decimalText(words_, bitCount_,
-                                    numbers::printsSigned(radix) && isNegative());
+        return numbers::decimalText(words, bitCount, numbers::printsSigned(radix) && isNegative());
     case 16: {
         const char lettersFrom = radix == 'x' ? 'a' : 'A';
         return numbers::powerOfTwoText<4, 4>(
-            words_, least(4), '0', [lettersFrom](char* end, numbers::Limb group, unsigned count) {
+            words, least(4), '0', [lettersFrom](char* end, numbers::Limb group, unsigned count) {
                 common::writeHex(end, group, count, lettersFrom);
             });
     }
     case 256:
-        return numbers::powerOfTwoText<8, 4>(words_, least(8), ' ', common::writeBytes);
+        return numbers::powerOfTwoText<8, 4>(words, least(8), ' ', common::writeBytes);
     default:
         return "bad format for number";
     }

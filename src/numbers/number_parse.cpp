@@ -21,40 +21,40 @@ constexpr unsigned STEP = 8; // characters
 /// last word is dropped.
 class WordSink {
 public:
-    WordSink(std::uint16_t* words, std::size_t wordCount) : words_(words), left_(wordCount) {}
+    WordSink(std::uint16_t* target, std::size_t wordCount) : words(target), left(wordCount) {}
 
     /// Takes \a count bits (1 to 64). The bits of \a value above them must be 0.
     void put(Limb value, unsigned count) {
-        pending_ |= value << filled_;
-        if (filled_ + count < LIMB_BITS) {
-            filled_ += count;
+        pending |= value << filled;
+        if (filled + count < LIMB_BITS) {
+            filled += count;
             return;
         }
         store();
-        pending_ = value >> 1 >> (LIMB_BITS - 1 - filled_); // in two steps, for filled_ == 0
-        filled_ = filled_ + count - LIMB_BITS;
+        pending = value >> 1 >> (LIMB_BITS - 1 - filled); // in two steps, for filled == 0
+        filled = filled + count - LIMB_BITS;
     }
 
     /// Ends the number: the words above it become 0.
     void finish() {
         store();
-        std::fill(words_, words_ + left_, std::uint16_t{0});
+        std::fill(words, words + left, std::uint16_t{0});
     }
 
 private:
     void store() {
-        if (left_ == 0)
+        if (left == 0)
             return;
-        storeLimb(words_, left_, pending_);
-        const std::size_t stored = std::min(left_, WORDS_PER_LIMB);
-        words_ += stored;
-        left_ -= stored;
+        storeLimb(words, left, pending);
+        const std::size_t stored = std::min(left, WORDS_PER_LIMB);
+        words += stored;
+        left -= stored;
     }
 
-    std::uint16_t* words_;
-    std::size_t left_;
-    Limb pending_ = 0;
-    unsigned filled_ = 0;
+    std::uint16_t* words;
+    std::size_t left;
+    Limb pending = 0;
+    unsigned filled = 0;
 };
 
 // The digits of the bases that are powers of two: how eight characters are known to be digits all,
@@ -161,16 +161,16 @@ constexpr std::array<Limb, common::CHUNK_DIGITS + 1> POWERS_OF_TEN = [] {
 /// Gathers decimal digits, up to 19 at a time, before the limbs are touched.
 class DecimalReader {
 public:
-    explicit DecimalReader(Limbs& limbs) : limbs_(limbs) {}
+    explicit DecimalReader(Limbs& target) : limbs(target) {}
 
     bool read(const std::string& text, bool& negative) {
         for (std::size_t at = 0; at < text.size();) {
             const auto count = static_cast<unsigned>(
-                std::min<std::size_t>({STEP, text.size() - at, common::CHUNK_DIGITS - digits_}));
+                std::min<std::size_t>({STEP, text.size() - at, common::CHUNK_DIGITS - digits}));
             if (!take(text.data() + at, count, negative))
                 return false;
             at += count;
-            if (digits_ == common::CHUNK_DIGITS)
+            if (digits == common::CHUNK_DIGITS)
                 flush();
         }
         flush();
@@ -199,21 +199,21 @@ private:
     }
 
     void append(Limb value, unsigned count) {
-        chunk_ = chunk_ * POWERS_OF_TEN[count] + value;
-        digits_ += count;
+        chunk = chunk * POWERS_OF_TEN[count] + value;
+        digits += count;
     }
 
     void flush() {
-        if (digits_ == 0)
+        if (digits == 0)
             return;
-        limbs_.multiplyAdd(POWERS_OF_TEN[digits_], chunk_);
-        chunk_ = 0;
-        digits_ = 0;
+        limbs.multiplyAdd(POWERS_OF_TEN[digits], chunk);
+        chunk = 0;
+        digits = 0;
     }
 
-    Limbs& limbs_;
-    Limb chunk_ = 0;
-    unsigned digits_ = 0;
+    Limbs& limbs;
+    Limb chunk = 0;
+    unsigned digits = 0;
 };
 
 bool parseDecimal(const std::string& text, std::uint16_t* words, std::size_t wordCount,
@@ -259,7 +259,7 @@ bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std:
 
 bool Kel_Number::set(char radix, const std::string& text) {
     bool negative = false;
-    if (!numbers::parseDigits(radix, text, words_.data(), wordCount_, negative)) {
+    if (!numbers::parseDigits(radix, text, words.data(), wordCount, negative)) {
         setToZero();
         return false;
     }

@@ -20,7 +20,7 @@ void Kel_Number::setFloat(const std::string& text, double scale, double offset) 
     // The magnitude is a whole number of at most 53 bits, wherever they lie: the remainders and the
     // divisions by a power of two are exact.
     double magnitude = std::fabs(quotient);
-    for (std::uint16_t& word : words_) {
+    for (std::uint16_t& word : words) {
         if (magnitude < 1)
             break;
         word = static_cast<std::uint16_t>(std::fmod(magnitude, WORD_BASE));
@@ -43,7 +43,7 @@ std::string Kel_Number::toFloatString(double scale, double offset, std::uint32_t
 // In steps of 16 bits: wider ones would round differently.
 double Kel_Number::toDouble() const noexcept {
     double value = 0;
-    std::for_each(words_.rbegin(), words_.rend(),
+    std::for_each(words.rbegin(), words.rend(),
                   [&value](std::uint16_t word) { value = value * WORD_BASE + word; });
     return value;
 }
