@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_StrTok.h"
 
+#include "common/digits.h"
 #include "common/words.h"
 
 #include <array>
@@ -19,13 +20,6 @@ using common::WORD_BITS;
 constexpr char COMMA[] = ",";
 constexpr char BLANKS[] = "\n\t \v\r\b\f";
 
-/// The lowest bits of the eight bytes of \a flags as eight bits, that of the lowest byte lowest.
-/// The other bits must be 0.
-constexpr std::uint64_t gather(std::uint64_t flags) {
-    // The product moves the flag of byte i to bit 56 + i, and no two partial products meet.
-    return flags * 0x0102040810204080 >> 56;
-}
-
 /// Which of 64 \a characters belong to \a set, a bit each. The comparisons are written as a loop
 /// that compilers turn into vector instructions.
 std::uint64_t membersOf(const char* set, const char* characters) {
@@ -35,7 +29,7 @@ std::uint64_t membersOf(const char* set, const char* characters) {
             isMember[i] |= static_cast<unsigned char>(characters[i] == *set);
     std::uint64_t members = 0;
     for (unsigned i = 0; i < WORD_BITS; i += common::WORD_BYTES)
-        members |= gather(common::loadWord(&isMember[i])) << i;
+        members |= std::uint64_t{common::packBits(common::loadWord(&isMember[i]))} << i;
     return members;
 }
 

@@ -1,0 +1,37 @@
+# Runs one case of kel_report_test; the texts are compared without carriage returns.
+cmake_minimum_required(VERSION 3.25)
+
+unset(ENV{TOR_KEL_LOGFILE})
+if(LOG)
+  set(ENV{TOR_KEL_LOGFILE} stderr)
+  set(ENV{TOR_KEL_LOGDETAIL} 4)
+  unset(ENV{TOR_KEL_LOGFLAGS})
+endif()
+execute_process(COMMAND ${TOOL} ${SETTINGS} WORKING_DIRECTORY ${DIRECTORY}
+  OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE status)
+
+# The build and the times of a log are not the same twice.
+string(REGEX REPLACE "Kel - Version [^\n]*" "Kel - Version (of the build)" err "${err}")
+string(REGEX REPLACE "(Logging [A-Z][a-z]+) - [^\n]*" "\\1 - (time)" err "${err}")
+
+set(failed)
+if(NOT status EQUAL STATUS)
+  message("the exit status is ${status}, not ${STATUS}")
+  set(failed YES)
+endif()
+foreach(stream IN ITEMS out err)
+  set(expected "")
+  if(EXISTS ${EXPECTED}.${stream})
+    file(READ ${EXPECTED}.${stream} expected)
+  endif()
+  string(REPLACE "\r" "" expected "${expected}")
+  string(REPLACE "\r" "" ${stream} "${${stream}}")
+  if(NOT "${${stream}}" STREQUAL "${expected}")
+    file(WRITE ${ACTUAL}.${stream} "${${stream}}")
+    message("${EXPECTED}.${stream} is expected, but it is ${ACTUAL}.${stream}:\n${${stream}}")
+    set(failed YES)
+  endif()
+endforeach()
+if(failed)
+  message(FATAL_ERROR "the report differs")
+endif()
