@@ -2,6 +2,7 @@
 //
 // Prints captured registers field by field. USAGE tells what it reads.
 #include "KelRT/Kel_ByteBuffer.h"
+#include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_StrTok.h"
 #include "KelRT/Kel_Util.h"
@@ -26,7 +27,8 @@ using namespace KelRT;
 
 namespace {
 
-constexpr const char* USAGE = R"(usage: field_report capture=FILE fields=FILE [register=NAME]
+constexpr const char* USAGE =
+    R"(usage: field_report capture=FILE [fields=FILE] [register=NAME] [output=temp]
 
 Prints the registers of a capture field by field, as a field table names them.
 
@@ -34,8 +36,10 @@ Prints the registers of a capture field by field, as a field table names them.
                  most significant first (blanks between them are allowed); # begins a comment
   fields=FILE    one field a line, as comma-separated values: register, field, lowest bit,
                  width in bits, radix letter, scale, offset, unit, "description"; the last four
-                 may be empty; a line that begins with # is a comment
+                 may be empty; a line that begins with # is a comment. Without this setting it
+                 is fields.csv in the data directory, which TOR_KEL_DATADIR can name
   register=NAME  only this register
+  output=temp    the report goes into a new temporary file, which is named instead
 
 Radix letters: b binary, o octal, d signed decimal, u unsigned decimal, x hexadecimal,
 s characters. The scaled value is raw value * scale + offset, with as many decimals as the
@@ -253,7 +257,7 @@ public:
             fields.push_back(field);
     }
 
-    void print(const std::string& onlyRegister, std::ostream& out) {
+    void print(const std::string& onlyRegister, std::ostream& out) const {
         MethodLogger trace;
         trace.setMethodName("print");
         if (!onlyRegister.empty() && findRegister(onlyRegister) == nullptr)
@@ -294,10 +298,25 @@ void checkSettings(const std::vector<std::string>& words) {
     for (const std::string& word : words) {
         const auto name = word.substr(0, word.find('='));
         const auto isIt = [&](const char* known) { return Kel_Util::stricmp(name, known) == 0; };
-        constexpr std::array SETTINGS = {"capture", "fields", "register"};
+        constexpr std::array SETTINGS = {"capture", "fields", "register", "output"};
         if (name == word || std::none_of(SETTINGS.begin(), SETTINGS.end(), isIt))
             throw BadInput("'" + word + "' is not a setting; --help lists them");
     }
+}
+
+// Prints on standard output, or into a new temporary file that is named there.
+void printTo(const std::string& output, const FieldReport& report,
+             const std::string& onlyRegister) {
+    if (output.empty())
+        return report.print(onlyRegister, std::cout);
+    if (Kel_Util::stricmp(output, "temp") != 0)
+        throw BadInput("'" + output + "' is no output; output=temp is the only one");
+    const auto path = Kel_Util::createDotLumatraceTempFile("field_report");
+    std::ofstream file(path);
+    report.print(onlyRegister, file);
+    if (!file.flush())
+        throw BadInput("the report cannot be written to " + path);
+    std::cout << "report written to " << path << '\n';
 }
 
 unsigned run(std::vector<std::string> words) {
@@ -307,17 +326,22 @@ unsigned run(std::vector<std::string> words) {
     try {
         checkSettings(words);
         const auto capture = Kel_Util::findKey(words, "capture");
-        const auto table = Kel_Util::findKey(words, "fields");
-        if (capture.empty() || table.empty())
-            throw BadInput("capture=FILE and fields=FILE are needed; --help tells more");
+        if (capture.empty())
+            throw BadInput("capture=FILE is needed; --help tells more");
+        auto table = Kel_Util::findKey(words, "fields");
+        if (table.empty())
+            table = Kel_Util::getDataDirPath() + "fields.csv";
         if (report.readLines(capture, &FieldReport::takeRegister)) {
             report.readLines(table, &FieldReport::takeField);
-            report.print(Kel_Util::findKey(words, "register"), std::cout);
+            printTo(Kel_Util::findKey(words, "output"), report,
+                    Kel_Util::findKey(words, "register"));
         }
         if (!std::cout.flush())
             throw BadInput("the report cannot be written");
     } catch (const BadInput& fault) {
         report.tellFault("field_report", fault.what());
+    } catch (const Kel_Exception& fault) { // its message ends in a newline
+        report.tellFault("field_report", Kel_Util::trimWhitespace(fault.what()));
     }
     return trace.setReturnStatus(report.status);
 }

@@ -7,8 +7,28 @@ if(LOG)
   set(ENV{TOR_KEL_LOGDETAIL} 4)
   unset(ENV{TOR_KEL_LOGFLAGS})
 endif()
+unset(ENV{TOR_KEL_DATADIR})
+if(DATA)
+  set(ENV{TOR_KEL_DATADIR} ${DATA})
+endif()
+set(home ${ACTUAL}.home)
+if(HOME)
+  file(REMOVE_RECURSE ${home})
+  file(MAKE_DIRECTORY ${home})
+  set(ENV{USERPROFILE} ${home})
+endif()
 execute_process(COMMAND ${TOOL} ${SETTINGS} WORKING_DIRECTORY ${DIRECTORY}
   OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE status)
+
+# The file that a report went into belongs to the output.
+if(HOME)
+  file(GLOB written RELATIVE ${home} ${home}/.kel/*)
+  foreach(file IN LISTS written)
+    file(READ ${home}/${file} text)
+    string(APPEND out "-- ${file}:\n${text}")
+  endforeach()
+  string(REPLACE ${home} HOME out "${out}")
+endif()
 
 # The build and the times of a log are not the same twice.
 string(REGEX REPLACE "Kel - Version [^\n]*" "Kel - Version (of the build)" err "${err}")
