@@ -22,31 +22,41 @@ constexpr std::string_view CUT_MESSAGE =
     "... (To display buffers larger than 10000, enable the print large\n"
     "buffer flag in TOR_KEL_LOGFLAGS. Set bit 1 high, where bit 0 is LSB.)";
 
-// Collects text and hands it to a stream whenever the next piece might not fit.
+// Collects text and hands it to a stream in whole blocks, the rest at the end. A line-buffered
+// stream passes whole blocks on as they are; the rest of a larger piece it would look through for
+// line ends, with a write for each.
 class StreamText {
 public:
     static constexpr std::size_t MOST_AT_ONCE = 256;
 
-    explicit StreamText(std::FILE* output) : stream(output) {}
+    explicit StreamText(std::FILE* target) : stream(target) {}
 
     // Where the next piece goes, of at most MOST_AT_ONCE characters.
-    char* next() {
-        if (used > sizeof text - MOST_AT_ONCE)
-            handOver();
-        return text + used;
-    }
+    char* next() { return text + used; }
     // Takes the piece that was put there and ends at `end`.
-    void take(const char* end) { used = static_cast<std::size_t>(end - text); }
-
-    void handOver() {
-        static_cast<void>(std::fwrite(text, 1, used, stream));
-        used = 0;
+    void take(const char* end) {
+        used = static_cast<std::size_t>(end - text);
+        if (used >= SIZE)
+            handOver(SIZE);
+    }
+    void finish() {
+        handOver(used / BLOCK * BLOCK);
+        handOver(used);
     }
 
 private:
+    static constexpr std::size_t BLOCK = 4096;
+    static constexpr std::size_t SIZE = 8 * BLOCK;
+
+    void handOver(std::size_t count) {
+        static_cast<void>(std::fwrite(text, 1, count, stream));
+        used -= count;
+        std::memmove(text, text + count, used);
+    }
+
     std::FILE* stream;
     std::size_t used = 0;
-    char text[16384];
+    char text[SIZE + MOST_AT_ONCE];
 };
 
 char* put(char* out, std::string_view text) {
@@ -134,7 +144,7 @@ void putTable(StreamText& text, const unsigned char* buffer, std::uint64_t bitCo
     if (shown < bytes)
         text.take(put(putAddress(text.next(), shown), CUT_MESSAGE));
     text.take(put(text.next(), "\n"));
-    text.handOver();
+    text.finish();
 }
 
 } // namespace
