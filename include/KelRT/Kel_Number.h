@@ -167,11 +167,10 @@ private:
     void maskTopWord() noexcept;
     double toDouble() const noexcept; // the pattern, read as unsigned
 
-    std::uint16_t topWordMask; // the bits of the top word that belong to the number
-    std::vector<std::uint16_t>
-        words;               // word 0 is the least significant; bits above the width are 0
-    std::uint64_t bitCount;  // the width, at least 1
-    std::uint64_t wordCount; // words.size()
+    std::uint16_t topWordMask;        // the bits of the top word that belong to the number
+    std::vector<std::uint16_t> words; // word 0 is the least significant; bits above the width are 0
+    std::uint64_t bitCount;           // the width, at least 1
+    std::uint64_t wordCount;          // words.size()
 };
 
 } // namespace KelRT
