@@ -30,6 +30,7 @@
 #ifdef HAVE_BOOST
 #include <boost/algorithm/hex.hpp>
 #include <boost/dynamic_bitset.hpp>
+#include <boost/tokenizer.hpp>
 #endif
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop

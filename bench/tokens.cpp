@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+//
+// Texts cut into tokens. Construction is part of the work: the library copies the text, as a caller
+// of strtok_r has to do, while Abseil and Boost look at the text where it is. The limit is that
+// copy alone. strtok_r knows no empty token, so it has no part in comma-separated text.
+#include "peers.h"
+#include "row.h"
+
+#include "KelRT/Kel_StrTok.h"
+
+#include <cstring>
+#include <string_view>
+
+using namespace bench;
+
+namespace {
+
+struct Text {
+    const char* work;
+    const char* size;
+    std::string text;
+    const char* delimiters; // for the library, whose modes differ by this pointer
+};
+
+/// Tokens of \a least to \a most characters; behind each one to \a mostDelimiters delimiters.
+std::string randomText(std::size_t size, std::size_t least, std::size_t most,
+                       std::string_view delimiters, std::size_t mostDelimiters) {
+    std::mt19937_64 random(size);
+    std::string text;
+    while (text.size() < size) {
+        for (std::size_t i = least + random() % (most - least + 1); i-- > 0;)
+            text += static_cast<char>('a' + random() % 26);
+        for (std::size_t i = 1 + random() % mostDelimiters; i-- > 0;)
+            text += delimiters[random() % delimiters.size()];
+    }
+    return text + "end"; // a final delimiter means different things to different tokenizers
+}
+
+// A contender takes all tokens, as a caller would who looks at where each begins.
+template <typename Tokens>
+struct Taking {
+    Tokens tokens;
+    void run() {
+        tokens.each([](std::string_view token) { benchmark::DoNotOptimize(token.data()); });
+    }
+    std::string result() {
+        std::string all;
+        tokens.each([&](std::string_view token) { all.append(token) += '\n'; });
+        return all;
+    }
+};
+
+struct KelUtil {
+    std::string text;
+    const char* delimiters;
+    template <typename Visit>
+    void each(Visit visit) const {
+        KelRT::Kel_StrTok tokenizer(text.c_str(), delimiters, false, false, false);
+        while (const char* const token = tokenizer.getNext())
+            visit(token);
+    }
+};
+
+struct StrTokR {
+    std::string text;
+    const char* delimiters;
+    template <typename Visit>
+    void each(Visit visit) const {
+        std::string copy = text;
+        char* rest = nullptr;
+        for (const char* token = strtok_r(copy.data(), delimiters, &rest); token != nullptr;
+             token = strtok_r(nullptr, delimiters, &rest))
+            visit(token);
+    }
+};
+
+#ifdef HAVE_ABSL
+struct AbslChar {
+    std::string text;
+    const char* delimiters;
+    template <typename Visit>
+    void each(Visit visit) const {
+        for (const absl::string_view token : absl::StrSplit(text, *delimiters))
+            visit({token.data(), token.size()});
+    }
+};
+
+struct AbslAnyChar {
+    std::string text;
+    const char* delimiters;
+    template <typename Visit>
+    void each(Visit visit) const {
+        for (const absl::string_view token :
+             absl::StrSplit(text, absl::ByAnyChar(delimiters), absl::SkipEmpty()))
+            visit({token.data(), token.size()});
+    }
+};
+#endif
+
+#ifdef HAVE_BOOST
+template <bool KEEP_EMPTY>
+struct BoostTokenizer {
+    std::string text;
+    const char* delimiters;
+    template <typename Visit>
+    void each(Visit visit) const {
+        using Separator = boost::char_separator<char>;
+        const boost::tokenizer<Separator> tokenizer(
+            text, Separator(delimiters, "",
+                            KEEP_EMPTY ? boost::keep_empty_tokens : boost::drop_empty_tokens));
+        for (const std::string& token : tokenizer)
+            visit(token);
+    }
+};
+#endif
+
+template <typename Tokens>
+void add(Row& row, const char* name, const Text& text) {
+    row.add(name, Taking<Tokens>{{text.text, text.delimiters}});
+}
+
+void rows(const Text& text, bool isCsv) {
+    const KelUtil tokenizer{text.text, text.delimiters};
+    std::uint64_t tokens = 0;
+    tokenizer.each([&](std::string_view) { ++tokens; });
+    Row row("tokens", text.work, text.size, tokens);
+    row.add("KelUtil", Taking<KelUtil>{tokenizer});
+    const bool oneDelimiter = std::strlen(text.delimiters) == 1;
+#ifdef HAVE_ABSL
+    if (oneDelimiter)
+        add<AbslChar>(row, "absl::StrSplit", text);
+    else
+        add<AbslAnyChar>(row, "absl::StrSplit", text);
+#else
+    static_cast<void>(oneDelimiter);
+    row.missing("absl::StrSplit");
+#endif
+    if (!isCsv)
+        add<StrTokR>(row, "strtok_r", text);
+#ifdef HAVE_BOOST
+    if (isCsv)
+        add<BoostTokenizer<true>>(row, "boost::tokenizer", text);
+    else
+        add<BoostTokenizer<false>>(row, "boost::tokenizer", text);
+#else
+    row.missing("boost::tokenizer");
+#endif
+    row.limit(Contender{std::pair{text.text, std::string(text.text.size() + 1, ' ')},
+                        [](auto& own) {
+                            const char* const from = own.first.c_str();
+                            std::memcpy(own.second.data(), from, std::strlen(from) + 1);
+                            benchmark::DoNotOptimize(own.second.data());
+                        },
+                        [](auto& own) { return own.second; }});
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    using KelRT::Kel_StrTok;
+    constexpr std::size_t MIB = 1 << 20;
+    rows({"CSV", "1 MiB", randomText(MIB, 0, 10, ",", 1), Kel_StrTok::CSV_DELIM}, true);
+    rows({"words", "1 MiB", randomText(MIB, 1, 10, Kel_StrTok::WHITE_SPACE, 2),
+          Kel_StrTok::WHITE_SPACE},
+         false);
+    rows({"search path", "2 KiB", randomText(2048, 12, 48, ";", 1), ";"}, false);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
