@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+//! [example]
+#include "KelRT/Kel_ByteBuffer.h"
+
+#include <cstdio>
+#include <memory>
+
+using namespace KelRT;
+
+// The bytes from the first used one on: "21 43 65".
+static void show(const char* what, Kel_ByteBuffer& buffer) {
+    std::printf("%-22s", what);
+    for (std::uint64_t i = 0; i < buffer.getSize(); ++i)
+        std::printf(" %02X", static_cast<unsigned>(buffer.uPtr()[i]));
+    std::printf("\n");
+}
+
+int main() {
+    // Three captured bytes; 2 bytes of reserve in front, 1 behind.
+    const unsigned char captured[] = {0x21, 0x43, 0x65};
+    Kel_ByteBuffer scan(captured, sizeof captured, 2, 1);
+    show("captured", scan);
+
+    // Bit 0 is the lowest bit of byte 0, so the 12 bits from bit 4 on are the 43 and the 2 of 21.
+    std::printf("%-22s 0x%03X\n", "bits 4 to 15", static_cast<unsigned>(scan.getBits(4, 12)));
+
+    // A header of 12 bits goes: one byte at once, 4 bits at the next access.
+    scan.shiftBitsDown(12);
+    show("without 12 bits", scan);
+
+    scan.setBits(0, 8, 0xA5);
+    show("bits 0 to 7 written", scan);
+
+    // Both results are new buffers that belong to us.
+    const std::unique_ptr<Kel_ByteBuffer> text(scan.bin2HexString(0, 12));
+    std::printf("%-22s %s\n", "12 bits as text", text->ptr());
+    const std::unique_ptr<Kel_ByteBuffer> back(text->hex2Bin(0, text->getSize() - 2));
+    show("text as bytes", *back);
+
+    // A tool that writes bit 0 first gives the mirrored form.
+    Kel_ByteBuffer mirrored;
+    Kel_ByteBuffer::hex2BinReverse("84C2", mirrored);
+    show("mirrored text 84C2", mirrored);
+
+    scan.insertBytes(1, 2); // the gap is not cleared
+    scan.setBits(8, 16, 0);
+    show("two bytes inserted", scan);
+}
+//! [example]
