@@ -144,7 +144,10 @@ public:
     /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, zeros enter
     /// at the top of the last byte, and the size shrinks by the whole bytes dropped (this call's
     /// bits and those already pending taken together). No byte is changed until the next
-    /// realignment. \code 21 43, shiftBitsDown(4)     => 32 04 21 43 65, shiftBitsDown(12) => 54 06
+    /// realignment.
+    /// \code
+    /// 21 43, shiftBitsDown(4)     => 32 04
+    /// 21 43 65, shiftBitsDown(12) => 54 06
     /// \endcode
     /// \pre bitCount >= 0, and no more whole bytes are dropped than the buffer holds (not checked)
     KELRT_API void shiftBitsDown(std::int32_t bitCount) noexcept;
@@ -299,17 +302,30 @@ public:
     /// One allocator for the library, which makes buffers, and the client, which deletes them. A
     /// form in a class hides all global ones, hence the whole set.
     /// @{
+
+    /// One object. \throws std::bad_alloc
     KELRT_API static void* operator new(std::size_t bytes);
+    /// One object; null when memory is exhausted.
     KELRT_API static void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept;
+    /// One object at \a place.
     KELRT_API static void* operator new(std::size_t bytes, void* place) noexcept;
+    /// An array. \throws std::bad_alloc
     KELRT_API static void* operator new[](std::size_t bytes);
+    /// An array; null when memory is exhausted.
     KELRT_API static void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept;
+    /// An array at \a place.
     KELRT_API static void* operator new[](std::size_t bytes, void* place) noexcept;
+    /// Releases one object.
     KELRT_API static void operator delete(void* memory) noexcept;
+    /// Releases one object whose constructor has thrown.
     KELRT_API static void operator delete(void* memory, const std::nothrow_t&) noexcept;
+    /// Releases nothing: the place is the caller's.
     KELRT_API static void operator delete(void* memory, void* place) noexcept;
+    /// Releases an array.
     KELRT_API static void operator delete[](void* memory) noexcept;
+    /// Releases an array of which a constructor has thrown.
     KELRT_API static void operator delete[](void* memory, const std::nothrow_t&) noexcept;
+    /// Releases nothing: the place is the caller's.
     KELRT_API static void operator delete[](void* memory, void* place) noexcept;
     /// @}
 

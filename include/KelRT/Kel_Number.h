@@ -20,15 +20,15 @@ namespace KelRT {
 ///
 /// Radix letters, the same for reading and printing:
 ///
-/// | letter               | base | reading                                                  |
-/// |----------------------|------|----------------------------------------------------------|
-/// | 'B', 'b'             | 2    | binary                                                   |
-/// | 'O', 'o'             | 8    | octal                                                    |
-/// | 'D', 'd', 'I', 'i'   | 10   | decimal, printed as a signed number                      |
-/// | 'U', 'u'             | 10   | decimal, printed as an unsigned number                   |
-/// | 'X', 'x'             | 16   | hexadecimal; printed with upper-case letters for 'X', lower-case
-/// for 'x' | | 'S', 's'             | 256  | characters: the code of each is one digit | | every
-/// other          | none | refused where there is a digit to read or to print       |
+/// | letter             | base | reading                                                    |
+/// |--------------------|------|------------------------------------------------------------|
+/// | 'B', 'b'           | 2    | binary                                                     |
+/// | 'O', 'o'           | 8    | octal                                                      |
+/// | 'D', 'd', 'I', 'i' | 10   | decimal, printed as a signed number                        |
+/// | 'U', 'u'           | 10   | decimal, printed as an unsigned number                     |
+/// | 'X', 'x'           | 16   | hexadecimal, printed with letters of the same case         |
+/// | 'S', 's'           | 256  | characters: the code of each is one digit                  |
+/// | every other        | none | refused where there is a digit to read or to print         |
 ///
 /// Ownership. A number owns its words. It can be assigned but not copied into a new object, passed
 /// or returned by value: hold it where it lives and pass references.
@@ -54,6 +54,7 @@ public:
     /// \throws std::bad_alloc; this number is then unchanged
     KELRT_API Kel_Number& operator=(const Kel_Number& other);
 
+    /// Releases the words.
     KELRT_API ~Kel_Number();
 
     /// Makes the value 0; the width stays.

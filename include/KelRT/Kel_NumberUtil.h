@@ -26,11 +26,12 @@ namespace KelRT {
 ///
 /// Hexadecimal digits are read by four rules, which differ on purpose:
 ///
-/// | member         | '0'-'9'     | 'A'-'F'      | 'a'-'f'      | other characters |
-/// |----------------|-------------|--------------|--------------|---------------------------------------|
-/// | `hex2Bin`      | 0-9         | 10-15        | code - 55    | code - 48 below 'A', else code -
-/// 55   | | `hexStr2BinStr`| 0-9         | 10-15        | 10-15        | the low four bits of
-/// `hex2Bin`'s value | | `hexStr2UInt`, `hexStr2ULL` | 0-9 | 10-15   | 10-15        | code - 48 |
+/// | member          | '0'-'9' | 'A'-'F' | 'a'-'f'   | other characters                      |
+/// |-----------------|---------|---------|-----------|---------------------------------------|
+/// | `hex2Bin`       | 0-9     | 10-15   | code - 55 | code - 48 below 'A', else code - 55   |
+/// | `hexStr2BinStr` | 0-9     | 10-15   | 10-15     | the low four bits of `hex2Bin`'s value |
+/// | `hexStr2UInt`   | 0-9     | 10-15   | 10-15     | code - 48                             |
+/// | `hexStr2ULL`    | 0-9     | 10-15   | 10-15     | code - 48                             |
 ///
 /// Output strings. A member that makes a text takes the string to fill by reference and returns
 /// that reference. An input text may be the output's own text: `binStr2HexStr(s.c_str(), s)` works.
@@ -154,8 +155,8 @@ public:
 
     /// Hexadecimal text of either case as a binary string of exactly \a bitCount characters: the
     /// last \a bitCount bits, or all of them behind '0' characters. Each character gives the low
-    /// four bits of its code minus 48 below 'A', else minus 55. \throws std::logic_error for a null
-    /// or empty \a hexStr:
+    /// four bits of its code minus 48 below 'A', else minus 55.
+    /// \throws std::logic_error for a null or empty \a hexStr:
     ///         "Internal error: bad hexStr for Kel_NumberUtil::hexStr2BinStr"; then for a
     ///         \a bitCount of 0: "Internal error: bad bitCount for Kel_NumberUtil::hexStr2BinStr"
     /// \code
@@ -203,8 +204,10 @@ public:
     /// A signed decimal number as `scanf` reads it with "%lld": white space of the "C" locale
     /// before it is skipped, a sign may follow, and reading stops at the first character that is no
     /// digit. Text that holds no number gives 0. The result is the number's 64-bit pattern; a
-    /// number outside -2^63 to 2^63 - 1 gives the nearer of the two. \code "  42abc" => 42     "-1"
-    /// => 2^64 - 1     "abc" => 0     "9223372036854775808" => 2^63 - 1 \endcode
+    /// number outside -2^63 to 2^63 - 1 gives the nearer of the two.
+    /// \code
+    /// "  42abc" => 42     "-1" => 2^64 - 1     "abc" => 0     "9223372036854775808" => 2^63 - 1
+    /// \endcode
     KELRT_API static std::uint64_t decStr2ULL(const std::string& text) noexcept;
     /// @}
 
@@ -243,7 +246,10 @@ public:
 
     /// \a value in fixed-point notation with six digits behind the decimal point, as `printf`
     /// prints it with "%f": whole, whatever its magnitude (up to 317 characters). Values that are
-    /// not finite print as the C library prints them. \code 1.5 => "1.500000" \endcode
+    /// not finite print as the C library prints them.
+    /// \code
+    /// 1.5 => "1.500000"
+    /// \endcode
     KELRT_API static std::string& double2Str(double value, std::string& out);
     /// @}
 };

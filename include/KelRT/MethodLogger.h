@@ -53,7 +53,10 @@ public:
     /// \name Arguments
     /// Accepted and dropped: they appear in no line.
     /// @{
+
+    /// A text.
     KELRT_API void addArgument(std::string name, std::string value) noexcept;
+    /// A number.
     KELRT_API void addArgument(std::string name, unsigned int value) noexcept;
     /// @}
 
@@ -80,8 +83,12 @@ public:
     /// setReturn(4294967295U)            => -1             // and returns -1
     /// \endcode
     /// @{
+
+    /// "true" or "false".
     KELRT_API bool setReturn(bool value) noexcept;
+    /// A copy of the text.
     KELRT_API char* setReturn(char* text) noexcept;
+    /// A copy of the text.
     KELRT_API const char* setReturn(const char* text) noexcept;
     /// Shows and returns the value as a signed number: 2,147,483,648 and more become negative.
     KELRT_API int setReturn(unsigned int value) noexcept;
