@@ -1,4 +1,4 @@
-# Lets GDB stop in CLIENT and compares what it prints with views.txt. The views must come with the
+# Lets GDB stop in CLIENT and compares what it prints with views.txt and checks.txt. The views must come with the
 # library, from LIBRARY_FOLDER; FOLDER is that of this file.
 cmake_minimum_required(VERSION 3.25)
 
@@ -23,9 +23,14 @@ if(errors MATCHES "Python scripting is not supported|ptrace: Operation not permi
   message("skipped: gdb cannot do it here: ${errors}")
   return()
 endif()
-string(FIND "${output}" "== views\n" start)
-string(SUBSTRING "${output}" ${start} -1 output)
-file(READ ${FOLDER}/views.txt expected)
-if(NOT output STREQUAL expected)
-  message(FATAL_ERROR "GDB shows\n${output}\ninstead of\n${expected}\nand says\n${errors}")
-endif()
+# Without a match the whole output is compared, and shown.
+set(sections "^.*== views\n(.*)[+]set trace-commands off\n== checks\n(.*)$")
+string(REGEX REPLACE "${sections}" "\\1" views "${output}")
+string(REGEX REPLACE "${sections}" "\\2" checks "${output}")
+foreach(section views checks)
+  file(READ ${FOLDER}/${section}.txt expected)
+  if(NOT ${section} STREQUAL expected)
+    message(SEND_ERROR
+      "GDB shows\n${${section}}\ninstead of\n${expected}\nand says\n${errors}")
+  endif()
+endforeach()

@@ -1,26 +1,33 @@
-# What the test of the views prints; client.cpp says what is in the scene.
+# What the test of the views prints; client.cpp says what is in the scene. The first section stands on
+# the page about debuggers.
 set pagination off
 set width 0
 set print elements 8
 break inspect
 run
 echo == views\n
-print scene.empty
+set trace-commands on
 print scene.scan
 print scene.shifted
 print scene.large
 print scene.sample
-print scene.positive
-print scene.bit
 print scene.wide
-python wide = gdb.parse_and_eval("scene.widest").format_string()
-python print(wide.endswith("signed = 1" + 5000 * "0" + "}"))
 print scene.columns
 print scene.words
-print scene.spent
-set variable scene.empty.startPosition = 7
+set trace-commands off
+echo == checks\n
 print scene.empty
+print scene.bit
+print scene.positive
+print scene.spent
 print *&scene.scan
 set print pretty on
 print scene.shifted
+set print pretty off
+python widest = gdb.parse_and_eval("scene.widest").format_string()
+python print(widest.endswith("signed = 1" + 5000 * "0" + "}"))
+set variable scene.empty.startPosition = 7
+print scene.empty
+set variable scene.bit.wordCount = 2
+print scene.bit
 python exec(compile(open(natvis_names).read(), natvis_names, "exec"))

@@ -11,12 +11,12 @@ namespace KelRT {
 
 /// One integer of a fixed width in bits, from 1 bit upwards, read from and printed as text.
 ///
-/// Value. The number is a bit pattern of exactly its width, bit 0 the least significant. The same
-/// pattern reads as unsigned, 0 to 2^width - 1, or as signed in two's complement, where bit
+/// **Value.** The number is a bit pattern of exactly its width, bit 0 the least significant. The
+/// same pattern reads as unsigned, 0 to 2^width - 1, or as signed in two's complement, where bit
 /// width - 1 is the sign bit; which of the two it is, each operation says. Arithmetic is modulo
 /// 2^width: what does not fit is dropped without notice.
 ///
-/// Width. It is given at construction and changes only by assignment from another number.
+/// **Width.** It is given at construction and changes only by assignment from another number.
 ///
 /// Radix letters, the same for reading and printing:
 ///
@@ -30,18 +30,18 @@ namespace KelRT {
 /// | 'S', 's'           | 256  | characters: the code of each is one digit                  |
 /// | every other        | none | refused where there is a digit to read or to print         |
 ///
-/// Ownership. A number owns its words. It can be assigned but not copied into a new object, passed
-/// or returned by value: hold it where it lives and pass references.
+/// **Ownership.** A number owns its words. It can be assigned but not copied into a new object,
+/// passed or returned by value: hold it where it lives and pass references.
 ///
-/// Memory. An operation that runs out of memory throws `std::bad_alloc` and leaves the number as it
-/// was.
+/// **Memory.** An operation that runs out of memory throws `std::bad_alloc` and leaves the number
+/// as it was.
 ///
-/// Locale. `setFloat` and `toFloatString` follow the process's `LC_NUMERIC`, as the C library's
+/// **Locale.** `setFloat` and `toFloatString` follow the process's `LC_NUMERIC`, as the C library's
 /// conversions do: under a locale with a decimal comma they read and write "1,5". Everything else
 /// is independent of the locale.
 ///
-/// Threads. Distinct numbers are independent. One number may be read by several threads at a time;
-/// an operation that changes it must have it alone.
+/// **Threads.** Distinct numbers are independent. One number may be read by several threads at a
+/// time; an operation that changes it must have it alone.
 class Kel_Number {
 public:
     /// A number of \a bitCount bits with the value 0.

@@ -11,16 +11,16 @@ namespace KelRT {
 /// Conversions between bit arrays, texts of '0' and '1', hexadecimal text, decimal text and
 /// unsigned integers. Every member is static; the class is used without instances.
 ///
-/// Bit numbering. Bit n of an array is bit (n mod 8) of byte (n div 8), bit 0 being the least
+/// **Bit numbering.** Bit n of an array is bit (n mod 8) of byte (n div 8), bit 0 being the least
 /// significant bit of a byte.
 ///
-/// Texts:
+/// **Texts:**
 /// - A *binary string* has one character a bit, the most significant bit first. When it is read,
 ///   '1' is a one bit and every other character a zero bit.
 /// - A *reverse binary string* has one character a bit of an array, bit 0 first.
 /// - *Hexadecimal text* has the most significant digit first and no prefix.
 ///
-/// Integers. "UInt" and "Long" are unsigned 32-bit on every host, "LongLong" and "ULL" unsigned
+/// **Integers.** "UInt" and "Long" are unsigned 32-bit on every host, "LongLong" and "ULL" unsigned
 /// 64-bit. A "character code" is that of a signed 8-bit character, -128 to 127, also on hosts whose
 /// `char` is unsigned.
 ///
@@ -33,18 +33,18 @@ namespace KelRT {
 /// | `hexStr2UInt`   | 0-9     | 10-15   | 10-15     | code - 48                             |
 /// | `hexStr2ULL`    | 0-9     | 10-15   | 10-15     | code - 48                             |
 ///
-/// Output strings. A member that makes a text takes the string to fill by reference and returns
+/// **Output strings.** A member that makes a text takes the string to fill by reference and returns
 /// that reference. An input text may be the output's own text: `binStr2HexStr(s.c_str(), s)` works.
 /// A member that checks its arguments empties the output first and leaves it empty when it throws.
 ///
-/// Errors. Only what a member lists is tested; it throws `std::logic_error` with the given message.
-/// Everything else is converted by the rules above without complaint. Members that fill a string
-/// also throw `std::bad_alloc`.
+/// **Errors.** Only what a member lists is tested; it throws `std::logic_error` with the given
+/// message. Everything else is converted by the rules above without complaint. Members that fill a
+/// string also throw `std::bad_alloc`.
 ///
-/// Locale. `double2Str` writes the decimal point of the process's `LC_NUMERIC`; nothing else
+/// **Locale.** `double2Str` writes the decimal point of the process's `LC_NUMERIC`; nothing else
 /// depends on the locale.
 ///
-/// Threads. The members keep no state and may run in parallel on distinct outputs.
+/// **Threads.** The members keep no state and may run in parallel on distinct outputs.
 class Kel_NumberUtil {
 public:
     /// \name Fields of a bit array
