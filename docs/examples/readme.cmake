@@ -1,0 +1,10 @@
+# README.md shows the program of CLIENT, whole, as it is compiled and run.
+cmake_minimum_required(VERSION 3.25)
+
+file(READ ${CLIENT} program)
+string(REGEX REPLACE "^.*//! \\[example\\]\n(.*)//! \\[example\\]\n$" "\\1" program "${program}")
+file(READ ${README} readme)
+string(FIND "${readme}" "```cpp\n${program}```\n" place)
+if(place EQUAL -1)
+  message(FATAL_ERROR "README.md does not show\n${program}")
+endif()
