@@ -4,6 +4,7 @@
 #include "KelRT/Kel_Util.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,7 @@ int main() {
         std::printf("made       %s\n", file.substr(directory.size() + 1).c_str());
         std::printf("directory  %d, file %d\n", Kel_Util::isDirectory(directory),
                     Kel_Util::isDirectory(file));
-        std::remove(file.c_str());
+        std::filesystem::remove(file);
 
         // Folded from the text alone: nothing of it needs to exist.
         std::printf("normal     %s\n", below(Kel_Util::normalizePath("./a/b/..\\c/")).c_str());
