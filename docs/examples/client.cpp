@@ -9,6 +9,6 @@ int main() {
     KelRT::Kel_ByteBuffer scan(captured, sizeof captured, 0, 0);
     KelRT::Kel_Number id(32);
     id.set('u', std::to_string(scan.getBitsLL(0, 32)));
-    std::cout << id.toString('x') << " part " << scan.getBits(12, 16) << '\n';
+    std::cout << id.toString('x') << " device " << scan.getBits(12, 16) << '\n';
 }
 //! [example]
