@@ -3,6 +3,7 @@
 
 #include "dice.h"
 #include "failing_new.h"
+#include "models/number_util_model.h"
 
 #include <gtest/gtest.h>
 
@@ -33,66 +34,6 @@ std::string randomText(std::size_t length, const std::string& alphabet) {
                                        : alphabet[below(alphabet.size())];
     return text;
 }
-
-// The slow and obvious forms: one bit, one character at a time.
-namespace model {
-
-std::uint64_t field(const Bytes& data, int first, int last) {
-    const int step = first < last ? 1 : -1;
-    std::uint64_t bits = 0;
-    for (int n = first; n != last + step; n += step)
-        bits = bits << 1 | (std::uint64_t{data.at(static_cast<std::size_t>(n / 8))} >> n % 8 & 1);
-    return bits;
-}
-
-int signedCode(char c) {
-    const int code = static_cast<unsigned char>(c);
-    return code < 128 ? code : code - 256;
-}
-
-int upperDigit(char c) {
-    return signedCode(c) < 'A' ? signedCode(c) - 48 : signedCode(c) - 55;
-}
-
-std::uint64_t looseNumber(const std::string& text) {
-    std::uint64_t number = 0;
-    for (const char c : text) {
-        int digit = signedCode(c) - 48;
-        if (c >= 'A' && c <= 'F')
-            digit = c - 'A' + 10;
-        if (c >= 'a' && c <= 'f')
-            digit = c - 'a' + 10;
-        number = number * 16 + static_cast<std::uint64_t>(digit);
-    }
-    return number;
-}
-
-std::uint32_t binToUInt(const std::string& bits) {
-    std::uint32_t number = 0;
-    for (const char bit : bits)
-        number = number * 2 + (bit == '1' ? 1 : 0);
-    return number;
-}
-
-std::string binToHex(std::string bits) {
-    bits.insert(0, (4 - bits.size() % 4) % 4, '0');
-    std::string hex;
-    for (std::size_t at = 0; at < bits.size(); at += 4)
-        hex += "0123456789ABCDEF"[binToUInt(bits.substr(at, 4))];
-    return hex;
-}
-
-std::string hexToBin(const std::string& hex, std::size_t bitCount) {
-    std::string bits;
-    for (const char c : hex)
-        for (const int bit : {8, 4, 2, 1})
-            bits += (upperDigit(c) & bit) != 0 ? '1' : '0';
-    if (bits.size() < bitCount)
-        bits.insert(0, bitCount - bits.size(), '0');
-    return bits.substr(bits.size() - bitCount);
-}
-
-} // namespace model
 
 TEST(BitReaders, EveryPairOfIndicesIsReadAsBitByBit) {
     for (int high = 0; high < 150; ++high) {

@@ -3,6 +3,7 @@
 // The file functions under the conventions of either host, over a host that stands in.
 #include "KelRT/Kel_Util.h"
 #include "files/files.h"
+#include "models/path_model.h"
 #include "outcome.h"
 #include "port/port.h"
 #include "port_stand_in.h"
@@ -186,25 +187,6 @@ TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
     EXPECT_EQ(absolute(POSIX, "c\\d"), "/a\\b/c/d");
 }
 
-/// What absolute() gives, found slowly: one character after the other is pushed on a text, and a
-/// part is looked at when it is complete.
-std::string slowAbsolute(char separator, const std::string& root, const std::string& path) {
-    std::string text = root;
-    std::string part;
-    for (const char character : path + "/") {
-        if (!Port::isSeparator(character)) {
-            part += character;
-            continue;
-        }
-        if (part == "..")
-            text.erase(text.size() > root.size() ? text.rfind(separator) : text.size());
-        else if (!part.empty() && part != ".")
-            text += separator + part;
-        part.clear();
-    }
-    return text.size() == root.size() || Port::isSeparator(path.back()) ? text + separator : text;
-}
-
 TEST_F(OnWindows, AbsoluteFormAgreesWithTheModel) {
     constexpr unsigned SEED = 20110314;
     std::printf("seed %u\n", SEED);
@@ -214,8 +196,8 @@ TEST_F(OnWindows, AbsoluteFormAgreesWithTheModel) {
         std::string path = round % 2 == 0 ? "/" : "\\";
         for (auto count = random() % 12; count != 0; --count)
             path += pieces[random() % pieces.size()];
-        EXPECT_EQ(absolute(WINDOWS, "C:" + path), slowAbsolute('\\', "C:", path)) << path;
-        EXPECT_EQ(absolute(POSIX, path), slowAbsolute('/', "", path)) << path;
+        EXPECT_EQ(absolute(WINDOWS, "C:" + path), model::absolutePath('\\', "C:", path)) << path;
+        EXPECT_EQ(absolute(POSIX, path), model::absolutePath('/', "", path)) << path;
         const std::string normalized = files::normalize(POSIX, path);
         EXPECT_EQ(Port::endsInSeparator(normalized), Port::endsInSeparator(path)) << path;
     }

@@ -3,6 +3,7 @@
 #include "KelRT/Kel_Util.h"
 
 #include "failing_new.h"
+#include "models/tokenizer_model.h"
 
 #include <gtest/gtest.h>
 
@@ -18,16 +19,11 @@
 #include <vector>
 
 using namespace KelRT;
+using model::Flags;
 
 namespace {
 
 using Texts = std::vector<std::string>;
-
-struct Flags {
-    bool handleQuotes = false;
-    bool toLowerCase = false;
-    bool keepQuotes = false;
-};
 
 constexpr Flags QUOTES{.handleQuotes = true};
 constexpr Flags KEPT{.handleQuotes = true, .keepQuotes = true};
@@ -106,63 +102,6 @@ TEST(Tokenizer, ModesQuotesAndEnds) {
             << (text == nullptr ? "null" : text) << ", keepQuotes " << flags.keepQuotes;
 }
 
-// One character at a time, each rule as it is told.
-class Model {
-public:
-    Model(std::string text, const char* set, bool commaSeparated, Flags flags)
-        : text_(std::move(text)), set_(set), commaSeparated_(commaSeparated), flags_(flags) {
-        for (char& c : text_)
-            if (flags.toLowerCase && c >= 'A' && c <= 'Z')
-                c = static_cast<char>(c - 'A' + 'a');
-    }
-
-    Texts tokens() {
-        Texts tokens;
-        while (!atEnd()) {
-            while (!commaSeparated_ && atDelimiter())
-                ++at_;
-            const bool quoted = flags_.handleQuotes && !atEnd() && text_[at_] == '"';
-            tokens.push_back(quoted ? quotedToken() : plainToken());
-        }
-        if (commaSeparated_ && !text_.empty() && text_.back() == ',')
-            tokens.emplace_back();
-        return tokens;
-    }
-
-private:
-    [[nodiscard]] bool atEnd() const { return at_ >= text_.size(); }
-    [[nodiscard]] bool atDelimiter() const {
-        return !atEnd() && std::strchr(set_, text_[at_]) != nullptr;
-    }
-
-    std::string plainToken() {
-        std::string token;
-        while (!atEnd() && !atDelimiter())
-            token += text_[at_++];
-        ++at_;
-        return token;
-    }
-
-    std::string quotedToken() {
-        std::string token(flags_.keepQuotes ? 1 : 0, '"');
-        for (++at_; !atEnd() && text_[at_] != '"'; ++at_)
-            token += text_[at_];
-        const bool closed = !atEnd();
-        ++at_;
-        if (closed && flags_.keepQuotes) {
-            token += '"';
-            ++at_; // whatever stands behind the quote
-        }
-        return token;
-    }
-
-    std::string text_;
-    const char* set_;
-    bool commaSeparated_;
-    Flags flags_;
-    std::size_t at_ = 0;
-};
-
 TEST(Tokenizer, AgreesWithTheModelOnRandomTexts) {
     constexpr unsigned SEED = 20240611;
     std::mt19937 random(SEED);
@@ -182,7 +121,8 @@ TEST(Tokenizer, AgreesWithTheModelOnRandomTexts) {
             c = alphabet[below(alphabet.size())];
         const char* const set = sets[below(std::size(sets))];
         const Flags flags{below(2) == 0, below(2) == 0, below(2) == 0};
-        ASSERT_EQ(tokensOf(text.c_str(), set, flags), Model(text, set, set == CSV, flags).tokens())
+        ASSERT_EQ(tokensOf(text.c_str(), set, flags),
+                  model::Tokenizer(text, set, set == CSV, flags).tokens())
             << "seed " << SEED << ", round " << round << ", text " << text;
     }
 }

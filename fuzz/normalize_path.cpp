@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+//
+// Paths of either host, beside the model that pushes one character after the other.
+#include "KelRT/Kel_Util.h"
+#include "files/files.h"
+
+#include "input.h"
+#include "models/path_model.h"
+
+#include <filesystem>
+
+using KelRT::Kel_Util;
+
+namespace {
+
+/// Below a root: a path without a separator at its end comes back without one.
+std::string expected(char separator, const std::string& root, const std::string& path) {
+    if (Port::endsInSeparator(path))
+        return model::absolutePath(separator, root, path);
+    std::string text = model::absolutePath(separator, root, path + separator);
+    text.pop_back();
+    return text;
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const std::string here = std::filesystem::current_path().string();
+    fuzz::Input input(data, size);
+    const std::string path = input.text(2000, true);
+
+    const std::string rooted = "/" + path;
+    const std::string found = Kel_Util::normalizePath(rooted);
+    fuzz::require(found == expected('/', "", rooted), "an absolute path");
+    fuzz::require(Kel_Util::normalizePath(found) == found, "a normalised path stays as it is");
+    const std::string onDrive = KelRT::files::normalize(Port::WINDOWS, "c:" + rooted);
+    fuzz::require(onDrive == expected('\\', "c:", rooted), "a path on a drive");
+
+    const bool relative = !path.empty() && !Port::isSeparator(path[0]);
+    fuzz::require(!relative ||
+                      Kel_Util::normalizePath(path) == expected('/', "", here + "/" + path),
+                  "a relative path");
+    // Whatever it begins with, under the other host's conventions; a current directory of this
+    // host's is no drive there.
+    const std::string any = KelRT::files::normalize(Port::WINDOWS, path);
+    fuzz::require(any.find('/') == std::string::npos, "only the host's separator is written");
+    return 0;
+}
