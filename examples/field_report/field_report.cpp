@@ -147,14 +147,18 @@ std::vector<std::string> rawLines(const Kel_Number& number, char radix) {
         if (std::isprint(static_cast<unsigned char>(character)) == 0)
             character = '.'; // radix s
     const std::size_t sign = text[0] == '-' ? 1 : 0;
-    for (std::size_t at = text.size(); at > sign + group; text.insert(at, "_"))
-        at -= group;
-    std::vector<std::string> lines;
-    for (; text.size() > most; text.resize(text.size() - most))
-        lines.insert(lines.begin(), text.substr(text.size() - most));
+    std::string grouped;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (at > sign && (text.size() - at) % group == 0)
+            grouped += '_';
+        grouped += text[at];
+    }
     const bool hasPrefix = inFours || letter == 'o';
-    lines.insert(lines.begin(),
-                 (hasPrefix ? std::string{'0', static_cast<char>(letter)} : "") + text);
+    std::vector<std::string> lines{hasPrefix ? std::string{'0', static_cast<char>(letter)} : ""};
+    std::size_t end = (grouped.size() - 1) % most + 1; // of the first line
+    lines[0] += grouped.substr(0, end);
+    for (; end < grouped.size(); end += most)
+        lines.push_back(grouped.substr(end, most));
     return lines;
 }
 
