@@ -12,11 +12,13 @@ namespace {
 bool armed = false;
 bool hasRefused = false;
 long successesLeft = 0;
+test::Refusal refusalKind = test::Refusal::from;
 
 void* allocate(std::size_t bytes) noexcept {
     if (armed && successesLeft-- <= 0) {
         successesLeft = 0;
         hasRefused = true;
+        armed = refusalKind == test::Refusal::from;
         return nullptr;
     }
     if (bytes > PTRDIFF_MAX)
@@ -55,8 +57,9 @@ void operator delete[](void* memory, std::size_t) noexcept {
 
 namespace test {
 
-FailingNew::FailingNew(long successes) {
+FailingNew::FailingNew(long successes, Refusal refusal) {
     armed = true;
+    refusalKind = refusal;
     hasRefused = false;
     successesLeft = successes;
 }

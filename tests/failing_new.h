@@ -5,10 +5,13 @@
 
 namespace test {
 
+/// Which allocations fail: all from the chosen one, or that one alone.
+enum class Refusal { from, only };
+
 /// While one is alive, allocations fail after \a successes more of them.
 class FailingNew {
 public:
-    explicit FailingNew(long successes = 0);
+    explicit FailingNew(long successes = 0, Refusal refusal = Refusal::from);
     FailingNew(const FailingNew&) = delete;
     FailingNew& operator=(const FailingNew&) = delete;
     ~FailingNew();
