@@ -2,6 +2,24 @@
 
 set(KELUTIL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow)
 
+# Hardening of what is shipped: checked copies and formats, guarded stacks, tables of addresses that are
+# read-only once they are filled. (Run-time checks need optimised code, and on Windows a DLL more.)
+set(KELUTIL_HARDENED_CODE)
+set(KELUTIL_HARDENED_LINK)
+if(MINGW)
+  set(KELUTIL_HARDENED_LINK LINKER:--dynamicbase,--nxcompat,--high-entropy-va)
+elseif(CMAKE_SYSTEM_NAME STREQUAL Linux)
+  set(KELUTIL_HARDENED_CODE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong)
+  set(KELUTIL_HARDENED_LINK LINKER:-z,relro,-z,now,-z,noexecstack)
+endif()
+
+# kel_harden(TARGET): in the configurations that are shipped.
+function(kel_harden target)
+  set(shipped $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+  target_compile_options(${target} PRIVATE "$<${shipped}:${KELUTIL_HARDENED_CODE}>")
+  target_link_options(${target} PRIVATE "$<${shipped}:${KELUTIL_HARDENED_LINK}>")
+endfunction()
+
 # kel_own_target(TARGET): warnings, hidden visibility, and warnings as errors where asked for.
 function(kel_own_target target)
   target_compile_options(${target} PRIVATE ${KELUTIL_WARNINGS})
