@@ -35,12 +35,14 @@ public:
         std::uint64_t items = 1)
         : prefix_(family + '/' + work + '/' + size + '/'), items_(items) {}
 
-    /// A contender is an object with `void run()` and `std::string result() const`. Each starts
-    /// from a copy of \a contender. The result of the first run must be that of the row's first
-    /// contender.
+    /// A contender is an object with `void run()` and `std::string result()`. Each starts from a
+    /// copy of \a contender. The result of the first run must be that of the row's first contender.
+    /// A contender that has `void prepare()` too gets it called before each run, outside the time.
     template <typename Contender>
     Row& add(const std::string& name, const Contender& contender) {
         Contender proof = contender;
+        if constexpr (requires { proof.prepare(); })
+            proof.prepare();
         proof.run();
         check(name, proof.result());
         return measure(name, contender);
@@ -69,12 +71,22 @@ private:
                                          Contender own = contender;
                                          for (auto iteration : state) {
                                              (void)iteration;
+                                             prepare(own, state);
                                              own.run();
                                              benchmark::ClobberMemory();
                                          }
                                          state.counters["items"] = items;
                                      });
         return *this;
+    }
+
+    template <typename Contender>
+    static void prepare(Contender& contender, benchmark::State& state) {
+        if constexpr (requires { contender.prepare(); }) {
+            state.PauseTiming();
+            contender.prepare();
+            state.ResumeTiming();
+        }
     }
 
     void check(const std::string& name, const std::string& result) {

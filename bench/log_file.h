@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+//
+// A file in memory (tmpfs, /dev/shm) to which one contender writes. All are emptied alike before a
+// run, outside its time: by the descriptor that the contender holds, so that every run allocates
+// the pages of its text anew and no contender notices.
+#pragma once
+
+#include "row.h"
+
+#include "KelRT/Logger.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace bench {
+
+/// The directory of the files, which goes with the process.
+class LogDirectory {
+public:
+    LogDirectory() {
+        if (::mkdtemp(path_.data()) == nullptr)
+            fail("no directory in /dev/shm");
+    }
+    LogDirectory(const LogDirectory&) = delete;
+    LogDirectory& operator=(const LogDirectory&) = delete;
+    ~LogDirectory() {
+        const std::string command = "rm -rf " + path_;
+        if (std::system(command.c_str()) != 0)
+            std::perror(path_.c_str());
+    }
+    [[nodiscard]] std::string file(const std::string& name) const { return path_ + '/' + name; }
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+    [[noreturn]] static void fail(const std::string& what) {
+        std::fprintf(stderr, "%s\n", what.c_str());
+        std::exit(1);
+    }
+
+private:
+    std::string path_ = "/dev/shm/kelutil-bench-XXXXXX";
+};
+
+class LogFile {
+public:
+    /// The file at \a path, which somebody in this process has opened, or which is opened here.
+    explicit LogFile(std::string path) : path_(std::move(path)), descriptor_(find()) {
+        if (descriptor_ < 0)
+            descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT, 0600);
+        if (descriptor_ < 0)
+            LogDirectory::fail("cannot write " + path_);
+    }
+
+    [[nodiscard]] int descriptor() const { return descriptor_; }
+
+    void empty() const {
+        if (::lseek(descriptor_, 0, SEEK_SET) != 0 || ::ftruncate(descriptor_, 0) != 0)
+            LogDirectory::fail("cannot empty " + path_);
+    }
+
+    [[nodiscard]] std::string text() const {
+        std::ifstream file(path_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    void write(const char* text, std::size_t size) const {
+        if (::write(descriptor_, text, size) != static_cast<ssize_t>(size))
+            LogDirectory::fail("cannot write " + path_);
+    }
+
+private:
+    [[nodiscard]] int find() const {
+        struct stat wanted = {};
+        struct stat open = {};
+        if (::stat(path_.c_str(), &wanted) != 0)
+            return -1;
+        for (int descriptor = 3; descriptor < 256; ++descriptor)
+            if (::fstat(descriptor, &open) == 0 && open.st_ino == wanted.st_ino &&
+                open.st_dev == wanted.st_dev)
+                return descriptor;
+        return -1;
+    }
+
+    std::string path_;
+    int descriptor_;
+};
+
+/// A contender that writes to a file; its result is the file's text, seen by \a text.
+template <typename Write, typename Text>
+struct Writer {
+    LogFile file;
+    Write write;
+    Text text;
+    void prepare() { file.empty(); }
+    void run() { write(file); }
+    std::string result() { return text(file.text()); }
+};
+
+template <typename Write, typename Text>
+Writer(LogFile, Write, Text) -> Writer<Write, Text>;
+
+/// The file to which the library logs from now on, at detail level 1. Once in a process.
+inline LogFile startLogging(const LogDirectory& directory, const char* flags) {
+    const std::string path = directory.file("KelUtil.log");
+    ::setenv("TOR_KEL_LOGFILE", path.c_str(), 1);
+    ::setenv("TOR_KEL_LOGDETAIL", "1", 1);
+    ::setenv("TOR_KEL_LOGFLAGS", flags, 1);
+    KelRT::Logger::logger.startLogging();
+    return LogFile(path);
+}
+
+} // namespace bench
