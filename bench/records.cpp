@@ -6,6 +6,7 @@
 #include "log_peers.h"
 #include "row.h"
 
+#include <array>
 #include <iomanip>
 #include <memory>
 
@@ -16,25 +17,37 @@ namespace {
 constexpr unsigned RECORDS = 1000;
 constexpr int WRITTEN = 1;
 constexpr int FILTERED = 5;
-constexpr const char* NAMES[] = {"idle", "update-instruction", "shift", "capture-data"};
+// What the records tell: a text, a decimal and a hexadecimal number.
+struct Facts {
+    const char* state;
+    unsigned bits;
+    unsigned address;
+};
 
-const char* nameOf(unsigned record) {
-    return NAMES[record % std::size(NAMES)];
+std::vector<Facts> facts() {
+    std::mt19937_64 random(RECORDS);
+    std::vector<Facts> all;
+    for (unsigned i = 0; i < RECORDS; ++i)
+        all.push_back({std::array{"idle", "update-instruction", "shift", "capture-data"}[i % 4],
+                       static_cast<unsigned>(random() % 100'000), static_cast<unsigned>(random())});
+    return all;
 }
+
+const std::vector<Facts> FACTS = facts();
 
 std::string same(std::string text) {
     return text;
 }
 
-void printRecord(int level, unsigned i) {
-    KelRT::Logger::logger.printLog(level, "chain %u: %s, %u bits at 0x%08x, status %d\n", i % 7,
-                                   nameOf(i), 17 * i, 0x4000'0000 + i, -static_cast<int>(i % 5));
+void printRecord(int level, const Facts& told) {
+    KelRT::Logger::logger.printLog(level, "chain in state %s: shifted %u bits from 0x%08x\n",
+                                   told.state, told.bits, told.address);
 }
 
 #ifdef HAVE_SPDLOG
-void spdlogRecord(spdlog::logger& logger, spdlog::level::level_enum level, unsigned i) {
-    logger.log(level, "chain {}: {}, {} bits at 0x{:08x}, status {}", i % 7, nameOf(i), 17 * i,
-               0x4000'0000 + i, -static_cast<int>(i % 5));
+void spdlogRecord(spdlog::logger& logger, spdlog::level::level_enum level, const Facts& told) {
+    logger.log(level, "chain in state {}: shifted {} bits from 0x{:08x}", told.state, told.bits,
+               told.address);
 }
 
 std::shared_ptr<spdlog::logger> spdlogTo(const std::string& path) {
@@ -66,8 +79,8 @@ void writtenRow(const LogFile& ownFile, const LogDirectory& directory) {
     Row row("records", "written", "40 to 80", RECORDS);
     const Writer own{ownFile,
                      [](const LogFile&) {
-                         for (unsigned i = 0; i < RECORDS; ++i)
-                             printRecord(WRITTEN, i);
+                         for (const auto& told : FACTS)
+                             printRecord(WRITTEN, told);
                      },
                      same};
     row.add("KelUtil", own);
@@ -75,8 +88,8 @@ void writtenRow(const LogFile& ownFile, const LogDirectory& directory) {
     const auto logger = spdlogTo(directory.file("spdlog.log"));
     row.add("spdlog", Writer{LogFile(directory.file("spdlog.log")),
                              [logger](const LogFile&) {
-                                 for (unsigned i = 0; i < RECORDS; ++i)
-                                     spdlogRecord(*logger, spdlog::level::info, i);
+                                 for (const auto& told : FACTS)
+                                     spdlogRecord(*logger, spdlog::level::info, told);
                              },
                              same});
 #else
@@ -85,11 +98,10 @@ void writtenRow(const LogFile& ownFile, const LogDirectory& directory) {
 #ifdef HAVE_GLOG
     row.add("glog", Writer{LogFile(startGlog(directory)),
                            [](const LogFile&) {
-                               for (unsigned i = 0; i < RECORDS; ++i)
-                                   LOG(INFO) << "chain " << i % 7 << ": " << nameOf(i) << ", "
-                                             << 17 * i << " bits at 0x" << std::hex
-                                             << std::setfill('0') << std::setw(8) << 0x4000'0000 + i
-                                             << std::dec << ", status " << -static_cast<int>(i % 5);
+                               for (const auto& told : FACTS)
+                                   LOG(INFO) << "chain in state " << told.state << ": shifted "
+                                             << told.bits << " bits from 0x" << std::hex
+                                             << std::setfill('0') << std::setw(8) << told.address;
                            },
                            same});
 #else
@@ -117,8 +129,8 @@ struct Filtered {
     LogFile file;
     Record record;
     void run() {
-        for (unsigned i = 0; i < RECORDS; ++i) {
-            record(i);
+        for (const auto& told : FACTS) {
+            record(told);
             benchmark::ClobberMemory();
         }
     }
@@ -131,37 +143,34 @@ int limitLevel = WRITTEN;
 
 void askedRow(const LogFile& ownFile, const LogDirectory& directory) {
     Row row("records", "filtered, asked", "-", RECORDS);
-    row.add("KelUtil", Filtered{ownFile, [](unsigned i) {
-                                    auto& logger = KelRT::Logger::logger;
+    row.add("KelUtil", Filtered{ownFile, [](const Facts& told) {
+                                    const auto& logger = KelRT::Logger::logger;
                                     if (logger.shouldPrintLog(FILTERED))
-                                        logger.printLog(FILTERED, "chain %u: %s\n", i % 7,
-                                                        nameOf(i));
+                                        printRecord(FILTERED, told);
                                 }});
 #ifdef HAVE_GLOG
-    row.add("VLOG", Filtered{LogFile(directory.file("glog.")), [](unsigned i) {
-                                 VLOG(FILTERED) << "chain " << i % 7 << ": " << nameOf(i);
+    row.add("VLOG", Filtered{LogFile(directory.file("glog.")), [](const Facts& told) {
+                                 VLOG(FILTERED) << "chain in state " << told.state;
                              }});
 #else
     row.missing("VLOG");
 #endif
-    row.limit(Filtered{LogFile(directory.file("limit.log")), [](unsigned i) {
+    row.limit(Filtered{LogFile(directory.file("limit.log")), [](const Facts& told) {
                            benchmark::DoNotOptimize(&limitLevel);
                            if (limitLevel >= FILTERED)
-                               std::puts(nameOf(i));
+                               std::puts(told.state);
                        }});
 }
 
 void filteredRow(const LogFile& ownFile, const LogDirectory& directory) {
     Row row("records", "filtered, written anyway", "-", RECORDS);
-    row.add("KelUtil", Filtered{ownFile, [](unsigned i) {
-                                    KelRT::Logger::logger.printLog(FILTERED, "chain %u: %s\n",
-                                                                   i % 7, nameOf(i));
-                                }});
+    row.add("KelUtil", Filtered{ownFile, [](const Facts& told) { printRecord(FILTERED, told); }});
 #ifdef HAVE_SPDLOG
     const auto logger = spdlogTo(directory.file("filtered.log"));
-    row.add("spdlog", Filtered{LogFile(directory.file("filtered.log")), [logger](unsigned i) {
-                                   spdlogRecord(*logger, spdlog::level::debug, i);
-                               }});
+    row.add("spdlog",
+            Filtered{LogFile(directory.file("filtered.log")), [logger](const Facts& told) {
+                         spdlogRecord(*logger, spdlog::level::debug, told);
+                     }});
 #else
     row.missing("spdlog");
 #endif
