@@ -28,7 +28,7 @@ namespace {
 
 Logger& logger = Logger::logger;
 
-void logALot() {
+[[maybe_unused]] void logALot() {
     const std::vector<unsigned char> bytes(3000, 0x5A);
     for (int i = 0; i < 20; ++i) {
         logger.printLog(1, "record %d\n", i);

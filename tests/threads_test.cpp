@@ -27,7 +27,7 @@ std::string work(unsigned seed) {
     std::string out;
     std::string all = getVersionWithBuildNumber();
     Kel_ByteBuffer buffer(reinterpret_cast<const unsigned char*>("\x12\x34\x56\x78\x9A"), 5, 0, 0);
-    buffer.setBitsLL(seed % 7, 30, 0x2468ACE1 * seed);
+    buffer.setBitsLL(seed % 7, 30, std::uint64_t{0x2468ACE1} * seed);
     buffer.shiftBitsDown(3);
     buffer.insertBytes(2, seed % 3);
     buffer.swapBitOrderWithinEachByte();
