@@ -258,25 +258,24 @@ TEST_F(ExhaustedMemory, VersionTextsAreWholeOrUnfilled) {
 
 TEST_F(ExhaustedMemory, LoggingNeverThrowsAndKeepsItsIndentation) {
     const model::LogFile log;
-    Logger& logger = Logger::logger;
-    logger.setDetailLevel(4);
+    Logger::logger.setDetailLevel(4);
     const std::string name(40, 'n');
     const std::vector<unsigned char> bytes(100, 0xA5);
     forEveryAllocation("logging", 2, [&](Refusal refusal, long n) {
         const FailingNew noMemory(n, refusal);
         // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a false alarm, it refers to the
         // global.
-        logger.logMethodEntry(name.c_str(), "%s", name.c_str());
-        logger.printLog(1, "%s\n", name.c_str());
-        logger.dumpBuffer(1, name.c_str(), bytes.data(), 800);
-        logger.logMethodEntry(name.c_str());
-        logger.logMethodExit(name.c_str());
-        logger.logMethodExit(7);
+        Logger::logger.logMethodEntry(name.c_str(), "%s", name.c_str());
+        Logger::logger.printLog(1, "%s\n", name.c_str());
+        Logger::logger.dumpBuffer(1, name.c_str(), bytes.data(), 800);
+        Logger::logger.logMethodEntry(name.c_str());
+        Logger::logger.logMethodExit(name.c_str());
+        Logger::logger.logMethodExit(7);
         {
             MethodLogger tracer;
             tracer.setReturn(name.c_str());
         }
-        logger.printLog(1, "alive %ld\n", n);
+        Logger::logger.printLog(1, "alive %ld\n", n);
         return FailingNew::refused();
     });
     const std::string text = log.finish();
