@@ -40,7 +40,8 @@ def read_results(paths):
             row = families.setdefault(family, {}).setdefault((work, size), {})
             figures = row.setdefault(contender, [])
             if not run.get("error_occurred"):
-                figures.append(run["cpu_time"] / run["items"])
+                manual = run["run_name"].endswith("/manual_time")
+                figures.append(run["real_time" if manual else "cpu_time"] / run["items"])
     return families
 
 

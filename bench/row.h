@@ -12,6 +12,7 @@
 #include <functional>
 #include <random>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -38,12 +39,13 @@ public:
     /// A contender is an object with `void run()` and `std::string result()`. Each starts from a
     /// copy of \a contender. The result of the first run must be that of the row's first contender.
     /// A contender that has `void prepare()` too gets it called before each run, outside the time.
+    /// One whose `run()` returns seconds, instead of nothing, tells the time that it took itself.
     template <typename Contender>
     Row& add(const std::string& name, const Contender& contender) {
         Contender proof = contender;
         if constexpr (requires { proof.prepare(); })
             proof.prepare();
-        proof.run();
+        static_cast<void>(proof.run());
         check(name, proof.result());
         return measure(name, contender);
     }
@@ -64,19 +66,28 @@ public:
 
 private:
     template <typename Contender>
+    static constexpr bool TELLS_TIME =
+        std::is_same_v<decltype(std::declval<Contender&>().run()), double>;
+
+    template <typename Contender>
     Row& measure(const std::string& name, const Contender& contender) {
         const auto items = static_cast<double>(items_);
-        benchmark::RegisterBenchmark((prefix_ + name).c_str(),
-                                     [contender, items](benchmark::State& state) {
-                                         Contender own = contender;
-                                         for (auto iteration : state) {
-                                             (void)iteration;
-                                             prepare(own, state);
-                                             own.run();
-                                             benchmark::ClobberMemory();
-                                         }
-                                         state.counters["items"] = items;
-                                     });
+        auto* const registered = benchmark::RegisterBenchmark(
+            (prefix_ + name).c_str(), [contender, items](benchmark::State& state) {
+                Contender own = contender;
+                for (auto iteration : state) {
+                    (void)iteration;
+                    prepare(own, state);
+                    if constexpr (TELLS_TIME<Contender>)
+                        state.SetIterationTime(own.run());
+                    else
+                        own.run();
+                    benchmark::ClobberMemory();
+                }
+                state.counters["items"] = items;
+            });
+        if constexpr (TELLS_TIME<Contender>)
+            registered->UseManualTime();
         return *this;
     }
 
