@@ -184,7 +184,7 @@ void rows(const LogFile& file, const LogDirectory& directory, const char* size,
 } // namespace
 
 int main(int argc, char** argv) {
-    const LogDirectory directory;
+    static const LogDirectory directory; // goes with the process, also when a proof fails
     const LogFile file = startLogging(directory, LOG_FLAGS);
     const Bytes small = randomBytes(1 << 20);
     const Bytes large = randomBytes(16 << 20);

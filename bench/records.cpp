@@ -179,7 +179,7 @@ void filteredRow(const LogFile& ownFile, const LogDirectory& directory) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const LogDirectory directory;
+    static const LogDirectory directory; // goes with the process, also when a proof fails
     const LogFile ownFile = startLogging(directory, "0");
     writtenRow(ownFile, directory);
     for (const char* name : {"KelUtil.log", "glog.", "limit.log"})
