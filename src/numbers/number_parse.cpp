@@ -151,10 +151,14 @@ bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
     return true;
 }
 
-constexpr std::array<Limb, common::CHUNK_DIGITS + 1> POWERS_OF_TEN = [] {
-    std::array<Limb, common::CHUNK_DIGITS + 1> powers{1};
-    for (std::size_t i = 1; i < powers.size(); ++i)
-        powers[i] = powers[i - 1] * 10;
+using PowersOfTen = std::array<Limb, common::CHUNK_DIGITS + 1>;
+constexpr PowersOfTen POWERS_OF_TEN = [] {
+    PowersOfTen powers{};
+    Limb power = 1;
+    for (Limb& each : powers) {
+        each = power;
+        power *= 10;
+    }
     return powers;
 }();
 
