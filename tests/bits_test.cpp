@@ -150,6 +150,15 @@ TEST(ByteBufferStorage, ObjectsLiveWhereverAClientPutsThem) {
     const std::unique_ptr<Kel_ByteBuffer> one(new (std::nothrow) Kel_ByteBuffer(2, 0, 0));
     const auto many = std::make_unique<Kel_ByteBuffer[]>(3);
     EXPECT_EQ(one->getSize() + many[2].getSize(), 2U);
+    const std::unique_ptr<Kel_ByteBuffer[]> more(new (std::nothrow) Kel_ByteBuffer[2]);
+    EXPECT_EQ(more[1].getSize(), 0U);
+    alignas(Kel_ByteBuffer) unsigned char places[2 * sizeof(Kel_ByteBuffer)];
+    EXPECT_EQ(Kel_ByteBuffer::operator new[](sizeof places, places), places);
+    // What a constructor that throws calls; the leak checker watches.
+    EXPECT_THROW(new (std::nothrow) Kel_ByteBuffer(HUGE_COUNT, 0, 0), std::bad_alloc);
+    EXPECT_THROW(new (place) Kel_ByteBuffer(HUGE_COUNT, 0, 0), std::bad_alloc);
+    Kel_ByteBuffer::operator delete[](Kel_ByteBuffer::operator new[](9, std::nothrow),
+                                      std::nothrow);
 }
 
 TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {

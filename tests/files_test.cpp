@@ -298,6 +298,7 @@ TEST_F(Files, NamesOutsideAsciiAreTheBytesThatFopenTakes) {
 
 TEST(LocalizedMessage, EveryCharacterIsNarrowOrAQuestionMark) {
     const wchar_t half[] = {static_cast<wchar_t>(0xD800), L'x', static_cast<wchar_t>(0xD800), 0};
+    const wchar_t pair[] = {static_cast<wchar_t>(0xD800), static_cast<wchar_t>(0xDC00), 0};
     struct {
         const wchar_t* message;
         const char* expected;
@@ -307,6 +308,7 @@ TEST(LocalizedMessage, EveryCharacterIsNarrowOrAQuestionMark) {
                        {L"5 \u20AC off\n", "5 ? off\n"},
                        {L"\u4E2D\u6587", "??"},
                        {half, "?x?"},
+                       {pair, sizeof(wchar_t) == 2 ? "?" : "??"},
                        {L"<\U0001F4BE>", "<?>"}}; // one character, however many units
     for (const auto& [message, expected] : cases)
         EXPECT_EQ(Kel_Util::getLocalizedPortMsg(message), expected);

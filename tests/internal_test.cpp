@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "common/digits.h"
 #include "frame/version_texts.h"
 #include "numbers/number_format.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
 
 namespace {
 
@@ -23,6 +27,28 @@ TEST(NumberFormat, DigitCountOfTheWidthHas32Bits) {
     EXPECT_EQ(KelRT::numbers::minimumDigits(TOP, 3), TOP / 3 + 1);
     EXPECT_EQ(KelRT::numbers::minimumDigits(3 * TOP + 3, 3), 1U);
     EXPECT_EQ(KelRT::numbers::minimumDigits(8 * TOP - 8, 8), TOP - 1);
+}
+
+// A test that refuses too much only costs speed: no text shows it.
+TEST(Digits, EightAtATimeAreToldFromEverythingElse) {
+    using namespace KelRT::common;
+    struct {
+        bool (*are)(std::uint64_t characters);
+        std::string digits;
+    } const kinds[] = {{areBinaryDigits, "01"},
+                       {areOctalDigits, "01234567"},
+                       {areDecimalDigits, "0123456789"},
+                       {areHexDigits, "0123456789abcdefABCDEF"}};
+    for (const auto& [are, digits] : kinds)
+        for (const char others : digits)
+            for (unsigned place = 0; place < 64; place += 8)
+                for (unsigned code = 0; code < 256; ++code) {
+                    const std::uint64_t others8 = inEachByte(static_cast<std::uint8_t>(others));
+                    const std::uint64_t word =
+                        (others8 & ~(std::uint64_t{0xFF} << place)) | std::uint64_t{code} << place;
+                    const bool isDigit = digits.find(static_cast<char>(code)) != std::string::npos;
+                    ASSERT_EQ(are(word), isDigit) << digits << ' ' << code << " at " << place;
+                }
 }
 
 } // namespace

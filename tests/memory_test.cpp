@@ -284,4 +284,28 @@ TEST_F(ExhaustedMemory, LoggingNeverThrowsAndKeepsItsIndentation) {
     EXPECT_EQ(text.find(" alive"), std::string::npos);
 }
 
+// Logging starts once in a process, so each allocation has a case of its own.
+class ExhaustedMemoryAtStart : public ExhaustedMemory, public testing::WithParamInterface<long> {};
+
+TEST_P(ExhaustedMemoryAtStart, LoggingIsOnOrOff) {
+    const test_host::TemporaryDirectory directory;
+    const std::string file = directory / "a name that is long enough to be allocated.log";
+    test_host::setEnvironment("TOR_KEL_LOGFILE", file);
+    test_host::setEnvironment("TOR_KEL_LOGDETAIL", "2");
+    Logger& logger = Logger::logger;
+    {
+        const FailingNew noMemory(GetParam(), Refusal::only);
+        logger.startLogging();
+    }
+    const bool on = logger.shouldPrintLog(2);
+    EXPECT_EQ(on, test_host::opens(file));
+    EXPECT_TRUE(on || FailingNew::refused());
+    logger.printLog(1, "alive\n");
+    logger.endLogging();
+    const std::string text = test_host::readWholeFile(file);
+    EXPECT_EQ(text.find("\nalive\n----- Logging Ended - ") != std::string::npos, on) << text;
+}
+
+INSTANTIATE_TEST_SUITE_P(Allocation, ExhaustedMemoryAtStart, testing::Range(0L, 12L));
+
 } // namespace
