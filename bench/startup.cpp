@@ -8,6 +8,8 @@
 //
 // This program counts what passes its malloc, and must not have loaded the standard library itself:
 // it is written without it.
+#include <initializer_list> // of ranges; no code comes with it
+
 #include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
