@@ -254,7 +254,7 @@ public:
     ///@}
 
 private:
-    static std::string userDataDir;
+    KELRT_API static std::string userDataDir;
 };
 
 } // namespace KelRT

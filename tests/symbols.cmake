@@ -1,0 +1,43 @@
+# The symbols that LIBRARY exports, demangled and sorted, are those of the file LIST. NM reads a shared
+# object; for a DLL, OBJDUMP and CXXFILT do. With UPDATE the file is written instead.
+function(run output)
+  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+  set(${output} "${text}" PARENT_SCOPE)
+endfunction()
+
+if(LIBRARY MATCHES "\\.dll$")
+  run(headers ${OBJDUMP} -p ${LIBRARY})
+  string(REGEX REPLACE ".*\\[Ordinal/Name Pointer\\] Table" "" headers "${headers}")
+  string(REGEX REPLACE "\n\n.*" "" headers "${headers}")
+  string(REGEX MATCHALL "\\[ *[0-9]+\\] [^\n]+" exports "${headers}")
+  list(TRANSFORM exports REPLACE "^\\[ *[0-9]+\\] " "")
+  run(symbols ${CXXFILT} ${exports})
+else()
+  run(symbols ${NM} --dynamic --defined-only --demangle --format=just-symbols ${LIBRARY})
+endif()
+# The one type of the interface that processors name differently.
+string(REGEX REPLACE "__va_list_tag\\*|std::__va_list" "va_list" symbols "${symbols}")
+
+# Constructors and destructors stand there once for each of their variants, under one name.
+string(REGEX REPLACE "\n$" "" symbols "${symbols}")
+string(REPLACE "\n" ";" symbols "${symbols}")
+list(SORT symbols)
+list(JOIN symbols "\n" text)
+if(UPDATE)
+  file(WRITE ${LIST} "${text}\n")
+  return()
+endif()
+
+file(READ ${LIST} expected)
+if(text STREQUAL "" OR NOT expected STREQUAL "${text}\n")
+  string(REGEX REPLACE "\n$" "" expected "${expected}")
+  string(REPLACE "\n" ";" expected "${expected}")
+  set(added ${symbols})
+  list(REMOVE_ITEM added ${expected})
+  set(removed ${expected})
+  list(REMOVE_ITEM removed ${symbols})
+  list(JOIN added "\n  + " added)
+  list(JOIN removed "\n  - " removed)
+  message(FATAL_ERROR "The exported symbols are not those of ${LIST}; if that is meant, ./dev abi "
+    "writes the list anew.\n  + ${added}\n  - ${removed}")
+endif()
