@@ -1,0 +1,52 @@
+# What a client gets: headers, library, CMake package, kelutil.pc. Two components: `runtime` is what
+# a program needs, `development` what is needed to build one.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KelUtil)
+
+# Never optional: a project that adds this one and exports a target of its own, which links ours,
+# needs ours in an export set of both trees.
+install(TARGETS KelUtil EXPORT KelUtilTargets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT KelUtilTargets NAMESPACE KelUtil:: DESTINATION ${package_dir} COMPONENT development)
+export(EXPORT KelUtilTargets NAMESPACE KelUtil:: FILE ${CMAKE_CURRENT_BINARY_DIR}/KelUtilTargets.cmake)
+
+install(DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/include/KelRT DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  COMPONENT development FILES_MATCHING PATTERN "*.h")
+
+# Both trees use the same two files, which lie beside the targets file.
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KelUtilConfig.cmake.in KelUtilConfig.cmake
+  INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(KelUtilConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/KelUtilConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/KelUtilConfigVersion.cmake
+  DESTINATION ${package_dir} COMPONENT development)
+
+# kelutil.pc finds the prefix from its own place, so that it can be moved with it; directories that
+# were given as absolute ones stay where they are.
+function(kel_pc_dir variable dir)
+  if(IS_ABSOLUTE ${dir})
+    set(${variable} ${dir} PARENT_SCOPE)
+  else()
+    set(${variable} "\${prefix}/${dir}" PARENT_SCOPE)
+  endif()
+endfunction()
+kel_pc_dir(pc_libdir ${CMAKE_INSTALL_LIBDIR})
+kel_pc_dir(pc_includedir ${CMAKE_INSTALL_INCLUDEDIR})
+if(IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
+  set(pc_prefix ${CMAKE_INSTALL_PREFIX})
+else()
+  file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+  string(REGEX REPLACE "/$" "" pc_prefix "\${pcfiledir}/${pc_prefix}")
+endif()
+configure_file(${CMAKE_CURRENT_LIST_DIR}/kelutil.pc.in kelutil.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kelutil.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  COMPONENT development)
+
+if(MINGW)
+  install(FILES ${KELUTIL_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+endif()
