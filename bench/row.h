@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // A row of a table: one piece of work of one size, done by several contenders in one run. The name
-// of each benchmark is family/work/size/contender, from which report.py makes the tables.
+// of each benchmark names family, work, size and contender, from which report.py makes the tables.
 #pragma once
 
 #include <benchmark/benchmark.h>

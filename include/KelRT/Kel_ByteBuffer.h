@@ -46,6 +46,9 @@ namespace KelRT {
 /// is not checked. Memory that cannot be had, sums of sizes above 64 bits included, is
 /// `std::bad_alloc`; the buffer (or target) then keeps its old contents.
 ///
+/// **Duties of the caller** are marked as preconditions. Debug builds assert them; release builds
+/// look at none.
+///
 /// **Threads.** One buffer is used by one thread at a time: even reading may realign it. Distinct
 /// buffers are independent.
 class Kel_ByteBuffer {
@@ -107,7 +110,7 @@ public:
         return used();
     }
 
-    /// Realigns; byte \a index. \pre 0 <= index < getSize() (not checked)
+    /// Realigns; byte \a index. \pre 0 <= index < getSize()
     char& operator[](std::int32_t index) noexcept {
         assert(index >= 0 && static_cast<std::uint64_t>(index) < size && "0 <= index < getSize()");
         return ptr()[index];
@@ -125,13 +128,11 @@ public:
     /// unchanged
     KELRT_API std::int32_t insertBytes(std::uint64_t atByte, std::uint64_t byteCount);
 
-    /// Gives the last \a byteCount bytes to the high reserve. \pre byteCount <= getSize() (not
-    /// checked)
+    /// Gives the last \a byteCount bytes to the high reserve. \pre byteCount <= getSize()
     KELRT_API void removeBytesAtEnd(std::uint64_t byteCount) noexcept;
 
     /// Gives the first \a byteCount bytes to the low reserve; a negative count takes bytes back
-    /// from it, with the values that they have there. \pre -padLow <= byteCount <= getSize() (not
-    /// checked)
+    /// from it, with the values that they have there. \pre -padLow <= byteCount <= getSize()
     KELRT_API void moveStartPositionForward(std::int32_t byteCount) noexcept;
 
     /// @}
@@ -149,7 +150,7 @@ public:
     /// 21 43, shiftBitsDown(4)     => 32 04
     /// 21 43 65, shiftBitsDown(12) => 54 06
     /// \endcode
-    /// \pre bitCount >= 0, and no more whole bytes are dropped than the buffer holds (not checked)
+    /// \pre bitCount >= 0, and no more whole bytes are dropped than the buffer holds
     KELRT_API void shiftBitsDown(std::int32_t bitCount) noexcept;
 
     /// Reads a field. Of a field above 64 bits, the lowest 64 are the result; of one of 0 bits, 0.
@@ -212,8 +213,8 @@ public:
     /// @{
 
     /// Writes the bytes from \a fromByte on as text, and a zero character.
-    /// \pre out has room for 2 * (getSize() - fromByte) + 1 characters, or for 1 when fromByte is
-    /// at or beyond the end, and lies outside this buffer (not checked)
+    /// \pre out lies outside this buffer and has room for 2 * (getSize() - fromByte) + 1
+    /// characters, or for 1 when fromByte is at or beyond the end
     KELRT_API void bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept;
 
     /// Fills \a target with the text, in 2 * getSize() + 1 used bytes whatever \a fromByte is (zero
@@ -244,12 +245,12 @@ public:
     /// \code
     /// "4321": hex2Bin(0, 3, out) => 21 43, hex2Bin(1, 3, out) => 21 03
     /// \endcode
-    /// \pre lastChar < getSize(), out has room and lies outside this buffer (not checked)
+    /// \pre lastChar < getSize(), and out lies outside this buffer and has room
     KELRT_API void hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
                            unsigned char* out) noexcept;
 
     /// As above, into \a target, which has exactly these bytes and no reserves; a reversed range
-    /// gives an empty buffer. \pre lastChar < getSize() (not checked) \throws std::bad_alloc
+    /// gives an empty buffer. \pre lastChar < getSize() \throws std::bad_alloc
     KELRT_API void hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar, Kel_ByteBuffer& target);
 
     /// As above, in a new buffer, which the caller deletes. \throws std::bad_alloc
@@ -275,7 +276,7 @@ public:
     /// \code
     /// "FFFF\0", setHexStringBitCount(10) => "3FF\0"
     /// \endcode
-    /// \pre the last used byte is the text's zero character (not checked)
+    /// \pre the last used byte is the text's zero character
     KELRT_API void setHexStringBitCount(std::uint64_t bitCount) noexcept;
 
     /// @}
@@ -294,7 +295,7 @@ public:
     /// \code
     /// b0 b1 b2, swapByteOrder(1, 2) => b0 b2 b1
     /// \endcode
-    /// \pre fromByte + byteCount <= getSize() (not checked)
+    /// \pre fromByte + byteCount <= getSize()
     KELRT_API void swapByteOrder(std::uint64_t fromByte, std::uint64_t byteCount) noexcept;
 
     /// @}

@@ -5,6 +5,7 @@
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include "common/digits.h"
+#include "common/memory.h"
 #include "common/vectors.h"
 #include "common/words.h"
 
@@ -115,6 +116,8 @@ Kel_ByteBuffer* toClient(Kel_ByteBuffer&& made) {
 void Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept {
     byteAlign();
     const std::uint64_t count = fromByte < size ? size - fromByte : 0;
+    assert(out != nullptr && common::areApart(storage.get(), blockSize(), out, 2 * count + 1) &&
+           "out lies outside this buffer");
     if (count != 0)
         encode(used() + fromByte, count, out);
     out[2 * count] = '\0';
@@ -144,6 +147,8 @@ Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, std::uint6
 
 void Kel_ByteBuffer::setHexStringBitCount(std::uint64_t bitCount) noexcept {
     byteAlign();
+    assert((size == 0 || used()[size - 1] == '\0') &&
+           "the last used byte is the text's zero character");
     const std::uint64_t wanted = bitCount / 4 + (bitCount % 4 != 0 ? 1 : 0);
     if (size <= wanted) // fewer digits than wanted
         return;
@@ -160,12 +165,16 @@ void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
     if (lastChar < firstChar)
         return;
     assert(lastChar < size && "lastChar < getSize()");
+    assert(out != nullptr &&
+           common::areApart(storage.get(), blockSize(), out, decodedSize(firstChar, lastChar)) &&
+           "out lies outside this buffer");
     decode(used() + firstChar, lastChar - firstChar + 1, out);
 }
 
 void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
                              Kel_ByteBuffer& target) {
     byteAlign();
+    assert((lastChar < firstChar || lastChar < size) && "lastChar < getSize()");
     Kel_ByteBuffer bytes(decodedSize(firstChar, lastChar), 0, 0);
     hex2Bin(firstChar, lastChar, bytes.uPtr());
     target = std::move(bytes);

@@ -12,6 +12,7 @@ using logging::TRACE_LEVEL;
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
 void Logger::logMethodEntry(const char* name, const char* format, ...) noexcept {
+    assert(name != nullptr && "name is not null");
     if (!shouldPrintLog(TRACE_LEVEL))
         return;
     std::va_list arguments;
@@ -100,6 +101,7 @@ bool Logger::MethodStack::empty() const noexcept {
 }
 
 const char* Logger::MethodStack::top() const noexcept {
+    assert(!empty() && "the stack is not empty");
     return nameless != 0 ? "" : names.back().c_str();
 }
 
@@ -117,6 +119,7 @@ void Logger::MethodStack::push(const char* name) noexcept {
 }
 
 void Logger::MethodStack::pop() noexcept {
+    assert(!empty() && "the stack is not empty");
     if (nameless != 0)
         --nameless;
     else

@@ -13,7 +13,6 @@ namespace {
 /// The lowest \a most bits of the field from bit \a low to bit \a high, or all of a shorter one.
 std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int32_t low,
                          std::uint64_t most) {
-    assert(low >= 0 && "the indices are not negative");
     assert(data != nullptr && "the field lies inside the array");
     const auto first = static_cast<std::uint64_t>(low);
     const std::uint64_t length = static_cast<std::uint64_t>(high) - first + 1;
@@ -23,7 +22,10 @@ std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int3
 
 std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
                          std::uint64_t most) {
-    return firstBit < lastBit ? 0 : lowestBits(data, firstBit, lastBit, most);
+    if (firstBit < lastBit)
+        return 0;
+    assert(lastBit >= 0 && "the indices are not negative");
+    return lowestBits(data, firstBit, lastBit, most);
 }
 
 /// The last bits visited are the highest ones, and the very last is to be the least significant.
@@ -31,6 +33,7 @@ std::uint64_t ascending(const unsigned char* data, std::int32_t firstBit, std::i
                         std::int32_t most) {
     if (firstBit > lastBit)
         return 0;
+    assert(firstBit >= 0 && "the indices are not negative");
     const std::int32_t low = lastBit - firstBit < most ? firstBit : lastBit - most + 1;
     const std::uint64_t bits = lowestBits(data, lastBit, low, common::WORD_BITS);
     const auto count = static_cast<unsigned>(lastBit - low + 1);

@@ -6,6 +6,7 @@
 
 #include "common/bit_text.h"
 #include "common/digits.h"
+#include "common/memory.h"
 #include "common/words.h"
 
 #include <algorithm>
@@ -45,13 +46,6 @@ private:
     std::size_t length;
     std::string kept;
 };
-
-/// Whether two pieces of memory have no byte in common.
-[[maybe_unused]] bool areApart(const void* a, std::size_t aSize, const void* b, std::size_t bSize) {
-    constexpr std::less_equal<> before;
-    return before(static_cast<const char*>(a) + aSize, static_cast<const char*>(b)) ||
-           before(static_cast<const char*>(b) + bSize, static_cast<const char*>(a));
-}
 
 [[noreturn]] void refuse(const char* message, std::string& output) {
     output.clear();
@@ -169,7 +163,8 @@ void Kel_NumberUtil::reverseBinStr2Bin(const char* binStr, unsigned char* binArr
     if (binArray == nullptr)
         throw std::logic_error("Internal error: bad binArray in Kel_NumberUtil::reverseBinStr2Bin");
     const std::size_t length = std::strlen(binStr);
-    assert(areApart(binStr, length, binArray, (length + 7) / 8) && "they do not overlap the text");
+    assert(common::areApart(binStr, length, binArray, (length + 7) / 8) &&
+           "they do not overlap the text");
     const auto pack = [](std::uint64_t step) { return common::packBits(common::onesIn(step)); };
     std::size_t done = 0;
     for (; done + 8 <= length; done += 8)
@@ -214,7 +209,8 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
 
 void Kel_NumberUtil::reverseStr(const char* src, std::uint32_t length, char* dst) noexcept {
     const std::size_t size = length;
-    assert(areApart(src, size, dst, size + 1) && "they do not overlap src");
+    assert(dst != nullptr && "dst holds length + 1 characters");
+    assert(common::areApart(src, size, dst, size + 1) && "they do not overlap src");
     std::size_t done = 0;
     for (; done + 8 <= size; done += 8)
         common::storeCharacters(dst + size - done - 8,

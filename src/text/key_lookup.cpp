@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Util.h"
 
+#include <algorithm>
 #include <cassert>
 #include <string_view>
 
@@ -24,6 +25,10 @@ std::string findIn(const Entry* entries, std::uint32_t count, const std::string&
     return {};
 }
 
+[[maybe_unused]] bool holdsPointers(char* const* argv, std::uint32_t argc) {
+    return argc == 0 || (argv != nullptr && std::find(argv, argv + argc, nullptr) == argv + argc);
+}
+
 } // namespace
 
 std::string Kel_Util::findKey(std::vector<std::string>& entries, const std::string& key) {
@@ -32,7 +37,7 @@ std::string Kel_Util::findKey(std::vector<std::string>& entries, const std::stri
 }
 
 std::string Kel_Util::findKey(std::uint32_t argc, char** argv, const std::string& key) {
-    assert((argc == 0 || argv != nullptr) && "argv holds argc pointers");
+    assert(holdsPointers(argv, argc) && "argv holds argc pointers, none of them null");
     return findIn(argv, argc, key);
 }
 

@@ -22,7 +22,7 @@ int Kel_Util::stricmp(const char* a, const char* b) {
 }
 
 int Kel_Util::strnicmp(const char* a, const char* b, std::uint64_t count) {
-    assert(a != nullptr && b != nullptr && "the texts are not null");
+    assert(a != nullptr && b != nullptr && "a and b are not null");
     for (; count > 0; --count, ++a, ++b) {
         const int difference = folded(*a) - folded(*b);
         if (difference != 0 || *a == '\0')
