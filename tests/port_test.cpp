@@ -156,12 +156,12 @@ TEST_F(OnWindows, ListingThatBreaksOffKeepsTheList) {
 
 TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
     const char* const cases[][3] = {
-        // the path, its absolute form in C:\work and in /work
-        {"c:/a/../b", "c:\\b", "/work/c:/b"},
-        {"C:", "C:\\work", "/work/C:"},
-        {"C:x", "C:\\work\\x", "/work/C:x"},
-        {"d:x\\", "d:\\on\\d\\x\\", "/work/d:x/"},
-        {"D:x", "D:\\x", "/work/D:x"}, // no current directory is known there
+        // the path, its absolute form in C:\work and in /here
+        {"c:/a/../b", "c:\\b", "/here/c:/b"},
+        {"C:", "C:\\work", "/here/C:"},
+        {"C:x", "C:\\work\\x", "/here/C:x"},
+        {"d:x\\", "d:\\on\\d\\x\\", "/here/d:x/"},
+        {"D:x", "D:\\x", "/here/D:x"}, // no current directory is known there
         {"C:\\..\\..", "C:\\", "/"},
         {"\\a/b", "C:\\a\\b", "/a/b"},
         {"//srv/share/../../x", "\\\\srv\\share\\x", "/x"},
@@ -170,13 +170,13 @@ TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
         {"//srv/", "\\\\srv\\", "/srv/"},
         {"//srv", "\\\\srv", "/srv"},
         {"///a", "C:\\a", "/a"},
-        {"1:\\a", "C:\\work\\1:\\a", "/work/1:/a"},
-        {"", "C:\\work", "/work"},
+        {"1:\\a", "C:\\work\\1:\\a", "/here/1:/a"},
+        {"", "C:\\work", "/here"},
     };
     for (const auto& [path, windows, posix] : cases) {
         host.currentDirectories[0] = "C:\\work";
         EXPECT_EQ(absolute(WINDOWS, path), windows) << path;
-        host.currentDirectories[0] = "/work";
+        host.currentDirectories[0] = "/here";
         EXPECT_EQ(absolute(POSIX, path), posix) << path;
     }
     host.currentDirectories[0] = "\\\\srv\\share\\deep";

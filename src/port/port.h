@@ -118,7 +118,7 @@ public:
     /// (`\\server\share`), of which ".." removes nothing.
     /// \code
     /// "/a/./b/../c/" => "/a/c/"             // POSIX
-    /// "..\\x"        => "/x"                // POSIX, in /work
+    /// "..\\x"        => "/x"                // POSIX, in /here
     /// "c:/a/../b"    => "c:\\b"             // WINDOWS
     /// "\\x"          => "C:\\x"             // WINDOWS, in C:\work
     /// "//srv/d/../x" => "\\\\srv\\d\\x"     // WINDOWS
