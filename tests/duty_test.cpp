@@ -24,7 +24,7 @@ struct Neglect {
 };
 
 /// A pattern for \a sentence that every regular expression engine of the hosts understands.
-std::string patternOf(std::string sentence) {
+[[maybe_unused]] std::string patternOf(std::string sentence) {
     std::replace_if(
         sentence.begin(), sentence.end(),
         [](unsigned char character) { return std::isalnum(character) == 0; }, '.');
