@@ -174,7 +174,6 @@ void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
 void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
                              Kel_ByteBuffer& target) {
     byteAlign();
-    assert((lastChar < firstChar || lastChar < size) && "lastChar < getSize()");
     Kel_ByteBuffer bytes(decodedSize(firstChar, lastChar), 0, 0);
     hex2Bin(firstChar, lastChar, bytes.uPtr());
     target = std::move(bytes);
