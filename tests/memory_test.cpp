@@ -119,7 +119,7 @@ TEST_F(ExhaustedMemory, BuffersKeepTheirBlocks) {
 
 struct Numbers {
     Kel_Number narrow{40};
-    Kel_Number wide{3000};
+    Kel_Number wide{16000};
 };
 
 TEST_F(ExhaustedMemory, NumbersKeepTheirValues) {
@@ -127,7 +127,7 @@ TEST_F(ExhaustedMemory, NumbersKeepTheirValues) {
         [] {
             auto made = std::make_unique<Numbers>();
             made->narrow.set('d', "-12345");
-            made->wide.set('x', std::string(700, '7'));
+            made->wide.set('x', std::string(4000, '7'));
             return made;
         },
         [](Numbers& n) { return n.narrow.toString('x') + ' ' + n.wide.toString('x'); },
@@ -136,6 +136,8 @@ TEST_F(ExhaustedMemory, NumbersKeepTheirValues) {
             {"assignment", [](auto& n) { n.narrow = n.wide; }},
             {"wide decimal",
              [digits = std::string(800, '9')](auto& n) { EXPECT_TRUE(n.wide.set('d', digits)); }},
+            {"very wide decimal",
+             [digits = std::string(4800, '9')](auto& n) { EXPECT_TRUE(n.wide.set('d', digits)); }},
             {"bits", [](auto& n) { static_cast<void>(n.narrow.toString('b')); }},
             {"characters", [](auto& n) { static_cast<void>(n.wide.toString('s')); }},
             {"decimal", [](auto& n) { static_cast<void>(n.wide.toString('d')); }},

@@ -189,6 +189,56 @@ TEST(Number, PatternsAtTheEdgesOfWordsPrintAndNegateAsTheModelDoes) {
     }
 }
 
+// Beyond some thousand bits numbers are joined from halves.
+TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
+    struct {
+        std::uint64_t bitCount;
+        std::size_t digits;
+    } const cases[] = {{7680, 2311},  {7681, 2313},   {14143, 4257},  {14144, 4258},
+                       {20011, 5000}, {20011, 16000}, {14300, 40000}, {33333, 10034}};
+    for (const auto& [bitCount, digits] : cases) {
+        std::string random(digits, '0');
+        for (char& digit : random)
+            digit = static_cast<char>('0' + below(10));
+        std::string mixed = random;
+        for (int i = 0; i < 30; ++i)
+            mixed[below(digits)] = " ,-"[below(3)];
+        const std::string texts[] = {random, mixed, std::string(digits, '9'),
+                                     "1" + std::string(digits - 1, '0')};
+        for (const std::string& text : texts) {
+            const std::string context = std::to_string(bitCount) + " bits, " + text.substr(0, 40);
+            Kel_Number number(bitCount);
+            model::Number model(bitCount);
+            ASSERT_TRUE(number.set('d', text) && model.set('d', text)) << context;
+            ASSERT_EQ(number.toString('x'), model.toString('x')) << context;
+            if (text == random) { // the model is slow
+                ASSERT_EQ(number.toString('d'), model.toString('d')) << context;
+            }
+            ASSERT_FALSE(number.set('u', text + "F"));
+            ASSERT_TRUE(number.isZero());
+        }
+        Kel_Number number(bitCount);
+        ASSERT_TRUE(number.set('d', std::string(digits, ' ')));
+        ASSERT_TRUE(number.isZero());
+    }
+}
+
+TEST(Number, RunsOfBitsKeepTheirValueThroughWideDecimals) {
+    for (int round = 0; round < 12; ++round) {
+        const std::uint64_t bitCount = 8000 + below(round < 8 ? 60000 : 400000);
+        std::string bits;
+        while (bits.size() < bitCount)
+            bits.append(1 + below(round % 4 == 0 ? bitCount : 300), "01"[below(2)]);
+        bits.resize(bitCount);
+        Kel_Number number(bitCount);
+        ASSERT_TRUE(number.set('b', bits));
+        for (const char radix : {'u', 'd'}) {
+            ASSERT_TRUE(number.set(radix, number.toString(radix)));
+            ASSERT_TRUE(number.toString('b') == bits) << bitCount << " bits, seed " << SEED;
+        }
+    }
+}
+
 TEST(Number, PowersOfTenKeepAllTheirZeros) {
     std::string power = "1";
     for (; power.size() < 1200; power += '0') {

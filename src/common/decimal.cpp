@@ -49,14 +49,18 @@ char* writeDecimal(char* end, std::uint64_t value) {
     return end;
 }
 
-char* writeChunk(char* end, std::uint64_t chunk) {
-    const std::uint64_t high = chunk / EIGHT_DIGITS; // 11 digits
+char* writeSeventeen(char* end, std::uint64_t chunk) {
+    const std::uint64_t high = chunk / EIGHT_DIGITS; // 9 digits
     end = writeEight(end, static_cast<std::uint32_t>(chunk % EIGHT_DIGITS));
     end = writeEight(end, static_cast<std::uint32_t>(high % EIGHT_DIGITS));
-    const auto top = static_cast<std::uint32_t>(high / EIGHT_DIGITS);
-    end = writePair(end, top % 100);
-    *--end = static_cast<char>('0' + top / 100);
+    *--end = static_cast<char>('0' + high / EIGHT_DIGITS);
     return end;
+}
+
+char* writeChunk(char* end, std::uint64_t chunk) {
+    constexpr std::uint64_t SEVENTEEN_DIGITS = 100'000'000'000'000'000;
+    end = writeSeventeen(end, chunk % SEVENTEEN_DIGITS);
+    return writePair(end, static_cast<std::uint32_t>(chunk / SEVENTEEN_DIGITS));
 }
 
 } // namespace KelRT::common

@@ -20,6 +20,10 @@ constexpr unsigned MOST_DECIMAL_DIGITS = 20;
 /// \return its first digit; at most MOST_DECIMAL_DIGITS before \a end
 char* writeDecimal(char* end, std::uint64_t value);
 
+/// Writes the 17 digits of a \a chunk below 10^17, leading zeros included, right before \a end.
+/// \return the first of them
+char* writeSeventeen(char* end, std::uint64_t chunk);
+
 /// Writes the CHUNK_DIGITS digits of \a chunk, leading zeros included, right before \a end.
 /// \return the first of them
 char* writeChunk(char* end, std::uint64_t chunk);

@@ -7,37 +7,6 @@
 #include <cassert>
 
 namespace KelRT::numbers {
-namespace {
-
-__extension__ using DoubleLimb = unsigned __int128;
-
-constexpr Limb DIVISOR = common::CHUNK_BASE;
-static_assert(DIVISOR >> (LIMB_BITS - 1) == 1, "the division below wants the top bit set");
-
-/// floor((2^128 - 1) / DIVISOR) - 2^64, which the conversion to 64 bits subtracts.
-constexpr auto RECIPROCAL = static_cast<Limb>(~DoubleLimb{0} / DIVISOR);
-
-/// Divides remainder * 2^64 + \a limb by DIVISOR, for a remainder below it. Two multiplications in
-/// place of a division: N. Moeller, T. Granlund, "Improved division by invariant integers", 2011.
-Limb divideLimb(Limb limb, Limb& remainder) {
-    const DoubleLimb product = DoubleLimb{RECIPROCAL} * remainder;
-    const Limb low = static_cast<Limb>(product) + limb;
-    const Limb carry = low < limb ? 1 : 0;
-    Limb quotient = static_cast<Limb>(product >> LIMB_BITS) + remainder + carry + 1;
-    Limb rest = limb - quotient * DIVISOR;
-    // Every other time this quotient is one too high; a branch would be guessed wrong as often.
-    const Limb tooHigh = 0 - static_cast<Limb>(rest > low);
-    quotient += tooHigh;
-    rest += tooHigh & DIVISOR;
-    if (rest >= DIVISOR) [[unlikely]] {
-        ++quotient;
-        rest -= DIVISOR;
-    }
-    remainder = rest;
-    return quotient;
-}
-
-} // namespace
 
 void Limbs::load(const std::uint16_t* words, std::size_t wordCount) {
     used = limbsFor(wordCount);
@@ -75,10 +44,25 @@ void Limbs::multiplyAdd(Limb factor, Limb addend) {
         limbs[used++] = carry;
 }
 
+void Limbs::multiplyAdd(DoubleLimb factor, DoubleLimb addend) {
+    const auto low = static_cast<Limb>(factor);
+    const auto high = static_cast<Limb>(factor >> LIMB_BITS);
+    DoubleLimb carry = addend;
+    for (std::size_t i = 0; i < used; ++i) {
+        const DoubleLimb lower = DoubleLimb{limbs[i]} * low + static_cast<Limb>(carry);
+        const DoubleLimb upper =
+            DoubleLimb{limbs[i]} * high + static_cast<Limb>(lower >> LIMB_BITS);
+        limbs[i] = static_cast<Limb>(lower);
+        carry = upper + static_cast<Limb>(carry >> LIMB_BITS);
+    }
+    for (; carry != 0 && used < room; carry >>= LIMB_BITS)
+        limbs[used++] = static_cast<Limb>(carry);
+}
+
 Limb Limbs::takeChunk() {
     Limb remainder = 0;
     for (std::size_t i = used; i-- > 0;)
-        limbs[i] = divideLimb(limbs[i], remainder);
+        limbs[i] = divideLimb<common::CHUNK_BASE>(limbs[i], remainder);
     dropLeadingZeros();
     return remainder;
 }
@@ -86,10 +70,10 @@ Limb Limbs::takeChunk() {
 std::array<Limb, 4> Limbs::takeFourChunks() {
     std::array<Limb, 4> remainders{};
     for (std::size_t i = used; i-- > 0;) {
-        const Limb first = divideLimb(limbs[i], remainders[0]);
-        const Limb second = divideLimb(first, remainders[1]);
-        const Limb third = divideLimb(second, remainders[2]);
-        limbs[i] = divideLimb(third, remainders[3]);
+        const Limb first = divideLimb<common::CHUNK_BASE>(limbs[i], remainders[0]);
+        const Limb second = divideLimb<common::CHUNK_BASE>(first, remainders[1]);
+        const Limb third = divideLimb<common::CHUNK_BASE>(second, remainders[2]);
+        limbs[i] = divideLimb<common::CHUNK_BASE>(third, remainders[3]);
     }
     dropLeadingZeros();
     return remainders;

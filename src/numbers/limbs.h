@@ -42,6 +42,33 @@ inline void storeLimb(std::uint16_t* words, std::size_t available, Limb limb) {
         words[i] = static_cast<std::uint16_t>(limb >> 16 * i);
 }
 
+__extension__ using DoubleLimb = unsigned __int128;
+
+/// Divides \a remainder * 2^64 + \a limb by DIVISOR, for a remainder below it. Two multiplications
+/// in place of a division: N. Moeller, T. Granlund, "Improved division by invariant integers",
+/// 2011. \return the quotient; the new remainder stands in \a remainder
+template <Limb DIVISOR>
+inline Limb divideLimb(Limb limb, Limb& remainder) {
+    static_assert(DIVISOR >> (LIMB_BITS - 1) == 1, "the top bit must be set");
+    // floor((2^128 - 1) / DIVISOR) - 2^64, which the conversion to 64 bits subtracts
+    constexpr auto RECIPROCAL = static_cast<Limb>(~DoubleLimb{0} / DIVISOR);
+    const DoubleLimb product = DoubleLimb{RECIPROCAL} * remainder;
+    const Limb low = static_cast<Limb>(product) + limb;
+    const Limb carry = low < limb ? 1 : 0;
+    Limb quotient = static_cast<Limb>(product >> LIMB_BITS) + remainder + carry + 1;
+    Limb rest = limb - quotient * DIVISOR;
+    // Every other time this quotient is one too high; a branch would be guessed wrong as often.
+    const Limb tooHigh = 0 - static_cast<Limb>(rest > low);
+    quotient += tooHigh;
+    rest += tooHigh & DIVISOR;
+    if (rest >= DIVISOR) [[unlikely]] {
+        ++quotient;
+        rest -= DIVISOR;
+    }
+    remainder = rest;
+    return quotient;
+}
+
 /// One step of a two's-complement negation, from the lowest limb upwards.
 /// \param carry true before the lowest limb; stays true while the limbs are 0
 inline Limb negateLimb(Limb limb, bool& carry) {
@@ -74,11 +101,17 @@ public:
     /// How many limbs the value has; 0 for the value 0.
     std::size_t size() const { return used; }
 
+    /// The limbs, the lowest one first.
+    const Limb* data() const { return limbs; }
+
     /// The lowest limb.
     Limb lowest() const { return used == 0 ? 0 : limbs[0]; }
 
     /// value * \a factor + \a addend; what exceeds the capacity is dropped.
     void multiplyAdd(Limb factor, Limb addend);
+
+    /// The same with factors of two limbs, in one pass.
+    void multiplyAdd(DoubleLimb factor, DoubleLimb addend);
 
     /// Takes the lowest 19 decimal digits off: divides by 10^19 and returns the remainder.
     Limb takeChunk();

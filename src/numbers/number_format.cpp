@@ -7,10 +7,12 @@
 #include "common/words.h"
 #include "numbers/limbs.h"
 #include "numbers/radix.h"
+#include "numbers/wide_decimal.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <vector>
 
 namespace KelRT {
 namespace numbers {
@@ -62,6 +64,21 @@ char* writeDecimal(char* end, Limbs& value, bool negative) {
     return end;
 }
 
+/// The same for a wide value, from WIDE_PRINT_LIMBS limbs on.
+std::string wideDecimalText(const Limbs& value, bool negative) {
+    const std::vector<Limb> chunks = toDecimalChunks(value.data(), value.size());
+    std::array<char, common::MOST_DECIMAL_DIGITS> highest;
+    char* const highestEnd = highest.data() + highest.size();
+    const char* const first = common::writeDecimal(highestEnd, chunks.back());
+    std::string text(negative ? "-" : "");
+    text.append(first, static_cast<std::size_t>(highestEnd - first));
+    text.resize(text.size() + PRINTED_CHUNK_DIGITS * (chunks.size() - 1));
+    char* end = text.data() + text.size();
+    for (std::size_t i = 0; i + 1 < chunks.size(); ++i)
+        end = common::writeSeventeen(end, chunks[i]);
+    return text;
+}
+
 /// \param negative  prints '-' and the magnitude; the highest of the \a bitCount bits must be set
 std::string decimalText(const std::vector<std::uint16_t>& words, std::uint64_t bitCount,
                         bool negative) {
@@ -69,6 +86,8 @@ std::string decimalText(const std::vector<std::uint16_t>& words, std::uint64_t b
     value.load(words.data(), words.size());
     if (negative)
         value.negate(bitCount);
+    if (value.size() >= WIDE_PRINT_LIMBS)
+        return wideDecimalText(value, negative);
     const std::size_t room =
         common::MOST_DECIMAL_DIGITS * std::max<std::size_t>(value.size(), 1) + 1;
     std::array<char, common::MOST_DECIMAL_DIGITS * 8 + 1> small;
