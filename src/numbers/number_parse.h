@@ -19,4 +19,8 @@ namespace KelRT::numbers {
 bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std::size_t wordCount,
                  bool& negative);
 
+/// The same for base 10. Everything is read before the words are touched.
+bool parseDecimal(const std::string& text, std::uint16_t* words, std::size_t wordCount,
+                  bool& negative);
+
 } // namespace KelRT::numbers

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "common/digits.h"
+
 namespace KelRT::numbers {
 
 /// The base that a radix letter names, 0 for a letter that names none.
@@ -33,6 +35,18 @@ constexpr unsigned baseOf(char radix) {
 /// Of a radix letter of base 10: whether it prints numbers as signed.
 constexpr bool printsSigned(char radix) {
     return radix != 'U' && radix != 'u';
+}
+
+/// What a character means to a base other than 256.
+enum class Kind { digit, refused, sign, skipped };
+
+inline Kind kindOf(char character, unsigned base) {
+    const unsigned value = common::hexValue(character);
+    if (value < base)
+        return Kind::digit;
+    if (value != common::NO_DIGIT)
+        return Kind::refused;
+    return character == '-' ? Kind::sign : Kind::skipped;
 }
 
 } // namespace KelRT::numbers
