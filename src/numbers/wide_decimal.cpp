@@ -115,7 +115,7 @@ void multiplyColumns(Limb* product, const Limb* a, std::size_t aSize, const Limb
 
 /// The limbs that multiplyHalves needs besides its product.
 constexpr std::size_t scratchFor(std::size_t size) {
-    return 4 * size + 8 * LIMB_BITS; // 4 * low + 1 for each halving
+    return 4 * size + std::size_t{8} * LIMB_BITS; // 4 * low + 1 for each halving
 }
 
 /// product = a * b, of \a size digits each. A. Karatsuba, Y. Ofman, 1962: of the halves,
@@ -194,9 +194,10 @@ struct Row {
 /// after the other, and all of about the same size.
 template <class To>
 Row firstRow(const Limb* given, std::size_t count) {
+    assert(count > 0);
     std::size_t group = count;
     while (group > 12)
-        group = (group + 1) / 2;
+        group -= group / 2;
     Row row{{}, {1}};
     for (std::size_t i = 0; i < group; ++i)
         append<To>(row.weight, 0);
