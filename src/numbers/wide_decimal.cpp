@@ -194,10 +194,10 @@ struct Row {
 /// after the other, and all of about the same size.
 template <class To>
 Row firstRow(const Limb* given, std::size_t count) {
-    assert(count > 0);
     std::size_t group = count;
     while (group > 12)
         group -= group / 2;
+    assert(group > 0);
     Row row{{}, {1}};
     for (std::size_t i = 0; i < group; ++i)
         append<To>(row.weight, 0);
