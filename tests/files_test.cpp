@@ -155,17 +155,17 @@ TEST_F(Files, LibraryFileNameGetsTheExtensionUnlessItHoldsIt) {
 
 TEST_F(Files, LibraryIsWhereTheFirstFileOpens) {
     makeDirectories({"a", library("c/libfoo")}); // a directory is no library
-    makeDirectories({"b"});
-    writeFile(here / library("b/libfoo"));
+    makeDirectories({"b~1"});
+    writeFile(here / library("b~1/libfoo"));
     const std::string a = here / "a";
-    const std::string b = here / "b";
+    const std::string b = here / "b~1";
     const std::string both = a + LIST + b;
     const std::string paths[][2] = {{both, b},
                                     {a + LIST + LIST + b + LIST, b},
                                     {LIST + (here / "c") + LIST + b, b},
                                     {below(b, ""), below(b, "")},
                                     {b + "/", b + "/"},
-                                    {"b", "b"},
+                                    {"b~1", "b~1"},
                                     {a, NOT_IN_PATH},
                                     {LIST, NOT_IN_PATH},
                                     {a + LIST + LIST, NOT_IN_PATH},

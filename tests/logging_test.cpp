@@ -60,6 +60,9 @@ TEST(LogRecord, NullOrEmptyFormatFlushesThroughTheLevelFilter) {
 void logWithList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a list is made
     std::va_list arguments;
     va_start(arguments, format);
+    logger.vprintLog(5, format, arguments); // beyond the level
+    va_end(arguments);
+    va_start(arguments, format);
     logger.logMethodEntry("list", format, arguments);
     va_end(arguments);
     va_start(arguments, format);
@@ -69,6 +72,7 @@ void logWithList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a lis
 
 TEST(LogEntry, OnlyAListReachesTheFormWithAList) {
     const LogFile log;
+    logWithList("%d%s", 7, "below the level of traces");
     logger.setDetailLevel(4);
     char text[] = "own";
     const char* const constText = text;
