@@ -62,7 +62,7 @@ void expectPlaces(const Outcome& outcome) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string text = fuzz::Input(data, size).text(size, false);
+    const std::string text = fuzz::Input(data, size).text(size);
     const std::size_t cut = text.find("%%\n");
     const std::string capture = text.substr(0, cut);
     const std::string table = cut == std::string::npos ? "" : text.substr(cut + 3);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The bytes of one fuzzed run, taken as values and texts, and what a target says when it finds
+// The bytes of one run of a target, taken as values and texts, and what a target says when it finds
 // something.
 #pragma once
 
@@ -22,21 +22,34 @@ public:
     std::uint64_t value(unsigned byteCount = 8) {
         std::uint64_t value = 0;
         for (unsigned i = 0; i < byteCount; ++i)
-            value = value << 8 | static_cast<unsigned char>(next());
+            value = value << 8 | static_cast<unsigned char>(character());
         return value;
     }
     std::uint64_t below(std::uint64_t bound) { return value(bound <= 256 ? 1 : 4) % bound; }
-    char character() { return next(); }
-    /// At most \a most characters, of any code but 0 where \a noZeros.
-    std::string text(std::size_t most, bool noZeros) {
+    char character() { return empty() ? '\0' : bytes[at++]; }
+    template <typename Choice, std::size_t Count>
+    const Choice& oneOf(const Choice (&choices)[Count]) {
+        return choices[below(Count)];
+    }
+    /// At most \a most characters, of any code.
+    std::string text(std::size_t most) {
         std::string text = bytes.substr(at < bytes.size() ? at : bytes.size(), most);
         at += text.size();
-        return noZeros ? text.substr(0, text.find('\0')) : text;
+        return text;
+    }
+    /// At most \a most characters of \a alphabet; in one of four texts a few of any code but 0.
+    std::string text(std::size_t most, const std::string& alphabet) {
+        const bool mixed = below(4) == 0;
+        std::string text;
+        while (!empty() && text.size() < most) {
+            const auto code = static_cast<unsigned char>(character());
+            const bool other = mixed && code % 16 == 7;
+            text += other ? static_cast<char>(1 + below(255)) : alphabet[code % alphabet.size()];
+        }
+        return text;
     }
 
 private:
-    char next() { return at < bytes.size() ? bytes[at++] : '\0'; }
-
     std::string bytes;
     std::size_t at = 0;
 };

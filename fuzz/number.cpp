@@ -6,25 +6,36 @@
 #include "input.h"
 #include "models/number_model.h"
 
+using fuzz::require;
 using KelRT::Kel_Number;
 
 namespace {
 
 constexpr const char* RADICES = "bodiuxBODIUX";
+constexpr const char* LETTERS = "bOdIuXxSsq";
+// Digits of each base, patterns at the edges of words, runs of zeros, and what stands among digits.
+const std::string ALPHABETS[] = {"01",
+                                 "01234567",
+                                 "0123456789",
+                                 "0123456789abcdefABCDEF",
+                                 "0000F7f8",
+                                 "00000000000000000001",
+                                 "fffffffffffffffffffffffffe",
+                                 "0123456789 _,-x.'/:@GRg`\xFF"};
 
 void expectSame(const Kel_Number& number, const model::Number& expected) {
-    fuzz::require(number.isZero() == expected.isZero(), "isZero");
-    fuzz::require(number.isNegative() == expected.isNegative(), "isNegative");
+    require(number.isZero() == expected.isZero(), "isZero");
+    require(number.isNegative() == expected.isNegative(), "isNegative");
     for (const char radix : std::string("bodxXusSq"))
-        fuzz::require(number.toString(radix) == expected.toString(radix), "toString");
+        require(number.toString(radix) == expected.toString(radix), "toString");
 }
 
 void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
     const std::string pattern = number.toString('x');
     Kel_Number again(width);
     for (const char* radix = RADICES; *radix != 0; ++radix) {
-        fuzz::require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
-        fuzz::require(again.toString('x') == pattern, "what is printed reads as the number");
+        require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
+        require(again.toString('x') == pattern, "what is printed reads as the number");
     }
 }
 
@@ -32,19 +43,18 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
-    const std::uint64_t width = 1 + input.value(2) % 1200;
-    const char radix = input.character();
-    const bool negates = input.below(2) != 0;
-    const std::string text = input.text(1500, false);
+    const std::uint64_t width = 1 + input.value(2) % (input.below(2) == 0 ? 1200 : 80);
     Kel_Number number(width);
     model::Number expected(width);
-    fuzz::require(number.set(radix, text) == expected.set(radix, text), "set");
+    require(number.set('x', "-1") && expected.set('x', "-1"), "all bits are set before");
+    const char radix = input.below(32) == 0 ? input.character() : LETTERS[input.below(10)];
+    const std::string text =
+        input.below(16) == 0 ? input.text(1500) : input.text(1500, input.oneOf(ALPHABETS));
+    require(number.set(radix, text) == expected.set(radix, text), "set");
     expectSame(number, expected);
-    if (negates) {
-        number.negate();
-        expected.negate();
-        expectSame(number, expected);
-    }
+    number.negate();
+    expected.negate();
+    expectSame(number, expected);
     readsBackWhatItPrints(number, width);
     return 0;
 }

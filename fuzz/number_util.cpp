@@ -13,8 +13,12 @@
 
 using Util = KelRT::Kel_NumberUtil;
 using fuzz::require;
+using Bytes = std::vector<unsigned char>;
 
 namespace {
+
+const std::string ALPHABETS[] = {"01", "0123456789abcdefABCDEF", "0123456789 -+",
+                                 "01aAfFgG /:@`\x80\xFF"};
 
 template <typename... Arguments>
 std::string printed(const char* format, Arguments... arguments) {
@@ -27,7 +31,7 @@ void readFields(fuzz::Input& input) {
     const int low = static_cast<int>(input.below(200));
     const int high = low + static_cast<int>(input.below(200));
     // Not a byte behind the field, so that reading one is noticed.
-    std::vector<unsigned char> data(static_cast<std::size_t>(high) / 8 + 1);
+    Bytes data(static_cast<std::size_t>(high) / 8 + 1);
     for (auto& byte : data)
         byte = static_cast<unsigned char>(input.character());
     const std::uint64_t down = model::field(data, high, low);
@@ -41,7 +45,9 @@ void readFields(fuzz::Input& input) {
     require(Util::getReverseBits(data.data(), low, high) == up32, "getReverseBits");
     require(Util::getReverseLongBits(data.data(), low, high) == up32, "getReverseLongBits");
 
-    static const fuzz::CapturedOutput output;
+    if (input.below(32) != 0)
+        return;
+    static fuzz::CapturedOutput output;
     require(Util::getLongLongBitsDebug(data.data(), high, low) == down, "getLongLongBitsDebug");
     std::string rows;
     for (int bit = high; bit >= low; --bit) {
@@ -50,6 +56,25 @@ void readFields(fuzz::Input& input) {
             rows += '\n';
     }
     require(output.take() == rows + '\n', "printed bits");
+}
+
+void convertBits(const std::string& text) {
+    std::string bits = text;
+    Bytes expected((bits.size() + 7) / 8);
+    for (std::size_t i = 0; i < bits.size(); ++i) {
+        bits[i] = bits[i] == '1' ? '1' : '0';
+        expected[i / 8] = static_cast<unsigned char>(expected[i / 8] | (bits[i] - '0') << i % 8);
+    }
+    expected.push_back(0xA5); // which is not touched
+    Bytes array(expected.size(), 0xA5);
+    Util::reverseBinStr2Bin(text.c_str(), array.data());
+    require(array == expected, "reverseBinStr2Bin");
+    if (bits.empty())
+        return;
+    const Bytes exact(expected.begin(), expected.end() - 1); // not a byte behind the bits
+    std::string out;
+    Util::bin2ReverseBinStr(exact.data(), static_cast<std::uint32_t>(bits.size()), out);
+    require(out == bits, "bin2ReverseBinStr");
 }
 
 void convertText(std::string text, std::uint32_t bitCount) {
@@ -68,19 +93,11 @@ void convertText(std::string text, std::uint32_t bitCount) {
         require(Util::hex2Bin(text[0]) == static_cast<std::uint32_t>(model::upperDigit(text[0])),
                 "hex2Bin");
     }
-    std::string mirror(text.size() + 1, '#');
+    std::string mirror(text.size() + 2, '#');
     Util::reverseStr(text.data(), static_cast<std::uint32_t>(text.size()), mirror.data());
-    require(mirror == std::string(text.rbegin(), text.rend()) + '\0', "reverseStr");
-
-    // Bits of an array and back: what is no '1' has become a '0'.
-    std::vector<unsigned char> bits((text.size() + 7) / 8, 0xA5);
-    if (bits.empty())
-        return;
-    Util::reverseBinStr2Bin(text.c_str(), bits.data());
-    for (char& c : text)
-        c = c == '1' ? '1' : '0';
-    Util::bin2ReverseBinStr(bits.data(), static_cast<std::uint32_t>(text.size()), out);
-    require(out == text, "bin2ReverseBinStr of reverseBinStr2Bin");
+    require(mirror == std::string(text.rbegin(), text.rend()) + std::string("\0#", 2),
+            "reverseStr");
+    convertBits(text);
 }
 
 void printIntegers(std::uint64_t value, std::uint32_t bitCount) {
@@ -93,7 +110,7 @@ void printIntegers(std::uint64_t value, std::uint32_t bitCount) {
     require(Util::hexStr2ULL(out) == value, "hexStr2ULL of uLL2HexStr");
     require(Util::uInt2DecStr(low, out) == printed("%" PRIu32, low), "uInt2DecStr");
     require(Util::uInt2HexStr(low, bitCount, out) ==
-                printed("%0*" PRIx32, static_cast<int>((bitCount + 3) / 4), low),
+                printed("%0*" PRIx32, static_cast<int>(bitCount + 3) / 4, low),
             "uInt2HexStr");
     const std::uint32_t bits = 1 + bitCount % 32;
     require(Util::uInt2BinStr(low, bits, out) == model::hexToBin(printed("%08" PRIX32, low), bits),
@@ -108,12 +125,15 @@ void printIntegers(std::uint64_t value, std::uint32_t bitCount) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
-    const std::uint64_t value = input.value();
-    const auto bitCount = static_cast<std::uint32_t>(1 + input.below(600));
+    std::uint64_t value = input.value() >> input.below(64);
+    for (std::uint64_t zeros = input.below(4) == 0 ? input.below(20) : 0; zeros > 0; --zeros)
+        value *= 10;
+    value -= input.below(2);
+    const auto bitCount = static_cast<std::uint32_t>(input.below(600));
     printIntegers(value, bitCount);
     if (input.below(2) == 0)
         readFields(input);
     else
-        convertText(input.text(1000, true), bitCount);
+        convertText(input.text(1000, input.oneOf(ALPHABETS)), 1 + bitCount);
     return 0;
 }

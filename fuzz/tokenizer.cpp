@@ -8,15 +8,28 @@
 
 using KelRT::Kel_StrTok;
 
+namespace {
+
+const std::string ALPHABETS[] = {"ab,;",
+                                 "aZ\",",
+                                 "\" ;x",
+                                 "\n\t \v\r\b\fQ\"",
+                                 ",,,,,,,,,,a",
+                                 "abcdefghijklmnopqrstuvwxyz,",
+                                 "\x80\xE4\xFF\x01,\"A"};
+const char* const SETS[] = {
+    Kel_StrTok::CSV_DELIM, Kel_StrTok::WHITE_SPACE, ",", ";", "\xE4,\xFF", "\"", "",
+    "zyxwvutsrqponm"};
+
+} // namespace
+
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     const std::uint64_t mode = input.value(1);
     const model::Flags flags{(mode & 1) != 0, (mode & 2) != 0, (mode & 4) != 0};
-    const std::string own = input.text(static_cast<std::size_t>(mode >> 5), true);
-    const char* const delimiters = (mode & 8) == 0    ? own.c_str()
-                                   : (mode & 16) == 0 ? Kel_StrTok::CSV_DELIM
-                                                      : Kel_StrTok::WHITE_SPACE;
-    const std::string text = input.text(2000, true);
+    const std::string own = input.text(mode >> 5, "abcdefghijklmnopqrstuvwxyz,;");
+    const char* const delimiters = (mode & 24) == 0 ? own.c_str() : input.oneOf(SETS);
+    const std::string text = input.text(2000, input.oneOf(ALPHABETS));
     // As long as the text and no longer, so that reading behind it is noticed.
     const std::vector<char> exact(text.c_str(), text.c_str() + text.size() + 1);
 

@@ -150,6 +150,19 @@ struct ByteBuffer {
     }
 };
 
+/// Ordinary text cut to its lowest bits, the first digit that stays to those that are wanted.
+inline Bytes cutHexText(Bytes text, std::uint64_t bitCount) {
+    const std::uint64_t digits = (bitCount + 3) / 4;
+    if (text.size() - 1 < digits)
+        return text;
+    text.erase(text.begin(), text.end() - static_cast<std::ptrdiff_t>(digits + 1));
+    const std::string hex = "0123456789ABCDEF";
+    if (bitCount % 4 != 0)
+        text[0] = static_cast<unsigned char>(
+            hex[hex.find(static_cast<char>(text[0])) % (1U << bitCount % 4)]);
+    return text;
+}
+
 /// Bit-mirrored text, bit by bit.
 inline Bytes mirroredTextToBin(const std::string& text) {
     Bytes result((text.size() + 1) / 2, 0);

@@ -11,6 +11,7 @@ other one makes the exit status 1.
 """
 import argparse
 import hashlib
+import os
 import pathlib
 import random
 import re
@@ -20,13 +21,25 @@ import sys
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+LIBRARY = 'CMakeFiles/kelutil_objects.dir'
+# The time of a build is part of one source.
+ENVIRONMENT = {**os.environ, 'SOURCE_DATE_EPOCH': '1300000000'}
 EQUIVALENT = pathlib.Path(__file__).with_name('equivalent.txt')
 
-# Which tests know a folder best; they run first. All others follow where these pass.
+# Which test programs know a folder of src/ or a header best: they are built and run first. All
+# others follow where these pass.
+BITS = 'random_byte_buffer bits_test'
+NUMBER = 'random_number numbers_test'
+UTIL = 'random_number_util number_util_test'
+LOG = 'random_log logging_test logging_failure_test logging_process'
+FILES = 'port_test files_test'
 NEAREST = {
-    'bits': 'bits_test', 'numbers': 'numbers_test|number_util_test', 'text': 'text_test',
-    'logging': 'logging_test|logging_failure_test|process', 'files': 'files_test|port_test',
-    'port': 'port_test|files_test', 'frame': 'frame_test', 'common': 'internal_test|bits_test',
+    'bits': BITS, 'numbers': f'{NUMBER} {UTIL}', 'text': 'random_tokenizer text_test',
+    'logging': LOG, 'files': FILES, 'port': FILES, 'frame': 'frame_test internal_test',
+    'common': f'internal_test {BITS} {NUMBER} {UTIL}',
+    'Kel_ByteBuffer': BITS, 'Kel_Number': NUMBER, 'Kel_NumberUtil': UTIL,
+    'Kel_StrTok': 'random_tokenizer text_test', 'Kel_Util': f'text_test {FILES}',
+    'Kel_Exception': 'frame_test', 'Version': 'frame_test', 'Logger': LOG, 'MethodLogger': LOG,
 }
 
 # (what, pattern, replacement): one change each. Binary operators stand between blanks, as
@@ -106,41 +119,60 @@ class Scratch:
         self.run(['cmake', '-S', self.tree, '-B', self.build, '-G', 'Ninja', '-Wno-dev',
                   '-DCMAKE_BUILD_TYPE=Mutation', '-DCMAKE_CXX_FLAGS=-O1 -w', '-DCMAKE_CXX_COMPILER=g++',
                   '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON', '-DKELUTIL_BUILD_EXAMPLES=ON'], 120)
-        self.make(3600)
-        self.plain = self.code()
+        self.make(limit=3600)
+        self.plain_library, self.plain = self.code(LIBRARY), self.code('.')
 
     def run(self, command, limit):
         """The exit status and the output; a program that takes too long has failed."""
         try:
             done = subprocess.run([str(c) for c in command], capture_output=True, text=True,
-                                  errors='replace', timeout=limit, check=False)
+                                  errors='replace', timeout=limit, check=False, env=ENVIRONMENT)
             return done.returncode, done.stdout + done.stderr
         except subprocess.TimeoutExpired:
             return 1, 'took too long'
 
-    def make(self, limit=300):
-        status, said = self.run(['cmake', '--build', self.build, '-j2'], limit)
+    def make(self, targets='all', limit=300):
+        status, said = self.run(['cmake', '--build', self.build, '-j2', '--target',
+                                 *targets.split()], limit)
         self.said = said
         return status == 0
 
-    def code(self):
-        objects = sorted(self.build.glob('CMakeFiles/kelutil_objects.dir/**/*.o'))
+    def code(self, folder):
+        """What the compiler has made of the sources below a folder of the build."""
+        objects = sorted((self.build / folder).glob('**/*.o'))
         return {o: hashlib.sha256(o.read_bytes()).digest() for o in objects}
 
-    def tests(self, file):
-        """The name of a test that fails, or None."""
-        nearest = NEAREST.get(file.split('/')[1], 'bits_test|text_test')
-        for choice in (['-L', nearest], ['-LE', nearest]):
-            status, said = self.run(
-                ['ctest', '--test-dir', self.build, '-j2', '--stop-on-failure', '--timeout', '20',
-                 *choice], 240)
-            if status != 0:
-                failed = re.search(r'tests FAILED:\s+\d+ - (\S+)', said)
-                return failed[1] if failed else said.strip().split('\n')[-1]
-        return None
+    def failing(self, *choice):
+        """The name of a test of the choice that fails, or None."""
+        status, said = self.run(['ctest', '--test-dir', self.build, '-j2', '--stop-on-failure',
+                                 '--timeout', '10', *choice], 240)
+        if status == 0:
+            return None
+        failed = re.search(r'tests FAILED:\s+\d+ - (\S+)', said)
+        return failed[1] if failed else said.strip().split('\n')[-1]
+
+    def outcome(self, file):
+        """'no change', 'refused', the test that notices, or None."""
+        inside = file.startswith('src/')
+        if not self.make('KelUtil'):
+            return 'refused'
+        if inside and self.code(LIBRARY) == self.plain_library:
+            return 'no change'
+        nearest = NEAREST[file.split('/')[1] if inside else pathlib.Path(file).stem]
+        if not self.make(nearest):
+            return 'refused'
+        labels = '^(' + nearest.replace(' ', '|') + ')$'
+        noticed = self.failing('-L', labels)
+        if noticed is not None:
+            return noticed
+        if not self.make():
+            return 'refused'
+        if self.code('.') == self.plain:
+            return 'no change'
+        return self.failing('-LE', labels)
 
     def change(self, file, place):
-        """'no change', 'refused', the test that notices, or None."""
+        """The outcome with that place changed."""
         number, _, before, after = place
         path = self.tree / file
         original = path.read_text()
@@ -149,11 +181,7 @@ class Scratch:
         lines[number] = after
         path.write_text('\n'.join(lines))
         try:
-            if not self.make():
-                return 'refused'
-            if self.code() == self.plain:
-                return 'no change'
-            return self.tests(file)
+            return self.outcome(file)
         finally:
             path.write_text(original)
 

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+//
+// Records, traces and dumps with hostile texts, beside the model of the log. The flags are those of
+// the environment, as a process starts once.
+#include "KelRT/Logger.h"
+
+#include "captured.h"
+#include "input.h"
+#include "models/log_model.h"
+
+#include <climits>
+
+using KelRT::Logger;
+
+namespace {
+
+constexpr const char* FLAGS = "TOR_KEL_LOGFLAGS";
+
+/// A log on the captured standard output, and its model.
+class Log {
+public:
+    Log() {
+        const char* const given = std::getenv(FLAGS);
+        const int flags = given == nullptr ? 0 : std::atoi(given);
+        expected.bits = (flags & 1) != 0;
+        expected.whole = (flags & 2) != 0;
+        test_host::setEnvironment(FLAGS, std::to_string(flags));
+        test_host::setEnvironment("TOR_KEL_LOGFILE", "stdout");
+        logger.startLogging();
+        static_cast<void>(output.take());
+    }
+
+    void step(fuzz::Input& input) {
+        const std::string text = textOf(input);
+        const auto number = static_cast<int>(input.value(1)) - 128;
+        const std::string returned = " -- returning " + std::to_string(number);
+        switch (input.below(12)) {
+        case 0:
+            return setLevel(input.below(4) == 0 ? 3 : 4);
+        case 1:
+            logger.logMethodEntry(text.c_str(), "%s%d", text.c_str(), number);
+            return expected.entry(text, text + std::to_string(number));
+        case 2:
+            return enter(text);
+        case 3:
+            logger.logMethodExit();
+            return expected.exit("");
+        case 4:
+            logger.logMethodExit(number);
+            return expected.exit(returned);
+        case 5:
+            logger.logMethodExit(text.c_str());
+            return expected.exit(text.empty() ? "" : " -- returning " + text);
+        case 6:
+            logger.logMethodExit(text.c_str(), number);
+            return expected.exitByName(text, returned);
+        case 7:
+            return input.below(8) == 0 ? forgetNames() : enter(text);
+        case 8:
+            return dump(input, text);
+        default:
+            const auto level = static_cast<int>(input.below(6));
+            logger.printLog(level, "%s", text.c_str());
+            expected.record(level, text);
+        }
+    }
+
+    /// Compares what both have written, and leaves them as the next input finds them.
+    void finish() {
+        setLevel(4);
+        for (; expected.depth > 0; expected.exitByName("end", " -- returning 0"))
+            logger.logMethodExit("end", 0);
+        while (expected.depth < 0)
+            enter("end");
+        forgetNames();
+        logger.printLog(1, "\n");
+        expected.record(1, "\n");
+        setLevel(3);
+        logger.flush();
+        fuzz::require(output.take() == expected.text, "the log as the model tells it");
+        expected.text.clear();
+    }
+
+private:
+    static std::string textOf(fuzz::Input& input) {
+        const std::string alphabets[] = {"a", "ab%\n", "%%ns ", "\n"};
+        const std::string text = input.text(input.below(20), input.oneOf(alphabets));
+        return std::string(input.below(16) == 0 ? 2030 + input.below(20) : 0, 'l') + text;
+    }
+    void setLevel(int level) {
+        logger.setDetailLevel(level);
+        expected.level = level;
+    }
+    void enter(const std::string& name) {
+        logger.logMethodEntry(name.c_str());
+        expected.entry(name, "");
+    }
+    void forgetNames() {
+        logger.popAllMethods();
+        expected.names.clear();
+    }
+    void dump(fuzz::Input& input, const std::string& title) {
+        const bool vast = !expected.whole && input.below(32) == 0;
+        const auto bitCount =
+            static_cast<unsigned>(vast                  ? 80008
+                                  : input.below(8) != 0 ? input.below(700)
+                                                        : 79860 + input.below(300));
+        std::vector<unsigned char> bytes((bitCount + 7) / 8); // not one behind the bits
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            bytes[i] = static_cast<unsigned char>(i < 50 ? input.value(1) : i * 37);
+        const int level = input.below(8) == 0 ? 5 : 1;
+        logger.dumpBuffer(level, title.c_str(), bytes.data(),
+                          vast ? UINT_MAX - static_cast<unsigned>(input.below(16)) : bitCount);
+        if (level == 1)
+            expected.dump(shown(title), bytes, bitCount);
+    }
+    /// What a title shows: "%%" as one '%', at most 2,047 characters.
+    static std::string shown(const std::string& title) {
+        std::string text;
+        for (std::size_t i = 0; i < title.size(); ++i) {
+            text += title[i];
+            if (title.compare(i, 2, "%%") == 0)
+                ++i;
+        }
+        return text.substr(0, 2047);
+    }
+
+    Logger& logger = Logger::logger;
+    fuzz::CapturedOutput output;
+    model::Log expected;
+};
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static Log log;
+    fuzz::Input input(data, size);
+    while (!input.empty())
+        log.step(input);
+    log.finish();
+    return 0;
+}
