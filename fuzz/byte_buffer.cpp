@@ -58,25 +58,28 @@ private:
         const std::uint64_t at = input.below(expected.size + 3);
         const std::uint64_t count = input.below(12);
         require(buffer.insertBytes(at, count) == 0, "insertBytes gives 0");
+        expected.access();
         expected.insertBytes(at, count);
     }
     void remove() {
         const std::uint64_t count = input.below(std::min<std::uint64_t>(expected.size, 5) + 1);
         buffer.removeBytesAtEnd(count);
-        expected.removeBytesAtEnd(count);
+        expected.access();
+        expected.size -= count;
     }
     void moveStart() {
-        const std::uint64_t back = std::min<std::uint64_t>(expected.start, 4);
-        const std::uint64_t forward = std::min<std::uint64_t>(expected.size, 4);
-        const auto count = static_cast<std::int64_t>(input.below(forward + 1)) -
-                           static_cast<std::int64_t>(input.below(back + 1));
+        const auto forward = input.below(std::min<std::uint64_t>(expected.size, 4) + 1);
+        const auto back = input.below(std::min<std::uint64_t>(expected.start, 4) + 1);
+        const std::int64_t count = static_cast<std::int64_t>(forward - back);
         buffer.moveStartPositionForward(static_cast<std::int32_t>(count));
+        expected.access();
         expected.moveStart(count);
     }
     void shift() {
-        const int bits = std::max(8 * static_cast<int>(expected.size) - expected.pending, 0);
-        const int count = static_cast<int>(input.below(30)) % (bits + 1);
-        buffer.shiftBitsDown(count);
+        const std::uint64_t bits = 8 * expected.size;
+        const std::uint64_t most = bits < expected.pending ? 0 : bits - expected.pending;
+        const std::uint64_t count = input.below(30) % (most + 1);
+        buffer.shiftBitsDown(static_cast<std::int32_t>(count));
         expected.shiftBitsDown(count);
     }
     void field() {
@@ -182,7 +185,7 @@ private:
 
     /// What an operation makes, in another buffer or in the buffer itself.
     void take(const Bytes& made, std::uint64_t reserve, const auto& operation) {
-        if (input.below(2) == 0) {
+        if (expected.size < 200 && input.below(2) == 0) {
             operation(buffer, buffer);
             expected = model::ByteBuffer(made, reserve, reserve);
             return;

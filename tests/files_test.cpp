@@ -115,19 +115,6 @@ TEST_F(Files, TemporaryFileIsNeverMadeThroughALink) {
     EXPECT_FALSE(opens(here / "victim"));
 }
 
-TEST_F(Files, TemporaryNamesEndAt32001) {
-    if (WINDOWS)
-        GTEST_SKIP() << "takes minutes; the host that stands in shows it";
-    makeDirectories({".kel"});
-    for (int number = 0; number <= 32000; ++number)
-        writeFile(temporary("trace" + std::to_string(number)));
-    EXPECT_EQ(Kel_Util::createDotLumatraceTempFile("trace"), temporary("trace32001"));
-    EXPECT_TRUE(opens(temporary("trace32001")));
-    EXPECT_EQ(outcome(Kel_Util::createDotLumatraceTempFile, "trace"),
-              "Too many temporary files exist in the .kel directory with the name trace\n");
-    EXPECT_EQ(listed(here / ".kel", false).size(), 32002U);
-}
-
 TEST_F(Files, OnlyDirectoriesAreDirectories) {
     makeDirectories({"d"});
     writeFile(here / "f");
@@ -138,86 +125,58 @@ TEST_F(Files, OnlyDirectoriesAreDirectories) {
         EXPECT_EQ(Kel_Util::isDirectory(path), 0) << path;
 }
 
-TEST_F(Files, LibraryFileNameGetsTheExtensionUnlessItHoldsIt) {
-    searchPath.set(UNSET);
+TEST_F(Files, LibraryIsWhereTheFirstFileOpens) {
+    makeDirectories({"a", library("c/libfoo"), "b~1"}); // a directory is no library
+    writeFile(here / library("b~1/libfoo"));
+    const std::string a = here / "a";
+    const std::string b = here / "b~1";
+    const std::string paths[][2] = {{a + LIST + LIST + b + LIST, b},
+                                    {LIST + (here / "c") + LIST + b, b},
+                                    {b + "/", b + "/"},
+                                    {"b~1", "b~1"},
+                                    {a + LIST + LIST, NOT_IN_PATH},
+                                    {"\"" + b + "\"", NOT_IN_PATH},
+                                    {"", "PATH Environmental Variable not set.\n"}};
+    for (const auto& [path, expected] : paths) {
+        searchPath.set(path);
+        EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libfoo"), expected) << path;
+    }
     const std::string upper = WINDOWS ? "foo.DLL" : "foo.SO";
-    const std::string names[][2] = {{"foo", library("foo")},
-                                    {library("foo"), library("foo")},
+    const std::string names[][2] = {{library("foo"), library("foo")},
                                     {upper, library(upper)},
                                     {library("foo") + ".bak", library("foo") + ".bak"}};
     for (const auto& [name, file] : names) {
-        EXPECT_EQ(outcome(Kel_Util::findLibInPath, name), "PATH Environmental Variable not set.\n");
         writeFile(here / file);
         EXPECT_EQ(outcome(Kel_Util::findLibInPath, name), ".");
         std::filesystem::remove(here / file);
     }
 }
 
-TEST_F(Files, LibraryIsWhereTheFirstFileOpens) {
-    makeDirectories({"a", library("c/libfoo")}); // a directory is no library
-    makeDirectories({"b~1"});
-    writeFile(here / library("b~1/libfoo"));
-    const std::string a = here / "a";
-    const std::string b = here / "b~1";
-    const std::string both = a + LIST + b;
-    const std::string paths[][2] = {{both, b},
-                                    {a + LIST + LIST + b + LIST, b},
-                                    {LIST + (here / "c") + LIST + b, b},
-                                    {below(b, ""), below(b, "")},
-                                    {b + "/", b + "/"},
-                                    {"b~1", "b~1"},
-                                    {a, NOT_IN_PATH},
-                                    {LIST, NOT_IN_PATH},
-                                    {a + LIST + LIST, NOT_IN_PATH},
-                                    {"\"" + b + "\"", NOT_IN_PATH}};
-    for (const auto& [path, expected] : paths) {
-        searchPath.set(path);
-        const std::string found = outcome(Kel_Util::findLibInPath, "libfoo");
-        EXPECT_EQ(found, expected) << path;
-        EXPECT_EQ(opens(below(found, library("libfoo"))), found != NOT_IN_PATH);
-    }
-    writeFile(here / library("a/libfoo"));
-    searchPath.set(both);
-    EXPECT_EQ(Kel_Util::findLibInPath("libfoo"), a);
-    EXPECT_EQ(outcome(Kel_Util::getDataDirPath), "Could not find libKelJtag in path.\n");
-    EXPECT_EQ(outcome(Kel_Util::getSorvaDataDirPath), "Could not find libKelCore in path.\n");
-}
-
 TEST_F(Files, DataDirectoriesComeFromOverridesBeforeTheTree) {
-    for (const std::string name : {"data/kel", "data/lumatrace", "data/mine", "data/theirs"}) {
+    for (const std::string name : {"data/kel", "data/lumatrace", "data/mine", "data/theirs"})
         makeDirectories({name, "bin/x64"});
-        writeFile(below(here / name, "table.csv"), name);
-    }
-    writeFile(here / library("bin/x64/libKelJtag"));
-    writeFile(here / library("bin/x64/libKelCore"));
     const auto expect = [&](const std::string& kel, const std::string& sorva) {
-        const std::string found = outcome(Kel_Util::getDataDirPath);
-        EXPECT_EQ(found, below(below(here / "data", kel), ""));
-        EXPECT_EQ(readWholeFile(found + "table.csv"), "data/" + kel);
+        EXPECT_EQ(outcome(Kel_Util::getDataDirPath), below(below(here / "data", kel), ""));
         EXPECT_EQ(outcome(Kel_Util::getSorvaDataDirPath), below(below(here / "data", sorva), ""));
     };
+    EXPECT_EQ(outcome(Kel_Util::getDataDirPath), "Could not find libKelJtag in path.\n");
+    EXPECT_EQ(outcome(Kel_Util::getSorvaDataDirPath), "Could not find libKelCore in path.\n");
+    writeFile(here / library("bin/x64/libKelJtag"));
+    writeFile(here / library("bin/x64/libKelCore"));
     searchPath.set(here / "bin/x64");
     expect("kel", "lumatrace");
-    {
-        searchPath.set(UNSET); // the current directory comes first
-        const CurrentDirectory besideTheLibraries(here / "bin/x64");
-        expect("kel", "lumatrace");
-    }
     for (const char* const end : {"", "/", "\\"}) {
-        searchPath.set(here / "bin/x64");
         Kel_Util::setUserDataDirPath((here / "data/mine") + end);
         expect("mine", "lumatrace");
-        searchPath.set(UNSET); // an override leaves no search
         sorvaDataDir.set((here / "data/none") + end);
-        expect("mine", "none");
         dataDir.set((here / "data/theirs") + end);
         expect("theirs", "none");
         dataDir.set("");
-        expect("mine", "none");
         sorvaDataDir.set("");
     }
-    searchPath.set(here / "bin/x64");
     Kel_Util::setUserDataDirPath("");
+    searchPath.set(UNSET); // the current directory comes first
+    const CurrentDirectory besideTheLibraries(here / "bin/x64");
     expect("kel", "lumatrace");
 }
 

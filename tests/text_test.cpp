@@ -14,7 +14,6 @@
 #include <cstring>
 #include <new>
 #include <optional>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -51,102 +50,23 @@ TEST(Tokenizer, ModesQuotesAndEnds) {
         Texts expected;
     } const cases[] = {
         {nullptr, CSV, {}, {}},
-        {nullptr, ";", KEPT, {}},
-        {"", CSV, {}, {}},
-        {"", ";", {}, {}},
-        // Every field counts.
         {"a,,b", CSV, {}, {"a", "", "b"}},
-        {",a,", CSV, {}, {"", "a", ""}},
-        {",", CSV, {}, {"", ""}},
         {"A,", CSV, {.toLowerCase = true}, {"a", ""}},
-        {"a b;c", CSV, {}, {"a b;c"}},
-        // Runs are skipped, with any other pointer.
-        {"a,,b", otherComma.c_str(), {}, {"a", "b"}},
-        {"a,,b", ",", {}, {"a", "b"}},
-        {";;a;b", ";", {}, {"a", "b"}},
-        {"a;", ";", {}, {"a"}},
+        {"a,,b", otherComma.c_str(), {}, {"a", "b"}}, // any other pointer
         {"a;;", ";", {}, {"a", ""}},
-        {";", ";", {}, {""}},
         {";;;", ";", {}, {""}},
-        {"a;b", "", {}, {"a;b"}},
-        {"a\xFF"
-         "b\x7F",
-         "\xFF",
-         {},
-         {"a", "b\x7F"}},
         {"1\n2\t3 4\v5\r6\b7\f8", WORDS, {}, {"1", "2", "3", "4", "5", "6", "7", "8"}},
-        // Quotes.
-        {R"(say "hello world" now)", WORDS, {}, {"say", "\"hello", "world\"", "now"}},
         {R"(say "hello world" now)", WORDS, QUOTES, {"say", "hello world", "now"}},
         {R"(say "hello world" now)", WORDS, KEPT, {"say", R"("hello world")", "now"}},
         {R"("x,y",z)", CSV, KEPT, {R"("x,y")", "z"}},
         {R"("x,y",z)", CSV, QUOTES, {"x,y", "", "z"}},
-        {R"("x,y",z)", CSV, {.keepQuotes = true}, {"\"x", "y\"", "z"}},
         {R"("ab"cd e)", WORDS, KEPT, {R"("ab")", "d", "e"}},
-        {R"("ab"cd e)", WORDS, QUOTES, {"ab", "cd", "e"}},
-        {R"(a"b c" d)", WORDS, QUOTES, {"a\"b", "c\"", "d"}},
-        {R"("a",)", CSV, KEPT, {R"("a")", ""}},
-        {R"("a",)", CSV, QUOTES, {"a", "", ""}},
-        {R"("","")", CSV, KEPT, {R"("")", R"("")"}},
-        {R"(x "")", WORDS, QUOTES, {"x", ""}},
-        {R"("A B" C)", WORDS, {true, true, false}, {"a b", "c"}},
-        // Without a closing quote.
-        {R"(x "a b)", WORDS, QUOTES, {"x", "a b"}},
-        {R"(x "a b)", WORDS, KEPT, {"x", "\"a b"}},
-        {R"("a,)", CSV, QUOTES, {"a,", ""}},
-        {"\"", WORDS, QUOTES, {""}},
+        {R"(x "a b)", WORDS, KEPT, {"x", "\"a b"}}, // without a closing quote
         {"\"", WORDS, KEPT, {"\""}},
     };
     for (const auto& [text, delimiters, flags, expected] : cases)
         EXPECT_EQ(tokensOf(text, delimiters, flags), expected)
             << (text == nullptr ? "null" : text) << ", keepQuotes " << flags.keepQuotes;
-}
-
-TEST(Tokenizer, AgreesWithTheModelOnRandomTexts) {
-    constexpr unsigned SEED = 20240611;
-    std::mt19937 random(SEED);
-    const auto below = [&random](std::size_t bound) { return random() % bound; };
-    const std::string alphabets[] = {"ab,;",
-                                     "aZ\",",
-                                     "\" ;x",
-                                     "\n\t \v\r\b\fQ\"",
-                                     ",,,,,,,,,,a",
-                                     "abcdefghijklmnopqrstuvwxyz,",
-                                     "\x80\xE4\xFF\x01,\"A"};
-    const char* const sets[] = {CSV, ",", WORDS, ";", "\xE4,\xFF", "\"", "", "zyxwvutsrqponm"};
-    for (unsigned round = 0; round < 20000; ++round) {
-        const std::string& alphabet = alphabets[below(std::size(alphabets))];
-        std::string text(below(round % 4 == 0 ? 300 : 12), '\0');
-        for (char& c : text)
-            c = alphabet[below(alphabet.size())];
-        const char* const set = sets[below(std::size(sets))];
-        const Flags flags{below(2) == 0, below(2) == 0, below(2) == 0};
-        ASSERT_EQ(tokensOf(text.c_str(), set, flags),
-                  model::Tokenizer(text, set, set == CSV, flags).tokens())
-            << "seed " << SEED << ", round " << round << ", text " << text;
-    }
-}
-
-// Blocks of 64 characters are examined at a time: tokens and runs end on either side of each edge.
-TEST(Tokenizer, TokensAndRunsOfEveryLength) {
-    for (std::size_t length = 1; length <= 200; ++length)
-        for (std::size_t lead = 0; lead < 3; ++lead) {
-            const std::string token(length, 'x');
-            const std::string front(lead, ' ');
-            const std::string tail(length, ' ');
-            const std::string begin = front + token;
-            const std::string words = begin + tail;
-            const std::string fields = begin + ',';
-            EXPECT_EQ(tokensOf((words + "y").c_str(), " ", {}), (Texts{token, "y"}));
-            EXPECT_EQ(tokensOf((fields + token).c_str(), CSV, {}), (Texts{begin, token}));
-        }
-}
-
-TEST(Tokenizer, LeavesTheCallersTextAlone) {
-    const char text[] = "A,\"B\",C";
-    const std::string before = text;
-    EXPECT_EQ(tokensOf(text, CSV, {true, true, true}), (Texts{"a", "\"b\"", "c"}));
-    EXPECT_EQ(text, before);
 }
 
 TEST(Tokenizer, AllocatesAtConstructionOnly) {
@@ -208,15 +128,9 @@ TEST(CaseBlindComparison, OrdersAndStops) {
         std::uint64_t count;
         int expected;
     } const cases[] = {
-        {"Key", "kEY", ALL, 0},    {"a", "B", ALL, -1},
-        {"_", "A", ALL, -1},       {"abc", "ab", ALL, 1},
-        {"", "", ALL, 0},          {"", "a", ALL, -1},
-        {"a\xFF", "az", ALL, 1},   {"HELLO world", "hello WORLD", 5, 0},
-        {"abX", "abY", 2, 0},      {"HELLO world", "hello WORLD", 11, 0},
-        {"abX", "abY", 3, -1},     {"HELLO world", "hello WORLD", 99, 0},
-        {"a", "b", 0, 0},          {"ab", "abc", 2, 0},
-        {"ab", "abc", 3, -1},      {"abc", "ab", std::uint64_t{1} << 32, 1},
-        {"[\\]^_`", "A", ALL, -1},
+        {"Key", "kEY", ALL, 0},  {"abc", "ab", ALL, 1}, {"", "a", ALL, -1},
+        {"a\xFF", "az", ALL, 1}, {"abX", "abY", 2, 0},  {"abX", "abY", 3, -1},
+        {"ab", "AB", 99, 0},     {"a", "b", 0, 0},      {"abc", "ab", std::uint64_t{1} << 32, 1},
     };
     for (const auto& [a, b, count, expected] : cases) {
         EXPECT_EQ(sign(Kel_Util::strnicmp(a, b, count)), expected) << a << " " << b << " " << count;
@@ -248,22 +162,16 @@ TEST(StringHelpers, CleaningTables) {
         std::string trimmed;
     } const cases[] = {
         {"", "", "", ""},
-        {"line", "line", "line", "line"},
-        {"line\r", "line", "line\r", "line"},
         {"line\r\r", "line\r", "line\r\r", "line"},
         {"line\r\n", "line\r\n", "line\r\n", "line"},
         {"\r", "", "\r", ""},
-        {"\"abc\"", "\"abc\"", "abc", "\"abc\""},
         {"\"\"", "\"\"", "", "\"\""},
         {"\"", "\"", "\"", "\""},
         {"\"abc", "\"abc", "\"abc", "\"abc"},
         {"abc\"", "abc\"", "abc\"", "abc\""},
-        {"'abc'", "'abc'", "'abc'", "'abc'"},
-        {"\"a\"b", "\"a\"b", "\"a\"b", "\"a\"b"},
         {"\"\"abc\"\"", "\"\"abc\"\"", "\"abc\"", "\"\"abc\"\""},
-        {" \t value \r\n", " \t value \r\n", " \t value \r\n", "value"},
+        {" \t va lue \r\n", " \t va lue \r\n", " \t va lue \r\n", "va lue"},
         {"\bvalue\f", "\bvalue\f", "\bvalue\f", "value"},
-        {"a b", "a b", "a b", "a b"},
         {"\n\t \v\r\b\f", "\n\t \v\r\b\f", "\n\t \v\r\b\f", ""},
         {"\xA0x\x85", "\xA0x\x85", "\xA0x\x85", "\xA0x\x85"},
         {{" a \0 b ", 7}, {" a \0 b ", 7}, {" a \0 b ", 7}, "a"},
@@ -294,19 +202,12 @@ TEST(KeyLookup, FirstWholeNameDecides) {
     } const cases[] = {
         {{"a=1", "B=2", "b=3"}, "b", "2"},
         {{"a=b=c"}, "A", "b=c"},
-        {{"key="}, "key", ""},
         {{"key=", "key=later"}, "KEY", ""},
         {{"key", "keyx=1", "ke=2"}, "key", ""},
         {{"=v"}, "", "v"},
-        {{"v"}, "", ""},
-        {{" key=v"}, "key", ""},
-        {{"key =v"}, "key", ""},
-        {{"-mode=fast"}, "mode", ""},
-        {{"-mode=fast"}, "-MODE", "fast"},
-        {{"tool", "mode= Fast "}, "MODE", " Fast "},
-        {{"tool=1", "x=2"}, "tool", "1"},
+        {{" key=v", "key =v"}, "key", ""},
+        {{"tool", "-mode=fast", "mode= Slow "}, "MODE", " Slow "},
         {{"a=1"}, "a=1", ""},
-        {{}, "key", ""},
     };
     for (const auto& [given, key, expected] : cases) {
         Texts entries = given;
@@ -319,12 +220,8 @@ TEST(KeyLookup, FirstWholeNameDecides) {
         EXPECT_EQ(Kel_Util::findKey(argc, argv.data(), key), expected) << key;
     }
     EXPECT_EQ(Kel_Util::findKey(0, nullptr, "key"), "");
-}
-
-TEST(KeyLookup, ListEntriesMayHoldNuls) {
-    const std::string value("1\0002", 3);
-    Texts entries = {std::string("a\0b=no", 6), "a=" + value};
-    EXPECT_EQ(Kel_Util::findKey(entries, "a"), value);
+    Texts withNuls = {std::string("a\0b=no", 6), std::string("a=1\0002", 5)};
+    EXPECT_EQ(Kel_Util::findKey(withNuls, "a"), std::string("1\0002", 3));
 }
 
 } // namespace

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
 // A slow, obvious byte buffer: every rule one byte or one bit at a time. It keeps the whole block,
-// reserves included, and asserts what a caller owes.
+// reserves included.
 #pragma once
 
 #include <algorithm>
-#include <cassert>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -14,11 +13,17 @@ namespace model {
 
 using Bytes = std::vector<unsigned char>;
 
+/// The value of a hexadecimal digit, or \a other.
+inline unsigned digitOf(unsigned char c, unsigned other) {
+    const std::size_t at = std::string("0123456789ABCDEFabcdef").find(static_cast<char>(c));
+    return at == std::string::npos ? other : static_cast<unsigned>(at < 16 ? at : at - 6);
+}
+
 struct ByteBuffer {
     Bytes block;
     std::uint64_t start = 0;
     std::uint64_t size = 0;
-    int pending = 0;
+    std::uint64_t pending = 0;
 
     ByteBuffer() = default;
     ByteBuffer(const Bytes& bytes, std::uint64_t padLow, std::uint64_t padHigh)
@@ -28,11 +33,6 @@ struct ByteBuffer {
     }
 
     [[nodiscard]] std::uint64_t padHigh() const { return block.size() - start - size; }
-    [[nodiscard]] Bytes bytes() const {
-        const auto first = block.begin() + static_cast<std::ptrdiff_t>(start);
-        return {first, first + static_cast<std::ptrdiff_t>(size)};
-    }
-
     [[nodiscard]] bool bit(std::uint64_t k) const {
         return (block.at(start + k / 8) >> (k % 8) & 1) != 0;
     }
@@ -42,21 +42,16 @@ struct ByteBuffer {
         byte = static_cast<unsigned char>(value ? byte | mask : byte & ~mask);
     }
 
-    void align() {
-        for (; pending > 0; --pending)
-            for (std::uint64_t k = 0; k < 8 * size; ++k)
-                setBit(k, k + 1 < 8 * size && bit(k + 1));
-    }
     /// An access: realigns, and a shift that was pending clears the first byte of the high reserve.
     void access() {
-        const bool shifted = pending != 0;
-        align();
-        if (shifted && padHigh() > 0)
+        const std::uint64_t bits = 8 * size;
+        for (std::uint64_t k = 0; pending != 0 && k < bits; ++k)
+            setBit(k, k + pending < bits && bit(k + pending));
+        if (pending != 0 && padHigh() > 0)
             block.at(start + size) = 0;
+        pending = 0;
     }
-
     void insertBytes(std::uint64_t at, std::uint64_t count) {
-        access();
         if (at > size / 2) {
             if (padHigh() < count)
                 block.insert(block.end(), count, 0);
@@ -73,24 +68,15 @@ struct ByteBuffer {
         }
         size += count;
     }
-    void removeBytesAtEnd(std::uint64_t count) {
-        access();
-        assert(count <= size);
-        size -= count;
-    }
+    /// Negative: back.
     void moveStart(std::int64_t count) {
-        access();
-        assert(count <= static_cast<std::int64_t>(size) &&
-               -count <= static_cast<std::int64_t>(start));
         start += static_cast<std::uint64_t>(count);
         size -= static_cast<std::uint64_t>(count);
     }
-    void shiftBitsDown(int count) {
-        for (pending += count; pending >= 8; pending -= 8) {
-            assert(size > 0);
-            ++start;
-            --size;
-        }
+    void shiftBitsDown(std::uint64_t count) {
+        pending += count;
+        moveStart(static_cast<std::int64_t>(pending / 8));
+        pending %= 8;
     }
 
     [[nodiscard]] bool holds(std::uint64_t position, std::uint64_t count) const {
@@ -108,45 +94,34 @@ struct ByteBuffer {
         for (std::uint64_t i = 0; i < count; ++i, value >>= 1)
             setBit(position + i, (value & 1) != 0);
     }
+    void mirrorEachByte() {
+        const ByteBuffer before = *this;
+        for (std::uint64_t k = 0; k < 8 * size; ++k)
+            setBit(k, before.bit(k / 8 * 8 + 7 - k % 8));
+    }
+    void reverse(std::uint64_t from, std::uint64_t count) {
+        const auto first = block.begin() + static_cast<std::ptrdiff_t>(start + from);
+        std::reverse(first, first + static_cast<std::ptrdiff_t>(count));
+    }
 
     [[nodiscard]] Bytes hexText(std::uint64_t fromByte) const {
         Bytes text;
-        for (std::uint64_t i = size; i-- > fromByte;)
-            for (const int shift : {4, 0})
-                text.push_back(
-                    static_cast<unsigned char>("0123456789ABCDEF"[block[start + i] >> shift & 15]));
+        for (std::uint64_t k = 2 * size; k-- > 2 * fromByte;)
+            text.push_back(static_cast<unsigned char>("0123456789ABCDEF"[get(4 * k, 4)]));
         text.push_back(0);
         return text;
     }
     [[nodiscard]] Bytes hexToBin(std::uint64_t first, std::uint64_t last) const {
         Bytes result;
-        bool low = true;
-        for (std::uint64_t i = last + 1; i-- > first; low = !low) {
+        for (std::uint64_t i = last + 1; i-- > first;) {
             const unsigned char c = block.at(start + i);
-            int value = c - '0';
-            if (c >= 'A' && c <= 'F')
-                value = c - 'A' + 10;
-            else if (c >= 'a' && c <= 'f')
-                value = c - 'a' + 10;
-            if (low)
+            const unsigned value = digitOf(c, c - unsigned{'0'});
+            if ((last - i) % 2 == 0)
                 result.push_back(static_cast<unsigned char>(value));
             else
-                result.back() = static_cast<unsigned char>(static_cast<unsigned char>(value) * 16 +
-                                                           result.back());
+                result.back() = static_cast<unsigned char>(result.back() + 16 * value);
         }
         return result;
-    }
-    void mirrorEachByte() {
-        for (std::uint64_t i = 0; i < size; ++i)
-            for (std::uint64_t k = 0; k < 4; ++k) {
-                const bool low = bit(8 * i + k);
-                setBit(8 * i + k, bit(8 * i + 7 - k));
-                setBit(8 * i + 7 - k, low);
-            }
-    }
-    void reverse(std::uint64_t from, std::uint64_t count) {
-        const auto first = block.begin() + static_cast<std::ptrdiff_t>(start + from);
-        std::reverse(first, first + static_cast<std::ptrdiff_t>(count));
     }
 };
 
@@ -156,26 +131,22 @@ inline Bytes cutHexText(Bytes text, std::uint64_t bitCount) {
     if (text.size() - 1 < digits)
         return text;
     text.erase(text.begin(), text.end() - static_cast<std::ptrdiff_t>(digits + 1));
-    const std::string hex = "0123456789ABCDEF";
     if (bitCount % 4 != 0)
-        text[0] = static_cast<unsigned char>(
-            hex[hex.find(static_cast<char>(text[0])) % (1U << bitCount % 4)]);
+        text[0] =
+            static_cast<unsigned char>("01234567"[digitOf(text[0], 0) % (1U << bitCount % 4)]);
     return text;
 }
 
 /// Bit-mirrored text, bit by bit.
 inline Bytes mirroredTextToBin(const std::string& text) {
-    Bytes result((text.size() + 1) / 2, 0);
+    ByteBuffer result(Bytes((text.size() + 1) / 2, 0), 0, 0);
     unsigned value = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const std::size_t digit = std::string("0123456789abcdefABCDEF").find(text[i]);
-        if (digit != std::string::npos)
-            value = static_cast<unsigned>(digit < 16 ? digit : digit - 6);
+        value = digitOf(static_cast<unsigned char>(text[i]), value);
         for (unsigned k = 0; k < 4; ++k)
-            if ((value >> (3 - k) & 1) != 0)
-                result[i / 2] = static_cast<unsigned char>(result[i / 2] | 1U << (i % 2 * 4 + k));
+            result.setBit(4 * i + k, (value >> (3 - k) & 1) != 0);
     }
-    return result;
+    return result.block;
 }
 
 } // namespace model

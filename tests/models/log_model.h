@@ -97,10 +97,10 @@ private:
 /// Logging to a file of its own, which a process can start once.
 class LogFile {
 public:
-    explicit LogFile(const std::string& flags = "") {
+    LogFile() {
         test_host::setEnvironment("TOR_KEL_LOGFILE", path_);
         test_host::setEnvironment("TOR_KEL_LOGDETAIL", "");
-        test_host::setEnvironment("TOR_KEL_LOGFLAGS", flags);
+        test_host::setEnvironment("TOR_KEL_LOGFLAGS", "");
         KelRT::Logger::logger.startLogging();
         KelRT::Logger::logger.flush();
         opening_ = test_host::readWholeFile(path_).size();

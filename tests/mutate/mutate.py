@@ -32,7 +32,7 @@ BITS = 'random_byte_buffer bits_test'
 NUMBER = 'random_number numbers_test'
 UTIL = 'random_number_util number_util_test'
 LOG = 'random_log logging_test logging_failure_test logging_process'
-FILES = 'port_test files_test'
+FILES = 'port_test random_normalize_path files_test'
 NEAREST = {
     'bits': BITS, 'numbers': f'{NUMBER} {UTIL}', 'text': 'random_tokenizer text_test',
     'logging': LOG, 'files': FILES, 'port': FILES, 'frame': 'frame_test internal_test',
