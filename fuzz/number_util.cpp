@@ -10,6 +10,7 @@
 
 #include <cinttypes>
 #include <cstring>
+#include <mutex>
 
 using Util = KelRT::Kel_NumberUtil;
 using fuzz::require;
@@ -17,7 +18,7 @@ using Bytes = std::vector<unsigned char>;
 
 namespace {
 
-const std::string ALPHABETS[] = {"01", "0123456789abcdefABCDEF", "0123456789 -+",
+const std::string ALPHABETS[] = {"01", "0123456789abcdefABCDEF", "0123456789 -+\t\n\v\f\r",
                                  "01aAfFgG /:@`\x80\xFF"};
 
 template <typename... Arguments>
@@ -47,6 +48,8 @@ void readFields(fuzz::Input& input) {
 
     if (input.below(32) != 0)
         return;
+    static std::mutex oneAtATime;
+    const std::lock_guard<std::mutex> lock(oneAtATime);
     static fuzz::CapturedOutput output;
     require(Util::getLongLongBitsDebug(data.data(), high, low) == down, "getLongLongBitsDebug");
     std::string rows;
@@ -100,7 +103,7 @@ void convertText(std::string text, std::uint32_t bitCount) {
     convertBits(text);
 }
 
-void printIntegers(std::uint64_t value, std::uint32_t bitCount) {
+void printNumbers(std::uint64_t value, std::uint32_t bitCount, std::uint64_t pattern) {
     std::string out;
     const auto low = static_cast<std::uint32_t>(value);
     require(Util::uLL2DecStr(value, out) == printed("%" PRId64, static_cast<std::int64_t>(value)),
@@ -117,7 +120,7 @@ void printIntegers(std::uint64_t value, std::uint32_t bitCount) {
             "uInt2BinStr");
     require(Util::bin2Hex(low % 16) == "0123456789ABCDEF"[low % 16], "bin2Hex");
     double number = 0;
-    std::memcpy(&number, &value, sizeof number);
+    std::memcpy(&number, &pattern, sizeof number);
     require(Util::double2Str(number, out) == printed("%f", number), "double2Str");
 }
 
@@ -130,7 +133,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         value *= 10;
     value -= input.below(2);
     const auto bitCount = static_cast<std::uint32_t>(input.below(600));
-    printIntegers(value, bitCount);
+    printNumbers(value, bitCount, input.value());
     if (input.below(2) == 0)
         readFields(input);
     else

@@ -1,32 +1,40 @@
 // SPDX-License-Identifier: MIT
 //
-// A target as a test: a fixed number of random inputs, the same in every run. The argument is the
-// number; a second one runs that input alone.
+// A target as a test: a fixed number of random inputs, the same in every run, shared out among
+// threads. The arguments are the number of inputs and of threads, and the first input.
 #include "input.h"
 
 #include <csignal>
-#include <cstring>
 #include <random>
+#include <thread>
 #include <vector>
 
 namespace {
 
-unsigned long input = 0;
+thread_local unsigned long input = 0; // its number is its seed
 
-void runInput() {
-    std::mt19937_64 random(input); // the seed
-    std::vector<std::uint8_t> bytes(random() % (std::size_t{8} << random() % 10));
-    for (auto& byte : bytes)
-        byte = static_cast<std::uint8_t>(random());
-    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+void runInputs(unsigned long first, unsigned long count, unsigned long step) {
+    for (input = first; input < count; input += step) {
+        std::mt19937_64 random(input);
+        std::vector<std::uint8_t> bytes(random() % (std::size_t{8} << random() % 10));
+        for (auto& byte : bytes)
+            byte = static_cast<std::uint8_t>(random());
+        LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    }
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     std::signal(SIGABRT, [](int) { std::fprintf(stderr, "by input %lu\n", input); });
-    const unsigned long count = std::strtoul(argv[1], nullptr, 10);
-    for (input = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 0; input < count; ++input)
-        runInput();
+    unsigned long numbers[] = {1, 1, 0};
+    for (int i = 1; i < argc && i <= 3; ++i)
+        numbers[i - 1] = std::strtoul(argv[i], nullptr, 10);
+    const auto& [count, threadCount, first] = numbers;
+    std::vector<std::thread> threads;
+    for (unsigned long i = 0; i < threadCount; ++i)
+        threads.emplace_back(runInputs, first + i, count, threadCount);
+    for (auto& thread : threads)
+        thread.join();
     return 0;
 }

@@ -25,6 +25,7 @@
 #include <vector>
 
 using namespace KelRT;
+using Util = Kel_NumberUtil;
 using test::FailingNew;
 using test::Refusal;
 
@@ -52,10 +53,7 @@ void forEveryAllocation(const std::string& name, long atLeast, Attempt attempt) 
 }
 
 template <typename State>
-struct Operation {
-    const char* name;
-    std::function<void(State&)> run;
-};
+using Operation = std::pair<const char*, std::function<void(State&)>>;
 
 /// \a kept tells what of a state an operation that throws may not change.
 template <typename State>
@@ -152,16 +150,13 @@ TEST_F(ExhaustedMemory, ConvertersLeaveTheOutputEmptyOrWhole) {
     exhaust<std::string>(
         state, [](std::string& out) { return out; },
         {
-            {"binStr2HexStr", [&](auto& out) { Kel_NumberUtil::binStr2HexStr(bits.c_str(), out); }},
-            {"hexStr2BinStr",
-             [&](auto& out) { Kel_NumberUtil::hexStr2BinStr(bits.c_str(), 300, out); }},
-            {"bin2ReverseBinStr",
-             [&](auto& out) { Kel_NumberUtil::bin2ReverseBinStr(array, 800, out); }},
-            {"uInt2BinStr", [](auto& out) { Kel_NumberUtil::uInt2BinStr(5, 32, out); }},
-            {"uInt2HexStr", [](auto& out) { Kel_NumberUtil::uInt2HexStr(5, 400, out); }},
-            {"uLL2DecStr", [](auto& out) { Kel_NumberUtil::uLL2DecStr(0x7FFFFFFFFFFFFFFF, out); }},
-            {"uLL2HexStr", [](auto& out) { Kel_NumberUtil::uLL2HexStr(~0ULL, out); }},
-            {"double2Str", [](auto& out) { Kel_NumberUtil::double2Str(1e300, out); }},
+            {"binStr2HexStr", [&](auto& out) { Util::binStr2HexStr(bits.c_str(), out); }},
+            {"hexStr2BinStr", [&](auto& out) { Util::hexStr2BinStr(bits.c_str(), 300, out); }},
+            {"bin2ReverseBinStr", [&](auto& out) { Util::bin2ReverseBinStr(array, 800, out); }},
+            {"uInt2BinStr", [](auto& out) { Util::uInt2BinStr(5, 32, out); }},
+            {"uInt2HexStr", [](auto& out) { Util::uInt2HexStr(5, 400, out); }},
+            {"uLL2DecStr", [](auto& out) { Util::uLL2DecStr(0x7FFFFFFFFFFFFFFF, out); }},
+            {"double2Str", [](auto& out) { Util::double2Str(1e300, out); }},
         });
 }
 

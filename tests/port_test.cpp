@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -38,36 +37,22 @@ protected:
     }
     ~OnWindows() override { host = {}; }
 
-    const std::string trace = "C:\\Users\\user\\.kel\\trace";
     test_host::Variable home{"USERPROFILE", "C:\\Users\\user"};
     test_host::Variable searchPath{"PATH", "C:\\a;;C:\\b"};
     test_host::Variable dataDir{"TOR_KEL_DATADIR"};
-    test_host::Variable sorvaDataDir{"TOR_KEL_SORVADATADIR"};
 };
 
-TEST_F(OnWindows, TemporaryFileTakesTheFirstFreeNameInTheUserDirectory) {
-    const std::string directory = "C:\\Users\\user\\.kel";
-    host.mkdirWorks = false;
-    for (const auto& function : {std::function([] { return files::createUserDirectory(WINDOWS); }),
-                                 std::function([] { return files::createTempFile(WINDOWS, "t"); })})
-        EXPECT_EQ(outcome(function),
-                  "Cannot create " + directory + " directory, check the USERPROFILE variable.\n");
-    host.mkdirWorks = true;
-    host.existing = {trace + "0"};
-    host.calls.clear();
-    EXPECT_EQ(files::createTempFile(WINDOWS, "trace"), trace + "1");
-    EXPECT_EQ(host.calls, (Texts{"exist " + directory, "mkdir " + directory, "exist " + trace + "0",
-                                 "exist " + trace + "1", "create " + trace + "1"}));
-    EXPECT_EQ(files::createTempFile(WINDOWS, "sub\\a.log"), directory + "\\sub\\a.log0");
-}
-
 TEST_F(OnWindows, All32002NamesAreTriedInOrder) {
+    host.mkdirWorks = false;
+    EXPECT_EQ(outcome(files::createTempFile, WINDOWS, "trace"),
+              "Cannot create C:\\Users\\user\\.kel directory, check the USERPROFILE variable.\n");
     host.everythingExists = true;
+    host.calls.clear();
     EXPECT_EQ(outcome(files::createTempFile, WINDOWS, "trace"),
               "Too many temporary files exist in the .kel directory with the name trace\n");
     Texts expected{"exist C:\\Users\\user\\.kel"};
     for (int number = 0; number <= 32001; ++number)
-        expected.push_back("exist " + trace + std::to_string(number));
+        expected.push_back("exist C:\\Users\\user\\.kel\\trace" + std::to_string(number));
     EXPECT_EQ(host.calls, expected); // and none is created
 }
 
@@ -89,29 +74,10 @@ TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
     }
     EXPECT_EQ(host.calls,
               (Texts{"readable .\\foo.dll", "readable C:/a/\\foo.dll", "readable \\foo.dll"}));
-}
-
-TEST_F(OnWindows, DataDirectoriesComeFromOverridesOrTheTree) {
-    const char* const cases[][4] = {
-        // TOR_KEL_DATADIR, what the caller set, the library that can be opened, the result
-        {"D:\\data", "", "", "D:\\data\\"},
-        {"D:/data/", "E:\\e", "", "D:\\data\\"},
-        {"", "E:\\e", "", "E:\\e\\"},
-        {"", "../e/", "", "C:\\e\\"},
-        {"", "", ".\\libKelJtag.dll",
-         "C:\\data\\kel\\"}, // from .\..\..\data\kel, folded at the root
-        {"", "", "C:\\tool\\bin\\x64\\libKelJtag.dll", "C:\\tool\\data\\kel\\"},
-    };
     searchPath.set("C:\\a;C:\\tool\\bin\\x64");
-    for (const auto& [variable, caller, library, expected] : cases) {
-        dataDir.set(variable);
-        host.readable = {library};
-        EXPECT_EQ(outcome(files::dataDirectory, WINDOWS, caller), expected) << library;
-    }
-    host.readable = {"C:\\tool\\bin\\x64\\libKelCore.dll"};
-    EXPECT_EQ(files::sorvaDataDirectory(WINDOWS), "C:\\tool\\data\\lumatrace\\");
-    sorvaDataDir.set("\\\\srv\\share\\data/");
-    EXPECT_EQ(files::sorvaDataDirectory(WINDOWS), "\\\\srv\\share\\data\\");
+    host.readable = {"C:\\tool\\bin\\x64\\libKelJtag.dll"};
+    EXPECT_EQ(files::dataDirectory(WINDOWS, ""), "C:\\tool\\data\\kel\\");
+    EXPECT_EQ(files::dataDirectory(WINDOWS, "../e/"), "C:\\e\\");
 }
 
 TEST_F(OnWindows, NormalizedPathsKeepOrLackTheirLastSeparator) {

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -14,12 +13,8 @@ namespace model {
 
 class Number {
 public:
-    explicit Number(std::uint64_t bitCount) : bitCount_(bitCount), words_((bitCount + 15) / 16) {
-        if (bitCount == 0)
-            throw std::invalid_argument("the model has no number of no bits");
-    }
+    explicit Number(std::uint64_t bitCount) : bitCount_(bitCount), words_((bitCount + 15) / 16) {}
 
-    std::vector<std::uint16_t>& words() { return words_; }
     bool isNegative() const { return (words_.back() >> (bitCount_ - 1) % 16 & 1) != 0; }
     bool isZero() const { return words_ == std::vector<std::uint16_t>(words_.size()); }
 
