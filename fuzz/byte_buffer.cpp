@@ -5,10 +5,10 @@
 
 #include "input.h"
 #include "models/byte_buffer_model.h"
+#include "outcome.h"
 
 #include <algorithm>
 #include <memory>
-#include <stdexcept>
 #include <utility>
 
 using fuzz::require;
@@ -18,15 +18,6 @@ using model::Bytes;
 namespace {
 
 constexpr const char* DIGITS = "0123456789ABCDEFabcdef";
-
-std::string refusal(const auto& action) {
-    try {
-        action();
-    } catch (const std::logic_error& error) {
-        return error.what();
-    }
-    return "";
-}
 
 class Program {
 public:
@@ -90,8 +81,11 @@ private:
         if (input.below(2) == 0) {
             std::uint64_t all = 0;
             std::uint32_t low = 0;
-            const std::string said = refusal([&] { all = buffer.getBitsLL(position, count); });
-            require(said == refusal([&] { low = buffer.getBits(position, count); }), "getBits");
+            const std::string said = test::outcome([&] {
+                all = buffer.getBitsLL(position, count);
+                low = buffer.getBits(position, count);
+                return "";
+            });
             require(said == (holds ? "" : BAD_GET), "a refused read");
             require(all == (holds ? expected.get(position, count) : 0), "getBitsLL");
             require(low == static_cast<std::uint32_t>(all), "the low 32 bits");
@@ -99,11 +93,12 @@ private:
         }
         const bool narrow = input.below(2) == 0;
         const std::uint64_t value = input.value(narrow ? 4 : 8);
-        const std::string said = refusal([&] {
+        const std::string said = test::outcome([&] {
             if (narrow)
                 buffer.setBits(position, count, static_cast<std::uint32_t>(value));
             else
                 buffer.setBitsLL(position, count, value);
+            return "";
         });
         require(said == (holds ? "" : BAD_SET), "a refused write");
         if (holds)

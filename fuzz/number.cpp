@@ -32,7 +32,11 @@ void expectSame(const Kel_Number& number, const model::Number& expected) {
 
 void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
     const std::string pattern = number.toString('x');
-    Kel_Number again(width);
+    Kel_Number again(1 + width % 100);
+    require(again.set('x', "-1"), "digits of another width");
+    again = number;
+    again = *&again;
+    require(again.toString('x') == pattern, "assignment");
     for (const char* radix = RADICES; *radix != 0; ++radix) {
         require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
         require(again.toString('x') == pattern, "what is printed reads as the number");

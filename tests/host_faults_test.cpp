@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
 // A POSIX host that fails or exaggerates: the program goes on, and the stated exception or nothing
-// is what it gets. A full disk is in logging_failure_test.cpp, a closed standard output in
-// logging_process.cmake, a lost current directory and a .kel that is a file in files_test.cpp.
+// is what it gets. A closed standard output is in logging_process.cmake, a lost current directory
+// and a .kel that is a file in files_test.cpp.
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
 
+#include "failing_new.h"
 #include "outcome.h"
 #include "test_host.h"
 
@@ -14,7 +15,6 @@
 #include <array>
 #include <csignal>
 #include <string>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -28,10 +28,10 @@ namespace {
 Logger& logger = Logger::logger;
 
 void logALot() {
-    const std::vector<unsigned char> bytes(3000, 0x5A);
+    static const unsigned char bytes[3000] = {};
     for (int i = 0; i < 20; ++i) {
-        logger.printLog(1, "record %d\n", i);
-        logger.dumpBuffer(1, "dump", bytes.data(), 24000);
+        logger.printLog(1, "record %3000d\n", i);
+        logger.dumpBuffer(1, "dump", bytes, 24000);
         logger.flush();
     }
 }
@@ -40,6 +40,19 @@ void startLogging(const std::string& file) {
     test_host::setEnvironment("TOR_KEL_LOGFILE", file);
     test_host::setEnvironment("TOR_KEL_LOGDETAIL", "4");
     logger.startLogging();
+}
+
+TEST(HostFaults, FullDiskIsSurvivedWithoutMemory) {
+    startLogging("/dev/full");
+    ASSERT_TRUE(logger.shouldPrintLog(4));
+    {
+        const test::FailingNew noMemory;
+        logALot();
+        EXPECT_TRUE(logger.shouldPrintLog(4));
+        logger.endLogging();
+    }
+    EXPECT_FALSE(test::FailingNew::refused());
+    EXPECT_FALSE(logger.shouldPrintLog(0));
 }
 
 TEST(HostFaults, PipeWhoseReaderIsGone) {

@@ -4,17 +4,21 @@
 #include "KelRT/Kel_Exception.h"
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 
 namespace test {
 
-/// The text that a function returns, or the message of the Kel_Exception that it throws.
+/// The text that a function returns, or the message of the exception that it throws: a
+/// Kel_Exception or a std::logic_error.
 template <typename Function, typename... Arguments>
 std::string outcome(Function function, const Arguments&... arguments) {
     try {
         return std::invoke(function, arguments...);
     } catch (const KelRT::Kel_Exception& exception) {
         return exception.what();
+    } catch (const std::logic_error& error) {
+        return error.what();
     }
 }
 

@@ -115,30 +115,20 @@ private:
     std::filesystem::path before_;
 };
 
-/// An environment variable set, or unset without a value, for a scope. On Windows the empty value
-/// unsets, too.
-class Variable {
-public:
-    explicit Variable(const char* name, const std::optional<std::string>& value = {})
-        : name_(name) {
-        if (const char* const before = std::getenv(name))
-            before_ = before;
+/// An environment variable, set or (without a value) unset. On Windows the empty value unsets, too.
+struct Variable {
+    const char* name;
+
+    explicit Variable(const char* variable, const std::optional<std::string>& value = {})
+        : name(variable) {
         set(value);
     }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-    ~Variable() { set(before_); }
-
     void set(const std::optional<std::string>& value) const {
         if (value)
-            setEnvironment(name_, *value);
+            setEnvironment(name, *value);
         else
-            unsetEnvironment(name_);
+            unsetEnvironment(name);
     }
-
-private:
-    const char* name_;
-    std::optional<std::string> before_;
 };
 
 } // namespace test_host

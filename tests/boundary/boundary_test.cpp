@@ -13,17 +13,14 @@ namespace {
 const Client& first = *firstClient();
 const Client& second = *secondClient();
 
-TEST(Boundary, CommaSeparatedModeIsOnePointerForAll) {
+TEST(Boundary, LoggerAndCommaSeparatedModeAreOneForAll) {
+    EXPECT_EQ(first.logger(), &Logger::logger);
+    EXPECT_EQ(second.logger(), &Logger::logger);
     EXPECT_EQ(first.csvDelimiters(), Kel_StrTok::CSV_DELIM);
     EXPECT_EQ(second.csvDelimiters(), Kel_StrTok::CSV_DELIM);
     EXPECT_EQ(first.countTokens(",a,,b,", second.csvDelimiters()), 5);
     EXPECT_EQ(second.countTokens(",a,,b,", first.csvDelimiters()), 5);
     EXPECT_EQ(second.countTokens(",a,,b,", ","), 2);
-}
-
-TEST(Boundary, LoggerIsOneForAll) {
-    EXPECT_EQ(first.logger(), &Logger::logger);
-    EXPECT_EQ(second.logger(), &Logger::logger);
 }
 
 TEST(Boundary, ExceptionIsCaughtByItsTypeOnEverySide) {

@@ -31,7 +31,7 @@ EQUIVALENT = pathlib.Path(__file__).with_name('equivalent.txt')
 BITS = 'random_byte_buffer bits_test'
 NUMBER = 'random_number numbers_test'
 UTIL = 'random_number_util number_util_test'
-LOG = 'random_log logging_test logging_failure_test logging_process'
+LOG = 'random_log logging_test logging_process memory_test'
 FILES = 'port_test random_normalize_path files_test'
 NEAREST = {
     'bits': BITS, 'numbers': f'{NUMBER} {UTIL}', 'text': 'random_tokenizer text_test',
