@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "common/digits.h"
+#include "common/vectors.h"
+#include "dice.h"
 #include "frame/version_texts.h"
 #include "numbers/number_format.h"
 
@@ -49,6 +51,22 @@ TEST(Digits, EightAtATimeAreToldFromEverythingElse) {
                     const bool isDigit = digits.find(static_cast<char>(code)) != std::string::npos;
                     ASSERT_EQ(are(word), isDigit) << digits << ' ' << code << " at " << place;
                 }
+}
+
+// Of these, too, a text shows only how fast they are: what is taken for no digit is read again.
+TEST(Vectors, SixteenDigitsAreOneNumber) {
+    using namespace KelRT::common;
+    SCOPED_TRACE(test::SEED);
+    for (int round = 0; round < 1000; ++round) {
+        const std::uint64_t number = test::randomValue();
+        unsigned char text[VECTOR_BYTES];
+        for (unsigned i = 0; i < VECTOR_BYTES; ++i)
+            text[i] =
+                static_cast<unsigned char>("0123456789abcdefABCDEF"[(number >> (60 - 4 * i)) % 16]);
+        Vector valid = ~Vector{};
+        EXPECT_EQ(numberOfDigits(hexDigitValues(loadVector(text), valid)), number);
+        EXPECT_TRUE(allSet(valid));
+    }
 }
 
 } // namespace
