@@ -90,6 +90,7 @@ TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {
     for (const std::uint64_t at : {0U, 4U})
         for (const std::uint64_t count : {HUGE_COUNT, HUGE_COUNT - 5, HUGE_COUNT / 2})
             EXPECT_THROW(buffer.insertBytes(at, count), std::bad_alloc);
+    EXPECT_THROW(buffer.hex2Bin(0, HUGE_COUNT, buffer), std::bad_alloc);
     EXPECT_EQ(bytesOf(buffer), Bytes({1, 2, 3, 4}));
     buffer.init(2, 0, 0);
     EXPECT_EQ(bytesOf(buffer), Bytes({0, 0}));

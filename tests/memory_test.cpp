@@ -17,7 +17,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <filesystem>
 #include <functional>
 #include <iterator>
@@ -70,14 +69,16 @@ void forEveryAllocation(const std::string& name,
 
 using Own = std::unique_ptr<Kel_ByteBuffer>;
 
-const std::string WORD(60, 'w');
-const std::string TEXT = std::string(60, ' ') + WORD + std::string(60, ' ');
-const std::string ONES(800, '1');
-const Kel_Exception LONGER(TEXT);
-const unsigned char BYTES[100] = {};
+constexpr unsigned char BYTES[100] = {};
 
 /// What the operations work on, below a directory with a library in "a long name of one".
 struct State {
+    std::string word = std::string(60, 'w');
+    std::string setting = "w=" + word;
+    char* settings[1] = {setting.data()};
+    std::string padded = std::string(60, ' ') + word + std::string(60, ' ');
+    std::string ones = std::string(800, '1');
+    Kel_Exception longer{padded};
     Kel_ByteBuffer text{reinterpret_cast<const unsigned char*>("A54321"), 7, 1, 1};
     Kel_ByteBuffer target{BYTES, 4, 0, 0};
     Kel_Number narrow{40};
@@ -88,7 +89,7 @@ struct State {
 
     State() {
         narrow.set('d', "-12345");
-        wide.set('X', ONES.substr(100));
+        wide.set('X', ones.substr(100));
     }
     /// What an operation that throws may not change.
     std::string kept() {
@@ -100,7 +101,7 @@ struct State {
     }
 };
 
-const struct {
+constexpr struct {
     const char* name;
     void (*run)(State& s);
 } OPERATIONS[] = {
@@ -123,14 +124,14 @@ const struct {
 
     {"number", [](State&) { const Kel_Number made(3000); }},
     {"number assignment", [](State& s) { s.narrow = s.wide; }},
-    {"wide decimal", [](State& s) { EXPECT_TRUE(s.wide.set('d', ONES)); }},
+    {"wide decimal", [](State& s) { EXPECT_TRUE(s.wide.set('d', s.ones)); }},
     {"bits", [](State& s) { static_cast<void>(s.narrow.toString('b')); }},
     {"characters", [](State& s) { static_cast<void>(s.wide.toString('s')); }},
     {"decimal", [](State& s) { static_cast<void>(s.wide.toString('d')); }},
     {"scaled", [](State& s) { static_cast<void>(s.narrow.toFloatString(1, 0, 40)); }},
 
-    {"binStr2HexStr", [](State& s) { Util::binStr2HexStr(ONES.c_str(), s.out); }},
-    {"hexStr2BinStr", [](State& s) { Util::hexStr2BinStr(ONES.c_str(), 300, s.out); }},
+    {"binStr2HexStr", [](State& s) { Util::binStr2HexStr(s.ones.c_str(), s.out); }},
+    {"hexStr2BinStr", [](State& s) { Util::hexStr2BinStr(s.ones.c_str(), 300, s.out); }},
     {"bin2ReverseBinStr", [](State& s) { Util::bin2ReverseBinStr(BYTES, 800, s.out); }},
     {"uInt2BinStr", [](State& s) { Util::uInt2BinStr(5, 32, s.out); }},
     {"uInt2HexStr", [](State& s) { Util::uInt2HexStr(5, 400, s.out); }},
@@ -139,18 +140,18 @@ const struct {
 
     {"getHomePath", [](State&) { Kel_Util::getHomePath(); }},
     {"user directory", [](State&) { Kel_Util::createDotLumatraceDir(); }},
-    {"temporary file", [](State&) { Kel_Util::createDotLumatraceTempFile(WORD); }},
-    {"findLibInPath", [](State&) { Kel_Util::findLibInPath(WORD); }},
+    {"temporary file", [](State& s) { Kel_Util::createDotLumatraceTempFile(s.word); }},
+    {"findLibInPath", [](State& s) { Kel_Util::findLibInPath(s.word); }},
     {"getDataDirPath", [](State&) { Kel_Util::getDataDirPath(); }},
     {"getSorvaDataDirPath", [](State&) { Kel_Util::getSorvaDataDirPath(); }},
-    {"normalizePath", [](State&) { Kel_Util::normalizePath(WORD); }},
+    {"normalizePath", [](State& s) { Kel_Util::normalizePath(s.word); }},
     {"getDirectoryFileList", [](State& s) { Kel_Util::getDirectoryFileList(".", true, s.list); }},
     {"message", [](State&) { Kel_Util::getLocalizedPortMsg(L"longer than a short text is"); }},
-    {"trimWhitespace", [](State&) { EXPECT_EQ(Kel_Util::trimWhitespace(TEXT), WORD); }},
-    {"findKey", [](State&) { Kel_Util::findKey(1, std::array{("w=" + WORD).data()}.data(), "W"); }},
-    {"tokens", [](State&) { Kel_StrTok(TEXT.c_str(), " ", true, true, true).getNext(); }},
-    {"exception", [](State&) { EXPECT_EQ(Kel_Exception(LONGER).what(), TEXT); }},
-    {"exception assignment", [](State& s) { s.message = LONGER; }},
+    {"trimWhitespace", [](State& s) { EXPECT_EQ(Kel_Util::trimWhitespace(s.padded), s.word); }},
+    {"findKey", [](State& s) { Kel_Util::findKey(1, s.settings, "W"); }},
+    {"tokens", [](State& s) { Kel_StrTok(s.padded.c_str(), " ", true, true, true).getNext(); }},
+    {"exception", [](State& s) { EXPECT_EQ(Kel_Exception(s.longer).what(), s.padded); }},
+    {"exception assignment", [](State& s) { s.message = s.longer; }},
 };
 
 TEST_F(ExhaustedMemory, OperationsCompleteOrChangeNothing) {
@@ -162,10 +163,11 @@ TEST_F(ExhaustedMemory, OperationsCompleteOrChangeNothing) {
     const test_host::Variable dataDir("TOR_KEL_DATADIR");
     std::filesystem::create_directory(place);
     test_host::writeFile(test_host::below(place, "libKelCore.so"));
-    test_host::writeFile(test_host::below(place, WORD + ".so"));
+    const std::string word(60, 'w');
+    test_host::writeFile(test_host::below(place, word + ".so"));
     Kel_Util::createDotLumatraceDir();
     Kel_Util::setUserDataDirPath("kept");
-    whileExhausted([&] { EXPECT_THROW(Kel_Util::setUserDataDirPath(TEXT), std::bad_alloc); });
+    whileExhausted([&] { EXPECT_THROW(Kel_Util::setUserDataDirPath(word), std::bad_alloc); });
     EXPECT_EQ(Kel_Util::getDataDirPath(), directory / test_host::below("kept", ""));
 
     for (const auto& operation : OPERATIONS)
