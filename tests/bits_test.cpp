@@ -35,20 +35,6 @@ Bytes textBytes(const std::string& text) {
     return {text.c_str(), text.c_str() + text.size() + 1};
 }
 
-TEST(ByteBufferStorage, ConstructionMakesAZeroedBlockWithReserves) {
-    Kel_ByteBuffer buffer(4, 2, 3);
-    EXPECT_EQ(buffer.getSize(), 4U);
-    const unsigned char* const block = buffer.uPtr() - 2;
-    EXPECT_EQ(Bytes(block, block + 9), Bytes(9, 0));
-    Kel_ByteBuffer empty;
-    EXPECT_EQ(empty.getSize(), 0U);
-    EXPECT_EQ(empty.ptr(), nullptr);
-    empty.clear();
-    Kel_ByteBuffer fromNothing(nullptr, 0, 1, 1);
-    EXPECT_EQ(fromNothing.getSize(), 0U);
-    EXPECT_NE(fromNothing.ptr(), nullptr);
-}
-
 TEST(ByteBufferStorage, AReserveIsUsedBeforeABlockIsTaken) {
     Kel_ByteBuffer buffer = make({1, 2, 3, 4});
     const char* const block = buffer.ptr();

@@ -1,24 +1,84 @@
 // SPDX-License-Identifier: MIT
 //
-// The file functions under the conventions of either host, over a host that stands in.
+// The file functions under the conventions of either host, over a host that exists only here: it
+// takes the place of the portability layer's calls to the real one. So the texts of any host can be
+// followed, and calls fail that a real host does not fail.
 #include "KelRT/Kel_Util.h"
 #include "files/files.h"
 #include "outcome.h"
 #include "port/port.h"
-#include "port_stand_in.h"
 #include "test_host.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 using namespace KelRT;
 using Port::POSIX;
 using Port::WINDOWS;
-using test::host;
 using test::outcome;
 using Texts = std::vector<std::string>;
+
+namespace {
+
+struct StandIn {
+    std::set<std::string> readable; ///< files that open for reading
+    bool everythingExists = false; ///< or nothing, and nothing can be made
+    bool listingBreaksOff = false;
+    std::map<char, std::string> currentDirectories; ///< of a drive, or of 0; missing: unreadable
+
+    std::vector<std::string> calls; ///< what was asked, as "exist NAME"
+};
+StandIn host; // each case begins with a fresh one
+
+void note(const std::string& call, const char* path) {
+    host.calls.push_back(call + " " + path);
+}
+
+} // namespace
+
+namespace Port {
+
+bool File::exist(const char* path) {
+    note("exist", path);
+    return host.everythingExists;
+}
+
+bool File::isdir(const char* path) {
+    note("isdir", path);
+    return false;
+}
+
+bool File::mkdir(const char* path, bool flag) {
+    note(flag ? "mkdir with flag" : "mkdir", path);
+    return false;
+}
+
+bool File::readable(const char* path) {
+    note("readable", path);
+    return host.readable.contains(path);
+}
+
+bool File::create(const char* path) {
+    note("create", path);
+    return true;
+}
+
+std::string currentDirectory(char drive) {
+    const auto found = host.currentDirectories.find(drive);
+    return found != host.currentDirectories.end() ? found->second : "";
+}
+
+UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
+    note("list " + std::to_string(flag), directory);
+    entries = {"first", "second"};
+    valid = !host.listingBreaksOff;
+}
+
+} // namespace Port
 
 namespace {
 
@@ -43,7 +103,6 @@ protected:
 };
 
 TEST_F(OnWindows, All32002NamesAreTriedInOrder) {
-    host.mkdirWorks = false;
     EXPECT_EQ(outcome(files::createTempFile, WINDOWS, "trace"),
               "Cannot create C:\\Users\\user\\.kel directory, check the USERPROFILE variable.\n");
     host.everythingExists = true;
