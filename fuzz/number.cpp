@@ -37,6 +37,10 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
     again = number;
     again = *&again;
     require(again.toString('x') == pattern, "assignment");
+    if (width <= 50) { // every step is exact
+        again.setFloat(number.toFloatString(0.5, 1, 1), 0.5, 1);
+        require(again.toString('x') == pattern, "what is printed scaled reads as the number");
+    }
     for (const char* radix = RADICES; *radix != 0; ++radix) {
         require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
         require(again.toString('x') == pattern, "what is printed reads as the number");
