@@ -70,10 +70,14 @@ void watch(const char* name) {
 
 constexpr std::size_t LENGTH = 100; // long enough for a block of its own
 
-void fillAndWatch(std::string& text, const char* name) {
-    text.assign(LENGTH, 'x');
-    watch(name);
-}
+struct {
+    std::string& text;
+    const char* name;
+} const TEXTS[] = {{frame::branchText, "branchText"},
+                   {frame::buildText, "buildText"},
+                   {frame::versionNumberText, "versionNumberText"},
+                   {frame::versionText, "versionText"},
+                   {frame::fullVersionText, "fullVersionText"}};
 
 } // namespace
 
@@ -100,11 +104,10 @@ Port::FileInit::FileInit() noexcept {
     test_host::setEnvironment("TOR_KEL_LOGFILE", LOG);
     test_host::setEnvironment("TOR_KEL_LOGDETAIL", "2");
     Logger::logger.startLogging();
-    fillAndWatch(frame::branchText, "branchText");
-    fillAndWatch(frame::buildText, "buildText");
-    fillAndWatch(frame::versionNumberText, "versionNumberText");
-    fillAndWatch(frame::versionText, "versionText");
-    fillAndWatch(frame::fullVersionText, "fullVersionText");
+    for (const auto& [text, name] : TEXTS) {
+        text.assign(LENGTH, 'x');
+        watch(name);
+    }
 }
 
 Port::FileInit::~FileInit() {
@@ -119,10 +122,8 @@ int main() {
     const std::string content(LENGTH, 'x');
     Kel_Util::setUserDataDirPath(content);
     watch("userDataDir");
-    for (const std::string* const text :
-         {&frame::branchText, &frame::buildText, &frame::versionNumberText, &frame::versionText,
-          &frame::fullVersionText})
-        right = right && *text == content;
+    for (const auto& [text, name] : TEXTS)
+        right = right && text == content;
     right = right && Logger::logger.shouldPrintLog(2);
     return 1; // unless the last destruction is seen
 }

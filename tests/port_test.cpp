@@ -26,7 +26,7 @@ namespace {
 
 struct StandIn {
     std::set<std::string> readable; ///< files that open for reading
-    bool everythingExists = false; ///< or nothing, and nothing can be made
+    bool everythingExists = false;  ///< or nothing, and nothing can be made
     bool listingBreaksOff = false;
     std::map<char, std::string> currentDirectories; ///< of a drive, or of 0; missing: unreadable
 
