@@ -17,8 +17,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -49,17 +49,13 @@ std::vector<Place>& places() {
 /// the field's distance in bytes from the start of its class.
 template <Name Field, auto Member, std::ptrdiff_t Expected>
 struct FieldAt {
-    static bool note() {
-        std::ptrdiff_t actual = -1;
-        static_assert(sizeof Member == sizeof actual); // NOLINT(bugprone-sizeof-expression)
-        const auto member = Member;
-        std::memcpy(&actual, &member, sizeof actual);
-        places().push_back({Field.text, Expected, actual});
+    static bool note() noexcept {
+        places().push_back({Field.text, Expected, std::bit_cast<std::ptrdiff_t>(Member)});
         return true;
     }
     static const bool noted;
 };
-template <Name Field, auto Member, std::ptrdiff_t Expected> // NOLINTNEXTLINE(cert-err58-cpp)
+template <Name Field, auto Member, std::ptrdiff_t Expected>
 const bool FieldAt<Field, Member, Expected>::noted = note();
 
 static_assert(sizeof(void*) == 8 && sizeof(std::string) == 32 && sizeof(std::vector<int>) == 24);

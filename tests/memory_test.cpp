@@ -125,6 +125,12 @@ constexpr struct {
     {"number", [](State&) { const Kel_Number made(3000); }},
     {"number assignment", [](State& s) { s.narrow = s.wide; }},
     {"wide decimal", [](State& s) { EXPECT_TRUE(s.wide.set('d', s.ones)); }},
+    {"very wide decimal",
+     [](State& s) {
+         Kel_Number made(16000);
+         EXPECT_TRUE(made.set('d', std::string(4800, s.ones[0])));
+         EXPECT_EQ(made.toString('u').size(), 4800U);
+     }},
     {"bits", [](State& s) { static_cast<void>(s.narrow.toString('b')); }},
     {"characters", [](State& s) { static_cast<void>(s.wide.toString('s')); }},
     {"decimal", [](State& s) { static_cast<void>(s.wide.toString('d')); }},

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
+#include "dice.h"
 #include "failing_new.h"
+#include "models/number_model.h"
 #include "outcome.h"
 
 #include <gtest/gtest.h>
@@ -47,6 +49,47 @@ TEST(Number, ReadsAndPrintsDigitsByTheRadixLetter) {
         ASSERT_TRUE(number.set('x', "ffffffff"));
         EXPECT_EQ(number.set(radix, text), accepted) << radix << " " << text;
         EXPECT_EQ(number.toString(printRadix), expected) << radix << " " << text;
+    }
+}
+
+// From some thousand bits on decimals are joined from halves.
+TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
+    struct {
+        std::uint64_t bitCount;
+        std::size_t digits;
+    } const cases[] = {{7681, 2313}, {14144, 4258}, {14300, 30000}, {20011, 5000}};
+    for (const auto& [bitCount, digits] : cases) {
+        std::string mixed(digits, '0');
+        for (char& digit : mixed)
+            digit = static_cast<char>('0' + test::below(10));
+        for (int i = 0; i < 30; ++i)
+            mixed[test::below(digits)] = " ,-"[test::below(3)];
+        for (const std::string& text : {mixed, "1" + std::string(digits / 2, '0')}) {
+            Kel_Number number(bitCount);
+            model::Number model(bitCount);
+            ASSERT_TRUE(number.set('d', text) && model.set('d', text));
+            ASSERT_EQ(number.toString('x'), model.toString('x')) << bitCount << " bits, " << text;
+            ASSERT_EQ(number.toString('d'), model.toString('d')) << bitCount << " bits, " << text;
+            ASSERT_FALSE(number.set('u', text + "F"));
+        }
+        Kel_Number number(bitCount);
+        ASSERT_TRUE(number.set('d', std::string(digits, ' ')) && number.isZero());
+    }
+}
+
+TEST(Number, RunsOfBitsKeepTheirValueThroughWideDecimals) {
+    for (int round = 0; round < 12; ++round) {
+        const std::uint64_t bitCount = 8000 + test::below(round < 8 ? 60000 : 400000);
+        std::string bits;
+        while (bits.size() < bitCount)
+            bits.append(1 + test::below(round % 4 == 0 ? bitCount : 300), "01"[test::below(2)]);
+        bits.resize(bitCount);
+        Kel_Number number(bitCount);
+        ASSERT_TRUE(number.set('b', bits));
+        for (const char radix : {'u', 'd'}) {
+            ASSERT_TRUE(number.set(radix, number.toString(radix)));
+            ASSERT_TRUE(number.toString('b') == bits) << bitCount << " bits, " << test::SEED;
+        }
     }
 }
 
