@@ -69,4 +69,22 @@ TEST(Vectors, SixteenDigitsAreOneNumber) {
     }
 }
 
+TEST(Vectors, MembersOfATextByBit) {
+    SCOPED_TRACE(test::SEED);
+    for (int round = 0; round < 1000; ++round) {
+        unsigned char text[KelRT::common::VECTOR_BYTES];
+        const auto wanted = static_cast<unsigned char>(test::randomValue());
+        std::uint64_t expected = 0;
+        for (unsigned i = 0; i < sizeof text; ++i) {
+            const bool isWanted = test::below(2) == 0;
+            // The others differ from it in one bit, the top one included.
+            text[i] = isWanted ? wanted : static_cast<unsigned char>(wanted ^ 1U << test::below(8));
+            expected |= std::uint64_t{isWanted} << i;
+        }
+        const auto vector = KelRT::common::loadVector(text);
+        EXPECT_EQ(KelRT::common::topBits(KelRT::common::equal(vector, static_cast<char>(wanted))),
+                  expected);
+    }
+}
+
 } // namespace

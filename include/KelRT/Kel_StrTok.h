@@ -92,6 +92,7 @@ public:
     KELRT_API const char* getNext() noexcept;
 
 private:
+    void examine(std::uint64_t newBlock) noexcept;
     std::uint64_t delimitersFrom(std::uint64_t from) noexcept;
     std::uint64_t findDelimiter(std::uint64_t from) noexcept;
     std::uint64_t skipDelimiters(std::uint64_t from) noexcept;

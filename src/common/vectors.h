@@ -5,6 +5,7 @@
 // counted in the order of memory on every host, so nothing here depends on the byte order.
 #pragma once
 
+#include "common/digits.h"
 #include "common/words.h"
 
 #include <cstdint>
@@ -51,6 +52,22 @@ inline Vector mostSignificantFirst(std::uint64_t word) {
 inline bool allSet(Vector vector) {
     const auto words = reinterpret_cast<WordVector>(vector);
     return (words[0] & words[1]) == ~std::uint64_t{0};
+}
+
+/// Every bit of the bytes of \a vector that are \a character.
+inline Vector equal(Vector vector, char character) {
+    return reinterpret_cast<Vector>(vector == static_cast<unsigned char>(character));
+}
+
+/// Bit i of the result is bit 7 of byte i of \a vector: of a comparison, whether it holds there.
+inline std::uint64_t topBits(Vector vector) {
+#ifdef __SSE2__
+    using Chars = char __attribute__((vector_size(16)));
+    return static_cast<unsigned>(__builtin_ia32_pmovmskb128(reinterpret_cast<Chars>(vector)));
+#else
+    const auto words = reinterpret_cast<WordVector>(vector >> 7);
+    return packBits(littleEndian(words[0])) | std::uint64_t{packBits(littleEndian(words[1]))} << 8;
+#endif
 }
 
 /// \a vector < \a bound, every byte of both signed: the one comparison of bytes that x86 has.

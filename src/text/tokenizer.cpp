@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_StrTok.h"
 
-#include "common/digits.h"
+#include "common/vectors.h"
 #include "common/words.h"
 
-#include <array>
 #include <bit>
 #include <cassert>
 #include <cctype>
@@ -20,17 +19,26 @@ using common::WORD_BITS;
 constexpr char COMMA[] = ",";
 constexpr char BLANKS[] = "\n\t \v\r\b\f";
 
-/// Which of 64 \a characters belong to \a set, a bit each. The comparisons are written as a loop
-/// that compilers turn into vector instructions.
+/// Which of 64 \a characters belong to \a set, a bit each.
 std::uint64_t membersOf(const char* set, const char* characters) {
-    std::array<unsigned char, WORD_BITS> isMember{};
-    for (; *set != '\0'; ++set)
-        for (unsigned i = 0; i < WORD_BITS; ++i)
-            isMember[i] |= static_cast<unsigned char>(characters[i] == *set);
-    std::uint64_t members = 0;
-    for (unsigned i = 0; i < WORD_BITS; i += common::WORD_BYTES)
-        members |= std::uint64_t{common::packBits(common::loadWord(&isMember[i]))} << i;
-    return members;
+    // Four variables: an array would pass through memory.
+    const auto* const from = reinterpret_cast<const unsigned char*>(characters);
+    const auto a = common::loadVector(from);
+    const auto b = common::loadVector(from + common::VECTOR_BYTES);
+    const auto c = common::loadVector(from + 2 * common::VECTOR_BYTES);
+    const auto d = common::loadVector(from + 3 * common::VECTOR_BYTES);
+    common::Vector inA{};
+    common::Vector inB{};
+    common::Vector inC{};
+    common::Vector inD{};
+    for (; *set != '\0'; ++set) {
+        inA |= common::equal(a, *set);
+        inB |= common::equal(b, *set);
+        inC |= common::equal(c, *set);
+        inD |= common::equal(d, *set);
+    }
+    return common::topBits(inA) | common::topBits(inB) << 16 | common::topBits(inC) << 32 |
+           common::topBits(inD) << 48;
 }
 
 /// The \a length characters of \a text, filled up with NULs (at least one) to whole blocks of 64,
@@ -70,25 +78,36 @@ Kel_StrTok::Kel_StrTok(const char* text, const char* newDelimiters, bool newHand
 
 Kel_StrTok::~Kel_StrTok() = default;
 
+/// Finds the delimiters of a block. Out of line, so that what is done for every token stays small
+/// and is inlined instead.
+[[gnu::noinline]] void Kel_StrTok::examine(std::uint64_t newBlock) noexcept {
+    block = newBlock;
+    blockDelimiters = membersOf(delimiters, &buffer[block * WORD_BITS]);
+}
+
 /// The delimiters from character \a from (below the length) to the end of its block, \a from at
 /// bit 0.
 std::uint64_t Kel_StrTok::delimitersFrom(std::uint64_t from) noexcept {
-    if (from / WORD_BITS != block) {
-        block = from / WORD_BITS;
-        blockDelimiters = membersOf(delimiters, &buffer[block * WORD_BITS]);
-    }
+    if (from / WORD_BITS != block)
+        examine(from / WORD_BITS);
     return blockDelimiters >> from % WORD_BITS;
 }
 
 /// The index of the first delimiter at or behind \a from, or the length.
 std::uint64_t Kel_StrTok::findDelimiter(std::uint64_t from) noexcept {
-    while (from < length) {
-        const std::uint64_t found = delimitersFrom(from);
-        if (found != 0)
-            return from + static_cast<unsigned>(std::countr_zero(found));
-        from = (from / WORD_BITS + 1) * WORD_BITS;
+    if (from >= length)
+        return length;
+    std::uint64_t found = delimitersFrom(from);
+    while (found == 0) {
+        // The next block follows from the last one and not from the token, so that the processor
+        // can examine it while it still looks for the end of the token in front.
+        from = (block + 1) * WORD_BITS;
+        if (from >= length)
+            return length;
+        examine(block + 1);
+        found = blockDelimiters;
     }
-    return length;
+    return from + static_cast<unsigned>(std::countr_zero(found));
 }
 
 /// The index of the first character at or behind \a from that is no delimiter, or the length.
@@ -96,7 +115,8 @@ std::uint64_t Kel_StrTok::skipDelimiters(std::uint64_t from) noexcept {
     while (from < length) {
         const auto run = static_cast<unsigned>(std::countr_one(delimitersFrom(from)));
         from += run;
-        if (run == 0 || from % WORD_BITS != 0)
+        // In this order: whether a run ends in its block is easily foreseen, its length is not.
+        if (from % WORD_BITS != 0 || run == 0)
             return from;
     }
     return length;
