@@ -9,6 +9,7 @@
 #include "logging/levels.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cstring>
 #include <string_view>
@@ -82,15 +83,21 @@ char* putAddress(char* out, std::uint64_t index) {
     return put(out, "h: ");
 }
 
+// How each byte stands in the hexadecimal form, and one character more: four are copied at once.
+constexpr auto HEX_CELLS = [] {
+    std::array<std::array<char, 4>, 256> cells{};
+    for (unsigned byte = 0; byte != cells.size(); ++byte)
+        cells[byte] = {common::LOWER_DIGITS[byte >> 4], common::LOWER_DIGITS[byte & 0xF], ' ', ' '};
+    return cells;
+}();
+
 struct HexForm {
     static constexpr std::uint64_t ROW_BYTES = 16;
     static constexpr std::uint64_t CELL = 3; // characters of one byte, the blank behind it included
 
     static char* putByte(char* out, unsigned char byte) {
-        *out++ = common::LOWER_DIGITS[byte >> 4];
-        *out++ = common::LOWER_DIGITS[byte & 0xF];
-        *out++ = ' ';
-        return out;
+        std::memcpy(out, HEX_CELLS[byte].data(), HEX_CELLS[byte].size());
+        return out + CELL;
     }
     static void blankBits(char* /*cell*/, std::uint64_t /*count*/) {} // all bits are shown
 };
@@ -117,6 +124,14 @@ char* putHeader(char* out, std::uint64_t bytes) {
     return out;
 }
 
+// The bytes of a row, the last one first.
+template <typename Form>
+char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
+    for (std::uint64_t i = count; i-- > 0;)
+        out = Form::putByte(out, bytes[i]);
+    return out;
+}
+
 // The row of the bytes from `index` to before `end`. A short row stands under its columns, unless
 // it is the first one, whose header has no more columns than the row has bytes.
 template <typename Form>
@@ -124,11 +139,12 @@ char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::u
              std::uint64_t bitCount) {
     out = putAddress(out, index);
     const std::uint64_t count = std::min(end - index, Form::ROW_BYTES);
+    if (count == Form::ROW_BYTES && 8 * (index + count) <= bitCount)
+        return putBytes<Form>(out, buffer + index, Form::ROW_BYTES); // a loop of known length
     if (index != 0)
         out = putBlanks(out, (Form::ROW_BYTES - count) * Form::CELL);
     char* const highest = out;
-    for (std::uint64_t i = index + count; i-- > index;)
-        out = Form::putByte(out, buffer[i]);
+    out = putBytes<Form>(out, buffer + index, count);
     if (8 * (index + count) > bitCount)
         Form::blankBits(highest, 8 * (index + count) - bitCount);
     return out;
