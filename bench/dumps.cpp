@@ -6,8 +6,8 @@
 // the user and system time of its process.
 //
 // How a dump looks is settled when logging starts, so this makes two programs: bench_dumps, and
-// bench_dump_bits (BITS) for the bit form, 10.5 characters for a byte, which has the limit alone
-// beside it: each form should cost in proportion to its text.
+// bench_dump_bits (DUMP_BITS) for the bit form, 10.5 characters for a byte, which has the limit
+// alone beside it: each form should cost in proportion to its text.
 #include "log_file.h"
 #include "log_peers.h"
 #include "peers.h"
@@ -25,7 +25,7 @@ using namespace bench;
 
 namespace {
 
-#ifdef BITS
+#ifdef DUMP_BITS
 constexpr const char* LOG_FLAGS = "3"; // bits, whole
 constexpr unsigned DIGITS = 8;
 #else
@@ -80,7 +80,7 @@ void addLimit(Row& row, const LogDirectory& directory, Own ready, const std::str
                      [](const std::string& table) { return table; }});
 }
 
-#ifdef BITS
+#ifdef DUMP_BITS
 
 void rows(const LogFile& file, const LogDirectory& directory, const char* size,
           const Bytes& bytes) {

@@ -9,7 +9,7 @@
 #pragma GCC diagnostic ignored "-Wextra"
 #endif
 #ifdef HAVE_GMP
-#include <gmp.h>
+#include <gmpxx.h>
 #endif
 #ifdef HAVE_LLVM
 #include <llvm/ADT/APInt.h>
@@ -26,6 +26,10 @@
 #include <absl/strings/numbers.h>
 #include <absl/strings/str_cat.h>
 #include <absl/strings/str_split.h>
+#endif
+#ifdef HAVE_FMT
+#include <fmt/compile.h>
+#include <fmt/format.h>
 #endif
 #ifdef HAVE_BOOST
 #include <boost/algorithm/hex.hpp>

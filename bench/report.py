@@ -5,8 +5,8 @@
 usage: report.py GOALS RESULT.json...
 
 Prints one table per family: work, size, our figure, each peer's, the ratio to the best peer and to
-the limit. Figures are medians of the repetitions, processor time of one piece of work. The exit
-status is 1 when a row misses its goal.
+the limit. Figures are medians of the repetitions, processor time of one piece of work. A goal that
+names a peer wants every other peer to be behind. The exit status is 1 when a row misses its goal.
 """
 import json
 import statistics
@@ -21,9 +21,9 @@ def read_goals(path):
     with open(path, encoding="utf-8") as lines:
         for line in lines:
             if line.strip() and not line.startswith("#"):
-                family, work, sizes, goal = (part.strip() for part in line.split("|"))
+                family, work, sizes, goal, *beside = (part.strip() for part in line.split("|"))
                 for size in sizes.split(","):
-                    goals[family, work, size.strip()] = float(goal)
+                    goals[family, work, size.strip()] = float(goal), beside
     return goals
 
 
@@ -61,13 +61,16 @@ def table(family, rows, goals):
         median = {name: statistics.median(runs) for name, runs in row.items() if runs}
         best = min((median[name] for name in peers if name in median), default=None)
         ours = median[OURS]
-        goal = goals.get((family, work, size), goals.get((family, work, "*")))
+        goal, beside = goals.get((family, work, size), goals.get((family, work, "*"), (None, [])))
         ratio = ours / best if best else None
+        faster = [name for name in peers if name in median and median[name] < ours]
+        ahead = not beside or set(faster) <= set(beside)
         verdict = ""
         if goal is not None:
-            verdict = "no peer" if ratio is None else "ok" if ratio <= goal else "MISSED"
+            verdict = "no peer" if ratio is None else "ok" if ratio <= goal and ahead else "MISSED"
         if verdict == "MISSED":
-            missed.append(f"{family}, {work}, {size}: {ratio:.2f} instead of {goal}")
+            missed.append(f"{family}, {work}, {size}: {ratio:.2f} instead of {goal}" +
+                          ("" if ahead else f", and behind {', '.join(faster)}"))
         lines.append([
             work, size, duration(ours),
             *(("-" if name not in row else duration(median[name]) if name in median else "missing")
