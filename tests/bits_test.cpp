@@ -117,6 +117,27 @@ TEST(ByteBufferFields, DroppedBitsStayPendingUntilTheNextAccess) {
     EXPECT_EQ(nothing.ptr(), nullptr);
 }
 
+TEST(ByteBufferFields, EverySizeIsRealignedByEveryShift) {
+    for (std::uint64_t size = 0; size <= 170; ++size)
+        for (int shift = 1; shift < 8; ++shift) {
+            Bytes bytes(3 + size + 2); // with reserves that are not zero
+            for (auto& byte : bytes)
+                byte = static_cast<unsigned char>(test::randomValue() | 0x81);
+            Kel_ByteBuffer buffer = make(bytes);
+            buffer.moveStartPositionForward(3);
+            buffer.removeBytesAtEnd(2);
+            buffer.shiftBitsDown(shift);
+            Bytes expected = bytes;
+            for (std::uint64_t i = 3; i < 3 + size; ++i) {
+                const unsigned next = i + 1 < 3 + size ? bytes[i + 1] : 0;
+                expected[i] = static_cast<unsigned char>((bytes[i] | next << 8) >> shift);
+            }
+            expected[3 + size] = 0; // the realignment's last touch
+            const unsigned char* const block = buffer.uPtr() - 3;
+            ASSERT_EQ(Bytes(block, block + bytes.size()), expected) << size << ' ' << shift;
+        }
+}
+
 TEST(ByteBufferHexText, ReadsItsExamples) {
     Kel_ByteBuffer buffer = make({0xFF, 0xFF});
     for (const auto& [bits, text] :

@@ -4,7 +4,9 @@
 #include "common/vectors.h"
 #include "common/words.h"
 
+#include <array>
 #include <cassert>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -30,26 +32,57 @@ void copyBytes(unsigned char* to, const unsigned char* from, std::uint64_t count
         std::memcpy(to, from, count);
 }
 
-/// Moves \a count bytes down by \a shift bits (1 to 7), zeros entering at the top: a word takes its
-/// upper bits from the one behind it, which is loaded again rather than taken from the next step's,
-/// since that makes the steps independent. Reading runs ahead of writing, so it works in place.
+/// Moves \a count bytes (less than a vector) down by \a shift bits (1 to 7), zeros entering at the
+/// top.
+void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
+    using namespace common;
+    if (count > WORD_BYTES) {
+        const std::uint64_t next = bytes[WORD_BYTES];
+        storeWord(bytes, loadWord(bytes) >> shift | next << (64 - shift));
+        bytes += WORD_BYTES;
+        count -= WORD_BYTES;
+    }
+    storeBytes(bytes, loadBytes(bytes, count) >> shift, count);
+}
+
+/// The same for any count, in place: reading runs ahead of writing. A word takes its upper bits
+/// from the one behind it.
 void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     using namespace common;
+    if (count < VECTOR_BYTES)
+        return shiftFewDown(bytes, count, shift);
     const unsigned rest = 64 - shift;
-    std::uint64_t i = 0;
-    for (; i + 2 * VECTOR_BYTES + WORD_BYTES <= count; i += 2 * VECTOR_BYTES) {
-        const WordVector first = loadWords(bytes + i);
-        const WordVector behindFirst = loadWords(bytes + i + WORD_BYTES);
-        const WordVector second = loadWords(bytes + i + VECTOR_BYTES);
-        const WordVector behindSecond = loadWords(bytes + i + VECTOR_BYTES + WORD_BYTES);
-        storeWords(bytes + i, first >> shift | behindFirst << rest);
-        storeWords(bytes + i + VECTOR_BYTES, second >> shift | behindSecond << rest);
+    const auto shifted = [shift, rest](WordVector words, WordVector behind) {
+        return words >> shift | behind << rest;
+    };
+    // The last vector may overlap the one before it, so it is made from what stands there now.
+    unsigned char* const end = bytes + count - VECTOR_BYTES;
+    const WordVector last = loadWords(end);
+    const WordVector top = shifted(last, __builtin_shufflevector(last, WordVector{}, 1, 2));
+    // Steps that do not depend on each other: the words behind are loaded once more, and all loads
+    // stand before the stores, since a processor may guess that they need one of these.
+    constexpr std::ptrdiff_t STEP = 4 * VECTOR_BYTES;
+    for (; end - bytes >= STEP; bytes += STEP) {
+        std::array<WordVector, 4> moved;
+        for (std::uint64_t i = 0; i < moved.size(); ++i) {
+            const unsigned char* const from = bytes + i * VECTOR_BYTES;
+            moved[i] = shifted(loadWords(from), loadWords(from + WORD_BYTES));
+        }
+        for (std::uint64_t i = 0; i < moved.size(); ++i)
+            storeWords(bytes + i * VECTOR_BYTES, moved[i]);
     }
-    for (; i + WORD_BYTES < count; i += WORD_BYTES) {
-        const std::uint64_t next = bytes[i + WORD_BYTES];
-        storeWord(bytes + i, loadWord(bytes + i) >> shift | next << rest);
+    // In a short buffer each byte is loaded once, as an earlier shift may just have stored it: a
+    // load across two recent stores waits for both.
+    constexpr std::ptrdiff_t VECTOR = VECTOR_BYTES;
+    WordVector words = loadWords(bytes);
+    for (; end - bytes >= VECTOR; bytes += VECTOR) {
+        const WordVector next = loadWords(bytes + VECTOR);
+        storeWords(bytes, shifted(words, __builtin_shufflevector(words, next, 1, 2)));
+        words = next;
     }
-    storeBytes(bytes + i, loadBytes(bytes + i, count - i) >> shift, count - i);
+    if (bytes < end)
+        storeWords(bytes, shifted(words, WordVector{words[1], bytes[VECTOR]}));
+    storeWords(end, top);
 }
 
 } // namespace
