@@ -151,7 +151,16 @@ public:
     /// 21 43 65, shiftBitsDown(12) => 54 06
     /// \endcode
     /// \pre bitCount >= 0, and no more whole bytes are dropped than the buffer holds
-    KELRT_API void shiftBitsDown(std::int32_t bitCount) noexcept;
+    void shiftBitsDown(std::int32_t bitCount) noexcept {
+        assert(bitCount >= 0 && "bitCount >= 0");
+        const std::int64_t pending = std::int64_t{pendingBitShift} + bitCount;
+        const auto bytes = static_cast<std::uint64_t>(pending / 8);
+        assert(bytes <= size && "no more whole bytes are dropped than the buffer holds");
+        startPosition += bytes;
+        size -= bytes;
+        padLow += bytes;
+        pendingBitShift = static_cast<std::int32_t>(pending % 8);
+    }
 
     /// Reads a field. Of a field above 64 bits, the lowest 64 are the result; of one of 0 bits, 0.
     /// \code
@@ -164,9 +173,10 @@ public:
             return getBitsSlowCase(bitPosition, bitCount);
         const unsigned char* const p = used() + bitPosition / 64 * 8;
         const unsigned shift = bitPosition % 64;
-        // Two steps for the second word keep a shift of 0 defined.
-        const std::uint64_t second = wordAt(p + 8) << 1 << (63 - shift);
-        return (wordAt(p) >> shift | second) & (~std::uint64_t{0} >> (64 - bitCount));
+        std::uint64_t value = wordAt(p) >> shift;
+        if (shift + bitCount > 64)
+            value |= wordAt(p + 8) << (64 - shift);
+        return value & (~std::uint64_t{0} >> (64 - bitCount));
     }
 
     /// The low 32 bits of what getBitsLL() gives. \throws std::logic_error as getBitsLL()
@@ -188,9 +198,9 @@ public:
         const unsigned shift = bitPosition % 64;
         const std::uint64_t mask = ~std::uint64_t{0} >> (64 - bitCount);
         value &= mask;
+        if (shift + bitCount > 64)
+            putWordAt(p + 8, (wordAt(p + 8) & ~(mask >> (64 - shift))) | value >> (64 - shift));
         putWordAt(p, (wordAt(p) & ~(mask << shift)) | value << shift);
-        putWordAt(p + 8,
-                  (wordAt(p + 8) & ~(mask >> 1 >> (63 - shift))) | value >> 1 >> (63 - shift));
     }
 
     /// As setBitsLL() with \a value widened by zeros. \throws std::logic_error as setBitsLL()
@@ -342,11 +352,12 @@ private:
     [[nodiscard]] unsigned char* used() const noexcept { return storage.get() + startPosition; }
     [[nodiscard]] std::uint64_t blockSize() const noexcept { return padLow + size + padHigh; }
     /// True for a field of 1 to 64 bits before which nothing is to be done, and which lies within
-    /// two whole words that count from the first used byte. Such words rarely cross a cache line,
-    /// and what one access stores the next can load.
+    /// whole words that count from the first used byte. Such words rarely cross a cache line, and
+    /// what one access stores the next can load.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
-        return pendingBitShift == 0 && bitCount - 1 < 64 && bitPosition / 64 + 1 < size / 8;
+        return pendingBitShift == 0 && bitCount - 1 < 64 &&
+               bitPosition / 64 + (bitPosition % 64 + bitCount - 1) / 64 < size / 8;
     }
     KELRT_API std::uint64_t getBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount);
     KELRT_API void setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount,

@@ -4,7 +4,6 @@
 #include "common/words.h"
 
 #include <algorithm>
-#include <cassert>
 #include <stdexcept>
 
 namespace KelRT {
@@ -14,17 +13,6 @@ namespace KelRT {
 bool Kel_ByteBuffer::holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept {
     const std::uint64_t bits = size * 8;
     return bitPosition <= bits && bitCount <= bits - bitPosition;
-}
-
-void Kel_ByteBuffer::shiftBitsDown(std::int32_t bitCount) noexcept {
-    assert(bitCount >= 0 && "bitCount >= 0");
-    const std::int64_t pending = std::int64_t{pendingBitShift} + bitCount;
-    const auto bytes = static_cast<std::uint64_t>(pending / 8);
-    assert(bytes <= size && "no more whole bytes are dropped than the buffer holds");
-    startPosition += bytes;
-    size -= bytes;
-    padLow += bytes;
-    pendingBitShift = static_cast<std::int32_t>(pending % 8);
 }
 
 std::uint64_t Kel_ByteBuffer::getBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount) {
