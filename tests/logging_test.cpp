@@ -33,6 +33,24 @@ TEST(LogLevel, SettingAcceptsZeroToTen) {
     }
 }
 
+TEST(LogLevel, WithoutAStreamNothingIsWritten) {
+    const auto isSilent = [](const Logger& asked) {
+        return !asked.shouldPrintLog(INT_MIN) && !asked.shouldPrintLog(0);
+    };
+    Logger copy;
+    EXPECT_TRUE(isSilent(copy));
+    copy.setDetailLevel(10);
+    EXPECT_TRUE(isSilent(copy));
+    const LogFile log;
+    copy = logger;
+    EXPECT_TRUE(copy.shouldPrintLog(INT_MIN));
+    copy.endLogging();
+    EXPECT_TRUE(isSilent(copy));
+    copy.setDetailLevel(10);
+    EXPECT_TRUE(isSilent(copy));
+    EXPECT_TRUE(logger.shouldPrintLog(0));
+}
+
 TEST(LogRecord, NullOrEmptyFormatFlushesThroughTheLevelFilter) {
     const LogFile log;
     const std::string none;

@@ -114,9 +114,7 @@ public:
 
     /// True when a record of this level would be written. Inlined, so that a caller can spare
     /// itself the making of a record that is filtered out.
-    [[nodiscard]] bool shouldPrintLog(int level) const noexcept {
-        return level <= detailLevel && stream != nullptr;
-    }
+    [[nodiscard]] bool shouldPrintLog(int level) const noexcept { return level <= highestWritten; }
 
     /// Writes a record: \a format with the arguments that follow, as `printf` formats them. A null
     /// or empty format writes nothing and flushes the stream, when the level is written at all
@@ -243,6 +241,7 @@ private:
         std::uint64_t nameless = 0; ///< entries above all of names
     };
 
+    void findHighestWritten() noexcept;
     void readOutput() noexcept;
     void readDetailLevel() noexcept;
     void readFlags() noexcept;
@@ -255,10 +254,15 @@ private:
         KELRT_FORMAT(3, 0);
     bool beginExit() noexcept;
 
+    static constexpr std::int64_t NOTHING = INT64_MIN;
+
     std::shared_ptr<std::FILE> stream; ///< null: logging is off
     std::int32_t detailLevel = 0;
     std::int32_t nestingDepth = 0; ///< entries less exits; may be negative
-    bool atLineStart = false;      ///< the last character written ended a line
+    /// detailLevel while there is a stream, below every level while there is none: what decides on
+    /// a record, kept up to date by findHighestWritten() so that one comparison will do.
+    std::int64_t highestWritten = NOTHING;
+    bool atLineStart = false; ///< the last character written ended a line
     MethodStack methodStack;
     bool printBits = false;
     bool printLargeBufs = false;

@@ -103,6 +103,7 @@ void Logger::startLogging() noexcept {
     nestingDepth = 0;
     stream.reset();
     detailLevel = 1;
+    findHighestWritten();
     printBits = false;
     printLargeBufs = false;
     readOutput();
@@ -113,12 +114,18 @@ void Logger::startLogging() noexcept {
     atLineStart = true;
 }
 
+/// To be called whenever the stream or the detail level has changed.
+void Logger::findHighestWritten() noexcept {
+    highestWritten = stream != nullptr ? detailLevel : NOTHING;
+}
+
 void Logger::readOutput() noexcept {
     try {
         const std::string name = Kel_Util::trimWhitespace(environment("TOR_KEL_LOGFILE"));
         if (name.empty())
             return;
         stream = openStream(name);
+        findHighestWritten();
         logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFILE=%s\n", name.c_str());
     } catch (...) { // out of memory: logging stays off
         return;
@@ -130,6 +137,7 @@ void Logger::readDetailLevel() noexcept {
     if (*text == '\0')
         return;
     detailLevel = environmentNumber(text);
+    findHighestWritten();
     logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGDETAIL=%d\n", detailLevel);
 }
 
@@ -152,11 +160,14 @@ void Logger::endLogging() noexcept {
     writeTimeLine("Ended");
     flush();
     stream.reset(); // closes it, unless a copy still writes to it
+    findHighestWritten();
 }
 
 void Logger::setDetailLevel(int level) noexcept {
-    if (level >= 0 && level <= 10)
-        detailLevel = level;
+    if (level < 0 || level > 10)
+        return;
+    detailLevel = level;
+    findHighestWritten();
 }
 
 } // namespace KelRT
