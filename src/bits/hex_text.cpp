@@ -21,11 +21,21 @@ using namespace common;
 
 constexpr std::uint64_t HALF_BYTES = 4; // half a word of bytes makes a word of digits
 
+/// Writes the eight bytes at \a bytes as sixteen digits, the last byte's first.
+void encodeWord(const unsigned char* bytes, unsigned char* out) {
+    storeVector(out, hexCharacters(mostSignificantFirst(loadWord(bytes)), 'A'));
+}
+
 /// Writes the \a count bytes at \a bytes as 2 * count digits, the last byte's first.
 void encode(const unsigned char* bytes, std::uint64_t count, unsigned char* out) {
-    for (; count >= WORD_BYTES; count -= WORD_BYTES, out += 2 * WORD_BYTES) {
-        const std::uint64_t word = loadWord(bytes + count - WORD_BYTES);
-        storeVector(out, hexCharacters(mostSignificantFirst(word), 'A'));
+    for (; count >= 2 * WORD_BYTES; count -= 2 * WORD_BYTES, out += 4 * WORD_BYTES) {
+        encodeWord(bytes + count - WORD_BYTES, out);
+        encodeWord(bytes + count - 2 * WORD_BYTES, out + 2 * WORD_BYTES);
+    }
+    if (count >= WORD_BYTES) {
+        count -= WORD_BYTES;
+        encodeWord(bytes + count, out);
+        out += 2 * WORD_BYTES;
     }
     if (count == 0)
         return;

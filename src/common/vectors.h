@@ -70,10 +70,16 @@ inline std::uint64_t topBits(Vector vector) {
 #endif
 }
 
+using SignedVector = signed char __attribute__((vector_size(16)));
+
 /// \a vector < \a bound, every byte of both signed: the one comparison of bytes that x86 has.
 inline Vector lessSigned(Vector vector, signed char bound) {
-    using Signed = signed char __attribute__((vector_size(16)));
-    return reinterpret_cast<Vector>(reinterpret_cast<Signed>(vector) < bound);
+    return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(vector) < bound);
+}
+
+/// \a vector > \a bound, likewise.
+inline Vector moreSigned(Vector vector, signed char bound) {
+    return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(vector) > bound);
 }
 
 /// Eight bytes as sixteen digits, the high nibble of each before its low one.
@@ -84,7 +90,7 @@ inline Vector hexCharacters(Vector bytes, char lettersFrom) {
     const Vector values =
         __builtin_shufflevector(high, low, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
     const auto gap = static_cast<unsigned char>(lettersFrom - '0' - 10);
-    return values + '0' + (~lessSigned(values, 10) & gap);
+    return values + '0' + (moreSigned(values, 9) & gap);
 }
 
 /// Sixteen characters as digit values. Bytes of \a valid that belong to no hexadecimal digit are
