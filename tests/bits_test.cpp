@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_ByteBuffer.h"
 
+#include "dice.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>

@@ -2,11 +2,12 @@
 #include "KelRT/Kel_NumberUtil.h"
 
 #include "common/decimal.h"
+#include "common/digits.h"
 #include "numbers/fixed_text.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstddef>
 #include <limits>
 
 namespace KelRT {
@@ -26,6 +27,21 @@ std::string& assignDecimal(std::uint64_t magnitude, bool negative, std::string& 
     return out.assign(first, end);
 }
 
+/// The digits from \a text on as a number; one that 64 bits do not hold is 2^64 - 1.
+std::uint64_t leadingNumber(const char* text, const char* end) {
+    const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+    while (text != end && *text == '0')
+        ++text;
+    const char* const most = text + std::min<std::ptrdiff_t>(end - text, common::CHUNK_DIGITS);
+    std::uint64_t number = 0;
+    for (; most - text >= 8 && common::areDecimalDigits(common::loadCharacters(text)); text += 8)
+        number = number * 100'000'000 + common::eightDecimalDigits(common::loadCharacters(text));
+    for (; text != most && isDigit(*text); ++text)
+        number = number * 10 + static_cast<std::uint64_t>(*text - '0');
+    const bool goesOn = text == most && text != end && isDigit(*text);
+    return goesOn ? std::numeric_limits<std::uint64_t>::max() : number;
+}
+
 } // namespace
 
 std::string& Kel_NumberUtil::uInt2DecStr(std::uint32_t value, std::string& out) {
@@ -39,17 +55,15 @@ std::string& Kel_NumberUtil::uLL2DecStr(std::uint64_t value, std::string& out) {
 
 std::uint64_t Kel_NumberUtil::decStr2ULL(const std::string& text) noexcept {
     const char* const end = text.data() + text.size();
-    const char* start = std::find_if_not(text.data(), end, isSpace);
+    const char* start = text.data();
+    while (start != end && isSpace(*start))
+        ++start;
     const bool negative = start != end && *start == '-';
-    // from_chars knows '-' but not '+'; behind a '+' it must not find a second sign.
-    if (start != end && *start == '+' && ++start != end && *start == '-')
-        return 0;
-    std::int64_t number = 0;
-    const auto result = std::from_chars(start, end, number);
-    if (result.ec == std::errc::result_out_of_range)
-        number = negative ? std::numeric_limits<std::int64_t>::min()
-                          : std::numeric_limits<std::int64_t>::max();
-    return static_cast<std::uint64_t>(number);
+    if (start != end && (*start == '-' || *start == '+'))
+        ++start;
+    constexpr std::uint64_t HALF = std::uint64_t{1} << 63;
+    const std::uint64_t magnitude = std::min(leadingNumber(start, end), negative ? HALF : HALF - 1);
+    return negative ? 0 - magnitude : magnitude;
 }
 
 std::string& Kel_NumberUtil::double2Str(double value, std::string& out) {
