@@ -53,9 +53,13 @@ inline void writeBits(char* end, std::uint64_t value, unsigned count) {
 
 /// Writes the low \a count octal digits (0 to 21) of \a value right before \a end.
 inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
-    writeDigits(end, value, count, 3, [](std::uint64_t bits) {
+    const auto characters = [](std::uint64_t bits) {
         return spreadOctal(static_cast<std::uint32_t>(bits & 0xFFFFFF)) + inEachByte('0');
-    });
+    };
+    if (count == 16) // what long numbers consist of, without a loop
+        writeDigits(end, value, 16, 3, characters);
+    else
+        writeDigits(end, value, count, 3, characters);
 }
 
 /// Writes the low \a count hexadecimal digits (1 to 16) of \a value right before \a end.
