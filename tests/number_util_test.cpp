@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <string>
@@ -111,6 +112,18 @@ TEST(Conversions, TextsEndAtTheirFirstZeroAndMayBeEmpty) {
     text.clear();
     EXPECT_EQ(Util::hexStr2ULL(text) + Util::hexStr2UInt("") + Util::binStr2UInt(""), 0U);
     EXPECT_EQ(Util::binStr2UInt(nullptr), 0U);
+}
+
+TEST(Conversions, DecimalTextIsReadAsTheStandardScanReadsIt) {
+    const std::string many(25, '9');
+    for (const std::string text :
+         {"\t\n\v\f\r +7", "+-1", "- 1", "+", "0x10", "\xA0+5", "9223372036854775807",
+          "9223372036854775808", "-9223372036854775808", "-9223372036854775809",
+          "18446744073709551616", "9999999999999999999", "-10000000000000000000", many.c_str(),
+          "-000000000000000000000000012345678", "1234567:9", "000000001234567/", "12345678 1"})
+        EXPECT_EQ(Util::decStr2ULL(text),
+                  static_cast<std::uint64_t>(std::strtoll(text.c_str(), nullptr, 10)))
+            << text;
 }
 
 TEST(Conversions, DigitCountsDoNotWrap) {

@@ -64,7 +64,7 @@ TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
             digit = static_cast<char>('0' + test::below(10));
         for (int i = 0; i < 30; ++i)
             mixed[test::below(digits)] = " ,-"[test::below(3)];
-        for (const std::string& text : {mixed, "1" + std::string(digits / 2, '0')}) {
+        for (const std::string& text : {mixed, std::string("1").append(digits / 2, '0')}) {
             Kel_Number number(bitCount);
             model::Number model(bitCount);
             ASSERT_TRUE(number.set('d', text) && model.set('d', text));
