@@ -142,6 +142,10 @@ private:
         const std::uint64_t first = input.below(expected.size);
         const std::uint64_t last = input.below(expected.size);
         const Bytes bytes = expected.hexToBin(first, last);
+        Bytes out(bytes.size() + 1, 0xEE); // the last one is not touched
+        buffer.hex2Bin(first, last, out.data());
+        require(out.back() == 0xEE && std::equal(bytes.begin(), bytes.end(), out.begin()),
+                "hex2Bin to a place");
         const std::unique_ptr<Kel_ByteBuffer> made(buffer.hex2Bin(first, last));
         require(contentOf(*made) == bytes, "hex2Bin");
         take(bytes, 0, [=](auto& of, auto& target) { of.hex2Bin(first, last, target); });
