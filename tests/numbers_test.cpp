@@ -26,25 +26,25 @@ TEST(Number, ReadsAndPrintsDigitsByTheRadixLetter) {
         std::uint64_t bitCount;
         char radix;
         bool accepted;
-        std::string text;
         char printRadix;
+        std::string text;
         std::string expected;
-    } const cases[] = {{16, 'x', true, "0x1F", 'x', "001f"},
-                       {16, 'b', true, "1010_1010", 'X', "00AA"},
-                       {16, 'd', true, "1,000", 'd', "1000"},
-                       {16, 'd', true, "12-", 'i', "-12"},
-                       {16, 'u', true, "70000", 'u', "4464"},
-                       {16, 'd', false, "1A", 'd', "0"},
-                       {16, 'b', false, "2", 'o', "000000"},
-                       {16, 'S', true, "AB", 'x', "4142"},
-                       {16, 'S', false, "A\x80", 'x', "0000"},
-                       {16, 'q', true, "-", 'x', "0000"},
-                       {16, 'q', false, "5", 'h', "bad format for number"},
-                       {16, 'x', true, {"1\0002", 3}, 'x', "0012"},
-                       {12, 'x', true, "fff", 'd', "-1"},
-                       {32, 'x', true, "414243", 's', " ABC"},
-                       {32, 'x', true, "", 'S', {"   \0", 4}}};
-    for (const auto& [bitCount, radix, accepted, text, printRadix, expected] : cases) {
+    } const cases[] = {{16, 'x', true, 'x', "0x1F", "001f"},
+                       {16, 'b', true, 'X', "1010_1010", "00AA"},
+                       {16, 'd', true, 'd', "1,000", "1000"},
+                       {16, 'd', true, 'i', "12-", "-12"},
+                       {16, 'u', true, 'u', "70000", "4464"},
+                       {16, 'd', false, 'd', "1A", "0"},
+                       {16, 'b', false, 'o', "2", "000000"},
+                       {16, 'S', true, 'x', "AB", "4142"},
+                       {16, 'S', false, 'x', "A\x80", "0000"},
+                       {16, 'q', true, 'x', "-", "0000"},
+                       {16, 'q', false, 'h', "5", "bad format for number"},
+                       {16, 'x', true, 'x', {"1\0002", 3}, "0012"},
+                       {12, 'x', true, 'd', "fff", "-1"},
+                       {32, 'x', true, 's', "414243", " ABC"},
+                       {32, 'x', true, 'S', "", {"   \0", 4}}};
+    for (const auto& [bitCount, radix, accepted, printRadix, text, expected] : cases) {
         Kel_Number number(bitCount);
         ASSERT_TRUE(number.set('x', "ffffffff"));
         EXPECT_EQ(number.set(radix, text), accepted) << radix << " " << text;
