@@ -92,7 +92,7 @@ static_assert(sizeof(Logger) == 80 && alignof(Logger) == 8);
 template struct FieldAt<"stream", &Logger::stream, 0>;
 template struct FieldAt<"detailLevel", &Logger::detailLevel, 16>;
 template struct FieldAt<"nestingDepth", &Logger::nestingDepth, 20>;
-template struct FieldAt<"highestWritten", &Logger::highestWritten, 24>;
+template struct FieldAt<"writtenLevels", &Logger::writtenLevels, 24>;
 template struct FieldAt<"atLineStart", &Logger::atLineStart, 32>;
 template struct FieldAt<"methodStack", &Logger::methodStack, 40>;
 template struct FieldAt<"methodStack.names", &Logger::MethodStack::names, 0>;

@@ -114,7 +114,9 @@ public:
 
     /// True when a record of this level would be written. Inlined, so that a caller can spare
     /// itself the making of a record that is filtered out.
-    [[nodiscard]] bool shouldPrintLog(int level) const noexcept { return level <= highestWritten; }
+    [[nodiscard]] bool shouldPrintLog(int level) const noexcept {
+        return placeOf(level) < writtenLevels;
+    }
 
     /// Writes a record: \a format with the arguments that follow, as `printf` formats them. A null
     /// or empty format writes nothing and flushes the stream, when the level is written at all
@@ -241,7 +243,11 @@ private:
         std::uint64_t nameless = 0; ///< entries above all of names
     };
 
-    void findHighestWritten() noexcept;
+    /// The place of \a level among all levels, the lowest one at 0.
+    static constexpr std::uint64_t placeOf(int level) noexcept {
+        return static_cast<std::uint64_t>(std::int64_t{level} - INT32_MIN);
+    }
+    void countWrittenLevels() noexcept;
     void readOutput() noexcept;
     void readDetailLevel() noexcept;
     void readFlags() noexcept;
@@ -254,14 +260,12 @@ private:
         KELRT_FORMAT(3, 0);
     bool beginExit() noexcept;
 
-    static constexpr std::int64_t NOTHING = INT64_MIN;
-
     std::shared_ptr<std::FILE> stream; ///< null: logging is off
     std::int32_t detailLevel = 0;
     std::int32_t nestingDepth = 0; ///< entries less exits; may be negative
-    /// detailLevel while there is a stream, below every level while there is none: what decides on
-    /// a record, kept up to date by findHighestWritten() so that one comparison will do.
-    std::int64_t highestWritten = NOTHING;
+    /// What decides on a record, so that one comparison will do: how many levels, the lowest ones,
+    /// are written. None without a stream, nor before this object is made.
+    std::uint64_t writtenLevels = 0;
     bool atLineStart = false; ///< the last character written ended a line
     MethodStack methodStack;
     bool printBits = false;

@@ -103,7 +103,7 @@ void Logger::startLogging() noexcept {
     nestingDepth = 0;
     stream.reset();
     detailLevel = 1;
-    findHighestWritten();
+    countWrittenLevels();
     printBits = false;
     printLargeBufs = false;
     readOutput();
@@ -115,8 +115,8 @@ void Logger::startLogging() noexcept {
 }
 
 /// To be called whenever the stream or the detail level has changed.
-void Logger::findHighestWritten() noexcept {
-    highestWritten = stream != nullptr ? detailLevel : NOTHING;
+void Logger::countWrittenLevels() noexcept {
+    writtenLevels = stream != nullptr ? placeOf(detailLevel) + 1 : 0;
 }
 
 void Logger::readOutput() noexcept {
@@ -125,7 +125,7 @@ void Logger::readOutput() noexcept {
         if (name.empty())
             return;
         stream = openStream(name);
-        findHighestWritten();
+        countWrittenLevels();
         logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFILE=%s\n", name.c_str());
     } catch (...) { // out of memory: logging stays off
         return;
@@ -137,7 +137,7 @@ void Logger::readDetailLevel() noexcept {
     if (*text == '\0')
         return;
     detailLevel = environmentNumber(text);
-    findHighestWritten();
+    countWrittenLevels();
     logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGDETAIL=%d\n", detailLevel);
 }
 
@@ -160,14 +160,14 @@ void Logger::endLogging() noexcept {
     writeTimeLine("Ended");
     flush();
     stream.reset(); // closes it, unless a copy still writes to it
-    findHighestWritten();
+    countWrittenLevels();
 }
 
 void Logger::setDetailLevel(int level) noexcept {
     if (level < 0 || level > 10)
         return;
     detailLevel = level;
-    findHighestWritten();
+    countWrittenLevels();
 }
 
 } // namespace KelRT
