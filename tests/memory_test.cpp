@@ -246,26 +246,26 @@ TEST_F(ExhaustedMemory, LostNamesKeepExitsAndIndentationInOrder) {
     logger.logMethodEntry("kept");
     whileExhausted([&] { logger.logMethodEntry(lost.c_str()); });
     logger.logMethodEntry("inside");
-    logger.logMethodExit(1);
-    logger.logMethodExit("x");
-    logger.logMethodEntry("again");
     logger.setDetailLevel(1); // no closing line from the copy that ends
     Logger nameless;
     whileExhausted([&] { nameless = Logger(logger); });
     logger.setDetailLevel(4);
     nameless.setDetailLevel(4);
-    for (int exit = 0; exit < 3; ++exit)
+    for (int exit = 0; exit < 4; ++exit)
         nameless.logMethodExit(exit);
+    logger.logMethodExit(1);
+    logger.logMethodExit("x");
+    logger.logMethodEntry("again");
     logger.logMethodExit();
     logger.logMethodExit();
     whileExhausted([&] { logger.logMethodEntry(lost.c_str()); });
     logger.popAllMethods();
     logger.logMethodExit();
     EXPECT_EQ(log.finish(), "ENTERING kept \n  ENTERING " + lost +
-                                " \n    ENTERING inside \n    EXITING  -- returning 1\n"
-                                "  EXITING  -- returning x\n  ENTERING again \n"
-                                "  EXITING  -- returning 0\nEXITING  -- returning 1\n"
-                                "  EXITING again\nEXITING kept\nENTERING " +
+                                " \n    ENTERING inside \n    EXITING  -- returning 0\n"
+                                "  EXITING  -- returning 1\nEXITING  -- returning 2\n"
+                                "    EXITING  -- returning 1\n  EXITING  -- returning x\n"
+                                "  ENTERING again \n  EXITING again\nEXITING kept\nENTERING " +
                                 lost + " \n");
 }
 
