@@ -11,10 +11,14 @@
 #include <clocale>
 #include <cmath>
 #include <string>
+#include <type_traits>
 
 using namespace KelRT;
 
 namespace {
+
+static_assert(!std::is_copy_constructible_v<Kel_Number>, "a copy would hide its cost");
+static_assert(!std::is_convertible_v<std::uint64_t, Kel_Number>);
 
 TEST(Number, WidthOfZeroIsRefused) {
     const auto none = [] { return Kel_Number(0).toString('x'); };
