@@ -11,6 +11,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 using namespace KelRT;
@@ -32,6 +33,9 @@ Texts tokensOf(const char* text, const char* delimiters, Flags flags) {
         tokens.emplace_back(token);
     return tokens;
 }
+
+static_assert(!std::is_copy_constructible_v<Kel_StrTok> && !std::is_copy_assignable_v<Kel_StrTok>);
+static_assert(!std::is_move_constructible_v<Kel_StrTok>);
 
 TEST(Tokenizer, ModesQuotesAndEnds) {
     const std::string otherComma = ",";
