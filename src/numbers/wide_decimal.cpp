@@ -12,12 +12,13 @@ using Numeral = std::vector<Limb>; // digits of a base, the lowest one first
 
 // The directions. BASE is that of the digits which are wanted, and less than a limb, so that sums
 // of products fit two limbs. WEIGHT is the base of the digits which are given. `split` takes a sum
-// below 2^121 apart: into the digit of its column and what is carried to the next one.
+// up to GREATEST_SUM apart: into the digit of its column and what is carried to the next one.
 
 struct ToDecimal {
     static constexpr Limb BASE = 100'000'000'000'000'000;
     static_assert(PRINTED_CHUNK_DIGITS == 17);
     static constexpr DoubleLimb WEIGHT = DoubleLimb{1} << LIMB_BITS;
+    static constexpr DoubleLimb GREATEST_SUM = BASE * WEIGHT - 1; // the carry fits a limb
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
         constexpr unsigned UNUSED_BITS = 7;
@@ -32,6 +33,7 @@ struct ToDecimal {
 struct FromDecimal {
     static constexpr Limb BASE = Limb{1} << READ_LIMB_BITS;
     static constexpr DoubleLimb WEIGHT = READ_CHUNK_BASE;
+    static constexpr DoubleLimb GREATEST_SUM = ~DoubleLimb{0};
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
         carry = sum >> READ_LIMB_BITS;
@@ -92,10 +94,13 @@ bool subtractSmaller(Limb* distance, const Limb* a, std::size_t size, const Limb
 constexpr std::size_t KARATSUBA_SIZE = 60;
 
 /// product = a * b, column by column. The shorter factor has less than KARATSUBA_SIZE digits, so
-/// that the sum of a column stays below 2^126, and below what `split` takes.
+/// many products are added up at most.
 template <class To>
 void multiplyColumns(Limb* product, const Limb* a, std::size_t aSize, const Limb* b,
                      std::size_t bSize) {
+    constexpr DoubleLimb greatestCarry = To::GREATEST_SUM / To::BASE;
+    constexpr DoubleLimb greatestProduct = DoubleLimb{To::BASE - 1} * (To::BASE - 1);
+    static_assert((To::GREATEST_SUM - greatestCarry) / greatestProduct >= KARATSUBA_SIZE);
     DoubleLimb carry = 0;
     for (std::size_t column = 0; column + 1 < aSize + bSize; ++column) {
         const std::size_t end = std::min(column + 1, aSize);
