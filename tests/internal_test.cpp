@@ -79,7 +79,7 @@ TEST(Vectors, MembersOfATextByBit) {
             const bool isWanted = test::below(2) == 0;
             // The others differ from it in one bit, the top one included.
             text[i] = isWanted ? wanted : static_cast<unsigned char>(wanted ^ 1U << test::below(8));
-            expected |= std::uint64_t{isWanted} << i;
+            expected |= std::uint64_t{isWanted ? 1U : 0U} << i;
         }
         const auto vector = KelRT::common::loadVector(text);
         EXPECT_EQ(KelRT::common::topBits(KelRT::common::equal(vector, static_cast<char>(wanted))),
