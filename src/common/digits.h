@@ -132,6 +132,11 @@ constexpr bool areDecimalDigits(std::uint64_t characters) {
            ((characters + inEachByte(6)) & kinds) == inEachByte('0');
 }
 
+/// True for '0' to '9', independent of the locale.
+constexpr bool isDecimalDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
 /// True when all eight bytes of \a characters are '0' to '7'.
 constexpr bool areOctalDigits(std::uint64_t characters) {
     return (characters & inEachByte(0xF8)) == inEachByte('0');

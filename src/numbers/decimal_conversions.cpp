@@ -29,16 +29,15 @@ std::string& assignDecimal(std::uint64_t magnitude, bool negative, std::string& 
 
 /// The digits from \a text on as a number; one that 64 bits do not hold is 2^64 - 1.
 std::uint64_t leadingNumber(const char* text, const char* end) {
-    const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
     while (text != end && *text == '0')
         ++text;
     const char* const most = text + std::min<std::ptrdiff_t>(end - text, common::CHUNK_DIGITS);
     std::uint64_t number = 0;
     for (; most - text >= 8 && common::areDecimalDigits(common::loadCharacters(text)); text += 8)
         number = number * 100'000'000 + common::eightDecimalDigits(common::loadCharacters(text));
-    for (; text != most && isDigit(*text); ++text)
+    for (; text != most && common::isDecimalDigit(*text); ++text)
         number = number * 10 + static_cast<std::uint64_t>(*text - '0');
-    const bool goesOn = text == most && text != end && isDigit(*text);
+    const bool goesOn = text == most && text != end && common::isDecimalDigit(*text);
     return goesOn ? std::numeric_limits<std::uint64_t>::max() : number;
 }
 

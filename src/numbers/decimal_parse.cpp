@@ -167,8 +167,7 @@ std::size_t countDecimalDigits(const std::string& text) {
     std::size_t count = 0;
     for (; end - at >= STEP && common::areDecimalDigits(common::loadCharacters(at)); at += STEP)
         count += STEP;
-    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-    return count + static_cast<std::size_t>(std::count_if(at, end, isDigit));
+    return count + static_cast<std::size_t>(std::count_if(at, end, common::isDecimalDigit));
 }
 
 bool parseWideDecimal(const std::string& text, std::uint16_t* words, std::size_t wordCount,

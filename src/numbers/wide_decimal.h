@@ -6,8 +6,8 @@
 // They are joined in groups, then the groups in pairs, high * weight + low, then pairs of pairs and
 // so on, always in the arithmetic of the wanted base; the weight is squared from round to round. So
 // nothing wide is ever divided. The products of halves are made by Karatsuba's method, so twice the
-// width costs about three times as much; from about twenty thousand limbs on there are quicker
-// methods, which are not worth their code here.
+// width costs about three times as much. For still wider numbers there are quicker methods, which
+// are not worth their code here.
 #pragma once
 
 #include "numbers/limbs.h"
