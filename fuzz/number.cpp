@@ -42,6 +42,7 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
         require(again.toString('x') == pattern, "what is printed scaled reads as the number");
     }
     for (const char* radix = RADICES; *radix != 0; ++radix) {
+        again.setToZero(); // so that words which are not read show
         require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
         require(again.toString('x') == pattern, "what is printed reads as the number");
     }
