@@ -81,6 +81,27 @@ TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
     }
 }
 
+// What is joined has zero digits of the wanted base everywhere, also where halves begin and end.
+TEST(Number, WideDecimalsOfManyZeroDigitsAreThoseOfTheModel) {
+    const auto sparse = [](const char* digits, std::size_t base, std::size_t groupSize) {
+        std::string text = "1";
+        for (int group = 0; group < 255; ++group)
+            for (std::size_t i = 0, isZero = test::below(2); i < groupSize; ++i)
+                text += isZero != 0 ? '0' : digits[test::below(base)];
+        return text;
+    };
+    Kel_Number number(32000);
+    model::Number model(32000);
+    ASSERT_TRUE(number.set('x', sparse("0123456789abcdef", 16, 15)));
+    const std::string read = number.toString('u') + std::string(std::size_t{256} * 18, '0');
+    ASSERT_TRUE(number.set('u', read) && model.set('u', read));
+    ASSERT_EQ(number.toString('x'), model.toString('x')) << read;
+    ASSERT_TRUE(number.set('u', sparse("0123456789", 10, 17)));
+    const std::string printed = number.toString('x').substr(4000) + std::string(4096, '0');
+    ASSERT_TRUE(number.set('x', printed) && model.set('x', printed));
+    ASSERT_EQ(number.toString('u'), model.toString('u')) << printed;
+}
+
 TEST(Number, RunsOfBitsKeepTheirValueThroughWideDecimals) {
     for (int round = 0; round < 12; ++round) {
         const std::uint64_t bitCount = 8000 + test::below(round < 8 ? 60000 : 400000);

@@ -177,6 +177,7 @@ TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
     const char* const cases[][3] = {
         // the path, its absolute form in C:\work and in /here
         {"c:/a/../b", "c:\\b", "/here/c:/b"},
+        {"//", "C:\\", "/"},
         {"C:", "C:\\work", "/here/C:"},
         {"C:x", "C:\\work\\x", "/here/C:x"},
         {"d:x\\", "d:\\on\\d\\x\\", "/here/d:x/"},
