@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A program that logs, for what can only be seen from outside the process. logging_process.cmake
-// runs it and reads what it leaves behind.
+// A program that logs, for what can only be seen from outside the process. The golden tests in
+// logging_process/ run it.
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
