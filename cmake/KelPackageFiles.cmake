@@ -1,6 +1,20 @@
 # Run by CPack for each package, on the files that are about to be packed: adds what belongs to a
 # package and to no other installation.
+
+# The version that is packed is the one that the changelog names as released last, with its day.
+set(released "## \\[([0-9.]+)\\] - ([0-9-]+)")
+file(STRINGS ${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md releases REGEX "^${released}$")
+list(GET releases 0 release)
+string(REGEX MATCH "${released}" release "${release}")
+set(version ${CMAKE_MATCH_1})
+set(day ${CMAKE_MATCH_2})
+if(NOT version STREQUAL CPACK_PACKAGE_VERSION)
+  message(FATAL_ERROR "CHANGELOG.md: the last release is ${version}, what is packed is ${CPACK_PACKAGE_VERSION}")
+endif()
+
 if(CPACK_GENERATOR STREQUAL DEB)
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C date --utc --rfc-email --date=${day}
+    OUTPUT_VARIABLE day OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   file(GLOB packages LIST_DIRECTORIES TRUE ${CPACK_TEMPORARY_DIRECTORY}/*)
   foreach(package IN LISTS packages)
     get_filename_component(component ${package} NAME)
@@ -8,7 +22,14 @@ if(CPACK_GENERATOR STREQUAL DEB)
     set(doc ${package}/usr/share/doc/${CPACK_DEBIAN_${component}_PACKAGE_NAME})
     configure_file(${CPACK_KEL_SOURCE_DIR}/LICENSE ${doc}/copyright COPYONLY)
     configure_file(${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md ${doc}/changelog COPYONLY)
-    execute_process(COMMAND gzip -9nf ${doc}/changelog COMMAND_ERROR_IS_FATAL ANY)
+    file(WRITE ${doc}/changelog.Debian
+"${CPACK_PACKAGE_NAME} (${version}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
+
+  * Release ${version}.
+
+ -- ${CPACK_PACKAGE_CONTACT}  ${day}
+")
+    execute_process(COMMAND gzip -9nf ${doc}/changelog ${doc}/changelog.Debian COMMAND_ERROR_IS_FATAL ANY)
   endforeach()
   return()
 endif()
