@@ -68,17 +68,22 @@ TEST(ByteBufferStorage, ObjectsLiveWhereverAClientPutsThem) {
 }
 
 TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {
+    // 8 where a size has 32 bits and is not checked.
+    constexpr std::uint64_t wrapping =
+        sizeof(std::size_t) == 4 ? (std::uint64_t{1} << 32) + 8 : HUGE_COUNT;
     constexpr std::uint64_t cases[][3] = {
-        {HUGE_COUNT, 1, 0}, {1, HUGE_COUNT, 0}, {1, 0, HUGE_COUNT}, {HUGE_COUNT, 0, 0}};
+        {HUGE_COUNT, 1, 0}, {1, HUGE_COUNT, 0}, {1, 0, HUGE_COUNT}, {HUGE_COUNT, 0, 0},
+        {wrapping, 0, 0},   {0, wrapping, 0},   {0, 0, wrapping},   {wrapping / 2, wrapping / 2, 8}};
     Kel_ByteBuffer buffer = make({1, 2, 3, 4}, 1, 1);
     for (const auto& [size, low, high] : cases) {
         EXPECT_THROW(Kel_ByteBuffer(size, low, high), std::bad_alloc);
         EXPECT_THROW(buffer.init(size, low, high), std::bad_alloc);
     }
     for (const std::uint64_t at : {0U, 4U})
-        for (const std::uint64_t count : {HUGE_COUNT, HUGE_COUNT - 5, HUGE_COUNT / 2})
+        for (const std::uint64_t count : {HUGE_COUNT, HUGE_COUNT - 5, HUGE_COUNT / 2, wrapping})
             EXPECT_THROW(buffer.insertBytes(at, count), std::bad_alloc);
-    EXPECT_THROW(buffer.hex2Bin(0, HUGE_COUNT, buffer), std::bad_alloc);
+    for (const std::uint64_t last : {HUGE_COUNT, 2 * wrapping - 2})
+        EXPECT_THROW(buffer.hex2Bin(0, last, buffer), std::bad_alloc);
     EXPECT_EQ(bytesOf(buffer), Bytes({1, 2, 3, 4}));
     buffer.init(2, 0, 0);
     EXPECT_EQ(bytesOf(buffer), Bytes({0, 0}));

@@ -190,6 +190,20 @@ TEST(Number, UpTo512BitsReadWithoutMemory) {
     EXPECT_THROW(Kel_Number(~std::uint64_t{0}), std::bad_alloc); // not a number of no words
 }
 
+TEST(Number, WidthsMayExceedTheSizesOfTheHost) {
+    if (sizeof(std::size_t) > 4)
+        GTEST_SKIP() << "sizes have 64 bits, as widths have";
+    EXPECT_THROW(Kel_Number((std::uint64_t{1} << 36) + 16), std::bad_alloc); // not one word
+    Kel_Number number(std::uint64_t{1} << 32);
+    ASSERT_TRUE(number.set('d', "1" + std::string(5000, '0')));
+    EXPECT_FALSE(number.isZero()); // the lowest 5000 bits are
+    ASSERT_TRUE(number.set('d', "-1"));
+    const std::string text = number.toString('s');
+    EXPECT_EQ(text.size(), std::size_t{1} << 29);
+    EXPECT_EQ(text.front(), '\xFF');
+    EXPECT_THROW(number.toString('b'), std::bad_alloc);
+}
+
 TEST(Number, OnlyScaledValuesFollowTheLocale) {
     if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr &&
         std::setlocale(LC_ALL, "German_Germany.1252") == nullptr)

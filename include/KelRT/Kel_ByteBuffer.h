@@ -43,8 +43,8 @@ namespace KelRT {
 /// insertBytes() when a reserve grows, being filled as a target, assignment) or is destroyed.
 ///
 /// **Limits.** `startPosition + size` stays below 2^31, since indices and shifts are 32-bit; this
-/// is not checked. Memory that cannot be had, sums of sizes above 64 bits included, is
-/// `std::bad_alloc`; the buffer (or target) then keeps its old contents.
+/// is not checked. Sizes that the host's memory cannot hold, whether they exceed 64 bits or its
+/// `std::size_t`, are `std::bad_alloc`; the buffer (or target) then keeps its old contents.
 ///
 /// **Duties of the caller** are marked as preconditions. Debug builds assert them; release builds
 /// look at none.
@@ -86,8 +86,8 @@ public:
     KELRT_API ~Kel_ByteBuffer();
 
     /// Takes a new block of \a padLow + \a size + \a padHigh bytes, all zero, with no shift
-    /// pending, and releases the old one. \throws std::bad_alloc also when the sum exceeds 64 bits;
-    /// the buffer is then unchanged
+    /// pending, and releases the old one. \throws std::bad_alloc also when the sum exceeds what
+    /// memory can hold; the buffer is then unchanged
     KELRT_API void init(std::uint64_t size, std::uint64_t padLow, std::uint64_t padHigh);
 
     /// @}
@@ -124,8 +124,8 @@ public:
     /// b0 b1 b2 b3, insertBytes(9, 1) => b0 b1 b2 b3 x     // at or beyond the end: appended
     /// \endcode
     /// \return always 0
-    /// \throws std::bad_alloc also when the block's size exceeds 64 bits; the bytes are then
-    /// unchanged
+    /// \throws std::bad_alloc also when the block's size exceeds what memory can hold; the bytes are
+    /// then unchanged
     KELRT_API std::int32_t insertBytes(std::uint64_t atByte, std::uint64_t byteCount);
 
     /// Gives the last \a byteCount bytes to the high reserve. \pre byteCount <= getSize()
@@ -350,7 +350,9 @@ private:
     void increasePadHigh(std::uint64_t byteCount);
     void increasePadLow(std::uint64_t byteCount);
     [[nodiscard]] unsigned char* used() const noexcept { return storage.get() + startPosition; }
-    [[nodiscard]] std::uint64_t blockSize() const noexcept { return padLow + size + padHigh; }
+    [[nodiscard]] std::size_t blockSize() const noexcept {
+        return static_cast<std::size_t>(padLow + size + padHigh);
+    }
     /// True for a field of 1 to 64 bits before which nothing is to be done, and which lies within
     /// whole words that count from the first used byte. Such words rarely cross a cache line, and
     /// what one access stores the next can load.

@@ -47,7 +47,7 @@ public:
     /// A number of \a bitCount bits with the value 0.
     /// \param bitCount the width in bits, at least 1
     /// \throws std::logic_error "Internal error: bad bitCount for Kel_Number" for a width of 0
-    /// \throws std::bad_alloc, std::length_error for a width that memory cannot hold
+    /// \throws std::bad_alloc for a width that memory cannot hold
     KELRT_API explicit Kel_Number(std::uint64_t bitCount);
 
     /// Takes the width and the value of \a other. Assigning a number to itself changes nothing.
@@ -129,7 +129,7 @@ public:
     ///
     /// \param radix a radix letter of the table above; any other letter gives the text
     ///              "bad format for number"
-    /// \throws std::bad_alloc, std::length_error
+    /// \throws std::bad_alloc
     /// \code
     /// 16 bits, 10:         'x' => "000a"   'X' => "000A"   'o' => "000012"   'd' => "10"
     /// 12 bits, 0xFFF:      'd' => "-1"     'u' => "4095"   'b' => "111111111111"

@@ -42,7 +42,7 @@ void encode(const unsigned char* bytes, std::uint64_t count, unsigned char* out)
     const std::uint64_t rest = loadBytes(bytes, count) << (8 * (WORD_BYTES - count));
     unsigned char digits[2 * WORD_BYTES];
     storeVector(digits, hexCharacters(mostSignificantFirst(rest), 'A'));
-    std::memcpy(out, digits, 2 * count);
+    std::memcpy(out, digits, static_cast<std::size_t>(2 * count));
 }
 
 /// What ordinary text means by any character: its value as a hexadecimal digit, or else its code

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_ByteBuffer.h"
 
+#include "common/memory.h"
 #include "common/vectors.h"
 #include "common/words.h"
 
@@ -9,6 +10,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <utility>
 
 namespace KelRT {
@@ -16,18 +18,17 @@ namespace {
 
 using Block = std::unique_ptr<unsigned char[]>;
 
-/// \a a + \a b + \a c + \a d as the size of a block; a sum above 64 bits is memory that cannot be
-/// had.
-std::uint64_t sumOfSizes(std::uint64_t a, std::uint64_t b, std::uint64_t c, std::uint64_t d = 0) {
+// The sum as the size of a block. Throws std::bad_alloc for more than memory can hold; neither
+// addition overflows, since its terms are checked.
+std::size_t sumOfSizes(std::initializer_list<std::uint64_t> sizes) {
     std::uint64_t sum = 0;
-    if (__builtin_add_overflow(a, b, &sum) || __builtin_add_overflow(sum, c, &sum) ||
-        __builtin_add_overflow(sum, d, &sum))
-        throw std::bad_alloc();
-    return sum;
+    for (const std::uint64_t size : sizes)
+        sum = common::checkedCount(sum + common::checkedCount(size));
+    return static_cast<std::size_t>(sum);
 }
 
 /// memcpy that takes null pointers where there is nothing to copy.
-void copyBytes(unsigned char* to, const unsigned char* from, std::uint64_t count) {
+void copyBytes(unsigned char* to, const unsigned char* from, std::size_t count) {
     if (count != 0)
         std::memcpy(to, from, count);
 }
@@ -64,11 +65,11 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     constexpr std::ptrdiff_t STEP = 4 * VECTOR_BYTES;
     for (; end - bytes >= STEP; bytes += STEP) {
         std::array<WordVector, 4> moved;
-        for (std::uint64_t i = 0; i < moved.size(); ++i) {
+        for (std::size_t i = 0; i < moved.size(); ++i) {
             const unsigned char* const from = bytes + i * VECTOR_BYTES;
             moved[i] = shifted(loadWords(from), loadWords(from + WORD_BYTES));
         }
-        for (std::uint64_t i = 0; i < moved.size(); ++i)
+        for (std::size_t i = 0; i < moved.size(); ++i)
             storeWords(bytes + i * VECTOR_BYTES, moved[i]);
     }
     // In a short buffer each byte is loaded once, as an earlier shift may just have stored it: a
@@ -93,13 +94,13 @@ Kel_ByteBuffer::~Kel_ByteBuffer() = default;
 Kel_ByteBuffer::Kel_ByteBuffer(std::uint64_t newSize, std::uint64_t newPadLow,
                                std::uint64_t newPadHigh)
     : startPosition(newPadLow), size(newSize), padLow(newPadLow), padHigh(newPadHigh),
-      storage(std::make_unique<unsigned char[]>(sumOfSizes(newPadLow, newSize, newPadHigh))) {}
+      storage(std::make_unique<unsigned char[]>(sumOfSizes({newPadLow, newSize, newPadHigh}))) {}
 
 Kel_ByteBuffer::Kel_ByteBuffer(const unsigned char* source, std::uint64_t newSize,
                                std::uint64_t newPadLow, std::uint64_t newPadHigh)
     : Kel_ByteBuffer(newSize, newPadLow, newPadHigh) {
     assert((source != nullptr || newSize == 0) && "source designates at least size bytes");
-    copyBytes(used(), source, newSize);
+    copyBytes(used(), source, static_cast<std::size_t>(newSize));
 }
 
 Kel_ByteBuffer::Kel_ByteBuffer(const Kel_ByteBuffer& other)
@@ -152,13 +153,14 @@ std::int32_t Kel_ByteBuffer::insertBytes(std::uint64_t atByte, std::uint64_t byt
         if (padHigh < byteCount)
             increasePadHigh(byteCount);
         if (inside)
-            std::memmove(used() + atByte + byteCount, used() + atByte, size - atByte);
+            std::memmove(used() + atByte + byteCount, used() + atByte,
+                         static_cast<std::size_t>(size - atByte));
         padHigh -= byteCount;
     } else {
         if (padLow < byteCount)
             increasePadLow(byteCount);
         if (inside)
-            std::memmove(used() - byteCount, used(), atByte);
+            std::memmove(used() - byteCount, used(), static_cast<std::size_t>(atByte));
         startPosition -= byteCount;
         padLow -= byteCount;
     }
@@ -194,21 +196,22 @@ void Kel_ByteBuffer::byteAlignSlowCase() noexcept {
 
 void Kel_ByteBuffer::increasePadHigh(std::uint64_t byteCount) {
     byteAlign();
-    const std::uint64_t old = blockSize();
-    Block block = std::make_unique_for_overwrite<unsigned char[]>(
-        sumOfSizes(padLow, size, padHigh, byteCount));
+    const std::size_t old = blockSize();
+    const std::size_t grown = sumOfSizes({old, byteCount});
+    Block block = std::make_unique_for_overwrite<unsigned char[]>(grown);
     copyBytes(block.get(), storage.get(), old);
-    std::memset(block.get() + old, 0, byteCount);
+    std::memset(block.get() + old, 0, grown - old);
     padHigh += byteCount;
     storage = std::move(block);
 }
 
 void Kel_ByteBuffer::increasePadLow(std::uint64_t byteCount) {
     byteAlign();
-    Block block = std::make_unique_for_overwrite<unsigned char[]>(
-        sumOfSizes(padLow, size, padHigh, byteCount));
-    std::memset(block.get(), 0, byteCount);
-    copyBytes(block.get() + byteCount, storage.get(), blockSize());
+    const std::size_t old = blockSize();
+    const std::size_t grown = sumOfSizes({old, byteCount});
+    Block block = std::make_unique_for_overwrite<unsigned char[]>(grown);
+    std::memset(block.get(), 0, grown - old);
+    copyBytes(block.get() + (grown - old), storage.get(), old);
     padLow += byteCount;
     startPosition += byteCount;
     storage = std::move(block);

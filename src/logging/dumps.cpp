@@ -66,7 +66,7 @@ char* put(char* out, std::string_view text) {
 }
 
 char* putBlanks(char* out, std::uint64_t count) {
-    std::memset(out, ' ', count);
+    std::memset(out, ' ', static_cast<std::size_t>(count));
     return out + count;
 }
 

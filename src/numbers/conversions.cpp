@@ -56,7 +56,7 @@ bool isEmpty(const char* text) {
     return text == nullptr || *text == '\0';
 }
 
-unsigned upTo(std::size_t most, std::size_t count) {
+unsigned upTo(std::uint64_t most, std::uint64_t count) {
     return static_cast<unsigned>(std::min(most, count));
 }
 
@@ -142,8 +142,9 @@ std::string& Kel_NumberUtil::bin2ReverseBinStr(const unsigned char* binArray,
         refuse("Internal error: bad bitCount value for Kel_NumberUtil::bin2ReverseBinStr", binStr);
     if (binArray == nullptr)
         refuse("Internal error: bad binArray in Kel_NumberUtil::bin2ReverseBinStr", binStr);
-    const std::size_t bits = bitCount;
-    const Input bytes(reinterpret_cast<const char*>(binArray), (bits + 7) / 8, binStr);
+    const Input bytes(reinterpret_cast<const char*>(binArray),
+                      bitCount / 8 + (bitCount % 8 == 0 ? 0 : 1), binStr);
+    const auto bits = common::checkedCount<char>(bitCount);
     binStr.resize(bits);
     const auto step = [&bytes](std::size_t bit) {
         const auto byte = static_cast<std::uint8_t>(bytes.data()[bit / 8]);
@@ -195,9 +196,9 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
     if (bitCount == 0)
         refuse("Internal error: bad bitCount for Kel_NumberUtil::hexStr2BinStr", binStr);
     const Input digits(hexStr, binStr);
-    binStr.resize(bitCount, '0');
+    binStr.resize(common::checkedCount<char>(bitCount), '0');
     char* end = binStr.data() + bitCount;
-    std::size_t bitsLeft = std::min<std::size_t>(bitCount, 4 * digits.size());
+    auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.size());
     for (std::size_t done = 0; bitsLeft > 0; done += 16) {
         const unsigned bits = upTo(64, bitsLeft);
         common::writeBits(end, readUntestedDigits(digits.end() - done, (bits + 3) / 4), bits);
@@ -252,7 +253,7 @@ std::string& Kel_NumberUtil::uLL2HexStr(std::uint64_t value, std::string& out) {
 
 std::string& Kel_NumberUtil::uInt2HexStr(std::uint32_t value, std::uint32_t bitCount,
                                          std::string& out) {
-    return writeHexText(value, (std::uint64_t{bitCount} + 3) / 4, out);
+    return writeHexText(value, bitCount / 4 + (bitCount % 4 == 0 ? 0 : 1), out);
 }
 
 } // namespace KelRT

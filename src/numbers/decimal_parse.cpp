@@ -165,7 +165,7 @@ std::size_t countDecimalDigits(const std::string& text) {
     const char* at = text.data();
     const char* const end = at + text.size();
     std::size_t count = 0;
-    for (; end - at >= STEP && common::areDecimalDigits(common::loadCharacters(at)); at += STEP)
+    for (; end - at >= std::ptrdiff_t{STEP} && common::areDecimalDigits(common::loadCharacters(at)); at += STEP)
         count += STEP;
     return count + static_cast<std::size_t>(std::count_if(at, end, common::isDecimalDigit));
 }
@@ -183,7 +183,9 @@ bool parseWideDecimal(const std::string& text, std::uint16_t* words, std::size_t
         sink.chunks.push_back(0);
     std::reverse(sink.chunks.begin(), sink.chunks.end());
     WordSink target(words, wordCount);
-    for (const Limb limb : fromDecimalChunks(sink.chunks, 16 * wordCount / READ_LIMB_BITS + 1))
+    // The product may exceed std::size_t, the quotient does not.
+    const std::uint64_t limbs = std::uint64_t{16} * wordCount / READ_LIMB_BITS + 1;
+    for (const Limb limb : fromDecimalChunks(sink.chunks, static_cast<std::size_t>(limbs)))
         target.put(limb, READ_LIMB_BITS);
     target.finish();
     return true;

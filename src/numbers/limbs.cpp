@@ -25,11 +25,12 @@ void Limbs::store(std::uint16_t* words, std::size_t wordCount) const {
 }
 
 void Limbs::negate(std::uint64_t bitCount) {
-    assert(bitCount > LIMB_BITS * (used - 1) && bitCount <= LIMB_BITS * used);
+    const std::uint64_t below = std::uint64_t{LIMB_BITS} * (used - 1); // the highest limb
+    assert(bitCount > below && bitCount <= below + LIMB_BITS);
     bool carry = true;
     for (std::size_t i = 0; i < used; ++i)
         limbs[i] = negateLimb(limbs[i], carry);
-    limbs[used - 1] &= common::lowBits(bitCount - LIMB_BITS * (used - 1));
+    limbs[used - 1] &= common::lowBits(bitCount - below);
     dropLeadingZeros();
 }
 

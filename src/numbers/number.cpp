@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Number.h"
 
+#include "common/memory.h"
 #include "numbers/limbs.h"
 
 #include <algorithm>
@@ -24,7 +25,8 @@ std::uint64_t checkedWidth(std::uint64_t bitCount) {
 Kel_Number::Kel_Number(std::uint64_t newBitCount)
     : topWordMask(static_cast<std::uint16_t>(
           0xFFFF >> (WORD_LENGTH - checkedWidth(newBitCount) % WORD_LENGTH) % WORD_LENGTH)),
-      words(newBitCount / WORD_LENGTH + (newBitCount % WORD_LENGTH == 0 ? 0 : 1)),
+      words(common::checkedCount<std::uint16_t>(newBitCount / WORD_LENGTH +
+                                                (newBitCount % WORD_LENGTH == 0 ? 0 : 1))),
       bitCount(newBitCount), wordCount(words.size()) {}
 
 Kel_Number::Kel_Number(const Kel_Number&) = default;
@@ -56,10 +58,11 @@ bool Kel_Number::isNegative() const noexcept {
 
 void Kel_Number::negate() noexcept {
     bool carry = true;
-    for (std::size_t i = 0; i < wordCount; i += WORDS_PER_LIMB) {
+    for (std::size_t i = 0; i < words.size(); i += WORDS_PER_LIMB) {
         std::uint16_t* const here = words.data() + i;
-        const numbers::Limb limb = numbers::loadLimb(here, wordCount - i);
-        numbers::storeLimb(here, wordCount - i, numbers::negateLimb(limb, carry));
+        const std::size_t available = words.size() - i;
+        const numbers::Limb limb = numbers::loadLimb(here, available);
+        numbers::storeLimb(here, available, numbers::negateLimb(limb, carry));
     }
     maskTopWord();
 }

@@ -4,6 +4,7 @@
 #include "KelRT/Kel_Number.h"
 #include "common/bit_text.h"
 #include "common/decimal.h"
+#include "common/memory.h"
 #include "common/words.h"
 #include "numbers/limbs.h"
 #include "numbers/radix.h"
@@ -19,11 +20,13 @@ namespace numbers {
 namespace {
 
 /// How many bits the value of \a words has up to its highest one bit.
-std::size_t significantBits(const std::vector<std::uint16_t>& words) {
+std::uint64_t significantBits(const std::vector<std::uint16_t>& words) {
     std::size_t count = words.size();
     while (count > 0 && words[count - 1] == 0)
         --count;
-    return count == 0 ? 0 : 16 * (count - 1) + std::bit_width(words[count - 1]);
+    if (count == 0)
+        return 0;
+    return std::uint64_t{16} * (count - 1) + static_cast<unsigned>(std::bit_width(words[count - 1]));
 }
 
 /// The base is a power of two: each digit is a field of bits. The digits are written from the last
@@ -35,9 +38,9 @@ std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t 
     constexpr unsigned GROUP_BITS = 16 * WordsInGroup;
     constexpr std::size_t GROUP_DIGITS = GROUP_BITS / DigitBits;
     static_assert(GROUP_BITS % DigitBits == 0);
-    const std::size_t significant = (significantBits(words) + DigitBits - 1) / DigitBits;
-    std::size_t digits = std::max<std::size_t>(significant, 1);
-    std::string text(std::max(digits, leastDigits), filler);
+    const std::uint64_t significant = (significantBits(words) + DigitBits - 1) / DigitBits;
+    auto digits = common::checkedCount<char>(std::max<std::uint64_t>(significant, 1));
+    std::string text(common::checkedCount<char>(std::max(digits, leastDigits)), filler);
     char* end = text.data() + text.size();
     for (std::size_t word = 0; digits > 0; word += WordsInGroup) {
         const std::size_t count = std::min(digits, GROUP_DIGITS);
@@ -72,7 +75,8 @@ std::string wideDecimalText(const Limbs& value, bool negative) {
     const char* const first = common::writeDecimal(highestEnd, chunks.back());
     std::string text(negative ? "-" : "");
     text.append(first, static_cast<std::size_t>(highestEnd - first));
-    text.resize(text.size() + PRINTED_CHUNK_DIGITS * (chunks.size() - 1));
+    text.resize(common::checkedCount<char>(
+        text.size() + std::uint64_t{PRINTED_CHUNK_DIGITS} * (chunks.size() - 1)));
     char* end = text.data() + text.size();
     for (std::size_t i = 0; i + 1 < chunks.size(); ++i)
         end = common::writeSeventeen(end, chunks[i]);

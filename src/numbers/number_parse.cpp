@@ -82,7 +82,7 @@ bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
         if (Digits::BITS == 4 && left >= common::VECTOR_BYTES &&
             readSixteenDigits(text.data() + left - common::VECTOR_BYTES, limb)) {
             sink.put(limb, LIMB_BITS);
-            left -= common::VECTOR_BYTES;
+            left -= std::size_t{common::VECTOR_BYTES};
             continue;
         }
         const auto count = static_cast<unsigned>(std::min<std::size_t>(STEP, left));
@@ -130,7 +130,7 @@ bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std:
 
 bool Kel_Number::set(char radix, const std::string& text) {
     bool negative = false;
-    if (!numbers::parseDigits(radix, text, words.data(), wordCount, negative)) {
+    if (!numbers::parseDigits(radix, text, words.data(), words.size(), negative)) {
         setToZero();
         return false;
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_StrTok.h"
 
+#include "common/memory.h"
 #include "common/vectors.h"
 #include "common/words.h"
 
@@ -45,9 +46,10 @@ std::uint64_t membersOf(const char* set, const char* characters) {
 /// so that a block can be examined as a whole.
 std::unique_ptr<char[]> copyOf(const char* text, std::uint64_t length) {
     const std::uint64_t lastBlock = length / WORD_BITS * WORD_BITS;
-    auto copy = std::make_unique_for_overwrite<char[]>(lastBlock + WORD_BITS);
-    std::memset(&copy[lastBlock], 0, WORD_BITS);
-    std::memcpy(copy.get(), text, length);
+    auto copy =
+        std::make_unique_for_overwrite<char[]>(common::checkedCount<char>(lastBlock + WORD_BITS));
+    std::memset(copy.get() + lastBlock, 0, WORD_BITS);
+    std::memcpy(copy.get(), text, static_cast<std::size_t>(length));
     return copy;
 }
 
@@ -72,7 +74,7 @@ Kel_StrTok::Kel_StrTok(const char* text, const char* newDelimiters, bool newHand
     buffer = copyOf(text == nullptr ? "" : text, length);
     if (toLowerCase)
         foldToLowerCase(buffer.get());
-    if (delimiters == CSV_DELIM && length > 0 && buffer[length - 1] == *CSV_DELIM)
+    if (delimiters == CSV_DELIM && length > 0 && buffer.get()[length - 1] == *CSV_DELIM)
         pendingEmptyToken = 1;
 }
 
@@ -82,7 +84,7 @@ Kel_StrTok::~Kel_StrTok() = default;
 /// and is inlined instead.
 [[gnu::noinline]] void Kel_StrTok::examine(std::uint64_t newBlock) noexcept {
     block = newBlock;
-    blockDelimiters = membersOf(delimiters, &buffer[block * WORD_BITS]);
+    blockDelimiters = membersOf(delimiters, buffer.get() + block * WORD_BITS);
 }
 
 /// The delimiters from character \a from (below the length) to the end of its block, \a from at
@@ -125,16 +127,17 @@ std::uint64_t Kel_StrTok::skipDelimiters(std::uint64_t from) noexcept {
 /// The index of the first double quote at or behind \a from, or the length.
 std::uint64_t Kel_StrTok::findQuote(std::uint64_t from) const noexcept {
     const char* const text = buffer.get();
-    const void* const quote = std::memchr(text + from, '"', length - from);
+    const void* const quote = std::memchr(text + from, '"', static_cast<std::size_t>(length - from));
     return quote == nullptr ? length
                             : static_cast<std::uint64_t>(static_cast<const char*>(quote) - text);
 }
 
 /// The token from \a first to in front of \a end, whose character is used up.
 const char* Kel_StrTok::cut(std::uint64_t first, std::uint64_t end) noexcept {
-    buffer[end] = '\0';
+    char* const text = buffer.get();
+    text[end] = '\0';
     position = end + 1;
-    return &buffer[first];
+    return text + first;
 }
 
 /// The token whose opening quote stands at the current position.
@@ -155,7 +158,7 @@ const char* Kel_StrTok::getNext() noexcept {
     }
     if (delimiters != CSV_DELIM)
         position = skipDelimiters(position);
-    if (handleQuotes && buffer[position] == '"')
+    if (handleQuotes && buffer.get()[position] == '"')
         return cutQuoted();
     return cut(position, findDelimiter(position));
 }
