@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "capture.h"
+
+#include "decimal.h"
+#include "messages.h"
+
+#include "KelRT/Kel_StrTok.h"
+#include "KelRT/Kel_Util.h"
+#include "KelRT/Logger.h"
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+namespace field_report {
+
+using KelRT::Kel_ByteBuffer;
+using KelRT::Kel_StrTok;
+using KelRT::Kel_Util;
+using KelRT::Logger;
+
+namespace {
+
+bool isDigit(char character) {
+    return std::isxdigit(static_cast<unsigned char>(character)) != 0;
+}
+
+BadInput misfit(std::uint64_t width) {
+    return BadInput("the value does not fit into " + std::to_string(width) + " bits");
+}
+
+// "0xDEAD_BEEF" => "DEADBEEF"
+void keepDigits(std::string& text) {
+    if (text.size() > 1 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X'))
+        text.erase(0, 2);
+    for (std::size_t at = text.find('_'); at != std::string::npos; at = text.find('_', at + 1))
+        if (at == 0 || at + 1 == text.size() || !isDigit(text[at - 1]) || !isDigit(text[at + 1]))
+            throw BadInput("'_' stands between two digits only");
+    text.erase(std::remove(text.begin(), text.end(), '_'), text.end());
+    const auto bad = std::find_if_not(text.begin(), text.end(), isDigit);
+    if (bad != text.end())
+        throw BadInput("'" + std::string(1, *bad) + "' is not a hexadecimal digit");
+    if (text.empty())
+        throw BadInput("the value has no digits");
+}
+
+// Fills up with zeros to `count` digits, or drops zeros, at the end of the highest digit.
+void fitDigits(std::string& digits, std::size_t count, ByteOrder order) {
+    if (order == ByteOrder::BIG) {
+        digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
+        digits.insert(0, count - std::min(count, digits.size()), '0');
+    } else {
+        if (digits.size() % 2 != 0)
+            throw BadInput("with byteorder=little a value has two digits for each byte");
+        digits.erase(digits.find_last_not_of('0') + 1);
+        digits.append(count - std::min(count, digits.size()), '0');
+    }
+}
+
+Kel_ByteBuffer bitsOf(std::string digits, std::uint64_t width, ByteOrder order) {
+    keepDigits(digits);
+    const std::uint64_t count = (width + 7) / 8 * 2; // digits of whole bytes
+    fitDigits(digits, static_cast<std::size_t>(count), order);
+    if (digits.size() > count)
+        throw misfit(width);
+    Kel_ByteBuffer text(reinterpret_cast<const unsigned char*>(digits.data()), count, 0, 0);
+    Kel_ByteBuffer bits;
+    text.hex2Bin(0, count - 1, bits);
+    if (order == ByteOrder::LITTLE)
+        bits.swapByteOrder(0, bits.getSize());
+    if (bits.getBits(width, count * 4 - width) != 0)
+        throw misfit(width);
+    return bits;
+}
+
+} // namespace
+
+void readScan(const std::string& line, ByteOrder order, Scan& scan) {
+    const std::string text = Kel_Util::trimWhitespace(line.substr(0, line.find('#')));
+    Kel_StrTok words(text.c_str(), Kel_StrTok::WHITE_SPACE, false, false, false);
+    scan.name = words.getNext();
+    const char* const width = words.getNext();
+    const char* group = words.getNext();
+    if (group == nullptr)
+        throw BadInput("expected a name, a width in bits and a value");
+    scan.width = numberOf<std::uint64_t>(width, "the width");
+    if (scan.width == 0 || scan.width > MOST_BITS)
+        throw BadInput("a register has 1 to " + std::to_string(MOST_BITS) + " bits");
+    std::string digits;
+    for (; group != nullptr; group = words.getNext())
+        digits += group;
+    scan.bits = bitsOf(std::move(digits), scan.width, order);
+    const auto bitCount = static_cast<unsigned>(scan.width);
+    Logger::logger.printLog(3, "%s, %u bits", scan.name.c_str(), bitCount);
+    Logger::logger.dumpBuffer(3, nullptr, scan.bits.uPtr(), bitCount);
+}
+
+} // namespace field_report

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+//
+// The forms for programs. Both are UTF-8, whatever the input holds.
+#include "field_text.h"
+#include "formats.h"
+
+#include <cstring>
+#include <string_view>
+
+namespace field_report {
+
+namespace {
+
+// The length of the character at the start of `text`, 0 if it is not well-formed UTF-8.
+std::size_t characterLength(std::string_view text) {
+    const auto byte = [&](std::size_t at) {
+        return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
+    };
+    const unsigned lead = byte(0);
+    if (lead < 0x80)
+        return 1;
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    // The second byte excludes forms that are too long, surrogates, and what is above U+10FFFF.
+    const unsigned least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    const unsigned most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    bool good = lead >= 0xC2 && lead <= 0xF4 && byte(1) >= least && byte(1) <= most;
+    for (std::size_t at = 2; at < length; ++at)
+        good = good && (byte(at) & 0xC0) == 0x80;
+    return good ? length : 0;
+}
+
+// Each byte that belongs to no character becomes U+FFFD.
+std::string utf8(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t length = characterLength(text);
+        result += length == 0 ? "\xEF\xBF\xBD" : text.substr(0, length);
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    return result;
+}
+
+// A value beyond the range of double has no number.
+bool isNumber(const std::string& value) {
+    return !value.empty() && value.find_first_of("in") == std::string::npos; // inf, nan
+}
+
+class CsvFormat : public Format {
+public:
+    void addScan(const std::vector<Item>& items, std::string& text) override {
+        addHeader(text);
+        for (const Item& item : items)
+            add(item, text);
+    }
+
+    void end(std::string& text) override { addHeader(text); }
+
+private:
+    void addHeader(std::string& text) {
+        if (!headerIsDone)
+            text += "register,scan,field,lowest,width,raw,value,unit,description\r\n";
+        headerIsDone = true;
+    }
+
+    static void add(const Item& item, std::string& text) {
+        const Field& field = item.field;
+        addColumn(item.registerName, text);
+        text.append(std::to_string(item.scan)) += ',';
+        addColumn(field.name, text);
+        text.append(std::to_string(field.lowest)) += ',';
+        text.append(std::to_string(field.width)) += ',';
+        addColumn(prefixOf(field) + printable(item.raw), text);
+        text.append(isNumber(item.value) ? item.value : "") += ',';
+        addColumn(field.unit, text);
+        addColumn(field.description, text);
+        text.replace(text.size() - 1, 1, "\r\n");
+    }
+
+    static void addColumn(const std::string& column, std::string& text) {
+        if (column.find_first_of(",\"\r\n") == std::string::npos) {
+            text.append(utf8(column)) += ',';
+            return;
+        }
+        text += '"';
+        for (const char c : utf8(column))
+            text.append(c == '"' ? 2 : 1, c);
+        text += "\",";
+    }
+
+    bool headerIsDone = false;
+};
+
+class JsonFormat : public Format {
+public:
+    void addScan(const std::vector<Item>& items, std::string& text) override {
+        for (const Item& item : items)
+            add(item, text);
+    }
+
+    void end(std::string& text) override { text += isEmpty ? "[]\n" : "\n]\n"; }
+
+private:
+    void add(const Item& item, std::string& text) {
+        const Field& field = item.field;
+        text += isEmpty ? "[\n{\"register\":" : ",\n{\"register\":";
+        isEmpty = false;
+        addString(utf8(item.registerName), text);
+        text.append(",\"scan\":").append(std::to_string(item.scan)).append(",\"field\":");
+        addString(utf8(field.name), text);
+        text.append(",\"lowest\":").append(std::to_string(field.lowest));
+        text.append(",\"width\":").append(std::to_string(field.width)).append(",\"raw\":");
+        addString(prefixOf(field) + charactersOf(item.raw), text);
+        text.append(",\"value\":").append(isNumber(item.value) ? item.value : "null");
+        text += ",\"unit\":";
+        addString(utf8(field.unit), text);
+        text += ",\"description\":";
+        addString(utf8(field.description), text);
+        text += '}';
+    }
+
+    // Each byte of a field of characters is the character with that code, U+0000 to U+00FF.
+    static std::string charactersOf(const std::string& raw) {
+        std::string text;
+        for (const char c : raw) {
+            const auto code = static_cast<unsigned char>(c);
+            if (code >= 0x80)
+                text += static_cast<char>(0xC0 | code >> 6);
+            text += static_cast<char>(code < 0x80 ? code : 0x80 | (code & 0x3F));
+        }
+        return text;
+    }
+
+    static void addString(const std::string& string, std::string& text) {
+        constexpr const char* DIGITS = "0123456789abcdef";
+        text += '"';
+        for (const char c : string) {
+            const auto code = static_cast<unsigned char>(c);
+            if (code < 0x20)
+                text.append("\\u00") += {DIGITS[code >> 4], DIGITS[code & 15]};
+            else
+                text.append(c == '"' || c == '\\' ? "\\" : "") += c;
+        }
+        text += '"';
+    }
+
+    bool isEmpty = true;
+};
+
+} // namespace
+
+std::unique_ptr<Format> makeCsvFormat() {
+    return std::make_unique<CsvFormat>();
+}
+
+std::unique_ptr<Format> makeJsonFormat() {
+    return std::make_unique<JsonFormat>();
+}
+
+} // namespace field_report

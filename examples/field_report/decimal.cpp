@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "decimal.h"
+
+#include <algorithm>
+
+namespace field_report {
+
+namespace {
+
+constexpr std::int64_t MOST_DECIMALS = 400; // the smallest double has 324 zeros before its digits
+
+} // namespace
+
+std::uint32_t decimalsOf(const std::string& number) {
+    const std::size_t end = std::min(number.find_first_of("eE"), number.size());
+    const std::size_t point = std::min(number.find('.'), end);
+    std::int64_t decimals = point == end ? 0 : static_cast<std::int64_t>(end - point - 1);
+    if (end != number.size()) {
+        const std::size_t exponent = end + (number[end + 1] == '+' ? 2 : 1);
+        decimals -= numberOf<std::int32_t>(number.substr(exponent), "the exponent");
+    }
+    if (decimals > MOST_DECIMALS)
+        throw BadInput("'" + number + "' has more than " + std::to_string(MOST_DECIMALS) +
+                       " decimals");
+    return static_cast<std::uint32_t>(std::max<std::int64_t>(decimals, 0));
+}
+
+} // namespace field_report

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+//
+// Numbers as they stand in captures and tables.
+#pragma once
+
+#include "messages.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <system_error>
+
+namespace field_report {
+
+/// \a text as a decimal number. \throws BadInput if it is none, calling it \a what
+template <class Number>
+Number numberOf(const std::string& text, const char* what) {
+    Number number{};
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || rest != end || !std::isfinite(static_cast<double>(number)))
+        throw BadInput(std::string(what) + " '" + text + "' is not a number");
+    return number;
+}
+
+/// How many decimals show every digit of a number that numberOf() reads.
+/// \code
+/// "0.001" => 3    "1e-3" => 3    "2.50" => 2    "1.5e3" => 0    "16" => 0
+/// \endcode
+std::uint32_t decimalsOf(const std::string& number);
+
+} // namespace field_report

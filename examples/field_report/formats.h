@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+//
+// The forms of a report. A form gets one field of a scan after the other, in the order of the
+// report, and appends its text to a string.
+#pragma once
+
+#include "field_table.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace field_report {
+
+/// One field of one scan.
+struct Item {
+    const std::string& registerName;
+    std::uint64_t scan; ///< its number among those of the register, from 1
+    const Field& field;
+    std::string raw;   ///< as rawText() gives it
+    std::string value; ///< as valueText() gives it
+};
+
+class Format {
+public:
+    Format() = default;
+    Format(const Format&) = delete;
+    Format& operator=(const Format&) = delete;
+    virtual ~Format() = default;
+
+    /// Appends the fields of one scan, at least one.
+    virtual void addScan(const std::vector<Item>& items, std::string& text) = 0;
+
+    /// Appends what ends the report.
+    virtual void end(std::string& text) = 0;
+};
+
+/// A table for people. Its columns are wide enough for whatever the fields of \a table can hold,
+/// and grow for registers that it does not know.
+std::unique_ptr<Format> makeTextFormat(const FieldTable& table, bool boldHeader);
+
+/// Comma-separated values with a header line, as RFC 4180 has them.
+std::unique_ptr<Format> makeCsvFormat();
+
+/// One array of objects.
+std::unique_ptr<Format> makeJsonFormat();
+
+} // namespace field_report

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "lines.h"
+
+#include "host.h"
+
+#include "KelRT/Kel_Util.h"
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <limits>
+#include <memory>
+
+namespace field_report {
+
+using KelRT::Kel_Util;
+
+namespace {
+
+// Twice what the widest register needs with a blank after each digit.
+constexpr std::size_t LONGEST_LINE = std::size_t{1} << 20;
+constexpr const char* BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
+} // namespace
+
+Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(LONGEST_LINE + 1) {
+    if (path == "-") {
+        name = "standard input";
+        stream = &std::cin;
+        host::useBinary(stdin);
+        return;
+    }
+    errno = 0;
+    file.open(path, std::ios::binary);
+    if (!file)
+        throw hostFault("the file cannot be read");
+    const std::streamoff end = file.seekg(0, std::ios::end).tellg();
+    total = end > 0 ? static_cast<std::uint64_t>(end) : 0;
+    file.clear();
+    file.seekg(0);
+    file.clear(); // a pipe has no positions
+}
+
+bool Lines::next(std::string& line) {
+    while (read(line)) {
+        if (std::memchr(line.data(), 0, line.size()) != nullptr)
+            throw BadInput("the line holds a NUL character");
+        line = Kel_Util::trimWhitespace(Kel_Util::stripEndingCR(line));
+        if (!line.empty() && line[0] != '#')
+            return true;
+    }
+    return false;
+}
+
+bool Lines::read(std::string& line) {
+    if (failed)
+        return false;
+    errno = 0;
+    stream->getline(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    const auto count = static_cast<std::size_t>(stream->gcount());
+    consumed += count;
+    if (stream->bad()) {
+        failed = true;
+        throw hostFault("the file cannot be read on");
+    }
+    if (count == 0) // also a second time at the end
+        return false;
+    ++number;
+    if (stream->fail() && !stream->eof()) {
+        stream->clear();
+        stream->ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+        throw BadInput("the line is longer than " + std::to_string(LONGEST_LINE) + " characters");
+    }
+    line.assign(buffer.data(), stream->eof() ? count : count - 1);
+    if (number == 1 && line.compare(0, 3, BYTE_ORDER_MARK) == 0)
+        line.erase(0, 3);
+    return true;
+}
+
+std::unique_ptr<Lines> openLines(const std::string& path, Messages& messages) {
+    try {
+        return std::make_unique<Lines>(path);
+    } catch (const BadInput& fault) {
+        messages.tellFault(path, fault.what());
+        return nullptr;
+    }
+}
+
+} // namespace field_report

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+//
+// The lines of a text file as editors and hosts write it.
+#pragma once
+
+#include "messages.h"
+
+#include <cstdint>
+#include <fstream>
+#include <istream>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace field_report {
+
+class Lines {
+public:
+    /// Opens \a path; "-" is standard input. \throws BadInput with the host's reason
+    explicit Lines(const std::string& path);
+
+    /// The next line that holds something, without white space at its ends. Lines that begin with
+    /// '#' are comments. A byte order mark and carriage returns at line ends are dropped.
+    /// \return false at the end of the file
+    /// \throws BadInput for a line that cannot be read; the next call goes on after it
+    bool next(std::string& line);
+
+    /// False after a failure of the host, which ends the file early.
+    bool isWhole() const { return !failed; }
+
+    /// True when the next line may have to be waited for.
+    bool mayWait() const { return stream->rdbuf()->in_avail() <= 0; }
+
+    /// "PATH:NUMBER" of the last line, "PATH" after a failure of the host.
+    std::string place() const { return failed ? name : name + ":" + std::to_string(number); }
+
+    std::uint64_t bytesRead() const { return consumed; }
+
+    /// The size of the file in bytes, 0 if it is unknown.
+    std::uint64_t size() const { return total; }
+
+private:
+    bool read(std::string& line);
+
+    std::string name;
+    std::ifstream file;
+    std::istream* stream;
+    std::vector<char> buffer; // one line and its NUL
+    std::uint64_t number = 0;
+    std::uint64_t consumed = 0;
+    std::uint64_t total = 0;
+    bool failed = false;
+};
+
+/// The lines of \a path; null after telling why it cannot be opened.
+std::unique_ptr<Lines> openLines(const std::string& path, Messages& messages);
+
+} // namespace field_report

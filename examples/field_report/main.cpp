@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+//
+// Prints captured registers field by field. HELP in settings.cpp tells what it reads.
+#include "field_table.h"
+#include "formats.h"
+#include "host.h"
+#include "lines.h"
+#include "messages.h"
+#include "output.h"
+#include "report.h"
+#include "settings.h"
+
+#include "KelRT/Kel_Exception.h"
+#include "KelRT/Kel_Util.h"
+#include "KelRT/Logger.h"
+#include "KelRT/MethodLogger.h"
+#include "KelRT/Version.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+using namespace field_report;
+using namespace KelRT;
+
+namespace {
+
+constexpr unsigned FAILURE = 0x80000001; // of a status; 0 is success
+
+// The table of the settings, or the installed one. Without any, every register is printed whole.
+FieldTable tableFor(const Settings& settings, Messages& messages) {
+    if (!settings.table.empty())
+        return readTable(settings.table, messages);
+    try {
+        return readTable(Kel_Util::getDataDirPath() + "fields.csv", messages);
+    } catch (const Kel_Exception& fault) { // its message ends in a newline
+        messages.tellFault("field_report", Kel_Util::trimWhitespace(fault.what()) +
+                                               " Name a table with fields=FILE, or the directory "
+                                               "of fields.csv with TOR_KEL_DATADIR.");
+    }
+    return {};
+}
+
+// Only what is reported decides on the widths of the columns.
+FieldTable selectedOf(FieldTable table, const std::vector<std::string>& names) {
+    FieldTable selected;
+    for (const std::string& name : names)
+        selected.insert(table.extract(name));
+    return names.empty() ? std::move(table) : std::move(selected);
+}
+
+std::unique_ptr<Format> formatFor(const Settings& settings, const FieldTable& table) {
+    if (settings.form == Form::CSV)
+        return makeCsvFormat();
+    if (settings.form == Form::JSON)
+        return makeJsonFormat();
+    const char* const noColour = std::getenv("NO_COLOR");
+    const bool plain = !settings.output.empty() || (noColour != nullptr && *noColour != 0);
+    return makeTextFormat(selectedOf(table, settings.registers), !plain && host::enableEscapes());
+}
+
+void report(const Settings& settings, Messages& messages) {
+    const auto capture = openLines(settings.capture, messages);
+    if (capture == nullptr)
+        return;
+    const FieldTable table = tableFor(settings, messages);
+    const auto format = formatFor(settings, table);
+    Output output(settings.output, settings.form != Form::TEXT);
+    Report report(settings, table, messages);
+    report.print(*capture, *format, output);
+    if (settings.output.empty() || report.isWhole())
+        output.finish();
+}
+
+bool readSettings(const std::vector<std::string>& words, Settings& settings, Messages& messages) {
+    try {
+        settings = settingsOf(words);
+        return true;
+    } catch (const BadInput& fault) {
+        messages.tellFault("field_report", fault.what());
+        std::cerr << USAGE;
+        return false;
+    }
+}
+
+unsigned run(const std::vector<std::string>& words) {
+    MethodLogger trace;
+    trace.setMethodName("field_report");
+    Messages messages;
+    Settings settings;
+    try {
+        if (readSettings(words, settings, messages))
+            report(settings, messages);
+    } catch (const BadInput& fault) {
+        messages.tellFault("field_report", fault.what());
+    } catch (const Kel_Exception& fault) {
+        messages.tellFault("field_report", Kel_Util::trimWhitespace(fault.what()));
+    }
+    return trace.setReturnStatus(messages.anyFault() ? FAILURE : 0);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const auto has = [&](const char* word) {
+        return std::find(words.begin(), words.end(), word) != words.end();
+    };
+    std::ios::sync_with_stdio(false); // several times as fast
+    if (has("--help") || has("--version")) {
+        std::cout << (has("--help")
+                          ? std::string(USAGE) + HELP
+                          : std::string("field_report ") + getVersionWithBuildNumber() + '\n');
+        return 0;
+    }
+    Logger::logger.startLogging();
+    const unsigned status = run(words);
+    Logger::logger.endLogging();
+    return status == 0 ? 0 : 1;
+}

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "output.h"
+
+#include "host.h"
+#include "messages.h"
+
+#include "KelRT/Kel_Util.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <iostream>
+
+namespace field_report {
+
+using KelRT::Kel_Util;
+
+namespace {
+
+// A name beside `path` that no file has.
+std::string freeNameFor(const std::string& path) {
+    for (unsigned number = 0;; ++number) {
+        std::string name = path + ".part" + std::to_string(number);
+        if (!std::ifstream(name))
+            return name;
+    }
+}
+
+BadInput cannotWrite(const std::string& path) {
+    return hostFault("the report cannot be written" + (path.empty() ? "" : " to " + path));
+}
+
+} // namespace
+
+Output::Output(const std::string& where, bool binary)
+    : path(where), isTemporary(Kel_Util::stricmp(where, "temp") == 0), target(&std::cout) {
+    if (path.empty()) {
+        if (binary)
+            host::useBinary(stdout);
+        return;
+    }
+    if (isTemporary)
+        path = Kel_Util::createDotLumatraceTempFile("field_report");
+    const bool direct = isTemporary || !host::mayReplace(path);
+    const std::string name = direct ? path : freeNameFor(path);
+    errno = 0;
+    file.open(name, binary ? std::ios::out | std::ios::binary : std::ios::out);
+    if (!file)
+        throw cannotWrite(path);
+    if (isTemporary || !direct)
+        written = name;
+    target = &file;
+}
+
+Output::~Output() {
+    if (written.empty())
+        return;
+    file.close();
+    static_cast<void>(std::remove(written.c_str()));
+}
+
+void Output::write(const std::string& text) {
+    errno = 0;
+    target->write(text.data(), static_cast<std::streamsize>(text.size()));
+    if (!target->flush())
+        throw cannotWrite(path);
+}
+
+void Output::finish() {
+    errno = 0;
+    if (file.is_open())
+        file.close();
+    if (!*target || (!written.empty() && written != path && !host::replaceFile(written, path)))
+        throw cannotWrite(path);
+    written.clear();
+    if (isTemporary && !(std::cout << "report written to " << path << '\n').flush())
+        throw cannotWrite("");
+}
+
+} // namespace field_report

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "report.h"
+
+#include "field_text.h"
+
+#include "KelRT/MethodLogger.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace field_report {
+
+namespace {
+
+constexpr std::size_t PIECE = 1 << 16; // of the report, that is written at once
+
+Field wholeOf(std::uint64_t width) {
+    Field field;
+    field.name = "(whole)";
+    field.width = width;
+    return field;
+}
+
+} // namespace
+
+Report::Report(const Settings& wanted, const FieldTable& fieldTable, Messages& told)
+    : settings(wanted), table(fieldTable), messages(told) {}
+
+void Report::print(Lines& capture, Format& format, Output& output) {
+    KelRT::MethodLogger trace;
+    trace.setMethodName("print");
+    std::string line;
+    std::uint64_t due = 0; // bytes that are read until the progress is shown again
+    for (bool more = true; more;) {
+        try {
+            more = capture.next(line);
+            if (more)
+                takeLine(line, format);
+        } catch (const BadInput& fault) {
+            messages.tellFault(capture.place(), fault.what());
+        }
+        if (text.size() >= PIECE || capture.mayWait())
+            flush(output);
+        if (capture.bytesRead() >= due) {
+            messages.showProgress(capture.bytesRead(), capture.size());
+            due = capture.bytesRead() + PIECE;
+        }
+    }
+    whole = capture.isWhole();
+    checkSelection();
+    format.end(text);
+    flush(output);
+    messages.hideProgress();
+}
+
+void Report::takeLine(const std::string& line, Format& format) {
+    try {
+        readScan(line, settings.byteOrder, scan);
+    } catch (const BadInput&) {
+        count(scan.name); // it is a scan all the same
+        throw;
+    }
+    Register& its = count(scan.name);
+    if (its.width == 0)
+        begin(its);
+    if (its.width != scan.width)
+        throw BadInput("register '" + its.name + "' had " + std::to_string(its.width) +
+                       " bits before");
+    if (its.isSelected && its.scans >= settings.firstScan && its.scans <= settings.lastScan)
+        report(its, format);
+}
+
+Report::Register& Report::count(const std::string& name) {
+    Register& its = registers[name];
+    if (++its.scans == 1)
+        its.name = name;
+    return its;
+}
+
+// Takes the fields of a register from the table, now that its width is known.
+void Report::begin(Register& its) {
+    its.width = scan.width;
+    its.isSelected = isSelected(its.name);
+    const auto known = table.find(its.name);
+    const auto misfits = [&](const Field& field) {
+        if (field.lowest + field.width <= its.width)
+            return false;
+        messages.tellFault(field.place, "field '" + field.name + "' does not lie within the " +
+                                            std::to_string(its.width) + " bits of its register");
+        return true;
+    };
+    if (known != table.end())
+        std::remove_copy_if(known->second.begin(), known->second.end(),
+                            std::back_inserter(its.fields), misfits);
+    if (its.fields.empty())
+        its.fields.push_back(wholeOf(its.width));
+}
+
+bool Report::isSelected(const std::string& name) const {
+    const auto isIt = [&](const std::string& wanted) {
+        return KelRT::Kel_Util::stricmp(wanted, name) == 0;
+    };
+    const auto& names = settings.registers;
+    return names.empty() || std::any_of(names.begin(), names.end(), isIt);
+}
+
+void Report::report(const Register& its, Format& format) {
+    items.clear();
+    for (const Field& field : its.fields) {
+        const std::string digits = digitsOf(scan.bits, field);
+        items.push_back(
+            {its.name, its.scans, field, rawText(field, digits), valueText(field, digits)});
+    }
+    format.addScan(items, text);
+    anyReported = true;
+}
+
+void Report::checkSelection() {
+    const auto missing = [&](const std::string& what) {
+        whole = false;
+        messages.tellFault("field_report", what + " is not in the capture");
+    };
+    for (const std::string& name : settings.registers)
+        if (registers.count(name) == 0)
+            missing("register '" + name + "'");
+    if (whole && !anyReported && settings.firstScan > 1)
+        missing("scan " + std::to_string(settings.firstScan));
+}
+
+void Report::flush(Output& output) {
+    if (text.empty())
+        return;
+    messages.hideProgress();
+    output.write(text);
+    text.clear();
+}
+
+} // namespace field_report

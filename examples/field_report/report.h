@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+//
+// The report of one capture: it passes the scans from the lines of the capture to a form, one at a
+// time.
+#pragma once
+
+#include "capture.h"
+#include "field_table.h"
+#include "formats.h"
+#include "lines.h"
+#include "messages.h"
+#include "output.h"
+#include "settings.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace field_report {
+
+class Report {
+public:
+    Report(const Settings& wanted, const FieldTable& fieldTable, Messages& told);
+
+    /// Reports the scans of \a capture. A line with a fault is told and left out.
+    void print(Lines& capture, Format& format, Output& output);
+
+    /// False if the capture could not be read to its end, or does not hold what was asked for.
+    bool isWhole() const { return whole; }
+
+private:
+    struct Register {
+        std::string name;          // as the capture has it first
+        std::vector<Field> fields; // within its width
+        std::uint64_t width = 0;   // 0 before the first good line
+        std::uint64_t scans = 0;
+        bool isSelected = false;
+    };
+
+    void takeLine(const std::string& line, Format& format);
+    Register& count(const std::string& name);
+    void begin(Register& its);
+    bool isSelected(const std::string& name) const;
+    void report(const Register& its, Format& format);
+    void checkSelection();
+    void flush(Output& output);
+
+    const Settings& settings;
+    const FieldTable& table;
+    Messages& messages;
+    std::map<std::string, Register, WithoutCase> registers;
+    Scan scan;
+    std::vector<Item> items;
+    std::string text; // not yet written
+    bool anyReported = false;
+    bool whole = true;
+};
+
+} // namespace field_report

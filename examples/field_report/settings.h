@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+//
+// What the words of the command line ask for.
+#pragma once
+
+#include "capture.h"
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace field_report {
+
+extern const char* const USAGE; ///< how the tool is called, a few lines
+extern const char* const HELP;  ///< the rest of what --help prints
+
+enum class Form { TEXT, CSV, JSON };
+
+struct Settings {
+    std::string capture;                ///< "-" is standard input
+    std::string table;                  ///< empty: the installed one
+    std::vector<std::string> registers; ///< empty: all of them
+    std::uint64_t firstScan = 1;
+    std::uint64_t lastScan = std::numeric_limits<std::uint64_t>::max();
+    ByteOrder byteOrder = ByteOrder::BIG;
+    Form form = Form::TEXT;
+    std::string output; ///< empty: standard output
+};
+
+/// \throws BadInput for words that are no settings, and for a missing capture
+Settings settingsOf(std::vector<std::string> words);
+
+} // namespace field_report

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include "field_text.h"
+#include "formats.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+namespace field_report {
+
+namespace {
+
+enum Column { REGISTER, FIELD, BITS, RAW, VALUE, UNIT, COLUMNS }; // and the description, unpadded
+
+// Characters of UTF-8, as in µs.
+std::size_t lengthOf(std::string_view text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+}
+
+std::string labelOf(const Item& item) {
+    return item.scan == 1 ? item.registerName
+                          : item.registerName + " #" + std::to_string(item.scan);
+}
+
+std::string bitsOf(const Field& field) {
+    return "[" + std::to_string(field.lowest + field.width - 1) + ":" +
+           std::to_string(field.lowest) + "]";
+}
+
+// How the digits of a radix are laid out: '_' between groups, and lines of `most` characters that
+// continue right under each other. The prefix comes on top of that.
+struct Layout {
+    std::size_t group;
+    std::size_t most;
+
+    // Of `length` characters, as many stand in the first line; all other lines are full.
+    std::size_t firstLine(std::size_t length) const { return (length - 1) % most + 1; }
+};
+
+Layout layoutOf(const Field& field) {
+    const std::string_view prefix = prefixOf(field);
+    return prefix == "0x" || prefix == "0b" ? Layout{4, 20} : Layout{20, 21};
+}
+
+std::string grouped(const std::string& raw, std::size_t group) {
+    const std::size_t sign = raw[0] == '-' ? 1 : 0;
+    std::string text;
+    for (std::size_t at = 0; at < raw.size(); ++at) {
+        if (at > sign && (raw.size() - at) % group == 0)
+            text += '_';
+        text += raw[at];
+    }
+    return text;
+}
+
+// The most characters of a raw value.
+std::size_t rawLength(const Field& field) {
+    const auto width = static_cast<std::size_t>(field.width);
+    const auto decimals = [](std::size_t bits) {
+        return static_cast<std::size_t>(static_cast<double>(bits) * std::log10(2.0)) + 1;
+    };
+    switch (field.radix | 0x20) {
+    case 'b':
+        return width;
+    case 'o':
+        return (width + 2) / 3;
+    case 'x':
+        return (width + 3) / 4;
+    case 's':
+        return (width + 7) / 8;
+    default:
+        return isSigned(field.radix) ? 1 + decimals(width - 1) : decimals(width);
+    }
+}
+
+std::size_t rawWidth(const Field& field) {
+    const Layout layout = layoutOf(field);
+    const std::size_t digits = rawLength(field);
+    const std::size_t length = digits + (digits - 1) / layout.group;
+    const std::size_t first = std::string_view(prefixOf(field)).size() + layout.firstLine(length);
+    return length <= layout.most ? first : std::max(first, layout.most);
+}
+
+// The widest text of a scaled value is that of a raw value at the end of its range.
+std::size_t valueWidth(const Field& field) {
+    if (field.scale == 0)
+        return 0;
+    const std::string rest(static_cast<std::size_t>((field.width - 1) / 4), '0');
+    const std::string ones(rest.size(), 'F');
+    const unsigned top = 1U << (field.width - 1) % 4;
+    const auto digit = [](unsigned value) { return std::string(1, "0123456789ABCDEF"[value]); };
+    std::size_t width = 0;
+    for (const std::string& digits :
+         {digit(0) + rest, digit(2 * top - 1) + ones, digit(top) + rest, digit(top - 1) + ones})
+        width = std::max(width, valueText(field, digits).size());
+    return width;
+}
+
+class TextFormat : public Format {
+public:
+    TextFormat(const FieldTable& table, bool bold) : boldHeader(bold) {
+        constexpr std::array<std::string_view, COLUMNS> HEADER = {"REGISTER", "FIELD", "BITS",
+                                                                  "RAW",      "VALUE", "UNIT"};
+        std::transform(HEADER.begin(), HEADER.end(), widths.begin(), lengthOf);
+        for (const auto& [name, fields] : table) {
+            makeRoom(REGISTER, lengthOf(name));
+            for (const Field& field : fields)
+                makeRoom(field);
+        }
+    }
+
+    void addScan(const std::vector<Item>& items, std::string& text) override {
+        makeRoom(REGISTER, lengthOf(labelOf(items[0])));
+        if (items[0].field.place.empty()) // not from the table
+            makeRoom(items[0].field);
+        addHeader(text);
+        text += '\n';
+        std::string label = labelOf(items[0]);
+        for (const Item& item : items) {
+            addField(item, label, text);
+            label.clear();
+        }
+    }
+
+    void end(std::string& text) override { addHeader(text); }
+
+private:
+    void makeRoom(Column column, std::size_t length) {
+        widths[column] = std::max(widths[column], length);
+    }
+
+    void makeRoom(const Field& field) {
+        makeRoom(FIELD, lengthOf(field.name));
+        makeRoom(BITS, bitsOf(field).size());
+        makeRoom(RAW, rawWidth(field));
+        makeRoom(VALUE, valueWidth(field));
+        makeRoom(UNIT, lengthOf(field.unit));
+    }
+
+    void addHeader(std::string& text) {
+        if (std::exchange(headerIsDone, true))
+            return;
+        text += boldHeader ? "\x1B[1m" : "";
+        addRow({"REGISTER", "FIELD", "BITS", "RAW", "VALUE", "UNIT"}, "DESCRIPTION", text);
+        text.insert(text.size() - 1, boldHeader ? "\x1B[0m" : "");
+    }
+
+    void addField(const Item& item, const std::string& label, std::string& text) const {
+        const Field& field = item.field;
+        const Layout layout = layoutOf(field);
+        const std::string raw = grouped(printable(item.raw), layout.group);
+        std::size_t end = layout.firstLine(raw.size());
+        const std::string first = prefixOf(field) + raw.substr(0, end);
+        addRow({label, field.name, bitsOf(field), first, item.value, field.unit}, field.description,
+               text);
+        for (; end < raw.size(); end += layout.most)
+            addRow({"", "", "", std::string_view(raw).substr(end, layout.most), "", ""}, "", text);
+    }
+
+    void addRow(const std::array<std::string_view, COLUMNS>& cells, std::string_view description,
+                std::string& text) const {
+        for (std::size_t i = 0; i < COLUMNS; ++i) {
+            const std::size_t length = lengthOf(cells[i]);
+            const std::size_t fill = widths[i] - std::min(widths[i], length);
+            const bool right = i >= BITS && i <= VALUE;
+            text.append(right ? fill : 0, ' ').append(cells[i]).append(right ? 2 : fill + 2, ' ');
+        }
+        text += description;
+        text.erase(text.find_last_not_of(' ') + 1);
+        text += '\n';
+    }
+
+    std::array<std::size_t, COLUMNS> widths = {};
+    bool boldHeader;
+    bool headerIsDone = false;
+};
+
+} // namespace
+
+std::unique_ptr<Format> makeTextFormat(const FieldTable& table, bool boldHeader) {
+    return std::make_unique<TextFormat>(table, boldHeader);
+}
+
+} // namespace field_report
