@@ -106,7 +106,7 @@ public:
                                                                   "RAW",      "VALUE", "UNIT"};
         std::transform(HEADER.begin(), HEADER.end(), widths.begin(), lengthOf);
         for (const auto& [name, fields] : table) {
-            makeRoom(REGISTER, lengthOf(name));
+            makeRoom(REGISTER, lengthOf(name + " #2"));
             for (const Field& field : fields)
                 makeRoom(field);
         }

@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Runs the report tool on pseudo-terminals.
+
+usage: terminal.py TOOL
+"""
+import os
+import pty
+import subprocess
+import sys
+import tempfile
+
+TABLE = "fields=good.csv"
+
+
+def read_all(descriptor):
+    text = b""
+    try:
+        while piece := os.read(descriptor, 65536):
+            text += piece
+    except OSError:  # how Linux ends a terminal
+        pass
+    return text.replace(b"\r\n", b"\n").decode()
+
+
+def report(**environment):
+    """The report of good.cap as a terminal gets it."""
+    ours, its = pty.openpty()
+    base = {key: value for key, value in os.environ.items() if key not in ("NO_COLOR", "TERM")}
+    with subprocess.Popen([sys.argv[1], "capture=good.cap", TABLE], stdout=its,
+                          env=base | environment):
+        os.close(its)
+        return read_all(ours)
+
+
+def progress():
+    """What standard error shows of a capture that does not end before the progress is there."""
+    ours, its = pty.openpty()
+    shown = b""
+    with tempfile.TemporaryFile() as report, \
+            subprocess.Popen([sys.argv[1], "capture=-", TABLE, "scan=1..2"],
+                             stdin=subprocess.PIPE, stdout=report, stderr=its) as tool:
+        os.close(its)
+        os.set_blocking(ours, False)
+        while b"read" not in shown:
+            tool.stdin.write(b"COUNT 8 2a\n" * 1000)
+            try:
+                shown += os.read(ours, 4096)
+            except BlockingIOError:
+                pass
+        tool.stdin.close()
+        tool.wait()
+        report.seek(0)
+        piped = report.read().decode()
+    os.set_blocking(ours, True)
+    return shown.decode() + read_all(ours), piped
+
+
+def expect(what, isRight):
+    if not isRight:
+        sys.exit(f"{what} is not as expected")
+
+
+def main():
+    plain = report(TERM="dumb")
+    header, rest = plain.split("\n", 1)
+    expect("a dumb terminal", header.startswith("REGISTER") and "\x1b" not in plain)
+    expect("NO_COLOR", report(TERM="xterm", NO_COLOR="1") == plain)
+    expect("an empty NO_COLOR", report(TERM="xterm", NO_COLOR="") == f"\x1b[1m{header}\x1b[0m\n{rest}")
+    shown, piped = progress()
+    expect("the progress", "MB read\r" in shown and shown.endswith(" \r") and "read" not in piped)
+
+
+if __name__ == "__main__":
+    main()
