@@ -28,7 +28,8 @@ std::string digitsOf(KelRT::Kel_ByteBuffer& bits, const Field& field) {
         const std::uint64_t count = (left - 1) % WORD + 1;
         left -= count;
         Kel_NumberUtil::uLL2HexStr(bits.getBitsLL(field.lowest + left, count), word);
-        digits.append((count + 3) / 4 - word.size(), '0').append(word);
+        const auto length = static_cast<std::size_t>((count + 3) / 4);
+        digits.append(length - word.size(), '0').append(word);
     }
     return digits;
 }
@@ -62,8 +63,7 @@ std::string valueText(const Field& field, const std::string& digits) {
 }
 
 std::string printable(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '.');
+    std::replace_if(text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '.');
     return text;
 }
 
