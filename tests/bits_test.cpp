@@ -2,9 +2,11 @@
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include "dice.h"
+#include "failing_new.h"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -65,6 +67,33 @@ TEST(ByteBufferStorage, ObjectsLiveWhereverAClientPutsThem) {
     EXPECT_THROW(new (place) Kel_ByteBuffer(HUGE_COUNT, 0, 0), std::bad_alloc);
     Kel_ByteBuffer::operator delete[](Kel_ByteBuffer::operator new[](9, std::nothrow),
                                       std::nothrow);
+}
+
+struct alignas(256) OverAligned : Kel_ByteBuffer {
+    explicit OverAligned(std::uint64_t bytes = 0) : Kel_ByteBuffer(bytes, 0, 0) {}
+};
+
+TEST(ByteBufferStorage, OverAlignedDerivedObjectsAreAligned) {
+    const auto isAligned = [](const std::unique_ptr<OverAligned[]>& objects) {
+        return reinterpret_cast<std::uintptr_t>(objects.get()) % alignof(OverAligned) == 0;
+    };
+    for (int round = 0; round < 20; ++round) { // one alone may be aligned by chance
+        const std::unique_ptr<OverAligned> one(new OverAligned);
+        const std::unique_ptr<OverAligned> other(new (std::nothrow) OverAligned);
+        EXPECT_EQ((reinterpret_cast<std::uintptr_t>(one.get()) |
+                   reinterpret_cast<std::uintptr_t>(other.get())) %
+                      alignof(OverAligned),
+                  0U);
+        EXPECT_TRUE(isAligned(std::make_unique<OverAligned[]>(2)));
+        EXPECT_TRUE(isAligned(std::unique_ptr<OverAligned[]>(new (std::nothrow) OverAligned[2])));
+    }
+    // The forms that release after a constructor has thrown; the leak checker watches.
+    EXPECT_THROW(new OverAligned(HUGE_COUNT), std::bad_alloc);
+    EXPECT_THROW(new (std::nothrow) OverAligned(HUGE_COUNT), std::bad_alloc);
+    constexpr auto ALIGNMENT = std::align_val_t(alignof(OverAligned));
+    EXPECT_THROW((void)Kel_ByteBuffer::operator new(HUGE_COUNT, ALIGNMENT), std::bad_alloc);
+    EXPECT_EQ(Kel_ByteBuffer::operator new[](HUGE_COUNT, ALIGNMENT, std::nothrow), nullptr);
+    Kel_ByteBuffer::operator delete[](nullptr, ALIGNMENT, std::nothrow);
 }
 
 TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {
@@ -143,6 +172,39 @@ TEST(ByteBufferFields, EverySizeIsRealignedByEveryShift) {
             const unsigned char* const block = buffer.uPtr() - 3;
             ASSERT_EQ(Bytes(block, block + bytes.size()), expected) << size << ' ' << shift;
         }
+}
+
+// A text of 2^31 characters without its cost: nobody touches the memory but for the last bytes. An
+// explicit instantiation may name private fields.
+void takeUntouchedBlock(Kel_ByteBuffer& buffer, std::uint64_t bytes);
+template <auto Storage, auto Size>
+struct Fields {
+    friend void takeUntouchedBlock(Kel_ByteBuffer& buffer, std::uint64_t bytes) {
+        (buffer.*Storage).reset(new unsigned char[bytes]);
+        buffer.*Size = bytes;
+    }
+};
+template struct Fields<&Kel_ByteBuffer::storage, &Kel_ByteBuffer::size>;
+
+TEST(ByteBufferHexText, ACutMayDropMoreDigitsThan31BitsCount) {
+    if (sizeof(std::size_t) == 4)
+        GTEST_SKIP() << "no block has 2^31 bytes here";
+    Kel_ByteBuffer text;
+    takeUntouchedBlock(text, (std::uint64_t{1} << 31) + 3);
+    std::memcpy(text.ptr() + text.getSize() - 3, "FA", 3);
+    text.setHexStringBitCount(6);
+    EXPECT_EQ(bytesOf(text), textBytes("3A"));
+}
+
+TEST(ByteBufferHexText, OnlyTheWantedDigitsAreMade) {
+    if (!test::failingNewReachesTheLibrary())
+        GTEST_SKIP() << "the library has an operator new of its own here";
+    Kel_ByteBuffer buffer(1000, 0, 0);
+    buffer[0] = 0x21;
+    buffer[1] = 0x43;
+    const test::FailingNew watch(100);
+    EXPECT_EQ(taken(buffer.bin2HexString(0, 15)), textBytes("4321"));
+    EXPECT_LT(test::FailingNew::largestBlock(), 100U);
 }
 
 TEST(ByteBufferHexText, ReadsItsExamples) {

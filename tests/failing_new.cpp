@@ -3,6 +3,7 @@
 
 #include "KelRT/Kel_ByteBuffer.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
@@ -12,9 +13,11 @@ namespace {
 bool armed = false;
 bool hasRefused = false;
 long successesLeft = 0;
+std::size_t largest = 0;
 test::Refusal refusalKind = test::Refusal::from;
 
 void* allocate(std::size_t bytes) noexcept {
+    largest = std::max(largest, bytes);
     if (armed && successesLeft-- <= 0) {
         successesLeft = 0;
         hasRefused = true;
@@ -62,6 +65,7 @@ FailingNew::FailingNew(long successes, Refusal refusal) {
     refusalKind = refusal;
     hasRefused = false;
     successesLeft = successes;
+    largest = 0;
 }
 
 FailingNew::~FailingNew() {
@@ -70,6 +74,10 @@ FailingNew::~FailingNew() {
 
 bool FailingNew::refused() {
     return hasRefused;
+}
+
+std::size_t FailingNew::largestBlock() {
+    return largest;
 }
 
 bool failingNewReachesTheLibrary() {

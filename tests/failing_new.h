@@ -3,6 +3,8 @@
 // Exhausted memory on demand: failing_new.cpp replaces the global operator new of the test program.
 #pragma once
 
+#include <cstddef>
+
 namespace test {
 
 /// Which allocations fail: all from the chosen one, or that one alone.
@@ -18,6 +20,9 @@ public:
 
     /// Whether an allocation has been refused since construction.
     static bool refused();
+
+    /// The size of the largest block that was asked for since construction, in bytes.
+    static std::size_t largestBlock();
 };
 
 /// True where the replacement also serves the shared library. (On Windows a DLL keeps its own.)

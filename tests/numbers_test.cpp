@@ -178,8 +178,19 @@ TEST(Number, ScaledTextIsWholeWhateverItsLength) {
     const std::string digits = number.toString('d');
     EXPECT_EQ(number.toFloatString(1, 0, 0), digits);
     EXPECT_EQ(number.toFloatString(1, 0, 5000), digits + "." + std::string(5000, '0'));
-    for (const std::uint32_t precision : {0x80000000U, 0xFFFFFFFFU})
-        EXPECT_THROW(number.toFloatString(1, 0, precision), std::length_error);
+}
+
+TEST(Number, TheLongestScaledTextIsBoundedBeforeItIsMade) {
+    Kel_Number number(8);
+    ASSERT_TRUE(number.set('d', "1"));
+    for (const double scale : {1.0, HUGE_VAL})
+        for (const std::uint32_t precision : {0x7FFFFE01U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
+            EXPECT_THROW(number.toFloatString(scale, 1, precision), std::length_error);
+    EXPECT_EQ(number.toFloatString(HUGE_VAL, 1, 0x7FFFFE00), "inf"); // without any decimals
+    if (!test::failingNewReachesTheLibrary())
+        GTEST_SKIP() << "the library has an operator new of its own here";
+    const test::FailingNew noMemory;
+    EXPECT_THROW(number.toFloatString(1, 1, 0x7FFFFE00), std::bad_alloc);
 }
 
 TEST(Number, UpTo512BitsReadWithoutMemory) {

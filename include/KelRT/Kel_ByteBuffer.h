@@ -43,8 +43,11 @@ namespace KelRT {
 /// insertBytes() when a reserve grows, being filled as a target, assignment) or is destroyed.
 ///
 /// **Limits.** `startPosition + size` stays below 2^31, since indices and shifts are 32-bit; this
-/// is not checked. Sizes that the host's memory cannot hold, whether they exceed 64 bits or its
-/// `std::size_t`, are `std::bad_alloc`; the buffer (or target) then keeps its old contents.
+/// is not checked. A text counts too: the whole text of 2^30 bytes or more lies beyond the limit.
+/// Cutting is exempt: setHexStringBitCount() cuts a text of any length, and bin2HexString() with a
+/// bit count makes no digit that it would drop. Sizes that the host's memory cannot hold, whether
+/// they exceed 64 bits or its `std::size_t`, are `std::bad_alloc`; the buffer (or target) then
+/// keeps its old contents.
 ///
 /// **Duties of the caller** are marked as preconditions. Debug builds assert them; release builds
 /// look at none.
@@ -156,9 +159,7 @@ public:
         const std::int64_t pending = std::int64_t{pendingBitShift} + bitCount;
         const auto bytes = static_cast<std::uint64_t>(pending / 8);
         assert(bytes <= size && "no more whole bytes are dropped than the buffer holds");
-        startPosition += bytes;
-        size -= bytes;
-        padLow += bytes;
+        giveToLowReserve(bytes);
         pendingBitShift = static_cast<std::int32_t>(pending % 8);
     }
 
@@ -239,7 +240,7 @@ public:
     [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte);
 
     /// The text of the bytes from \a fromByte on, cut to \a bitCount bits as setHexStringBitCount()
-    /// does, in a new buffer, which the caller deletes.
+    /// does, in a new buffer, which the caller deletes. Only the digits that stay are made.
     /// \code
     /// 21 43: bin2HexString(0, 12) => "321\0"
     /// FF FF: bin2HexString(0, 10) => "3FF\0"
@@ -326,6 +327,16 @@ public:
     KELRT_API static void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept;
     /// An array at \a place.
     KELRT_API static void* operator new[](std::size_t bytes, void* place) noexcept;
+    /// One object of a derived class that is aligned more strictly. \throws std::bad_alloc
+    KELRT_API static void* operator new(std::size_t bytes, std::align_val_t alignment);
+    /// The same; null when memory is exhausted.
+    KELRT_API static void* operator new(std::size_t bytes, std::align_val_t alignment,
+                                        const std::nothrow_t&) noexcept;
+    /// An array of such objects. \throws std::bad_alloc
+    KELRT_API static void* operator new[](std::size_t bytes, std::align_val_t alignment);
+    /// The same; null when memory is exhausted.
+    KELRT_API static void* operator new[](std::size_t bytes, std::align_val_t alignment,
+                                          const std::nothrow_t&) noexcept;
     /// Releases one object.
     KELRT_API static void operator delete(void* memory) noexcept;
     /// Releases one object whose constructor has thrown.
@@ -338,6 +349,16 @@ public:
     KELRT_API static void operator delete[](void* memory, const std::nothrow_t&) noexcept;
     /// Releases nothing: the place is the caller's.
     KELRT_API static void operator delete[](void* memory, void* place) noexcept;
+    /// Releases one more strictly aligned object.
+    KELRT_API static void operator delete(void* memory, std::align_val_t) noexcept;
+    /// The same, of an object whose constructor has thrown.
+    KELRT_API static void operator delete(void* memory, std::align_val_t,
+                                          const std::nothrow_t&) noexcept;
+    /// Releases an array of such objects.
+    KELRT_API static void operator delete[](void* memory, std::align_val_t) noexcept;
+    /// The same, of an array of which a constructor has thrown.
+    KELRT_API static void operator delete[](void* memory, std::align_val_t,
+                                            const std::nothrow_t&) noexcept;
     /// @}
 
 private:
@@ -347,6 +368,12 @@ private:
             byteAlignSlowCase();
     }
     KELRT_API void byteAlignSlowCase() noexcept;
+    /// The first \a bytes used bytes leave; a count that is negative modulo 2^64 takes bytes back.
+    void giveToLowReserve(std::uint64_t bytes) noexcept {
+        startPosition += bytes;
+        size -= bytes;
+        padLow += bytes;
+    }
     void increasePadHigh(std::uint64_t byteCount);
     void increasePadLow(std::uint64_t byteCount);
     [[nodiscard]] unsigned char* used() const noexcept { return storage.get() + startPosition; }

@@ -150,7 +150,8 @@ public:
     ///                  with 0 there is no point
     /// \return the text that the C library's `printf` makes of "%.Nf", whole, whatever its length;
     ///         that holds for results that are not finite too
-    /// \throws std::length_error for a \a precision above INT_MAX and for what `printf` refuses
+    /// \throws std::length_error for a \a precision above 2^31 - 512, before anything is printed;
+    ///         up to there the length of every text fits an `int`
     /// \throws std::bad_alloc
     /// \code
     /// 16 bits, 1000: toFloatString(0.001, 0.0, 3) => "1.000"

@@ -72,8 +72,9 @@ public:
     ///                     current locale have it (in the default locale A to Z alone)
     /// \param keepQuotes   quoted tokens come with their quotes; without \a handleQuotes it has no
     ///                     effect
-    /// \pre \a delimiters is not null, and stays alive and unchanged as long as the tokenizer (the
-    ///      set is read ahead of the tokens, so a change would show at no certain place).
+    /// \pre \a delimiters is not null, and the set stays alive and unchanged while tokens are
+    /// taken:
+    ///      it is examined ahead of the tokens, so a change would take effect at no stated place.
     /// \throws std::bad_alloc when there is no memory for the copy
     KELRT_API Kel_StrTok(const char* text, const char* delimiters, bool handleQuotes,
                          bool toLowerCase, bool keepQuotes);

@@ -148,10 +148,12 @@ Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte) {
 
 Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, std::uint64_t bitCount) {
     byteAlign();
-    // Sized to its digits, since cutting expects the zero character at the very end.
-    Kel_ByteBuffer text(fromByte < size ? 2 * (size - fromByte) + 1 : 1, 0, 0);
-    bin2HexString(fromByte, text.uPtr());
-    text.setHexStringBitCount(bitCount);
+    const std::uint64_t available = fromByte < size ? size - fromByte : 0;
+    const std::uint64_t count = std::min(available, bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0));
+    Kel_ByteBuffer text(2 * count + 1, 0, 0);
+    if (count != 0)
+        encode(used() + fromByte, count, text.used());
+    text.setHexStringBitCount(bitCount); // one digit at most, and bits of the next
     return toClient(std::move(text));
 }
 
@@ -162,7 +164,7 @@ void Kel_ByteBuffer::setHexStringBitCount(std::uint64_t bitCount) noexcept {
     const std::uint64_t wanted = bitCount / 4 + (bitCount % 4 != 0 ? 1 : 0);
     if (size <= wanted) // fewer digits than wanted
         return;
-    moveStartPositionForward(static_cast<std::int32_t>(size - 1 - wanted));
+    giveToLowReserve(size - 1 - wanted);
     if (bitCount % 4 == 0)
         return;
     unsigned char& first = *used();

@@ -86,6 +86,34 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     storeWords(end, top);
 }
 
+// Aligned memory out of malloc, which every host has. The pointer that malloc gave stands right
+// before the aligned address.
+
+void* alignedBlock(std::size_t bytes, std::align_val_t alignment) noexcept {
+    const std::size_t extra = static_cast<std::size_t>(alignment) + sizeof(void*);
+    void* const block = bytes + extra < bytes ? nullptr : std::malloc(bytes + extra);
+    if (block == nullptr)
+        return nullptr;
+    void* aligned = static_cast<char*>(block) + sizeof block;
+    std::size_t room = bytes + extra - sizeof block;
+    std::align(static_cast<std::size_t>(alignment), bytes, aligned, room);
+    std::memcpy(static_cast<char*>(aligned) - sizeof block, &block, sizeof block);
+    return aligned;
+}
+
+void freeAlignedBlock(void* aligned) noexcept {
+    void* block = nullptr;
+    if (aligned != nullptr)
+        std::memcpy(&block, static_cast<char*>(aligned) - sizeof block, sizeof block);
+    std::free(block);
+}
+
+void* orThrow(void* memory) {
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return memory;
+}
+
 } // namespace
 
 Kel_ByteBuffer::Kel_ByteBuffer() noexcept = default;
@@ -180,10 +208,7 @@ void Kel_ByteBuffer::moveStartPositionForward(std::int32_t byteCount) noexcept {
     assert((byteCount < 0 ? static_cast<std::uint64_t>(-std::int64_t{byteCount}) <= padLow
                           : static_cast<std::uint64_t>(byteCount) <= size) &&
            "-padLow <= byteCount <= getSize()");
-    const auto bytes = static_cast<std::uint64_t>(std::int64_t{byteCount});
-    startPosition += bytes;
-    size -= bytes;
-    padLow += bytes;
+    giveToLowReserve(static_cast<std::uint64_t>(std::int64_t{byteCount}));
 }
 
 /// Applies the pending shift.
@@ -218,26 +243,34 @@ void Kel_ByteBuffer::increasePadLow(std::uint64_t byteCount) {
 }
 
 void* Kel_ByteBuffer::operator new(std::size_t bytes) {
-    if (void* const memory = std::malloc(bytes))
-        return memory;
-    throw std::bad_alloc();
+    return orThrow(std::malloc(bytes));
 }
-
 void* Kel_ByteBuffer::operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
     return std::malloc(bytes);
 }
-
+void* Kel_ByteBuffer::operator new(std::size_t bytes, std::align_val_t alignment) {
+    return orThrow(alignedBlock(bytes, alignment));
+}
+void* Kel_ByteBuffer::operator new(std::size_t bytes, std::align_val_t alignment,
+                                   const std::nothrow_t&) noexcept {
+    return alignedBlock(bytes, alignment);
+}
 void* Kel_ByteBuffer::operator new(std::size_t, void* place) noexcept {
     return place;
 }
 void* Kel_ByteBuffer::operator new[](std::size_t bytes) {
     return operator new(bytes);
 }
-
 void* Kel_ByteBuffer::operator new[](std::size_t bytes, const std::nothrow_t& tag) noexcept {
     return operator new(bytes, tag);
 }
-
+void* Kel_ByteBuffer::operator new[](std::size_t bytes, std::align_val_t alignment) {
+    return operator new(bytes, alignment);
+}
+void* Kel_ByteBuffer::operator new[](std::size_t bytes, std::align_val_t alignment,
+                                     const std::nothrow_t& tag) noexcept {
+    return operator new(bytes, alignment, tag);
+}
 void* Kel_ByteBuffer::operator new[](std::size_t, void* place) noexcept {
     return place;
 }
@@ -247,12 +280,26 @@ void Kel_ByteBuffer::operator delete(void* memory) noexcept {
 void Kel_ByteBuffer::operator delete(void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);
 }
+void Kel_ByteBuffer::operator delete(void* memory, std::align_val_t) noexcept {
+    freeAlignedBlock(memory);
+}
+void Kel_ByteBuffer::operator delete(void* memory, std::align_val_t,
+                                     const std::nothrow_t&) noexcept {
+    freeAlignedBlock(memory);
+}
 void Kel_ByteBuffer::operator delete(void*, void*) noexcept {}
 void Kel_ByteBuffer::operator delete[](void* memory) noexcept {
     std::free(memory);
 }
 void Kel_ByteBuffer::operator delete[](void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);
+}
+void Kel_ByteBuffer::operator delete[](void* memory, std::align_val_t) noexcept {
+    freeAlignedBlock(memory);
+}
+void Kel_ByteBuffer::operator delete[](void* memory, std::align_val_t,
+                                       const std::nothrow_t&) noexcept {
+    freeAlignedBlock(memory);
 }
 void Kel_ByteBuffer::operator delete[](void*, void*) noexcept {}
 

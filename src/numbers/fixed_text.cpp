@@ -1,27 +1,40 @@
 // SPDX-License-Identifier: MIT
 #include "numbers/fixed_text.h"
 
+#include <algorithm>
 #include <array>
-#include <climits>
+#include <cassert>
+#include <cmath>
 #include <cstdio>
+#include <new>
 #include <stdexcept>
 
 namespace KelRT::numbers {
+namespace {
+
+/// The longest exact fraction of a double: the smallest one is 2^-1074.
+constexpr std::uint32_t EXACT_DECIMALS = 1074;
+
+/// A sign, 309 digits, a decimal point of several bytes, the fraction and the NUL.
+constexpr std::size_t LONGEST_TEXT = 1 + 309 + 32 + EXACT_DECIMALS + 1;
+
+} // namespace
 
 std::string fixedText(double value, std::uint32_t precision) {
-    if (precision > INT_MAX)
-        throw std::length_error("Kel: precision above INT_MAX");
-    const int digits = static_cast<int>(precision);
-    std::array<char, 128> small; // NOLINT(cppcoreguidelines-pro-type-member-init): written next
-    const int length = std::snprintf(small.data(), small.size(), "%.*f", digits, value);
-    if (length < 0)
-        throw std::length_error("Kel: the number's text is longer than the C library can print");
+    if (precision > MOST_DECIMALS)
+        throw std::length_error("Kel: precision above 2147483136");
+    const std::uint32_t printed = std::min(precision, EXACT_DECIMALS);
+    const std::size_t zeros = std::isfinite(value) ? precision - printed : 0;
+    std::array<char, LONGEST_TEXT> text; // NOLINT(cppcoreguidelines-pro-type-member-init): written
+    const int length =
+        std::snprintf(text.data(), text.size(), "%.*f", static_cast<int>(printed), value);
+    if (length < 0) // the C library's scratch memory
+        throw std::bad_alloc();
     const auto size = static_cast<std::size_t>(length);
-    if (size < small.size())
-        return {small.data(), size};
-    std::string text(size, '\0');
-    static_cast<void>(std::snprintf(text.data(), size + 1, "%.*f", digits, value));
-    return text;
+    assert(size < text.size());
+    std::string whole;
+    whole.reserve(size + zeros);
+    return whole.append(text.data(), size).append(zeros, '0');
 }
 
 } // namespace KelRT::numbers
