@@ -39,6 +39,7 @@ namespace KelRT {
 /// behind it is taken as the delimiter, whatever it is; when they are not kept, that character is
 /// left for the next token, which in comma-separated mode makes an empty one. Records with quoted
 /// fields are therefore split with quotes kept (and cleaned with Kel_Util::unQuote).
+/// A doubled quote is not one quote, as it is in RFC 4180: the first of the two closes the token.
 ///
 /// In skipping mode a text that ends in two or more delimiters, or holds nothing else, gives one
 /// final empty token.

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+//! [example]
+#include "KelRT/Logger.h"
+#include "KelRT/MethodLogger.h"
+
+using namespace KelRT;
+
+#if defined(_WIN32)
+#define PLUGIN_API __declspec(dllexport)
+#else
+#define PLUGIN_API __attribute__((visibility("default")))
+#endif
+
+// The plug-in is linked with KelUtil::KelUtil like the tool, so both write into the log of the
+// process. The tool alone starts it and ends it.
+extern "C" PLUGIN_API int countDevices() {
+    MethodLogger trace;
+    trace.setMethodName("countDevices");
+    Logger::logger.printLog(2, "scanning the chain\n");
+    return trace.setReturn(3U);
+}
+//! [example]
