@@ -51,53 +51,19 @@ std::string madeText(State& own) {
 std::string madeBytes(State& own) {
     return textOf(own.bytesOut);
 }
-[[maybe_unused]] std::string peersBytes(State& own) {
+std::string peersBytes(State& own) {
     return textOf(mirrored(own.bytesOut));
 }
 
-#ifdef HAVE_GMP
-struct Gmp {
-    explicit Gmp(std::size_t bits) : state(bits) {}
-    State state;
-    mpz_class value;
-
-    void readText(const std::string& text, int radix) {
-        mpz_set_str(value.get_mpz_t(), text.c_str(), radix);
-    }
-    void readBytes() {
-        mpz_import(value.get_mpz_t(), state.forPeers.size(), -1, 1, 0, 0, state.forPeers.data());
-    }
-    /// \param radix below 0 for upper-case letters
-    void writeText(int radix) {
-        state.out.resize(mpz_sizeinbase(value.get_mpz_t(), std::abs(radix)));
-        mpz_get_str(state.out.data(), radix, value.get_mpz_t());
-    }
-    void writeBytes() {
-        mpz_export(state.bytesOut.data(), nullptr, -1, 1, 0, 0, value.get_mpz_t());
-    }
-};
-#endif
-
-template <typename Work>
-void addGmp([[maybe_unused]] Row& row, [[maybe_unused]] std::size_t bits,
-            [[maybe_unused]] Work work) {
-#ifdef HAVE_GMP
-    row.add("GMP", Contender{Gmp(bits), work, [](Gmp& own) {
-                                 return own.state.out.empty() ? peersBytes(own.state)
-                                                              : madeText(own.state);
-                             }});
-#else
-    row.missing("GMP");
-#endif
-}
-
-void copyLimit(Row& row, const std::string& made) {
-    row.limit(Contender{std::pair{made, made},
-                        [](auto& own) {
-                            std::memcpy(own.first.data(), own.second.data(), own.first.size());
-                            benchmark::DoNotOptimize(own.first.data());
-                        },
-                        [](auto& own) { return own.first; }});
+/// \a work has the state and a number of GMP.
+template <typename Work, typename Result>
+void addGmp(Row& row, const State& state, Work work, Result result) {
+    row.addPeer<peers::Gmp>("GMP", [&](auto gmp) {
+        using Integer = typename decltype(gmp)::Integer;
+        return Contender{std::pair{state, Integer()},
+                         [work](auto& own) { work(own.first, own.second); },
+                         [result](auto& own) { return result(own.first); }};
+    });
 }
 
 void bitsToHexRow(const char* size, const State& state) {
@@ -106,11 +72,12 @@ void bitsToHexRow(const char* size, const State& state) {
             Contender{state,
                       [](State& own) { Kel_NumberUtil::binStr2HexStr(own.text.c_str(), own.out); },
                       madeText});
-    addGmp(row, state.text.size(), [](auto& own) {
-        own.readText(own.state.text, 2);
-        own.writeText(-16);
-    });
-    copyLimit(row, state.hex);
+    const auto work = [](State& own, auto& integer) {
+        integer.read(own.text, 2);
+        integer.print(own.out, -16);
+    };
+    addGmp(row, state, work, madeText);
+    row.limit(copying(state.hex));
 }
 
 void hexToBitsRow(const char* size, const State& state) {
@@ -121,11 +88,12 @@ void hexToBitsRow(const char* size, const State& state) {
                                      Kel_NumberUtil::hexStr2BinStr(own.hex.c_str(), bits, own.out);
                                  },
                                  madeText});
-    addGmp(row, state.text.size(), [](auto& own) {
-        own.readText(own.state.hex, 16);
-        own.writeText(2);
-    });
-    copyLimit(row, state.text);
+    const auto work = [](State& own, auto& integer) {
+        integer.read(own.hex, 16);
+        integer.print(own.out, 2);
+    };
+    addGmp(row, state, work, madeText);
+    row.limit(copying(state.text));
 }
 
 void bytesToBitsRow(const char* size, const State& state) {
@@ -137,22 +105,15 @@ void bytesToBitsRow(const char* size, const State& state) {
                                                                        own.out);
                                  },
                                  madeText});
-    addGmp(row, state.text.size(), [](auto& own) {
-        own.readBytes();
-        own.writeText(2);
+    const auto work = [](State& own, auto& integer) {
+        integer.read(own.forPeers);
+        integer.print(own.out, 2);
+    };
+    addGmp(row, state, work, madeText);
+    row.addPeer<peers::Boost>("dynamic_bitset", [&](auto boost) {
+        return Contender{state, [boost](State& own) { boost.printBits(own.forPeers, own.out); },
+                         madeText};
     });
-#ifdef HAVE_BOOST
-    row.add("dynamic_bitset",
-            Contender{state,
-                      [](State& own) {
-                          boost::to_string(boost::dynamic_bitset<unsigned char>(
-                                               own.forPeers.begin(), own.forPeers.end()),
-                                           own.out);
-                      },
-                      madeText});
-#else
-    row.missing("dynamic_bitset");
-#endif
     if (state.text.size() == 64) // the widest integer that a std::bitset takes
         row.add("std::bitset", Contender{state,
                                          [](State& own) {
@@ -161,7 +122,7 @@ void bytesToBitsRow(const char* size, const State& state) {
                                              own.out = std::bitset<64>(bits).to_string();
                                          },
                                          madeText});
-    copyLimit(row, state.text);
+    row.limit(copying(state.text));
 }
 
 void bitsToBytesRow(const char* size, const State& state) {
@@ -172,21 +133,15 @@ void bitsToBytesRow(const char* size, const State& state) {
                                                                        own.bytesOut.data());
                                  },
                                  madeBytes});
-    addGmp(row, state.text.size(), [](auto& own) {
-        own.readText(own.state.text, 2);
-        own.writeBytes();
+    const auto work = [](State& own, auto& integer) {
+        integer.read(own.text, 2);
+        integer.write(own.bytesOut);
+    };
+    addGmp(row, state, work, peersBytes);
+    row.addPeer<peers::Boost>("dynamic_bitset", [&](auto boost) {
+        return Contender{state, [boost](State& own) { boost.parseBits(own.text, own.bytesOut); },
+                         peersBytes};
     });
-#ifdef HAVE_BOOST
-    row.add("dynamic_bitset",
-            Contender{state,
-                      [](State& own) {
-                          boost::to_block_range(boost::dynamic_bitset<unsigned char>(own.text),
-                                                own.bytesOut.begin());
-                      },
-                      peersBytes});
-#else
-    row.missing("dynamic_bitset");
-#endif
     if (state.text.size() == 64)
         row.add("std::bitset", Contender{state,
                                          [](State& own) {
@@ -195,7 +150,7 @@ void bitsToBytesRow(const char* size, const State& state) {
                                              std::memcpy(own.bytesOut.data(), &bits, sizeof bits);
                                          },
                                          peersBytes});
-    copyLimit(row, textOf(state.bytes));
+    row.limit(copying(textOf(state.bytes)));
 }
 
 } // namespace
@@ -209,6 +164,5 @@ int main(int argc, char** argv) {
         bytesToBitsRow(name, state);
         bitsToBytesRow(name, state);
     }
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runAll(argc, argv);
 }

@@ -8,7 +8,6 @@
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include <algorithm>
-#include <cstring>
 
 using namespace bench;
 
@@ -29,8 +28,10 @@ Bytes reversed(Bytes bytes) {
     return bytes;
 }
 
+/// BYTES is the type that a peer decodes into.
+template <typename BYTES>
 struct State {
-    Bytes bytes;
+    BYTES bytes;
     std::string text;
 };
 
@@ -40,133 +41,62 @@ std::string upper(std::string text) {
     return text;
 }
 
-std::string upperText(State& own) {
-    return upper(own.text.substr(0, 2 * own.bytes.size()));
-}
-std::string bytesText(State& own) {
-    return textOf(own.bytes);
+template <typename Peer>
+void addEncoder(Row& row, const char* name, const Bytes& bytes) {
+    row.addPeer<Peer>(name, [&](auto peer) {
+        return Contender{State<Bytes>{bytes, std::string(2 * bytes.size() + 1, ' ')},
+                         [peer](auto& own) { peer.encodeHex(own.bytes, own.text); },
+                         [](auto& own) { return upper(own.text.substr(0, 2 * own.bytes.size())); }};
+    });
 }
 
-void encodeRows(const char* size, std::size_t count) {
-    const Bytes bytes = randomBytes(count);
+void encodeRow(const char* size, const Bytes& bytes) {
     Row row("hex", "encode", size);
     struct Own {
         KelRT::Kel_ByteBuffer buffer;
         std::string text;
     };
-    row.add("KelUtil", Contender{Own{{bytes.data(), count, 0, 0}, std::string(2 * count + 1, ' ')},
-                                 [](Own& own) {
-                                     own.buffer.bin2HexString(
-                                         0, reinterpret_cast<unsigned char*>(own.text.data()));
-                                 },
-                                 [](Own& own) { return own.text.substr(0, own.text.size() - 1); }});
-    const State state{reversed(bytes), std::string(2 * count + 1, ' ')};
-#ifdef HAVE_ABSL
-    row.add("Abseil",
-            Contender{state,
-                      [](State& own) {
-                          own.text = absl::BytesToHexString(absl::string_view(
-                              reinterpret_cast<const char*>(own.bytes.data()), own.bytes.size()));
-                      },
-                      upperText});
-#else
-    row.missing("Abseil");
-#endif
-#ifdef HAVE_OPENSSL
-    row.add("OpenSSL", Contender{state,
-                                 [](State& own) {
-                                     OPENSSL_buf2hexstr_ex(own.text.data(), own.text.size(),
-                                                           nullptr, own.bytes.data(),
-                                                           own.bytes.size(), '\0');
-                                 },
-                                 upperText});
-#else
-    row.missing("OpenSSL");
-#endif
-#ifdef HAVE_LLVM
-    row.add("LLVM",
-            Contender{state, [](State& own) { own.text = llvm::toHex(own.bytes); }, upperText});
-#else
-    row.missing("LLVM");
-#endif
-#ifdef HAVE_BOOST
-    row.add("Boost", Contender{state,
-                               [](State& own) {
-                                   boost::algorithm::hex(own.bytes.begin(), own.bytes.end(),
-                                                         own.text.begin());
-                               },
-                               upperText});
-#else
-    row.missing("Boost");
-#endif
-    row.limit(Contender{std::pair{state.text, state.text},
-                        [](auto& own) {
-                            std::memcpy(own.first.data(), own.second.data(), own.first.size());
-                            benchmark::DoNotOptimize(own.first.data());
-                        },
-                        [](auto& own) { return own.first; }});
+    row.add("KelUtil",
+            Contender{
+                Own{{bytes.data(), bytes.size(), 0, 0}, std::string(2 * bytes.size() + 1, ' ')},
+                [](Own& own) {
+                    own.buffer.bin2HexString(0, reinterpret_cast<unsigned char*>(own.text.data()));
+                },
+                [](Own& own) { return own.text.substr(0, own.text.size() - 1); }});
+    addEncoder<peers::Absl>(row, "Abseil", reversed(bytes));
+    addEncoder<peers::OpenSsl>(row, "OpenSSL", reversed(bytes));
+    addEncoder<peers::Llvm>(row, "LLVM", reversed(bytes));
+    addEncoder<peers::Boost>(row, "Boost", reversed(bytes));
+    row.limit(copying(std::string(2 * bytes.size() + 1, ' ')));
 }
 
-void decodeRows(const char* size, std::size_t count) {
-    const Bytes bytes = randomBytes(count);
+template <typename Peer>
+void addDecoder(Row& row, const char* name, const Bytes& bytes) {
+    row.addPeer<Peer>(name, [&](auto peer) {
+        using Decoded = typename decltype(peer)::Decoded;
+        return Contender{State<Decoded>{Decoded(bytes.size(), '\0'), upperHex(bytes)},
+                         [peer](auto& own) { peer.decodeHex(own.text, own.bytes); },
+                         [](auto& own) { return textOf(own.bytes); }};
+    });
+}
+
+void decodeRow(const char* size, const Bytes& bytes) {
     Row row("hex", "decode", size);
     struct Own {
         KelRT::Kel_ByteBuffer text;
         Bytes out;
     };
-    const std::string ownText = upperHex(reversed(bytes));
+    const std::string text = upperHex(reversed(bytes));
     row.add("KelUtil",
-            Contender{Own{{reinterpret_cast<const unsigned char*>(ownText.data()), 2 * count, 0, 0},
-                          Bytes(count)},
+            Contender{Own{{reinterpret_cast<const unsigned char*>(text.data()), text.size(), 0, 0},
+                          Bytes(bytes.size())},
                       [](Own& own) { own.text.hex2Bin(0, own.text.getSize() - 1, own.out.data()); },
                       [](Own& own) { return textOf(own.out); }});
-    const State state{Bytes(count), upperHex(bytes)};
-#ifdef HAVE_ABSL
-    struct Absl {
-        std::string bytes, text;
-    };
-    row.add("Abseil", Contender{Absl{"", state.text},
-                                [](Absl& own) { own.bytes = absl::HexStringToBytes(own.text); },
-                                [](Absl& own) { return own.bytes; }});
-#else
-    row.missing("Abseil");
-#endif
-#ifdef HAVE_OPENSSL
-    row.add("OpenSSL", Contender{state,
-                                 [](State& own) {
-                                     OPENSSL_hexstr2buf_ex(own.bytes.data(), own.bytes.size(),
-                                                           nullptr, own.text.c_str(), '\0');
-                                 },
-                                 bytesText});
-#else
-    row.missing("OpenSSL");
-#endif
-#ifdef HAVE_LLVM
-    struct Llvm {
-        std::string bytes, text;
-    };
-    row.add("LLVM",
-            Contender{Llvm{"", state.text}, [](Llvm& own) { own.bytes = llvm::fromHex(own.text); },
-                      [](Llvm& own) { return own.bytes; }});
-#else
-    row.missing("LLVM");
-#endif
-#ifdef HAVE_BOOST
-    row.add("Boost", Contender{state,
-                               [](State& own) {
-                                   boost::algorithm::unhex(own.text.begin(), own.text.end(),
-                                                           own.bytes.begin());
-                               },
-                               bytesText});
-#else
-    row.missing("Boost");
-#endif
-    row.limit(Contender{std::pair{bytes, bytes},
-                        [](auto& own) {
-                            std::memcpy(own.first.data(), own.second.data(), own.first.size());
-                            benchmark::DoNotOptimize(own.first.data());
-                        },
-                        [](auto& own) { return own.first; }});
+    addDecoder<peers::Absl>(row, "Abseil", bytes);
+    addDecoder<peers::OpenSsl>(row, "OpenSSL", bytes);
+    addDecoder<peers::Llvm>(row, "LLVM", bytes);
+    addDecoder<peers::Boost>(row, "Boost", bytes);
+    row.limit(copying(textOf(bytes)));
 }
 
 } // namespace
@@ -176,9 +106,9 @@ int main(int argc, char** argv) {
                                       {"64 B", 64},
                                       {"4 KiB", 4096},
                                       {"1 MiB", 1 << 20}}) {
-        encodeRows(name, count);
-        decodeRows(name, count);
+        const Bytes bytes = randomBytes(count);
+        encodeRow(name, bytes);
+        decodeRow(name, bytes);
     }
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runAll(argc, argv);
 }

@@ -8,12 +8,7 @@
 
 #include "KelRT/Kel_Number.h"
 
-#ifdef HAVE_BOOST
-#include <boost/multiprecision/cpp_int.hpp>
-#endif
-
 #include <cctype>
-#include <cstring>
 #include <memory>
 
 using namespace bench;
@@ -59,63 +54,11 @@ struct KelNumber {
     static std::string spelled(const std::string& text) { return text; }
 };
 
-#ifdef HAVE_GMP
-struct Gmp {
-    Gmp(const Base& base, unsigned /*bits*/, const std::string& hex)
-        : radix(static_cast<int>(base.radix)), value(hex, 16) {}
-    int radix;
-    mpz_class value;
-    std::string print() const {
-        std::string text(mpz_sizeinbase(value.get_mpz_t(), radix), '\0');
-        mpz_get_str(text.data(), radix, value.get_mpz_t());
-        if (text.back() == '\0') // the size may be one too large
-            text.pop_back();
-        return text;
-    }
-    void parse(const std::string& text) { mpz_set_str(value.get_mpz_t(), text.c_str(), radix); }
-    std::string hex() const { return value.get_str(16); }
-    static std::string spelled(const std::string& text) { return text; }
-};
-#endif
-
-#ifdef HAVE_LLVM
 std::string lower(std::string text) {
     for (char& character : text)
         character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
     return text;
 }
-
-struct ApInt {
-    ApInt(const Base& base, unsigned width, const std::string& hex)
-        : radix(static_cast<std::uint8_t>(base.radix)), bits(width), value(width, hex, 16) {}
-    std::uint8_t radix;
-    unsigned bits;
-    llvm::APInt value;
-    std::string print() const { return llvm::toString(value, radix, false); }
-    void parse(const std::string& text) { value = llvm::APInt(bits, text, radix); }
-    std::string hex() const { return lower(llvm::toString(value, 16, false)); }
-    static std::string spelled(const std::string& text) { return text; }
-};
-#endif
-
-#ifdef HAVE_BOOST
-struct CppInt {
-    CppInt(const Base& base, unsigned /*bits*/, const std::string& hex)
-        : radix(base.radix), value("0x" + hex) {}
-    unsigned radix;
-    boost::multiprecision::cpp_int value;
-    std::string print() const {
-        return value.str(0, radix == 16  ? std::ios_base::hex
-                            : radix == 8 ? std::ios_base::oct
-                                         : std::ios_base::dec);
-    }
-    void parse(const std::string& text) { value.assign(text); }
-    std::string hex() const { return value.str(0, std::ios_base::hex); }
-    std::string spelled(const std::string& text) const {
-        return (radix == 16 ? "0x" : radix == 8 ? "0" : "") + text;
-    }
-};
-#endif
 
 template <typename Number>
 struct Printing {
@@ -125,12 +68,7 @@ struct Printing {
         const std::string text = number.print();
         benchmark::DoNotOptimize(text.data());
     }
-    std::string result() {
-        std::string text = number.print();
-        for (char& character : text)
-            character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-        return text;
-    }
+    std::string result() { return lower(number.print()); }
 };
 
 template <typename Number>
@@ -140,7 +78,7 @@ struct Parsing {
     Parsing(const Number& read, const std::string& digits)
         : number(read), text(number.spelled(digits)) {}
     void run() { number.parse(text); }
-    std::string result() { return number.hex(); }
+    std::string result() { return lower(number.hex()); }
 };
 
 /// The widest numbers of which APInt and cpp_int take less than some 100 ms.
@@ -159,29 +97,16 @@ void rows(const char* work, const Base& base, unsigned bits, const Widest& wides
     const std::string text = own.print();
     Row row("numbers", std::string(work) + ' ' + base.name, widthName(bits));
     row.add("KelUtil", Work<KelNumber>(own, text));
-#ifdef HAVE_GMP
-    row.add("GMP", Work<Gmp>({base, bits, hex}, text));
-#else
-    row.missing("GMP");
-#endif
-#ifdef HAVE_LLVM
+    const auto contender = [&](auto peer) {
+        using Number = typename decltype(peer)::Number;
+        return Work<Number>(Number(base.radix, bits, hex), text);
+    };
+    row.addPeer<peers::Gmp>("GMP", contender);
     if (bits <= widest.apInt)
-        row.add("APInt", Work<ApInt>({base, bits, hex}, text));
-#else
-    row.missing("APInt");
-#endif
-#ifdef HAVE_BOOST
+        row.addPeer<peers::Llvm>("APInt", contender);
     if (bits <= widest.cppInt && base.radix != 2) // it has no binary
-        row.add("cpp_int", Work<CppInt>({base, bits, hex}, text));
-#else
-    row.missing("cpp_int");
-#endif
-    row.limit(Contender{std::pair{text, text},
-                        [](auto& both) {
-                            std::memcpy(both.first.data(), both.second.data(), both.first.size());
-                            benchmark::DoNotOptimize(both.first.data());
-                        },
-                        [](auto& both) { return both.first; }});
+        row.addPeer<peers::Boost>("cpp_int", contender);
+    row.limit(copying(text));
 }
 
 // Decimal beside itself at half the width: four times the cost would be quadratic.
@@ -217,6 +142,5 @@ int main(int argc, char** argv) {
         growthRow<Printing>("print decimal", bits);
         growthRow<Parsing>("parse decimal", bits);
     }
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runAll(argc, argv);
 }

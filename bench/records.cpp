@@ -3,110 +3,75 @@
 // Log records: written, each handed to the system as a line of its own, into a file in memory
 // (tmpfs); and filtered out by their level. All write the same lines without a prefix.
 #include "log_file.h"
-#include "log_peers.h"
+#include "peers.h"
 #include "row.h"
 
 #include <array>
-#include <iomanip>
-#include <memory>
 
 using namespace bench;
 
 namespace {
 
-constexpr unsigned RECORDS = 1000;
+constexpr unsigned RECORD_COUNT = 1000;
 constexpr int WRITTEN = 1;
 constexpr int FILTERED = 5;
-// What the records tell: a text, a decimal and a hexadecimal number.
-struct Facts {
+/// The arguments of a record: a text, a decimal and a hexadecimal number.
+struct Record {
     const char* state;
     unsigned bits;
     unsigned address;
 };
 
-std::vector<Facts> facts() {
-    std::mt19937_64 random(RECORDS);
-    std::vector<Facts> all;
-    for (unsigned i = 0; i < RECORDS; ++i)
+std::vector<Record> randomRecords() {
+    std::mt19937_64 random(RECORD_COUNT);
+    std::vector<Record> all;
+    for (unsigned i = 0; i < RECORD_COUNT; ++i)
         all.push_back({std::array{"idle", "update-instruction", "shift", "capture-data"}[i % 4],
                        static_cast<unsigned>(random() % 100'000), static_cast<unsigned>(random())});
     return all;
 }
 
-const std::vector<Facts> FACTS = facts();
+const std::vector<Record> ALL = randomRecords();
 
 std::string same(std::string text) {
     return text;
 }
 
-void printRecord(int level, const Facts& told) {
+void printRecord(int level, const Record& record) {
     KelRT::Logger::logger.printLog(level, "chain in state %s: shifted %u bits from 0x%08x\n",
-                                   told.state, told.bits, told.address);
+                                   record.state, record.bits, record.address);
 }
 
-#ifdef HAVE_SPDLOG
-void spdlogRecord(spdlog::logger& logger, spdlog::level::level_enum level, const Facts& told) {
-    logger.log(level, "chain in state {}: shifted {} bits from 0x{:08x}", told.state, told.bits,
-               told.address);
+/// Work that calls \a write for each record.
+template <typename Write>
+auto eachRecord(Write write) {
+    return [write](const LogFile&) {
+        for (const Record& record : ALL)
+            write(record);
+    };
 }
-
-std::shared_ptr<spdlog::logger> spdlogTo(const std::string& path) {
-    auto logger = std::make_shared<spdlog::logger>(
-        "bench", std::make_shared<spdlog::sinks::basic_file_sink_st>(path));
-    logger->set_pattern("%v");
-    logger->flush_on(spdlog::level::trace);
-    return logger;
-}
-#endif
-
-#ifdef HAVE_GLOG
-/// The first record opens glog's file.
-std::string startGlog(const LogDirectory& directory) {
-    FLAGS_log_prefix = false;
-    FLAGS_logbuflevel = -1; // flush each line
-    FLAGS_max_log_size = 4095;
-    google::SetLogDestination(google::GLOG_INFO, directory.file("glog.").c_str());
-    google::SetLogSymlink(google::GLOG_INFO, "");
-    google::SetLogFilenameExtension("");
-    FLAGS_timestamp_in_logfile_name = false;
-    google::InitGoogleLogging("bench");
-    LOG(INFO) << "start";
-    return directory.file("glog.");
-}
-#endif
 
 void writtenRow(const LogFile& ownFile, const LogDirectory& directory) {
-    Row row("records", "written", "40 to 80", RECORDS);
+    Row row("records", "written", "40 to 80", RECORD_COUNT);
     const Writer own{ownFile,
-                     [](const LogFile&) {
-                         for (const auto& told : FACTS)
-                             printRecord(WRITTEN, told);
-                     },
-                     same};
+                     eachRecord([](const Record& record) { printRecord(WRITTEN, record); }), same};
     row.add("KelUtil", own);
-#ifdef HAVE_SPDLOG
-    const auto logger = spdlogTo(directory.file("spdlog.log"));
-    row.add("spdlog", Writer{LogFile(directory.file("spdlog.log")),
-                             [logger](const LogFile&) {
-                                 for (const auto& told : FACTS)
-                                     spdlogRecord(*logger, spdlog::level::info, told);
-                             },
-                             same});
-#else
-    row.missing("spdlog");
-#endif
-#ifdef HAVE_GLOG
-    row.add("glog", Writer{LogFile(startGlog(directory)),
-                           [](const LogFile&) {
-                               for (const auto& told : FACTS)
-                                   LOG(INFO) << "chain in state " << told.state << ": shifted "
-                                             << told.bits << " bits from 0x" << std::hex
-                                             << std::setfill('0') << std::setw(8) << told.address;
-                           },
-                           same});
-#else
-    row.missing("glog");
-#endif
+    row.addPeer<peers::Spdlog>("spdlog", [&](auto spdlog) {
+        const std::string path = directory.file("spdlog.log");
+        const auto logger = spdlog.open(path);
+        return Writer{LogFile(path), eachRecord([spdlog, logger](const Record& record) {
+                          spdlog.record(logger, true, record.state, record.bits, record.address);
+                      }),
+                      same};
+    });
+    row.addPeer<peers::Glog>("glog", [&](auto glog) {
+        const std::string path = directory.file("glog.");
+        glog.start(path);
+        return Writer{LogFile(path), eachRecord([glog](const Record& record) {
+                          glog.record(record.state, record.bits, record.address);
+                      }),
+                      same};
+    });
     auto ready = own;
     ready.prepare();
     ready.run();
@@ -124,56 +89,53 @@ void writtenRow(const LogFile& ownFile, const LogDirectory& directory) {
 // A contender in the rows of filtered records reads the level anew for every record, and proves
 // that it has written nothing. Its file is empty from the start: emptying it takes longer than a
 // run.
-template <typename Record>
+template <typename Write>
 struct Filtered {
     LogFile file;
-    Record record;
+    Write write;
     void run() {
-        for (const auto& told : FACTS) {
-            record(told);
+        for (const auto& record : ALL) {
+            write(record);
             benchmark::ClobberMemory();
         }
     }
     std::string result() { return file.text(); }
 };
-template <typename Record>
-Filtered(LogFile, Record) -> Filtered<Record>;
+template <typename Write>
+Filtered(LogFile, Write) -> Filtered<Write>;
 
 int limitLevel = WRITTEN;
 
 void askedRow(const LogFile& ownFile, const LogDirectory& directory) {
-    Row row("records", "filtered, asked", "-", RECORDS);
-    row.add("KelUtil", Filtered{ownFile, [](const Facts& told) {
+    Row row("records", "filtered, asked", "-", RECORD_COUNT);
+    row.add("KelUtil", Filtered{ownFile, [](const Record& record) {
                                     const auto& logger = KelRT::Logger::logger;
                                     if (logger.shouldPrintLog(FILTERED))
-                                        printRecord(FILTERED, told);
+                                        printRecord(FILTERED, record);
                                 }});
-#ifdef HAVE_GLOG
-    row.add("VLOG", Filtered{LogFile(directory.file("glog.")), [](const Facts& told) {
-                                 VLOG(FILTERED) << "chain in state " << told.state;
-                             }});
-#else
-    row.missing("VLOG");
-#endif
-    row.limit(Filtered{LogFile(directory.file("limit.log")), [](const Facts& told) {
+    row.addPeer<peers::Glog>("VLOG", [&](auto glog) {
+        return Filtered{LogFile(directory.file("glog.")), [glog](const Record& record) {
+                            glog.filteredRecord(FILTERED, record.state);
+                        }};
+    });
+    row.limit(Filtered{LogFile(directory.file("limit.log")), [](const Record& record) {
                            benchmark::DoNotOptimize(&limitLevel);
                            if (limitLevel >= FILTERED)
-                               std::puts(told.state);
+                               std::puts(record.state);
                        }});
 }
 
 void filteredRow(const LogFile& ownFile, const LogDirectory& directory) {
-    Row row("records", "filtered, written anyway", "-", RECORDS);
-    row.add("KelUtil", Filtered{ownFile, [](const Facts& told) { printRecord(FILTERED, told); }});
-#ifdef HAVE_SPDLOG
-    const auto logger = spdlogTo(directory.file("filtered.log"));
-    row.add("spdlog",
-            Filtered{LogFile(directory.file("filtered.log")), [logger](const Facts& told) {
-                         spdlogRecord(*logger, spdlog::level::debug, told);
-                     }});
-#else
-    row.missing("spdlog");
-#endif
+    Row row("records", "filtered, written anyway", "-", RECORD_COUNT);
+    row.add("KelUtil",
+            Filtered{ownFile, [](const Record& record) { printRecord(FILTERED, record); }});
+    row.addPeer<peers::Spdlog>("spdlog", [&](auto spdlog) {
+        const std::string path = directory.file("filtered.log");
+        const auto logger = spdlog.open(path);
+        return Filtered{LogFile(path), [spdlog, logger](const Record& record) {
+                            spdlog.record(logger, false, record.state, record.bits, record.address);
+                        }};
+    });
 }
 
 } // namespace
@@ -186,6 +148,5 @@ int main(int argc, char** argv) {
         LogFile(directory.file(name)).empty(); // for the proofs below
     askedRow(ownFile, directory);
     filteredRow(ownFile, directory);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runAll(argc, argv);
 }

@@ -38,31 +38,6 @@ struct Copy {
     }
 };
 
-#ifdef HAVE_GMP
-using Limbs = std::vector<mp_limb_t>;
-Limbs limbsOf(const Bytes& bytes) {
-    Limbs limbs(bytes.size() / sizeof(mp_limb_t));
-    std::memcpy(limbs.data(), bytes.data(), bytes.size());
-    return limbs;
-}
-std::string limbText(const Limbs& limbs) {
-    const auto* const bytes = reinterpret_cast<const char*>(limbs.data());
-    return {bytes, bytes + limbs.size() * sizeof(mp_limb_t)};
-}
-#endif
-
-#ifdef HAVE_LLVM
-llvm::APInt apIntOf(const Bytes& bytes) {
-    std::vector<std::uint64_t> words(bytes.size() / 8);
-    std::memcpy(words.data(), bytes.data(), bytes.size());
-    return {static_cast<unsigned>(bytes.size() * 8), words};
-}
-std::string apIntText(const llvm::APInt& value) {
-    const auto* const bytes = reinterpret_cast<const char*>(value.getRawData());
-    return {bytes, bytes + value.getBitWidth() / 8};
-}
-#endif
-
 void shiftRows(const Size& size, const Bytes& bytes) {
     Row row("shift", "by 3 bits", size.name);
     row.add("KelUtil", Contender{bufferOf(bytes),
@@ -71,22 +46,15 @@ void shiftRows(const Size& size, const Bytes& bytes) {
                                      benchmark::DoNotOptimize(buffer.uPtr());
                                  },
                                  [](auto& buffer) { return bufferText(buffer); }});
-#ifdef HAVE_GMP
-    row.add("mpn_rshift", Contender{limbsOf(bytes),
-                                    [](Limbs& limbs) {
-                                        mpn_rshift(limbs.data(), limbs.data(),
-                                                   static_cast<mp_size_t>(limbs.size()), SHIFT);
-                                    },
-                                    limbText});
-#else
-    row.missing("mpn_rshift");
-#endif
-#ifdef HAVE_LLVM
-    row.add("APInt",
-            Contender{apIntOf(bytes), [](auto& value) { value.lshrInPlace(SHIFT); }, apIntText});
-#else
-    row.missing("APInt");
-#endif
+    row.addPeer<peers::Gmp>("mpn_rshift", [&](auto gmp) {
+        return Contender{gmp.limbsOf(bytes), [gmp](auto& limbs) { gmp.shiftDown(limbs, SHIFT); },
+                         [gmp](auto& limbs) { return gmp.text(limbs); }};
+    });
+    row.addPeer<peers::Llvm>("APInt", [&](auto llvm) {
+        using Bits = typename decltype(llvm)::Bits;
+        return Contender{Bits(bytes), [](auto& bits) { bits.shiftDown(SHIFT); },
+                         [](auto& bits) { return bits.text(); }};
+    });
     row.limit(Copy{bytes, bytes});
 }
 
@@ -95,17 +63,15 @@ void mirrorRows(const Size& size, const Bytes& bytes) {
     row.add("KelUtil",
             Contender{bufferOf(bytes), [](auto& buffer) { buffer.swapBitOrderWithinEachByte(); },
                       [](auto& buffer) { return bufferText(buffer); }});
-#ifdef HAVE_LLVM
-    row.add("LLVM", Contender{bytes,
-                              [](Bytes& own) {
-                                  for (auto& byte : own)
-                                      byte = llvm::reverseBits(byte);
-                                  benchmark::DoNotOptimize(own.data());
-                              },
-                              [](Bytes& own) { return textOf(own); }});
-#else
-    row.missing("LLVM");
-#endif
+    row.addPeer<peers::Llvm>("LLVM", [&](auto llvm) {
+        return Contender{bytes,
+                         [llvm](Bytes& own) {
+                             for (auto& byte : own)
+                                 byte = llvm.mirror(byte);
+                             benchmark::DoNotOptimize(own.data());
+                         },
+                         [](Bytes& own) { return textOf(own); }};
+    });
     row.limit(Copy{bytes, bytes});
 }
 
@@ -120,12 +86,11 @@ void reverseRows(const Size& size, const Bytes& bytes) {
                                           benchmark::DoNotOptimize(own.data());
                                       },
                                       [](Bytes& own) { return textOf(own); }});
-#ifdef HAVE_LLVM
-    row.add("APInt",
-            Contender{apIntOf(bytes), [](auto& value) { value = value.byteSwap(); }, apIntText});
-#else
-    row.missing("APInt");
-#endif
+    row.addPeer<peers::Llvm>("APInt", [&](auto llvm) {
+        using Bits = typename decltype(llvm)::Bits;
+        return Contender{Bits(bytes), [](auto& bits) { bits.reverseBytes(); },
+                         [](auto& bits) { return bits.text(); }};
+    });
     row.limit(Copy{bytes, bytes});
 }
 
@@ -138,6 +103,5 @@ int main(int argc, char** argv) {
         mirrorRows(size, bytes);
         reverseRows(size, bytes);
     }
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runAll(argc, argv);
 }

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <random>
 #include <string>
@@ -54,6 +55,15 @@ public:
     template <typename Contender>
     Row& limit(const Contender& contender) {
         return measure("limit", contender);
+    }
+
+    /// The contender that \a make returns for an object of PEER, unless that is missing.
+    template <typename Peer, typename Make>
+    Row& addPeer(const std::string& name, Make make) {
+        if constexpr (requires { Peer::MISSING; })
+            return missing(name);
+        else
+            return add(name, make(Peer()));
     }
 
     /// A peer that was not there when this program was built.
@@ -129,6 +139,23 @@ struct Contender {
 
 template <typename State, typename Run, typename Result>
 Contender(State, Run, Result) -> Contender<State, Run, Result>;
+
+/// A contender that copies \a text: the limit of work that makes such a text.
+inline auto copying(const std::string& text) {
+    return Contender{std::pair{text, text},
+                     [](auto& own) {
+                         std::memcpy(own.first.data(), own.second.data(), own.first.size());
+                         benchmark::DoNotOptimize(own.first.data());
+                     },
+                     [](auto& own) { return own.first; }};
+}
+
+/// Runs what the rows have registered.
+inline int runAll(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
 
 /// The text of a run of bytes, for comparing results.
 template <typename Range>

@@ -116,22 +116,16 @@ void decimalPrintRow(const char* length, const Values& values) {
     row.add("std", printing(values, [](std::uint64_t value, std::string& out) {
                 putCharacters(value, out, 10);
             }));
-#ifdef HAVE_FMT
-    row.add("fmt", printing(values, [](std::uint64_t value, std::string& out) {
-                const fmt::format_int text(value);
-                out.assign(text.data(), text.size());
-            }));
-#else
-    row.missing("fmt");
-#endif
-#ifdef HAVE_ABSL
-    row.add("Abseil", printing(values, [](std::uint64_t value, std::string& out) {
-                out.clear();
-                absl::StrAppend(&out, value);
-            }));
-#else
-    row.missing("Abseil");
-#endif
+    row.addPeer<peers::Fmt>("fmt", [&](auto peer) {
+        return printing(values, [peer](std::uint64_t value, std::string& out) {
+            peer.printDecimal(value, out);
+        });
+    });
+    row.addPeer<peers::Absl>("Abseil", [&](auto peer) {
+        return printing(values, [peer](std::uint64_t value, std::string& out) {
+            peer.printDecimal(value, out);
+        });
+    });
     limitRow(row, textsOf(values, 10));
 }
 
@@ -143,23 +137,14 @@ void hexPrintRow(const char* length, const Values& values) {
     row.add("std", printing(values, [](std::uint64_t value, std::string& out) {
                 putCharacters(value, out, 16);
             }));
-#ifdef HAVE_FMT
-    row.add("fmt", printing(values, [](std::uint64_t value, std::string& out) {
-                std::array<char, 64> text;
-                char* const end = fmt::format_to(text.data(), FMT_COMPILE("{:x}"), value);
-                out.assign(text.data(), end);
-            }));
-#else
-    row.missing("fmt");
-#endif
-#ifdef HAVE_ABSL
-    row.add("Abseil", printing(values, [](std::uint64_t value, std::string& out) {
-                out.clear();
-                absl::StrAppend(&out, absl::Hex(value));
-            }));
-#else
-    row.missing("Abseil");
-#endif
+    row.addPeer<peers::Fmt>("fmt", [&](auto peer) {
+        return printing(
+            values, [peer](std::uint64_t value, std::string& out) { peer.printHex(value, out); });
+    });
+    row.addPeer<peers::Absl>("Abseil", [&](auto peer) {
+        return printing(
+            values, [peer](std::uint64_t value, std::string& out) { peer.printHex(value, out); });
+    });
     limitRow(row, textsOf(values, 16));
 }
 
@@ -169,14 +154,9 @@ void decimalParseRow(const char* length, const Texts& texts) {
                 return Kel_NumberUtil::decStr2ULL(text);
             }));
     row.add("std", parsing(texts, [](const std::string& text) { return ofCharacters(text, 10); }));
-#ifdef HAVE_ABSL
-    row.add("Abseil", parsing(texts, [](const std::string& text) {
-                std::uint64_t value = 0;
-                return absl::SimpleAtoi(text, &value) ? value : 0;
-            }));
-#else
-    row.missing("Abseil");
-#endif
+    row.addPeer<peers::Absl>("Abseil", [&](auto peer) {
+        return parsing(texts, [peer](const std::string& text) { return peer.parseDecimal(text); });
+    });
 }
 
 void hexParseRow(const char* length, const Texts& texts) {
@@ -184,14 +164,9 @@ void hexParseRow(const char* length, const Texts& texts) {
     row.add("KelUtil",
             parsing(texts, [](std::string& text) { return Kel_NumberUtil::hexStr2ULL(text); }));
     row.add("std", parsing(texts, [](const std::string& text) { return ofCharacters(text, 16); }));
-#ifdef HAVE_ABSL
-    row.add("Abseil", parsing(texts, [](const std::string& text) {
-                std::uint64_t value = 0;
-                return absl::SimpleHexAtoi(text, &value) ? value : 0;
-            }));
-#else
-    row.missing("Abseil");
-#endif
+    row.addPeer<peers::Absl>("Abseil", [&](auto peer) {
+        return parsing(texts, [peer](const std::string& text) { return peer.parseHex(text); });
+    });
 }
 
 } // namespace
@@ -205,6 +180,5 @@ int main(int argc, char** argv) {
         decimalParseRow(length, textsOf(values, 10));
         hexParseRow(length, textsOf(values, 16));
     }
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runAll(argc, argv);
 }

@@ -74,50 +74,16 @@ struct StrTokR {
     }
 };
 
-#ifdef HAVE_ABSL
-struct AbslChar {
+template <typename Peer>
+struct PeerTokens {
     std::string text;
     const char* delimiters;
+    bool keepEmpty;
     template <typename Visit>
     void each(Visit visit) const {
-        for (const absl::string_view token : absl::StrSplit(text, *delimiters))
-            visit({token.data(), token.size()});
+        Peer::eachToken(text, delimiters, keepEmpty, visit);
     }
 };
-
-struct AbslAnyChar {
-    std::string text;
-    const char* delimiters;
-    template <typename Visit>
-    void each(Visit visit) const {
-        for (const absl::string_view token :
-             absl::StrSplit(text, absl::ByAnyChar(delimiters), absl::SkipEmpty()))
-            visit({token.data(), token.size()});
-    }
-};
-#endif
-
-#ifdef HAVE_BOOST
-template <bool KEEP_EMPTY>
-struct BoostTokenizer {
-    std::string text;
-    const char* delimiters;
-    template <typename Visit>
-    void each(Visit visit) const {
-        using Separator = boost::char_separator<char>;
-        const boost::tokenizer<Separator> tokenizer(
-            text, Separator(delimiters, "",
-                            KEEP_EMPTY ? boost::keep_empty_tokens : boost::drop_empty_tokens));
-        for (const std::string& token : tokenizer)
-            visit(token);
-    }
-};
-#endif
-
-template <typename Tokens>
-void add(Row& row, const char* name, const Text& text) {
-    row.add(name, Taking<Tokens>{{text.text, text.delimiters}});
-}
 
 void rows(const Text& text, bool isCsv) {
     const KelUtil tokenizer{text.text, text.delimiters};
@@ -125,26 +91,14 @@ void rows(const Text& text, bool isCsv) {
     tokenizer.each([&](std::string_view) { ++tokens; });
     Row row("tokens", text.work, text.size, tokens);
     row.add("KelUtil", Taking<KelUtil>{tokenizer});
-    const bool oneDelimiter = std::strlen(text.delimiters) == 1;
-#ifdef HAVE_ABSL
-    if (oneDelimiter)
-        add<AbslChar>(row, "absl::StrSplit", text);
-    else
-        add<AbslAnyChar>(row, "absl::StrSplit", text);
-#else
-    static_cast<void>(oneDelimiter);
-    row.missing("absl::StrSplit");
-#endif
+    const auto contender = [&](auto peer) {
+        using Tokens = PeerTokens<decltype(peer)>;
+        return Taking<Tokens>{Tokens{text.text, text.delimiters, isCsv}};
+    };
+    row.addPeer<peers::Absl>("absl::StrSplit", contender);
     if (!isCsv)
-        add<StrTokR>(row, "strtok_r", text);
-#ifdef HAVE_BOOST
-    if (isCsv)
-        add<BoostTokenizer<true>>(row, "boost::tokenizer", text);
-    else
-        add<BoostTokenizer<false>>(row, "boost::tokenizer", text);
-#else
-    row.missing("boost::tokenizer");
-#endif
+        row.add("strtok_r", Taking<StrTokR>{{text.text, text.delimiters}});
+    row.addPeer<peers::Boost>("boost::tokenizer", contender);
     row.limit(Contender{std::pair{text.text, std::string(text.text.size() + 1, ' ')},
                         [](auto& own) {
                             const char* const from = own.first.c_str();
@@ -164,6 +118,5 @@ int main(int argc, char** argv) {
           Kel_StrTok::WHITE_SPACE},
          false);
     rows({"search path", "2 KiB", randomText(2048, 12, 48, ";", 1), ";"}, false);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runAll(argc, argv);
 }

@@ -30,3 +30,9 @@ function(kel_own_target target)
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
+
+# kel_list(NAME ITEM...): the lines of lists/NAME in the build folder, from which tasks learn what there is.
+function(kel_list name)
+  list(JOIN ARGN "\n" lines)
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/lists/${name} CONTENT "${lines}\n" @ONLY)
+endfunction()

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+//
+// Dumps of buffers in the bit form, 10.5 characters for a byte. No peer has it; beside its limit it
+// should cost in proportion to its text, as the hexadecimal form of dumps.cpp does.
+#include "dumps.h"
+
+using namespace bench;
+
+namespace {
+
+void rows(const LogFile& file, const LogDirectory& directory, const char* size,
+          const Bytes& bytes) {
+    Row row("dumps", "bits", size, bytes.size());
+    row.add("KelUtil", ownDump(file, bytes, 8));
+    addLimit(row, directory, ownDump(file, bytes, 8), bytes);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    static const LogDirectory directory;               // is removed also when a proof fails
+    const LogFile file = startLogging(directory, "3"); // bits, large buffers
+    const Bytes small = randomBytes(1 << 20);
+    const Bytes large = randomBytes(16 << 20);
+    rows(file, directory, "1 MiB", small);
+    rows(file, directory, "16 MiB", large);
+    return runAll(argc, argv);
+}

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+//
+// What the programs of both forms of a dump share. The form is settled when logging starts.
+#pragma once
+
+#include "log_file.h"
+#include "row.h"
+
+#include <algorithm>
+#include <sstream>
+#include <string>
+
+namespace bench {
+
+/// The bytes that a table shows: those in a line between the colon after its address and the column
+/// of characters, which follows two blanks.
+/// \param digits    of a byte: 2 hexadecimal ones or 8 bits
+/// \param lastFirst the first byte stands on the right
+inline std::string bytesOf(const std::string& table, unsigned digits, bool lastFirst) {
+    std::string bytes;
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t colon = line.find(':');
+        if (colon == std::string::npos)
+            continue;
+        std::erase(line.erase(std::min(line.find("  ", colon + 2), line.size())), ' ');
+        std::string row;
+        for (std::size_t i = line.find(':') + 1; i < line.size(); i += digits)
+            row +=
+                static_cast<char>(std::stoi(line.substr(i, digits), nullptr, digits == 2 ? 16 : 2));
+        if (lastFirst)
+            std::reverse(row.begin(), row.end());
+        bytes += row;
+    }
+    return bytes;
+}
+
+/// The library's dump of \a bytes.
+inline auto ownDump(const LogFile& file, const Bytes& bytes, unsigned digits) {
+    return Writer{file,
+                  [&bytes](const LogFile&) {
+                      KelRT::Logger::logger.dumpBuffer(1, nullptr, bytes.data(),
+                                                       static_cast<unsigned>(8 * bytes.size()));
+                  },
+                  [digits](const std::string& table) { return bytesOf(table, digits, true); }};
+}
+
+/// The limit: the text of the library's dump, handed over in large pieces.
+template <typename Own>
+void addLimit(Row& row, const LogDirectory& directory, Own ready, const Bytes& bytes) {
+    static constexpr std::size_t PIECE = 64 << 10;
+    ready.prepare();
+    ready.run();
+    if (ready.result() != textOf(bytes))
+        LogDirectory::fail("a dump of other bytes");
+    row.limit(Writer{LogFile(directory.file("limit.log")),
+                     [text = ready.file.text()](const LogFile& file) {
+                         for (std::size_t i = 0; i < text.size(); i += PIECE)
+                             file.write(&text[i], std::min(PIECE, text.size() - i));
+                     },
+                     [](const std::string& table) { return table; }});
+}
+
+} // namespace bench
