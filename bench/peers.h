@@ -178,8 +178,12 @@ struct Absl {
         text = absl::BytesToHexString(
             absl::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
     }
-    static void decodeHex(const std::string& text, Decoded& bytes) {
-        bytes = absl::HexStringToBytes(text);
+    template <typename Text>
+    static void decodeHex(const Text& text, Decoded& bytes) {
+        if constexpr (requires { absl::HexStringToBytes(text, &bytes); }) // since 2024
+            static_cast<void>(absl::HexStringToBytes(text, &bytes));
+        else
+            bytes = absl::HexStringToBytes(text);
     }
 
     static void printDecimal(std::uint64_t value, std::string& out) {

@@ -101,7 +101,7 @@ Figures loadInProcess(const char* path) {
     return figures;
 }
 
-long medianOf(const Library& library, long Figures::*figure) {
+long medianOf(const Library& library, long Figures::* figure) {
     long sorted[RUNS];
     for (int i = 0; i < RUNS; ++i)
         sorted[i] = library.runs[i].*figure;
