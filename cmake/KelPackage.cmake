@@ -1,5 +1,5 @@
-# The packages that `./dev package` makes with CPack: for Debian the pair libkelutilMAJOR and
-# libkelutil-dev, for Windows one archive.
+# The packages that `./dev package` makes with CPack: for Debian libkelutilMAJOR,
+# libkelutil-dev and libkelutil-tools, for Windows one archive.
 set(CPACK_PACKAGE_NAME libkelutil)
 set(CPACK_PACKAGE_VENDOR "libKelUtil")
 set(CPACK_PACKAGE_CONTACT "the libKelUtil maintainers <maintainers@kelutil.invalid>")
@@ -7,7 +7,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_CURRENT_SOURCE_DIR}/LICENSE)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_COMPONENTS_ALL runtime development tools)
 # Settles what belongs to packages alone: licences, changelog, stripped runtime DLLs.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/KelPackageFiles.cmake)
 set(CPACK_KEL_SOURCE_DIR ${CMAKE_CURRENT_SOURCE_DIR})
@@ -36,5 +36,12 @@ else()
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
   set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Headers, CMake package and pkg-config file.")
+
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME libkelutil-tools)
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION electronics)
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_CURRENT_BINARY_DIR})
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+  set(CPACK_COMPONENT_TOOLS_DESCRIPTION "field_report, which prints captured registers field by field.")
 endif()
 include(CPack)

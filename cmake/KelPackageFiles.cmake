@@ -29,7 +29,9 @@ if(CPACK_GENERATOR STREQUAL DEB)
 
  -- ${CPACK_PACKAGE_CONTACT}  ${day}
 ")
-    execute_process(COMMAND gzip -9nf ${doc}/changelog ${doc}/changelog.Debian COMMAND_ERROR_IS_FATAL ANY)
+    file(GLOB manuals ${package}/usr/share/man/man1/*.1)
+    execute_process(COMMAND gzip -9nf ${doc}/changelog ${doc}/changelog.Debian ${manuals}
+      COMMAND_ERROR_IS_FATAL ANY)
   endforeach()
   return()
 endif()
