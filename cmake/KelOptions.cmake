@@ -2,6 +2,20 @@
 
 set(KELUTIL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow)
 
+# A double is rounded after every operation. 32-bit x86 does so only with SSE2, its older unit keeps
+# more digits.
+include(CheckCXXSourceCompiles)
+check_cxx_source_compiles("#include <cfloat>
+static_assert(FLT_EVAL_METHOD == 0 || FLT_EVAL_METHOD == 1); int main() {}" KELUTIL_ROUNDS_DOUBLES)
+set(KELUTIL_ARITHMETIC)
+if(NOT KELUTIL_ROUNDS_DOUBLES)
+  include(CheckCXXCompilerFlag)
+  check_cxx_compiler_flag("-msse2 -mfpmath=sse" KELUTIL_HAS_SSE2_ARITHMETIC)
+  if(KELUTIL_HAS_SSE2_ARITHMETIC)
+    set(KELUTIL_ARITHMETIC -msse2 -mfpmath=sse)
+  endif()
+endif()
+
 # Hardening of what is shipped: checked copies and formats, guarded stacks, tables of addresses that are
 # read-only once they are filled. (Run-time checks need optimised code, and on Windows a DLL more.)
 set(KELUTIL_HARDENED_CODE)
@@ -22,7 +36,7 @@ endfunction()
 
 # kel_own_target(TARGET): warnings, hidden visibility, and warnings as errors where asked for.
 function(kel_own_target target)
-  target_compile_options(${target} PRIVATE ${KELUTIL_WARNINGS})
+  target_compile_options(${target} PRIVATE ${KELUTIL_WARNINGS} ${KELUTIL_ARITHMETIC})
   if(KELUTIL_WARNINGS_AS_ERRORS)
     target_compile_options(${target} PRIVATE -Werror)
   endif()

@@ -100,9 +100,10 @@ TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {
     // 8 where a size has 32 bits and is not checked.
     constexpr std::uint64_t wrapping =
         sizeof(std::size_t) == 4 ? (std::uint64_t{1} << 32) + 8 : HUGE_COUNT;
-    constexpr std::uint64_t cases[][3] = {
-        {HUGE_COUNT, 1, 0}, {1, HUGE_COUNT, 0}, {1, 0, HUGE_COUNT}, {HUGE_COUNT, 0, 0},
-        {wrapping, 0, 0},   {0, wrapping, 0},   {0, 0, wrapping},   {wrapping / 2, wrapping / 2, 8}};
+    constexpr std::uint64_t cases[][3] = {{HUGE_COUNT, 1, 0}, {1, HUGE_COUNT, 0},
+                                          {1, 0, HUGE_COUNT}, {HUGE_COUNT, 0, 0},
+                                          {wrapping, 0, 0},   {0, wrapping, 0},
+                                          {0, 0, wrapping},   {wrapping / 2, wrapping / 2, 8}};
     Kel_ByteBuffer buffer = make({1, 2, 3, 4}, 1, 1);
     for (const auto& [size, low, high] : cases) {
         EXPECT_THROW(Kel_ByteBuffer(size, low, high), std::bad_alloc);

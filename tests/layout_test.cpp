@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// What a client was compiled with: sizes, alignments and places of fields, the same on every 64-bit
-// host. A change here breaks every program that is linked with an earlier build of this major
+// What a client was compiled with: sizes, alignments and places of fields. They are the same on
+// every 64-bit host; 32-bit hosts differ in whether a 64-bit field is aligned to 8 bytes (Arm) or
+// to 4 (x86). A change here breaks every program that is linked with an earlier build of this major
 // version.
 //
 // The fields are private. An explicit instantiation may name them all the same: access is not
@@ -58,51 +59,64 @@ struct FieldAt {
 template <Name Field, auto Member, std::ptrdiff_t Expected>
 const bool FieldAt<Field, Member, Expected>::noted = note();
 
-static_assert(sizeof(void*) == 8 && sizeof(std::string) == 32 && sizeof(std::vector<int>) == 24);
+struct WideField {
+    char first;
+    std::uint64_t wide;
+};
 
-static_assert(sizeof(Kel_ByteBuffer) == 48 && alignof(Kel_ByteBuffer) == 8);
+/// The value for this host, of those for 64-bit hosts, for 32-bit Arm and for 32-bit x86.
+constexpr std::ptrdiff_t at(std::ptrdiff_t on64, std::ptrdiff_t onArm, std::ptrdiff_t onX86) {
+    if (sizeof(void*) == 8)
+        return on64;
+    return offsetof(WideField, wide) == 8 ? onArm : onX86;
+}
+
+static_assert(sizeof(std::string) == at(32, 24, 24) && sizeof(std::vector<int>) == at(24, 12, 12));
+
+static_assert(sizeof(Kel_ByteBuffer) == at(48, 48, 40) && alignof(Kel_ByteBuffer) == at(8, 8, 4));
 template struct FieldAt<"startPosition", &Kel_ByteBuffer::startPosition, 0>;
 template struct FieldAt<"pendingBitShift", &Kel_ByteBuffer::pendingBitShift, 8>;
-template struct FieldAt<"size", &Kel_ByteBuffer::size, 16>;
-template struct FieldAt<"padLow", &Kel_ByteBuffer::padLow, 24>;
-template struct FieldAt<"padHigh", &Kel_ByteBuffer::padHigh, 32>;
-template struct FieldAt<"storage", &Kel_ByteBuffer::storage, 40>;
+template struct FieldAt<"size", &Kel_ByteBuffer::size, at(16, 16, 12)>;
+template struct FieldAt<"padLow", &Kel_ByteBuffer::padLow, at(24, 24, 20)>;
+template struct FieldAt<"padHigh", &Kel_ByteBuffer::padHigh, at(32, 32, 28)>;
+template struct FieldAt<"storage", &Kel_ByteBuffer::storage, at(40, 40, 36)>;
 
-static_assert(sizeof(Kel_Exception) == 40 && alignof(Kel_Exception) == 8);
-template struct FieldAt<"message", &Kel_Exception::message, 8>; // behind the table of virtuals
+static_assert(sizeof(Kel_Exception) == at(40, 28, 28) && alignof(Kel_Exception) == at(8, 4, 4));
+template struct FieldAt<"message", &Kel_Exception::message,
+                        at(8, 4, 4)>; // behind the table of virtuals
 
-static_assert(sizeof(Kel_Number) == 48 && alignof(Kel_Number) == 8);
+static_assert(sizeof(Kel_Number) == at(48, 32, 32) && alignof(Kel_Number) == at(8, 8, 4));
 template struct FieldAt<"topWordMask", &Kel_Number::topWordMask, 0>;
-template struct FieldAt<"words", &Kel_Number::words, 8>;
-template struct FieldAt<"bitCount", &Kel_Number::bitCount, 32>;
-template struct FieldAt<"wordCount", &Kel_Number::wordCount, 40>;
+template struct FieldAt<"words", &Kel_Number::words, at(8, 4, 4)>;
+template struct FieldAt<"bitCount", &Kel_Number::bitCount, at(32, 16, 16)>;
+template struct FieldAt<"wordCount", &Kel_Number::wordCount, at(40, 24, 24)>;
 
-static_assert(sizeof(Kel_StrTok) == 64 && alignof(Kel_StrTok) == 8);
+static_assert(sizeof(Kel_StrTok) == at(64, 48, 48) && alignof(Kel_StrTok) == at(8, 8, 4));
 template struct FieldAt<"buffer", &Kel_StrTok::buffer, 0>;
-template struct FieldAt<"handleQuotes", &Kel_StrTok::handleQuotes, 8>;
-template struct FieldAt<"keepQuotes", &Kel_StrTok::keepQuotes, 9>;
-template struct FieldAt<"position", &Kel_StrTok::position, 16>;
-template struct FieldAt<"length", &Kel_StrTok::length, 24>;
-template struct FieldAt<"delimiters", &Kel_StrTok::delimiters, 32>;
-template struct FieldAt<"pendingEmptyToken", &Kel_StrTok::pendingEmptyToken, 40>;
-template struct FieldAt<"block", &Kel_StrTok::block, 48>;
-template struct FieldAt<"blockDelimiters", &Kel_StrTok::blockDelimiters, 56>;
+template struct FieldAt<"handleQuotes", &Kel_StrTok::handleQuotes, at(8, 4, 4)>;
+template struct FieldAt<"keepQuotes", &Kel_StrTok::keepQuotes, at(9, 5, 5)>;
+template struct FieldAt<"position", &Kel_StrTok::position, at(16, 8, 8)>;
+template struct FieldAt<"length", &Kel_StrTok::length, at(24, 16, 16)>;
+template struct FieldAt<"delimiters", &Kel_StrTok::delimiters, at(32, 24, 24)>;
+template struct FieldAt<"pendingEmptyToken", &Kel_StrTok::pendingEmptyToken, at(40, 28, 28)>;
+template struct FieldAt<"block", &Kel_StrTok::block, at(48, 32, 32)>;
+template struct FieldAt<"blockDelimiters", &Kel_StrTok::blockDelimiters, at(56, 40, 40)>;
 
-static_assert(sizeof(Logger) == 80 && alignof(Logger) == 8);
+static_assert(sizeof(Logger) == at(80, 64, 52) && alignof(Logger) == at(8, 8, 4));
 template struct FieldAt<"stream", &Logger::stream, 0>;
-template struct FieldAt<"detailLevel", &Logger::detailLevel, 16>;
-template struct FieldAt<"nestingDepth", &Logger::nestingDepth, 20>;
-template struct FieldAt<"writtenLevels", &Logger::writtenLevels, 24>;
-template struct FieldAt<"atLineStart", &Logger::atLineStart, 32>;
-template struct FieldAt<"methodStack", &Logger::methodStack, 40>;
+template struct FieldAt<"detailLevel", &Logger::detailLevel, at(16, 8, 8)>;
+template struct FieldAt<"nestingDepth", &Logger::nestingDepth, at(20, 12, 12)>;
+template struct FieldAt<"writtenLevels", &Logger::writtenLevels, at(24, 16, 16)>;
+template struct FieldAt<"atLineStart", &Logger::atLineStart, at(32, 24, 24)>;
+template struct FieldAt<"methodStack", &Logger::methodStack, at(40, 32, 28)>;
 template struct FieldAt<"methodStack.names", &Logger::MethodStack::names, 0>;
-template struct FieldAt<"methodStack.nameless", &Logger::MethodStack::nameless, 24>;
-template struct FieldAt<"printBits", &Logger::printBits, 72>;
-template struct FieldAt<"printLargeBufs", &Logger::printLargeBufs, 73>;
+template struct FieldAt<"methodStack.nameless", &Logger::MethodStack::nameless, at(24, 16, 12)>;
+template struct FieldAt<"printBits", &Logger::printBits, at(72, 56, 48)>;
+template struct FieldAt<"printLargeBufs", &Logger::printLargeBufs, at(73, 57, 49)>;
 
-static_assert(sizeof(MethodLogger) == 64 && alignof(MethodLogger) == 8);
+static_assert(sizeof(MethodLogger) == at(64, 48, 48) && alignof(MethodLogger) == at(8, 4, 4));
 template struct FieldAt<"methodName", &MethodLogger::methodName, 0>;
-template struct FieldAt<"returnText", &MethodLogger::returnText, 32>;
+template struct FieldAt<"returnText", &MethodLogger::returnText, at(32, 24, 24)>;
 
 TEST(Layout, FieldsLieWhereClientsExpectThem) {
     ASSERT_EQ(places().size(), 32U);

@@ -1,4 +1,5 @@
-# The symbols that LIBRARY exports, demangled and sorted, are those of the file LIST. NM reads a shared
+# The symbols that LIBRARY exports, demangled and sorted, are those of the file LIST, as a host whose
+# pointers have WORD_BYTES names them. NM reads a shared
 # object; for a DLL, OBJDUMP and CXXFILT do. With UPDATE the file is written instead.
 function(run output)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
@@ -29,6 +30,14 @@ if(UPDATE)
 endif()
 
 file(READ ${LIST} expected)
+if(WORD_BYTES EQUAL 4)
+  # The list names std::size_t and std::uint64_t as 64-bit hosts do.
+  string(REPLACE "unsigned long" "unsigned long long" expected "${expected}")
+  string(REGEX REPLACE "(operator new[^\n]*\\()unsigned long long" "\\1unsigned int" expected "${expected}")
+  if(NOT symbols MATCHES "va_list")
+    string(REPLACE "va_list" "char*" expected "${expected}")
+  endif()
+endif()
 if(text STREQUAL "" OR NOT expected STREQUAL "${text}\n")
   string(REGEX REPLACE "\n$" "" expected "${expected}")
   string(REPLACE "\n" ";" expected "${expected}")

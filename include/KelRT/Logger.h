@@ -148,7 +148,8 @@ public:
     /// passed to functions): the literal 0, null pointers and all else reach the form below.
     ///
     /// One call cannot be told apart: a single argument of type `char*` where `std::va_list` is
-    /// `char*` (Windows), which is taken for a list. Pass it as `const char*` there.
+    /// `char*` (Windows, and Linux on 32-bit x86), which is taken for a list. Pass it as
+    /// `const char*` there.
     /// \pre \a name is not null
     template <typename List>
     KELRT_FORMAT(3, 0)

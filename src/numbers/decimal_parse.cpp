@@ -165,7 +165,8 @@ std::size_t countDecimalDigits(const std::string& text) {
     const char* at = text.data();
     const char* const end = at + text.size();
     std::size_t count = 0;
-    for (; end - at >= std::ptrdiff_t{STEP} && common::areDecimalDigits(common::loadCharacters(at)); at += STEP)
+    for (; end - at >= std::ptrdiff_t{STEP} && common::areDecimalDigits(common::loadCharacters(at));
+         at += STEP)
         count += STEP;
     return count + static_cast<std::size_t>(std::count_if(at, end, common::isDecimalDigit));
 }

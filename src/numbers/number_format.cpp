@@ -26,7 +26,8 @@ std::uint64_t significantBits(const std::vector<std::uint16_t>& words) {
         --count;
     if (count == 0)
         return 0;
-    return std::uint64_t{16} * (count - 1) + static_cast<unsigned>(std::bit_width(words[count - 1]));
+    return std::uint64_t{16} * (count - 1) +
+           static_cast<unsigned>(std::bit_width(words[count - 1]));
 }
 
 /// The base is a power of two: each digit is a field of bits. The digits are written from the last
@@ -75,8 +76,8 @@ std::string wideDecimalText(const Limbs& value, bool negative) {
     const char* const first = common::writeDecimal(highestEnd, chunks.back());
     std::string text(negative ? "-" : "");
     text.append(first, static_cast<std::size_t>(highestEnd - first));
-    text.resize(common::checkedCount<char>(
-        text.size() + std::uint64_t{PRINTED_CHUNK_DIGITS} * (chunks.size() - 1)));
+    text.resize(common::checkedCount<char>(text.size() + std::uint64_t{PRINTED_CHUNK_DIGITS} *
+                                                             (chunks.size() - 1)));
     char* end = text.data() + text.size();
     for (std::size_t i = 0; i + 1 < chunks.size(); ++i)
         end = common::writeSeventeen(end, chunks[i]);

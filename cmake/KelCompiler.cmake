@@ -1,0 +1,9 @@
+# Refuses a compiler that is too old for C++20 and its library: the oldest versions that are tried.
+set(KELUTIL_OLDEST_GNU 12)
+set(KELUTIL_OLDEST_Clang 14)
+set(KELUTIL_OLDEST_MSVC 19.29)
+set(oldest "${KELUTIL_OLDEST_${CMAKE_CXX_COMPILER_ID}}")
+if(oldest AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS oldest)
+  message(FATAL_ERROR "${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION} is too old for C++20; "
+    "version ${oldest} or newer is needed. (It is ${CMAKE_CXX_COMPILER}.)")
+endif()
