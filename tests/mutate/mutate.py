@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
-"""Do the tests bite? Changes one place of the library at a time and runs the suite.
+"""Mutation testing: changes one place of the library at a time and runs the suite.
 
 usage: mutate.py [--count N] [--seed N] [--only PATTERN] WORK_DIRECTORY
+       mutate.py --check
 
 The changes are made in a copy of the tree below WORK_DIRECTORY and built there incrementally. A
 change that does not compile, or that the compiler turns into the same machine code, counts for
 nothing and another one takes its place. The choice is fixed by the seed: each file gets a share by
 its number of places, and at least two. Survivors that equivalent.txt explains are counted apart; any
-other one makes the exit status 1.
+other one makes the exit status 1. --check only looks for explanations of lines that are gone.
 """
 import argparse
 import hashlib
@@ -199,13 +200,27 @@ def explained():
     return entries
 
 
+def check():
+    """The exit status: 1 when equivalent.txt explains a change of a line that is not there."""
+    gone = []
+    for file, before, after in sorted(explained()):
+        path = ROOT / file
+        lines = path.read_text().split('\n') if path.exists() else []
+        if before not in (' '.join(without_comment(line).split()) for line in lines) and \
+                before not in (' '.join(line.split()) for line in lines):
+            gone.append(f'{file}\n- {before}\n+ {after}')
+    for entry in gone:
+        print(f'equivalent.txt explains a line that is gone: {entry}')
+    return 1 if gone else 0
+
+
 def chosen(files, count, seed):
     """The changes in the order in which they are tried: rounds over the files, larger ones oftener."""
-    dice = random.Random(seed)
+    generator = random.Random(seed)
     queues = {}
     for file in files:
         found = places(file)
-        dice.shuffle(found)
+        generator.shuffle(found)
         if found:
             queues[file] = found
     total = sum(map(len, queues.values()))
@@ -215,12 +230,15 @@ def chosen(files, count, seed):
 
 def main():
     parser = argparse.ArgumentParser()
-    parser.add_argument('work', type=pathlib.Path)
+    parser.add_argument('work', type=pathlib.Path, nargs='?')
+    parser.add_argument('--check', action='store_true')
     parser.add_argument('--count', type=int, default=180)
     parser.add_argument('--seed', type=int, default=7)
     parser.add_argument('--only', default='', metavar='PATTERN',
                         help='only the files in whose path the pattern is found')
     arguments = parser.parse_args()
+    if arguments.check:
+        sys.exit(check())
     queues, shares = chosen(sources(), arguments.count, arguments.seed)
     queues = {f: q for f, q in queues.items() if re.search(arguments.only, f)}
     scratch = Scratch(arguments.work.resolve())
