@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_NumberUtil.h"
 
-#include "common/decimal.h"
 #include "common/digits.h"
+#include "numbers/decimal/limbs.h"
+#include "numbers/decimal/word_text.h"
 #include "numbers/fixed_text.h"
 
 #include <algorithm>
@@ -19,9 +20,9 @@ bool isSpace(char character) {
 }
 
 std::string& assignDecimal(std::uint64_t magnitude, bool negative, std::string& out) {
-    std::array<char, common::MOST_DECIMAL_DIGITS + 1> text;
+    std::array<char, numbers::MOST_DECIMAL_DIGITS + 1> text;
     char* const end = text.data() + text.size();
-    char* first = common::writeDecimal(end, magnitude);
+    char* first = numbers::writeDecimal(end, magnitude);
     if (negative)
         *--first = '-';
     return out.assign(first, end);
@@ -31,7 +32,7 @@ std::string& assignDecimal(std::uint64_t magnitude, bool negative, std::string& 
 std::uint64_t leadingNumber(const char* text, const char* end) {
     while (text != end && *text == '0')
         ++text;
-    const char* const most = text + std::min<std::ptrdiff_t>(end - text, common::CHUNK_DIGITS);
+    const char* const most = text + std::min<std::ptrdiff_t>(end - text, numbers::CHUNK_DIGITS);
     std::uint64_t number = 0;
     for (; most - text >= 8 && common::areDecimalDigits(common::loadCharacters(text)); text += 8)
         number = number * 100'000'000 + common::eightDecimalDigits(common::loadCharacters(text));

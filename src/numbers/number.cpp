@@ -2,7 +2,7 @@
 #include "KelRT/Kel_Number.h"
 
 #include "common/memory.h"
-#include "numbers/limbs.h"
+#include "numbers/limb.h"
 
 #include <algorithm>
 #include <stdexcept>

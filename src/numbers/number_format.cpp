@@ -3,15 +3,13 @@
 
 #include "KelRT/Kel_Number.h"
 #include "common/bit_text.h"
-#include "common/decimal.h"
 #include "common/memory.h"
 #include "common/words.h"
-#include "numbers/limbs.h"
+#include "numbers/decimal/print.h"
+#include "numbers/limb.h"
 #include "numbers/radix.h"
-#include "numbers/wide_decimal.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <vector>
 
@@ -53,59 +51,6 @@ std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t 
     return text;
 }
 
-/// Writes \a value, which is used up, and a '-' where asked for, so that the last digit stands
-/// right before \a end. \return the first character
-char* writeDecimal(char* end, Limbs& value, bool negative) {
-    // Five limbs hold more than 76 digits: the four chunks are followed by further digits.
-    while (value.size() > 4)
-        for (const Limb chunk : value.takeFourChunks())
-            end = common::writeChunk(end, chunk);
-    while (value.size() > 1 || value.lowest() >= common::CHUNK_BASE)
-        end = common::writeChunk(end, value.takeChunk());
-    end = common::writeDecimal(end, value.lowest());
-    if (negative)
-        *--end = '-';
-    return end;
-}
-
-/// The same for a wide value, from WIDE_PRINT_LIMBS limbs on.
-std::string wideDecimalText(const Limbs& value, bool negative) {
-    const std::vector<Limb> chunks = toDecimalChunks(value.data(), value.size());
-    std::array<char, common::MOST_DECIMAL_DIGITS> highest;
-    char* const highestEnd = highest.data() + highest.size();
-    const char* const first = common::writeDecimal(highestEnd, chunks.back());
-    std::string text(negative ? "-" : "");
-    text.append(first, static_cast<std::size_t>(highestEnd - first));
-    text.resize(common::checkedCount<char>(text.size() + std::uint64_t{PRINTED_CHUNK_DIGITS} *
-                                                             (chunks.size() - 1)));
-    char* end = text.data() + text.size();
-    for (std::size_t i = 0; i + 1 < chunks.size(); ++i)
-        end = common::writeSeventeen(end, chunks[i]);
-    return text;
-}
-
-/// \param negative  prints '-' and the magnitude; the highest of the \a bitCount bits must be set
-std::string decimalText(const std::vector<std::uint16_t>& words, std::uint64_t bitCount,
-                        bool negative) {
-    Limbs value(limbsFor(words.size()));
-    value.load(words.data(), words.size());
-    if (negative)
-        value.negate(bitCount);
-    if (value.size() >= WIDE_PRINT_LIMBS)
-        return wideDecimalText(value, negative);
-    const std::size_t room =
-        common::MOST_DECIMAL_DIGITS * std::max<std::size_t>(value.size(), 1) + 1;
-    std::array<char, common::MOST_DECIMAL_DIGITS * 8 + 1> small;
-    if (room <= small.size()) {
-        char* const end = small.data() + small.size();
-        return {writeDecimal(end, value, negative), end};
-    }
-    std::string text(room, '0');
-    const char* const first = writeDecimal(text.data() + room, value, negative);
-    text.erase(0, static_cast<std::size_t>(first - text.data()));
-    return text;
-}
-
 } // namespace
 } // namespace numbers
 
@@ -113,7 +58,7 @@ std::string Kel_Number::toString(char radix) const {
     const auto least = [this](unsigned digitBits) {
         return numbers::minimumDigits(bitCount, digitBits);
     };
-    switch (numbers::baseOf(radix)) {
+    switch (numbers::radixOf(radix)) {
     case 2:
         return numbers::powerOfTwoText<1, 4>(words, least(1), '0', common::writeBits);
     case 8:

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "numbers/number_parse.h"
-
+//
+// Whole numbers from text. A rejected digit makes the result 0 and excess high digits wrap, so the
+// order of work is free: texts of radix 2, 8, 16 and 256 are read from their end, where the place
+// of each digit is known, eight or more characters per step.
 #include "KelRT/Kel_Number.h"
+
 #include "common/digits.h"
 #include "common/vectors.h"
-#include "numbers/limbs.h"
+#include "numbers/decimal/parse.h"
+#include "numbers/limb.h"
 #include "numbers/radix.h"
 #include "numbers/word_sink.h"
 
@@ -16,8 +20,8 @@ namespace {
 
 constexpr unsigned STEP = 8; // characters
 
-// The digits of the bases that are powers of two: how eight characters are known to be digits all,
-// and which bits they make. `pack` finds the least significant digit in the lowest byte.
+// Policies for the radices that are powers of two: areAll() tells whether eight characters are all
+// digits, pack() yields their bits. Each expects the least significant digit in the lowest byte.
 
 struct BinaryDigits {
     static constexpr unsigned BITS = 1;
@@ -49,23 +53,24 @@ struct CharacterDigits {
     static Limb pack(std::uint64_t step) { return step; }
 };
 
-/// The step of eight that does not hold digits alone, from its last character backwards.
+// A step with other characters than digits, from its last character backwards. False if a digit is
+// refused.
 template <class Digits>
-bool takeMixed(const char* text, unsigned count, WordSink& sink, bool& negative) {
+bool readOneByOne(const char* text, unsigned count, WordSink& sink, bool& negative) {
     if (Digits::BITS == 8)
         return false; // every character is a digit, and one of these is refused
     for (unsigned i = count; i-- > 0;) {
-        const Kind kind = kindOf(text[i], 1U << Digits::BITS);
-        if (kind == Kind::refused)
+        const CharacterClass kind = classify(text[i], 1U << Digits::BITS);
+        if (kind == CharacterClass::refused)
             return false;
-        if (kind == Kind::digit)
+        if (kind == CharacterClass::digit)
             sink.put(common::hexValue(text[i]), Digits::BITS);
-        negative = negative || kind == Kind::sign;
+        negative = negative || kind == CharacterClass::sign;
     }
     return true;
 }
 
-/// Whether the sixteen characters at \a text are hexadecimal digits all, and their number.
+// The number of sixteen hexadecimal digits. False for any other character.
 bool readSixteenDigits(const char* text, Limb& number) {
     common::Vector valid = ~common::Vector{};
     const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
@@ -74,7 +79,6 @@ bool readSixteenDigits(const char* text, Limb& number) {
     return common::allSet(valid);
 }
 
-/// From the last character to the first: each digit's place is known without those before it.
 template <class Digits>
 bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
     for (std::size_t left = text.size(); left > 0;) {
@@ -91,26 +95,27 @@ bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
         const std::uint64_t step = common::loadLastCharacters(p, count, Digits::ZERO);
         if (Digits::areAll(step))
             sink.put(Digits::pack(common::swapBytes(step)), STEP * Digits::BITS);
-        else if (!takeMixed<Digits>(p, count, sink, negative))
+        else if (!readOneByOne<Digits>(p, count, sink, negative))
             return false;
     }
     sink.finish();
     return true;
 }
 
-/// Without a base every digit is refused; what is left reads as 0.
-bool parseWithoutBase(const std::string& text, WordSink sink) {
+// Without a radix every digit is refused; text without digits yields 0.
+bool parseWithoutRadix(const std::string& text, WordSink sink) {
     const auto isDigit = [](char c) { return common::hexValue(c) != common::NO_DIGIT; };
     sink.finish();
     return std::none_of(text.begin(), text.end(), isDigit);
 }
 
-} // namespace
-
+// Reads text in the radix that a letter names into words, the lowest first. The value wraps at the
+// last word and has no sign yet; `negative` is set by a '-' that is no digit. False if a digit was
+// refused. Throws std::bad_alloc with the words unchanged.
 bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std::size_t wordCount,
                  bool& negative) {
     const WordSink sink(words, wordCount);
-    switch (baseOf(radix)) {
+    switch (radixOf(radix)) {
     case 2:
         return parsePowerOfTwo<BinaryDigits>(text, sink, negative);
     case 8:
@@ -122,10 +127,11 @@ bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std:
     case 256:
         return parsePowerOfTwo<CharacterDigits>(text, sink, negative);
     default:
-        return parseWithoutBase(text, sink);
+        return parseWithoutRadix(text, sink);
     }
 }
 
+} // namespace
 } // namespace numbers
 
 bool Kel_Number::set(char radix, const std::string& text) {

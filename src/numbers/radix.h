@@ -5,9 +5,9 @@
 
 namespace KelRT::numbers {
 
-/// The base that a radix letter names, 0 for a letter that names none.
-constexpr unsigned baseOf(char radix) {
-    switch (radix) {
+// The radix that a letter names; 0 for any other letter.
+constexpr unsigned radixOf(char letter) {
+    switch (letter) {
     case 'B':
     case 'b':
         return 2;
@@ -32,21 +32,21 @@ constexpr unsigned baseOf(char radix) {
     }
 }
 
-/// Of a radix letter of base 10: whether it prints numbers as signed.
-constexpr bool printsSigned(char radix) {
-    return radix != 'U' && radix != 'u';
+// Whether a letter of radix 10 prints numbers as signed.
+constexpr bool printsSigned(char letter) {
+    return letter != 'U' && letter != 'u';
 }
 
-/// What a character means to a base other than 256.
-enum class Kind { digit, refused, sign, skipped };
+// What a character means in a radix other than 256.
+enum class CharacterClass { digit, refused, sign, skipped };
 
-inline Kind kindOf(char character, unsigned base) {
+inline CharacterClass classify(char character, unsigned radix) {
     const unsigned value = common::hexValue(character);
-    if (value < base)
-        return Kind::digit;
+    if (value < radix)
+        return CharacterClass::digit;
     if (value != common::NO_DIGIT)
-        return Kind::refused;
-    return character == '-' ? Kind::sign : Kind::skipped;
+        return CharacterClass::refused;
+    return character == '-' ? CharacterClass::sign : CharacterClass::skipped;
 }
 
 } // namespace KelRT::numbers

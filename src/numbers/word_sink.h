@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "numbers/limbs.h"
+#include "numbers/limb.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "numbers/limbs.h"
+#include "numbers/decimal/limbs.h"
 
 #include "common/words.h"
 
@@ -25,24 +25,13 @@ void Limbs::store(std::uint16_t* words, std::size_t wordCount) const {
 }
 
 void Limbs::negate(std::uint64_t bitCount) {
-    const std::uint64_t below = std::uint64_t{LIMB_BITS} * (used - 1); // the highest limb
+    const std::uint64_t below = std::uint64_t{LIMB_BITS} * (used - 1); // bits of the lower limbs
     assert(bitCount > below && bitCount <= below + LIMB_BITS);
     bool carry = true;
     for (std::size_t i = 0; i < used; ++i)
         limbs[i] = negateLimb(limbs[i], carry);
     limbs[used - 1] &= common::lowBits(bitCount - below);
     dropLeadingZeros();
-}
-
-void Limbs::multiplyAdd(Limb factor, Limb addend) {
-    Limb carry = addend;
-    for (std::size_t i = 0; i < used; ++i) {
-        const DoubleLimb step = DoubleLimb{limbs[i]} * factor + carry;
-        limbs[i] = static_cast<Limb>(step);
-        carry = static_cast<Limb>(step >> LIMB_BITS);
-    }
-    if (carry != 0 && used < room)
-        limbs[used++] = carry;
 }
 
 void Limbs::multiplyAdd(DoubleLimb factor, DoubleLimb addend) {
@@ -63,7 +52,7 @@ void Limbs::multiplyAdd(DoubleLimb factor, DoubleLimb addend) {
 Limb Limbs::takeChunk() {
     Limb remainder = 0;
     for (std::size_t i = used; i-- > 0;)
-        limbs[i] = divideLimb<common::CHUNK_BASE>(limbs[i], remainder);
+        limbs[i] = divideLimb<CHUNK_BASE>(limbs[i], remainder);
     dropLeadingZeros();
     return remainder;
 }
@@ -71,10 +60,10 @@ Limb Limbs::takeChunk() {
 std::array<Limb, 4> Limbs::takeFourChunks() {
     std::array<Limb, 4> remainders{};
     for (std::size_t i = used; i-- > 0;) {
-        const Limb first = divideLimb<common::CHUNK_BASE>(limbs[i], remainders[0]);
-        const Limb second = divideLimb<common::CHUNK_BASE>(first, remainders[1]);
-        const Limb third = divideLimb<common::CHUNK_BASE>(second, remainders[2]);
-        limbs[i] = divideLimb<common::CHUNK_BASE>(third, remainders[3]);
+        const Limb first = divideLimb<CHUNK_BASE>(limbs[i], remainders[0]);
+        const Limb second = divideLimb<CHUNK_BASE>(first, remainders[1]);
+        const Limb third = divideLimb<CHUNK_BASE>(second, remainders[2]);
+        limbs[i] = divideLimb<CHUNK_BASE>(third, remainders[3]);
     }
     dropLeadingZeros();
     return remainders;

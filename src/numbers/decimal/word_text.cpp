@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "common/decimal.h"
+#include "numbers/decimal/word_text.h"
+
+#include "numbers/decimal/powers_of_ten.h"
 
 #include <array>
 #include <cstddef>
 #include <cstring>
 
-namespace KelRT::common {
+namespace KelRT::numbers {
 namespace {
 
-/// "00", "01", ... "99" in a row.
+// "00" to "99".
 constexpr std::array<char, 200> PAIRS = [] {
     std::array<char, 200> pairs{};
     for (std::size_t i = 0; i < 100; ++i) {
@@ -23,7 +25,7 @@ char* writePair(char* end, std::uint32_t pair) {
     return end - 2;
 }
 
-/// The four pairs are independent of each other, unlike those of a loop that divides on.
+// Four independent pairs, where a loop would wait for each division.
 char* writeEight(char* end, std::uint32_t value) {
     const std::uint32_t high = value / 10000;
     const std::uint32_t low = value % 10000;
@@ -33,13 +35,14 @@ char* writeEight(char* end, std::uint32_t value) {
     return writePair(end - 6, high / 100);
 }
 
-constexpr std::uint64_t EIGHT_DIGITS = 100'000'000;
+constexpr std::uint64_t EIGHT = POWERS_OF_TEN[8];
+constexpr std::uint64_t SEVENTEEN = POWERS_OF_TEN[17];
 
 } // namespace
 
 char* writeDecimal(char* end, std::uint64_t value) {
-    for (; value >= EIGHT_DIGITS; value /= EIGHT_DIGITS)
-        end = writeEight(end, static_cast<std::uint32_t>(value % EIGHT_DIGITS));
+    for (; value >= EIGHT; value /= EIGHT)
+        end = writeEight(end, static_cast<std::uint32_t>(value % EIGHT));
     auto rest = static_cast<std::uint32_t>(value);
     for (; rest >= 100; rest /= 100)
         end = writePair(end, rest % 100);
@@ -49,18 +52,17 @@ char* writeDecimal(char* end, std::uint64_t value) {
     return end;
 }
 
-char* writeSeventeen(char* end, std::uint64_t chunk) {
-    const std::uint64_t high = chunk / EIGHT_DIGITS; // 9 digits
-    end = writeEight(end, static_cast<std::uint32_t>(chunk % EIGHT_DIGITS));
-    end = writeEight(end, static_cast<std::uint32_t>(high % EIGHT_DIGITS));
-    *--end = static_cast<char>('0' + high / EIGHT_DIGITS);
+char* writeSeventeenDigits(char* end, std::uint64_t value) {
+    const std::uint64_t high = value / EIGHT; // nine digits
+    end = writeEight(end, static_cast<std::uint32_t>(value % EIGHT));
+    end = writeEight(end, static_cast<std::uint32_t>(high % EIGHT));
+    *--end = static_cast<char>('0' + high / EIGHT);
     return end;
 }
 
-char* writeChunk(char* end, std::uint64_t chunk) {
-    constexpr std::uint64_t SEVENTEEN_DIGITS = 100'000'000'000'000'000;
-    end = writeSeventeen(end, chunk % SEVENTEEN_DIGITS);
-    return writePair(end, static_cast<std::uint32_t>(chunk / SEVENTEEN_DIGITS));
+char* writeNineteenDigits(char* end, std::uint64_t value) {
+    end = writeSeventeenDigits(end, value % SEVENTEEN);
+    return writePair(end, static_cast<std::uint32_t>(value / SEVENTEEN));
 }
 
-} // namespace KelRT::common
+} // namespace KelRT::numbers

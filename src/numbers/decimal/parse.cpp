@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+//
+// From decimal text to a number. A reader gathers digits into chunks, the most significant first;
+// signs and separators are skipped. Up to WIDE_READ_LIMBS the chunks go to the schoolbook engine
+// (limbs.h), beyond that to divide and conquer (wide.h). Gathering costs three steps per 19 digits
+// and is linear; the conversion dominates from some 500 bits on.
+#include "numbers/decimal/parse.h"
+
+#include "common/digits.h"
+#include "numbers/decimal/limbs.h"
+#include "numbers/decimal/wide.h"
+#include "numbers/radix.h"
+#include "numbers/word_sink.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace KelRT::numbers {
+namespace {
+
+constexpr unsigned STEP = 8; // characters
+
+struct Chunk {
+    Limb value = 0;
+    unsigned digits = 0;
+};
+
+// Splits a text into chunks of DIGITS digits; only the last may have fewer.
+template <unsigned DIGITS>
+class ChunkReader {
+public:
+    explicit ChunkReader(const std::string& text) : at(text.data()), end(at + text.size()) {}
+
+    // False at the end of the text, and at a digit that is not decimal.
+    bool next(Chunk& chunk) {
+        if (left() >= DIGITS && readWhole(chunk))
+            return true;
+        chunk = {};
+        while (at != end && chunk.digits < DIGITS) {
+            const auto count =
+                static_cast<unsigned>(std::min<std::size_t>({STEP, left(), DIGITS - chunk.digits}));
+            const std::uint64_t step = common::loadLastCharacters(at, count, '0');
+            if (common::areDecimalDigits(step))
+                append(chunk, common::eightDecimalDigits(step), count);
+            else if (!readOneByOne(chunk, count))
+                return false;
+            at += count;
+        }
+        return chunk.digits != 0;
+    }
+
+    bool metSign() const { return sign; }
+    bool metRefusedDigit() const { return refused; }
+
+private:
+    std::size_t left() const { return static_cast<std::size_t>(end - at); }
+
+    static void append(Chunk& chunk, Limb value, unsigned digits) {
+        chunk.value = chunk.value * POWERS_OF_TEN[digits] + value;
+        chunk.digits += digits;
+    }
+
+    // The fast path: a chunk without separators, by three overlapping loads.
+    bool readWhole(Chunk& chunk) {
+        static_assert(DIGITS > 2 * STEP && DIGITS < 3 * STEP);
+        const std::uint64_t first = common::loadCharacters(at);
+        const std::uint64_t second = common::loadCharacters(at + STEP);
+        const std::uint64_t last = common::loadCharacters(at + DIGITS - STEP);
+        if (!common::areDecimalDigits(first) || !common::areDecimalDigits(second) ||
+            !common::areDecimalDigits(last))
+            return false;
+        constexpr Limb rest = POWERS_OF_TEN[DIGITS - 2 * STEP];
+        const Limb high = common::eightDecimalDigits(first) * POWERS_OF_TEN[STEP];
+        const Limb low = common::eightDecimalDigits(last) % rest;
+        chunk = {(high + common::eightDecimalDigits(second)) * rest + low, DIGITS};
+        at += DIGITS;
+        return true;
+    }
+
+    bool readOneByOne(Chunk& chunk, unsigned count) {
+        for (unsigned i = 0; i < count; ++i) {
+            const CharacterClass kind = classify(at[i], 10);
+            if (kind == CharacterClass::digit)
+                append(chunk, common::hexValue(at[i]), 1);
+            sign = sign || kind == CharacterClass::sign;
+            refused = refused || kind == CharacterClass::refused;
+        }
+        return !refused;
+    }
+
+    const char* at;
+    const char* end;
+    bool sign = false;
+    bool refused = false;
+};
+
+bool parseNarrow(const std::string& text, std::uint16_t* words, std::size_t wordCount,
+                 std::size_t limbCount, bool& negative) {
+    Limbs value(limbCount);
+    ChunkReader<CHUNK_DIGITS> reader(text);
+    // Two chunks per pass: half the loads and stores of the limbs.
+    for (Chunk high, low; reader.next(high);) {
+        reader.next(low); // at the end it has no digits: times 1, plus 0
+        const Limb power = POWERS_OF_TEN[low.digits];
+        value.multiplyAdd(DoubleLimb{POWERS_OF_TEN[high.digits]} * power,
+                          DoubleLimb{high.value} * power + low.value);
+    }
+    if (reader.metRefusedDigit())
+        return false;
+    negative = negative || reader.metSign();
+    value.store(words, wordCount);
+    return true;
+}
+
+bool parseWide(const std::string& text, std::uint16_t* words, std::size_t wordCount,
+               bool& negative) {
+    ChunkReader<READ_CHUNK_DIGITS> reader(text);
+    std::vector<Limb> chunks;
+    chunks.reserve(text.size() / READ_CHUNK_DIGITS + 1);
+    unsigned lastDigits = 0;
+    for (Chunk chunk; reader.next(chunk); lastDigits = chunk.digits)
+        chunks.push_back(chunk.value);
+    if (reader.metRefusedDigit())
+        return false;
+    negative = negative || reader.metSign();
+    // The product may exceed std::size_t; the quotient does not.
+    const auto room = static_cast<std::size_t>(std::uint64_t{16} * wordCount / READ_LIMB_BITS + 1);
+    WordSink target(words, wordCount);
+    for (const Limb limb : fromDecimalChunks(chunks, lastDigits, room))
+        target.put(limb, READ_LIMB_BITS);
+    target.finish();
+    return true;
+}
+
+} // namespace
+
+bool parseDecimal(const std::string& text, std::uint16_t* words, std::size_t wordCount,
+                  bool& negative) {
+    // A chunk adds at most one limb, so a short text needs few limbs whatever the width.
+    const std::size_t limbCount = std::min(text.size() / CHUNK_DIGITS + 1, limbsFor(wordCount));
+    return limbCount < WIDE_READ_LIMBS ? parseNarrow(text, words, wordCount, limbCount, negative)
+                                       : parseWide(text, words, wordCount, negative);
+}
+
+} // namespace KelRT::numbers

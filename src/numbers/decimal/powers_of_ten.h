@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+//
+// The powers of ten that fit a limb. Decimal digits are converted in chunks, one step of limb
+// arithmetic per chunk; each engine derives the size of its chunks from this table.
+#pragma once
+
+#include "numbers/limb.h"
+
+#include <array>
+
+namespace KelRT::numbers {
+
+constexpr std::array<Limb, 20> POWERS_OF_TEN = [] {
+    std::array<Limb, 20> powers{1};
+    for (std::size_t i = 1; i < powers.size(); ++i)
+        powers[i] = 10 * powers[i - 1];
+    return powers;
+}();
+
+// The largest n for which 10^n <= limit.
+constexpr unsigned digitsWithin(Limb limit) {
+    unsigned digits = 0;
+    while (digits + 1 < POWERS_OF_TEN.size() && POWERS_OF_TEN[digits + 1] <= limit)
+        ++digits;
+    return digits;
+}
+
+} // namespace KelRT::numbers

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+//
+// From a number to decimal text. Below WIDE_PRINT_LIMBS limbs the schoolbook engine (limbs.h) takes
+// chunks of digits off the low end, and the text is written from its last digit backwards. From
+// there on, divide and conquer (wide.h) yields all chunks at once.
+#include "numbers/decimal/print.h"
+
+#include "common/memory.h"
+#include "numbers/decimal/limbs.h"
+#include "numbers/decimal/wide.h"
+#include "numbers/decimal/word_text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace KelRT::numbers {
+namespace {
+
+// Writes right before `end` and returns the first character. Uses the value up.
+char* writeNarrow(char* end, Limbs& value, bool negative) {
+    // More than four limbs have more than 76 digits, so the four chunks need their leading zeros.
+    while (value.size() > 4)
+        for (const Limb chunk : value.takeFourChunks())
+            end = writeNineteenDigits(end, chunk);
+    while (value.size() > 1 || value.lowest() >= CHUNK_BASE)
+        end = writeNineteenDigits(end, value.takeChunk());
+    end = writeDecimal(end, value.lowest());
+    if (negative)
+        *--end = '-';
+    return end;
+}
+
+std::string narrowText(Limbs& value, bool negative) {
+    // Up to 512 bits on the stack: the result is then the only memory that is asked for.
+    std::array<char, MOST_DECIMAL_DIGITS * 8 + 1> small;
+    const std::size_t room = MOST_DECIMAL_DIGITS * std::max<std::size_t>(value.size(), 1) + 1;
+    if (room <= small.size()) {
+        char* const end = small.data() + small.size();
+        return {writeNarrow(end, value, negative), end};
+    }
+    std::string text(room, '0');
+    const char* const first = writeNarrow(text.data() + room, value, negative);
+    text.erase(0, static_cast<std::size_t>(first - text.data()));
+    return text;
+}
+
+std::string wideText(const Limbs& value, bool negative) {
+    const std::vector<Limb> chunks = toDecimalChunks(value.data(), value.size());
+    std::array<char, MOST_DECIMAL_DIGITS> highest;
+    char* const highestEnd = highest.data() + highest.size();
+    std::string text(negative ? "-" : "");
+    text.append(writeDecimal(highestEnd, chunks.back()), highestEnd);
+    text.resize(common::checkedCount<char>(text.size() + std::uint64_t{PRINTED_CHUNK_DIGITS} *
+                                                             (chunks.size() - 1)));
+    static_assert(PRINTED_CHUNK_DIGITS == 17);
+    char* end = text.data() + text.size();
+    for (std::size_t i = 0; i + 1 < chunks.size(); ++i)
+        end = writeSeventeenDigits(end, chunks[i]);
+    return text;
+}
+
+} // namespace
+
+std::string decimalText(const std::vector<std::uint16_t>& words, std::uint64_t bitCount,
+                        bool negative) {
+    Limbs value(limbsFor(words.size()));
+    value.load(words.data(), words.size());
+    if (negative)
+        value.negate(bitCount);
+    return value.size() < WIDE_PRINT_LIMBS ? narrowText(value, negative)
+                                           : wideText(value, negative);
+}
+
+} // namespace KelRT::numbers
