@@ -19,33 +19,30 @@
 namespace KelRT {
 namespace {
 
-/// Empties an output and keeps the input readable while it is written: where the input is part of
-/// the output's own text, that text is taken over, which cannot fail.
-class Input {
-public:
-    Input(const char* data, std::size_t size, std::string& output) : first(data), length(size) {
-        constexpr std::less<> before; // also orders pointers into different objects
-        const char* const text = output.data();
-        if (!before(data, text) && before(data, text + output.size())) {
-            const auto offset = data - text;
-            kept.swap(output);
-            first = kept.data() + offset;
-        }
-        output.clear();
-    }
-    Input(const char* text, std::string& output) : Input(text, std::strlen(text), output) {}
-    Input(const Input&) = delete;
-    Input& operator=(const Input&) = delete;
-
-    const char* data() const { return first; }
-    const char* end() const { return first + length; }
-    std::size_t size() const { return length; }
-
-private:
-    const char* first;
+// A text that stays readable while the output is written.
+struct Input {
+    const char* outside; // null if the text is part of `kept`
     std::size_t length;
-    std::string kept;
+    std::size_t offset = 0;
+    std::string kept{};
+
+    const char* data() const { return outside != nullptr ? outside : kept.data() + offset; }
+    const char* end() const { return data() + length; }
 };
+
+// Empties `output`. Text that is part of it is kept, which cannot fail.
+Input detach(const char* text, std::size_t length, std::string& output) {
+    constexpr std::less<> before; // orders pointers into different objects, too
+    const char* const old = output.data();
+    Input input{text, length};
+    if (!before(text, old) && before(text, old + output.size())) {
+        input.outside = nullptr;
+        input.offset = static_cast<std::size_t>(text - old);
+        input.kept.swap(output);
+    }
+    output.clear();
+    return input;
+}
 
 [[noreturn]] void refuse(const char* message, std::string& output) {
     output.clear();
@@ -56,63 +53,62 @@ bool isEmpty(const char* text) {
     return text == nullptr || *text == '\0';
 }
 
-unsigned upTo(std::uint64_t most, std::uint64_t count) {
+unsigned atMost(std::uint64_t most, std::uint64_t count) {
     return static_cast<unsigned>(std::min(most, count));
 }
 
-/// The code of a character as that of a signed one, whatever the host's char is.
+// The code as if char were signed on every host.
 std::int32_t signedCode(char character) {
     const std::int32_t code = static_cast<unsigned char>(character);
     return code < 0x80 ? code : code - 0x100;
 }
 
-/// The low four bits of each of eight characters' values under the rule "code minus 48 below 'A',
-/// as signed characters, else code minus 55", which reads both cases of letters and tests nothing.
-std::uint64_t untestedDigits(std::uint64_t characters) {
+// The low four bits of eight digit values, by a rule that checks nothing: the code minus 48 below
+// 'A', compared as signed characters, and minus 55 from there on. It reads both cases of letters.
+std::uint64_t uncheckedDigits(std::uint64_t characters) {
     constexpr std::uint64_t high = common::inEachByte(0x80);
-    // 48 does not touch the low four bits, and -55 adds 9 to them. The sum below has the top bit
-    // of exactly the bytes from 'A' on, those above 0x7F being negative.
+    // Subtracting 48 keeps the low four bits, subtracting 55 adds 9 to them. The sum has the top
+    // bit of each byte from 'A' to 0x7F; bytes above are negative.
     const std::uint64_t low = characters & common::inEachByte(0x7F);
     const std::uint64_t letters = (low + common::inEachByte(0x80 - 'A')) & ~characters & high;
     const std::uint64_t digits = characters & common::inEachByte(0x0F);
     return (digits + (letters >> 7) * 9) & common::inEachByte(0x0F);
 }
 
-/// The \a count characters (1 to 16) right before \a end as digits under that rule.
-std::uint64_t readUntestedDigits(const char* end, unsigned count) {
-    const unsigned low = upTo(8, count);
+// The `count` characters (1 to 16) right before `end`, by the same rule.
+std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
+    const unsigned low = atMost(8, count);
     const auto step = [](const char* p, unsigned size) {
         const std::uint64_t characters = common::loadLastCharacters(p, size, '0');
-        return std::uint64_t{common::packNibbles(untestedDigits(common::swapBytes(characters)))};
+        return std::uint64_t{common::packNibbles(uncheckedDigits(common::swapBytes(characters)))};
     };
     const std::uint64_t digits = step(end - low, low);
     return count == low ? digits : digits | step(end - count, count - low) << 32;
 }
 
-/// The digit rule of the conversions to integers: letters of both cases, and every other
-/// character's code minus 48.
-std::uint64_t looseDigit(char character) {
+// The rule of the conversions to integers: letters of both cases are digits, and every other
+// character counts as its code minus 48.
+std::uint64_t lenientDigit(char character) {
     const std::uint8_t value = common::hexValue(character);
     if (value != common::NO_DIGIT)
         return value;
     return static_cast<std::uint64_t>(std::int64_t{signedCode(character)} - 48);
 }
 
-/// A text under that rule, modulo 2^64: a digit more than 16 places from the end no longer counts,
-/// whatever its value is.
-std::uint64_t looseNumber(const char* text) {
+// By the same rule, modulo 2^64. So only the last 16 characters count.
+std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
     if (static_cast<std::int32_t>(length) < 1)
         return 0;
     std::uint64_t number = 0;
     const char* const end = text + length;
-    for (const char* p = end - upTo(16, length); p != end;) {
+    for (const char* p = end - atMost(16, length); p != end;) {
         if (end - p >= 8 && common::areHexDigits(common::loadCharacters(p))) {
             const std::uint64_t values = common::hexDigitValues(common::loadCharacters(p));
             number = number << 32 | common::packNibbles(common::swapBytes(values));
             p += 8;
         } else {
-            number = number * 16 + looseDigit(*p++);
+            number = number * 16 + lenientDigit(*p++);
         }
     }
     return number;
@@ -142,12 +138,12 @@ std::string& Kel_NumberUtil::bin2ReverseBinStr(const unsigned char* binArray,
         refuse("Internal error: bad bitCount value for Kel_NumberUtil::bin2ReverseBinStr", binStr);
     if (binArray == nullptr)
         refuse("Internal error: bad binArray in Kel_NumberUtil::bin2ReverseBinStr", binStr);
-    const Input bytes(reinterpret_cast<const char*>(binArray),
-                      bitCount / 8 + (bitCount % 8 == 0 ? 0 : 1), binStr);
+    const Input bytes = detach(reinterpret_cast<const char*>(binArray),
+                               bitCount / 8 + (bitCount % 8 == 0 ? 0 : 1), binStr);
     const auto bits = common::checkedCount<char>(bitCount);
     binStr.resize(bits);
-    const auto step = [&bytes](std::size_t bit) {
-        const auto byte = static_cast<std::uint8_t>(bytes.data()[bit / 8]);
+    const auto step = [array = bytes.data()](std::size_t bit) {
+        const auto byte = static_cast<std::uint8_t>(array[bit / 8]);
         return common::spreadBits(byte) + common::inEachByte('0');
     };
     std::size_t done = 0;
@@ -177,11 +173,11 @@ void Kel_NumberUtil::reverseBinStr2Bin(const char* binStr, unsigned char* binArr
 std::string& Kel_NumberUtil::binStr2HexStr(const char* binStr, std::string& hexStr) {
     if (isEmpty(binStr))
         refuse("Internal error: bad binStr for Kel_NumberUtil::binStr2HexStr", hexStr);
-    const Input bits(binStr, hexStr);
-    hexStr.resize((bits.size() + 3) / 4);
+    const Input bits = detach(binStr, std::strlen(binStr), hexStr);
+    hexStr.resize((bits.length + 3) / 4);
     char* end = hexStr.data() + hexStr.size();
-    for (std::size_t done = 0; done < bits.size(); done += 64) {
-        const unsigned count = upTo(64, bits.size() - done);
+    for (std::size_t done = 0; done < bits.length; done += 64) {
+        const unsigned count = atMost(64, bits.length - done);
         const unsigned digits = (count + 3) / 4;
         common::writeHex(end, common::readBits(bits.end() - done, count), digits, 'A');
         end -= digits;
@@ -195,13 +191,13 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
         refuse("Internal error: bad hexStr for Kel_NumberUtil::hexStr2BinStr", binStr);
     if (bitCount == 0)
         refuse("Internal error: bad bitCount for Kel_NumberUtil::hexStr2BinStr", binStr);
-    const Input digits(hexStr, binStr);
+    const Input digits = detach(hexStr, std::strlen(hexStr), binStr);
     binStr.resize(common::checkedCount<char>(bitCount), '0');
     char* end = binStr.data() + bitCount;
-    auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.size());
+    auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.length);
     for (std::size_t done = 0; bitsLeft > 0; done += 16) {
-        const unsigned bits = upTo(64, bitsLeft);
-        common::writeBits(end, readUntestedDigits(digits.end() - done, (bits + 3) / 4), bits);
+        const unsigned bits = atMost(64, bitsLeft);
+        common::writeBits(end, readUncheckedDigits(digits.end() - done, (bits + 3) / 4), bits);
         end -= bits;
         bitsLeft -= bits;
     }
@@ -224,7 +220,7 @@ std::uint32_t Kel_NumberUtil::binStr2UInt(const char* binStr) noexcept {
     if (binStr == nullptr)
         return 0;
     const std::size_t length = std::strlen(binStr);
-    return static_cast<std::uint32_t>(common::readBits(binStr + length, upTo(32, length)));
+    return static_cast<std::uint32_t>(common::readBits(binStr + length, atMost(32, length)));
 }
 
 std::string& Kel_NumberUtil::uInt2BinStr(std::uint32_t value, std::uint32_t bitCount,
@@ -240,11 +236,11 @@ std::string& Kel_NumberUtil::uInt2BinStr(std::uint32_t value, std::uint32_t bitC
 std::uint32_t Kel_NumberUtil::hexStr2UInt(const char* hexStr) {
     if (hexStr == nullptr)
         throw std::logic_error("Kel_NumberUtil::hexStr2UInt called with null ptr");
-    return static_cast<std::uint32_t>(looseNumber(hexStr));
+    return static_cast<std::uint32_t>(lenientNumber(hexStr));
 }
 
 std::uint64_t Kel_NumberUtil::hexStr2ULL(std::string& hexStr) noexcept {
-    return looseNumber(hexStr.c_str());
+    return lenientNumber(hexStr.c_str());
 }
 
 std::string& Kel_NumberUtil::uLL2HexStr(std::uint64_t value, std::string& out) {

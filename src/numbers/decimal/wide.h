@@ -12,13 +12,14 @@
 
 namespace KelRT::numbers {
 
-// Numbers of so many limbs or more use this engine: where it overtakes the schoolbook engine on
-// x86-64, measured with the rows "print decimal" and "parse decimal".
+// Numbers of at least so many limbs use this engine. Measured on x86-64, it overtakes the
+// schoolbook engine between 120 and 140 limbs when printing, between 180 and 220 when reading.
 constexpr std::size_t WIDE_PRINT_LIMBS = 120;
 constexpr std::size_t WIDE_READ_LIMBS = 220;
 
-// At or above this many digits of the target radix, a product is split by Karatsuba's method.
-// Below, as many products are added up in one column.
+// From this many digits of the target radix on, Karatsuba's method splits a product. Below, a
+// column adds up at most so many products. Measured with the row "print decimal, 65536 b": with 30
+// it takes 18 % longer, with 90 the same.
 constexpr std::size_t KARATSUBA_SIZE = 60;
 
 // Chunks that are printed are the digits of the target radix: a column of KARATSUBA_SIZE products
