@@ -37,6 +37,8 @@ endfunction()
 # kel_own_target(TARGET): warnings, hidden visibility, and warnings as errors where asked for.
 function(kel_own_target target)
   target_compile_options(${target} PRIVATE ${KELUTIL_WARNINGS} ${KELUTIL_ARITHMETIC})
+  # On 32-bit hosts files pass 2 GiB, and the numbers of files 32 bits, only with wide offsets.
+  target_compile_definitions(${target} PRIVATE $<$<PLATFORM_ID:Linux>:_FILE_OFFSET_BITS=64>)
   if(KELUTIL_WARNINGS_AS_ERRORS)
     target_compile_options(${target} PRIVATE -Werror)
   endif()

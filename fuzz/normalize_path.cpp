@@ -15,7 +15,7 @@ namespace {
 
 /// Below a root: a path without a separator at its end comes back without one.
 std::string expected(char separator, const std::string& root, const std::string& path) {
-    if (Port::endsInSeparator(path))
+    if (Port::endsInSeparator(Port::POSIX, path))
         return model::absolutePath(separator, root, path);
     std::string text = model::absolutePath(separator, root, path + separator);
     text.pop_back();

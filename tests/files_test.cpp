@@ -8,10 +8,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <clocale>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 using namespace KelRT;
@@ -98,6 +100,55 @@ TEST_F(Files, TemporaryFileTakesTheLowestFreeNumber) {
     const std::string inside = below("sub", "trace");
     EXPECT_EQ(Kel_Util::createDotLumatraceTempFile(inside), temporary(inside + "0"));
     EXPECT_FALSE(opens(temporary(inside + "0"))); // it cannot be made, and that is not told
+}
+
+// The first use of a home, and every number after it, by many at once.
+TEST_F(Files, EachTemporaryFileIsHandedOutOnceAndKeepsWhatIsWritten) {
+    constexpr int ROUNDS = 20;
+    constexpr int CALLERS = 8;
+    for (int round = 0; round < ROUNDS; ++round) {
+        const std::string place = here / ("home" + std::to_string(round));
+        std::filesystem::create_directory(place);
+        home.set(place);
+        std::vector<std::string> made(CALLERS);
+        std::atomic<int> waiting{CALLERS};
+        std::vector<std::thread> callers;
+        for (std::string& path : made)
+            callers.emplace_back([&] {
+                --waiting;
+                while (waiting > 0)
+                    std::this_thread::yield();
+                path = outcome(Kel_Util::createDotLumatraceTempFile, "trace");
+                writeFile(path, path);
+            });
+        for (std::thread& caller : callers)
+            caller.join();
+        for (const std::string& path : made)
+            EXPECT_EQ(readWholeFile(path), path);
+        std::sort(made.begin(), made.end());
+        for (int number = 0; number < CALLERS; ++number)
+            EXPECT_EQ(made[static_cast<std::size_t>(number)],
+                      below(below(place, ".kel"), "trace" + std::to_string(number)));
+    }
+}
+
+TEST_F(Files, NamesAndPathsEndAtTheirFirstNul) {
+    const auto cut = [](std::string text) { return text.append("\0/../x.dll.so", 14); };
+    makeDirectories({".kel", "d"});
+    EXPECT_EQ(Kel_Util::createDotLumatraceTempFile(cut("trace")), temporary("trace0"));
+    EXPECT_EQ(Kel_Util::createDotLumatraceTempFile(cut("trace")), temporary("trace1"));
+    writeFile(library("libfoo"));
+    EXPECT_EQ(outcome(Kel_Util::findLibInPath, cut("libfoo")), ".");
+    EXPECT_EQ(outcome(Kel_Util::findLibInPath, cut("libbar")), "Could not find libbar in path.\n");
+    EXPECT_EQ(Kel_Util::isDirectory(cut("d")), 1);
+    EXPECT_EQ(listed(cut("d"), false), Texts());
+    EXPECT_EQ(outcome([&] { return listed(cut("no"), false).front(); }),
+              "Could not open the directory: no\n");
+    EXPECT_EQ(Kel_Util::normalizePath(cut("d")), here / "d");
+    Kel_Util::setUserDataDirPath(cut("d"));
+    EXPECT_EQ(Kel_Util::getDataDirPath(), below(here / "d", ""));
+    Kel_Util::setUserDataDirPath(cut(""));
+    EXPECT_EQ(outcome(Kel_Util::getDataDirPath), "Could not find libKelJtag in path.\n");
 }
 
 TEST_F(Files, TemporaryFileIsNeverMadeThroughALink) {

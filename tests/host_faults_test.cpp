@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// Logging to a full disk and to a pipe without a reader: the program goes on. A standard output
-// that is closed is tested in logging_process/, a current directory that is lost in files_test.cpp.
+// Logging to a full disk and to a pipe without a reader: the program goes on. Files that keep their
+// opener waiting, and processes that want the same file. A standard output that is closed is tested
+// in logging_process/, a current directory that is lost in files_test.cpp.
+#include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
 
 #include "failing_new.h"
+#include "outcome.h"
 #include "test_host.h"
 
 #include <gtest/gtest.h>
@@ -15,9 +18,11 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace KelRT;
+using test::outcome;
 
 namespace {
 
@@ -67,6 +72,37 @@ TEST(HostFaults, PipeWhoseReaderIsGone) {
     EXPECT_TRUE(logger.shouldPrintLog(4));
     logger.endLogging();
     EXPECT_FALSE(logger.shouldPrintLog(0));
+}
+
+TEST(HostFaults, WhateverOpensIsALibraryAndNothingIsWaitedFor) {
+    const test_host::TemporaryDirectory directory;
+    const test_host::Variable searchPath("PATH", directory.path());
+    const std::string file = directory / "libFoo.so";
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0); // nobody writes to it
+    EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
+    ASSERT_EQ(unlink(file.c_str()), 0);
+    test_host::writeFile(file);
+    ASSERT_EQ(truncate(file.c_str(), off_t{3} << 30), 0); // more than 2 GiB, with nothing in it
+    EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
+}
+
+// Two processes at once are to be told apart, as two threads are.
+TEST(HostFaults, ProcessesGetDifferentTemporaryFiles) {
+    constexpr int CALLERS = 8;
+    const test_host::TemporaryDirectory directory;
+    const test_host::Variable home("USERPROFILE", directory.path());
+    for (int caller = 0; caller < CALLERS; ++caller)
+        if (fork() == 0) {
+            const std::string path = outcome(Kel_Util::createDotLumatraceTempFile, "trace");
+            test_host::writeFile(path, path);
+            _exit(0);
+        }
+    while (wait(nullptr) > 0) {
+    }
+    for (int number = 0; number < CALLERS; ++number) {
+        const std::string path = directory / (".kel/trace" + std::to_string(number));
+        EXPECT_EQ(test_host::readWholeFile(path), path);
+    }
 }
 
 } // namespace

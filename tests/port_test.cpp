@@ -25,8 +25,10 @@ using Texts = std::vector<std::string>;
 namespace {
 
 struct StandIn {
-    std::set<std::string> readable; ///< files that open for reading
-    bool everythingExists = false;  ///< or nothing, and nothing can be made
+    std::set<std::string> readable;      ///< files that open for reading
+    std::set<std::string> madeMeanwhile; ///< by somebody else, when they are about to be made
+    std::set<std::string> directories;   ///< those of them that are directories
+    bool everythingExists = false;       ///< or nothing, and no directory can be made
     bool listingBreaksOff = false;
     std::map<char, std::string> currentDirectories; ///< of a drive, or of 0; missing: unreadable
 
@@ -44,7 +46,7 @@ namespace Port {
 
 bool File::exist(const char* path) {
     note("exist", path);
-    return host.everythingExists;
+    return host.everythingExists || host.directories.contains(path);
 }
 
 bool File::isdir(const char* path) {
@@ -54,6 +56,8 @@ bool File::isdir(const char* path) {
 
 bool File::mkdir(const char* path, bool flag) {
     note(flag ? "mkdir with flag" : "mkdir", path);
+    if (host.madeMeanwhile.contains(path))
+        host.directories.insert(path);
     return false;
 }
 
@@ -62,9 +66,13 @@ bool File::readable(const char* path) {
     return host.readable.contains(path);
 }
 
-bool File::create(const char* path) {
+Creation File::create(const char* path) {
     note("create", path);
-    return true;
+    return host.madeMeanwhile.contains(path) ? Creation::nameTaken : Creation::refused;
+}
+
+bool isLeadByte(char /*byte*/) {
+    return false;
 }
 
 std::string currentDirectory(char drive) {
@@ -93,7 +101,8 @@ class OnWindows : public ::testing::Test {
 protected:
     OnWindows() {
         host = {};
-        host.currentDirectories = {{0, "C:\\work"}, {'C', "C:\\work"}, {'d', "d:\\on\\d"}};
+        host.currentDirectories = {
+            {0, "C:\\work"}, {'C', "C:\\work"}, {'d', "d:\\on\\d"}, {'E', "E:\\"}};
     }
     ~OnWindows() override { host = {}; }
 
@@ -113,6 +122,22 @@ TEST_F(OnWindows, All32002NamesAreTriedInOrder) {
     for (int number = 0; number <= 32001; ++number)
         expected.push_back("exist C:\\Users\\user\\.kel\\trace" + std::to_string(number));
     EXPECT_EQ(host.calls, expected); // and none is created
+}
+
+TEST_F(OnWindows, WhatSomebodyElseMakesMeanwhileIsNotMadeAgain) {
+    const std::string kel = "C:\\Users\\user\\.kel";
+    host.madeMeanwhile = {kel, kel + "\\trace0", kel + "\\trace1"};
+    EXPECT_EQ(outcome(files::createTempFile, WINDOWS, "trace"), kel + "\\trace2");
+    Texts expected{"exist " + kel, "mkdir " + kel, "exist " + kel};
+    for (const char* const name : {"trace0", "trace1", "trace2"})
+        for (const char* const call : {"exist ", "create "})
+            expected.push_back(call + kel + "\\" + name);
+    EXPECT_EQ(host.calls, expected);
+    for (int number = 0; number <= 32001; ++number)
+        host.madeMeanwhile.insert(kel + "\\trace" + std::to_string(number));
+    EXPECT_EQ(outcome(files::createTempFile, WINDOWS, "trace"),
+              "Too many temporary files exist in the .kel directory with the name trace\n");
+    EXPECT_EQ(host.calls.back(), "create " + kel + "\\trace32001");
 }
 
 TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
@@ -157,7 +182,8 @@ TEST_F(OnWindows, NormalizedPathsKeepOrLackTheirLastSeparator) {
         EXPECT_EQ(outcome(files::normalize, WINDOWS, path), LOST) << path;
         EXPECT_EQ(outcome(files::normalize, POSIX, path), LOST) << path;
     }
-    EXPECT_EQ(outcome(files::normalize, WINDOWS, "\\x"), LOST);
+    for (const char* const path : {"\\x", "C:x"})
+        EXPECT_EQ(outcome(files::normalize, WINDOWS, path), LOST);
     EXPECT_EQ(files::normalize(WINDOWS, "C:/x"), "C:\\x");
     EXPECT_EQ(files::normalize(POSIX, "\\x"), "/x");
 }
@@ -181,7 +207,7 @@ TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
         {"C:", "C:\\work", "/here/C:"},
         {"C:x", "C:\\work\\x", "/here/C:x"},
         {"d:x\\", "d:\\on\\d\\x\\", "/here/d:x/"},
-        {"D:x", "D:\\x", "/here/D:x"}, // no current directory is known there
+        {"E:x", "E:\\x", "/here/E:x"},
         {"C:\\..\\..", "C:\\", "/"},
         {"\\a/b", "C:\\a\\b", "/a/b"},
         {"//srv/share/../../x", "\\\\srv\\share\\x", "/x"},
@@ -205,6 +231,36 @@ TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
     host.currentDirectories[0] = "/a\\b"; // one name on that host
     EXPECT_EQ(absolute(POSIX, ".."), "/");
     EXPECT_EQ(absolute(POSIX, "c\\d"), "/a\\b/c/d");
+}
+
+// Code page 932, whose characters of two bytes may end in 0x5C: "\x83\\" is one of them.
+bool isLeadByteOf932(char byte) {
+    const auto value = static_cast<unsigned char>(byte);
+    return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
+}
+
+TEST_F(OnWindows, SeparatorsStandBetweenCharacters) {
+    constexpr Port::Conventions CODE_PAGE_932{'\\', ";", ".dll", isLeadByteOf932};
+    const char* const cases[][2] = {
+        {"C:\\\x83\\", "C:\\\x83\\"},
+        {"C:\\\x83\\\\", "C:\\\x83\\\\"},
+        {"C:/\x83\\/..\\z", "C:\\z"},
+        {"C:\\\x83\\..\\z", "C:\\\x83\\..\\z"}, // the name ends in two dots
+        {"\xE0\x83\\\x83\\/", "C:\\work\\\xE0\x83\\\x83\\\\"},
+        {"\\\\s\x83\\\\t\x83\\/../x", "\\\\s\x83\\\\t\x83\\\\x"},
+        {"\x83", "C:\\work\\\x83"}, // half a character
+    };
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(files::normalize(CODE_PAGE_932, path), expected) << path;
+    EXPECT_EQ(files::normalize(WINDOWS, "C:\\\x83\\..\\z"), "C:\\z");
+    host.currentDirectories[0] = "C:\\\x83\\\\a";
+    EXPECT_EQ(files::normalize(CODE_PAGE_932, "..\\x"), "C:\\\x83\\\\x");
+    for (const char* const path : {"D:\\\x83\\", "D:\\\x83\\\\"}) {
+        const test_host::Variable sorva("TOR_KEL_SORVADATADIR", path);
+        EXPECT_EQ(files::dataDirectory(CODE_PAGE_932, path), "D:\\\x83\\\\");
+        EXPECT_EQ(files::sorvaDataDirectory(CODE_PAGE_932), "D:\\\x83\\\\");
+        sorva.set({});
+    }
 }
 
 } // namespace

@@ -124,8 +124,9 @@ public:
     /// \name Files and environment
     ///
     /// Paths are byte strings in the host's narrow encoding: what `fopen` opens with the same
-    /// bytes. A path ends at its first NUL. Where a path is examined or resolved, `/` and `\` both
-    /// separate its parts, on every host; what the functions add follows the host:
+    /// bytes. A name or a path ends at its first NUL. Where a path is examined or resolved, `/` and
+    /// `\` both separate its parts, on every host, unless they are the second byte of a character
+    /// in the ANSI code page of Windows; what the functions add follows the host:
     ///
     /// |                                  | Windows | Linux |
     /// |----------------------------------|---------|-------|
@@ -141,7 +142,8 @@ public:
     ///
     /// Threads: setUserDataDirPath writes what getDataDirPath reads, without a lock: callers
     /// serialise the two. The others share only what the process shares, its environment and its
-    /// current directory, and may run in parallel while nobody changes those.
+    /// current directory, and may run in parallel while nobody changes those. Other threads and
+    /// processes may create the same directory and temporary files at the same time.
     ///@{
 
     /// The value of the environment variable `USERPROFILE`, unchanged.
@@ -165,10 +167,10 @@ public:
     /// Creates a new, empty file in the per-user directory: \a baseName and the lowest number from
     /// 0 to 32001 that makes a name nothing has yet. The caller uses the file and deletes it.
     ///
-    /// A file that cannot be created is not reported: the path is returned all the same, and
-    /// opening it fails. A directory within \a baseName is not created. Looking for a free name and
-    /// creating the file are two steps, so callers that race for one \a baseName may be given the
-    /// same file.
+    /// The file is created exclusively, never through a link, so every file is given to one caller,
+    /// however many threads and processes ask at once. A file that cannot be created is not
+    /// reported: the path is returned all the same, and may be returned again. A directory within
+    /// \a baseName is not created.
     /// \throws Kel_Exception as createDotLumatraceDir; "Too many temporary files exist in the .kel
     ///         directory with the name BASENAME\n" when all 32,002 names are taken
     /// \code
@@ -177,7 +179,8 @@ public:
     /// \endcode
     KELRT_API static std::string createDotLumatraceTempFile(const std::string& baseName);
 
-    /// 1 when \a path names an existing directory; otherwise 0, also when the host will not say.
+    /// 1 when \a path names an existing directory or a link to one; otherwise 0, also when the host
+    /// will not say.
     KELRT_API static int isDirectory(const std::string& path);
 
     /// The directory that holds a library: "." when the file is in the current directory, otherwise
@@ -186,7 +189,8 @@ public:
     /// otherwise \a libraryName with the extension behind it.
     ///
     /// A library is where a file opens for reading: one that may not be read counts as absent, and
-    /// so does a directory. Empty entries of `PATH` are skipped, but two or more separators at its
+    /// so does a directory. The opening does not wait, so a FIFO or a device that opens counts as a
+    /// library. Empty entries of `PATH` are skipped, but two or more separators at its
     /// end make one empty entry, which stands for the root. Quotes are ordinary characters.
     /// \throws Kel_Exception when the file is not in the current directory: "PATH Environmental
     ///         Variable not set.\n" or "Could not find LIBRARYNAME in path.\n"
@@ -217,7 +221,8 @@ public:
 
     /// The absolute form of \a path, found from its text and the current directory: nothing needs
     /// to exist and no link is followed. "." and ".." are folded, ".." at the root being the root;
-    /// the separators become the host's, repeated ones one.
+    /// the separators become the host's, repeated ones one. On Windows a path such as `E:x` counts
+    /// from the current directory of its drive.
     ///
     /// The result ends in a separator when \a path does, and otherwise not. So a path that leads to
     /// the root without a separator at its end gives the root without one, to be joined by one. The
@@ -236,7 +241,8 @@ public:
 
     /// Replaces \a list by the bare names of the entries of \a directory, in the order in which the
     /// host has them. With \a listFlag true "." and ".." are among them where the host has them;
-    /// with false they are left out.
+    /// with false they are left out. On Windows a directory whose path is longer than the host
+    /// takes, 260 characters as a rule, cannot be opened.
     /// \throws Kel_Exception "Could not open the directory: DIRECTORY\n" when it cannot be opened
     ///         or read; \a list is then unchanged
     KELRT_API static void getDirectoryFileList(const std::string& directory, bool listFlag,

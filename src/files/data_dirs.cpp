@@ -14,7 +14,8 @@ bool holds(const Conventions& conventions, const std::string& directory, const s
 }
 
 std::string withSeparator(const Conventions& conventions, const std::string& directory) {
-    return Port::endsInSeparator(directory) ? directory : Port::join(conventions, directory, "");
+    return Port::endsInSeparator(conventions, directory) ? directory
+                                                         : Port::join(conventions, directory, "");
 }
 
 /// The directory \a family of the data in the installation tree, two levels above the directory
@@ -60,11 +61,11 @@ std::string files::sorvaDataDirectory(const Conventions& conventions) {
 }
 
 std::string Kel_Util::findLibInPath(const std::string& libraryName) {
-    return files::findLibrary(Port::NATIVE, libraryName);
+    return files::findLibrary(Port::NATIVE, files::upToNul(libraryName));
 }
 
 std::string Kel_Util::getDataDirPath() {
-    return files::dataDirectory(Port::NATIVE, userDataDir);
+    return files::dataDirectory(Port::NATIVE, files::upToNul(userDataDir));
 }
 
 std::string Kel_Util::getSorvaDataDirPath() {

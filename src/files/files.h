@@ -13,6 +13,9 @@ namespace KelRT::files {
 /// The value of an environment variable; empty when it is unset, which nobody here tells apart.
 std::string environment(const char* name);
 
+/// A name or a path as it counts: up to its first NUL.
+std::string upToNul(const std::string& text);
+
 /// Kel_Util::createDotLumatraceDir
 std::string createUserDirectory(const Port::Conventions& conventions);
 

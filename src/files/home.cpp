@@ -20,9 +20,15 @@ std::string files::environment(const char* name) {
     return value != nullptr ? value : "";
 }
 
+std::string files::upToNul(const std::string& text) {
+    return text.substr(0, text.find('\0'));
+}
+
 std::string files::createUserDirectory(const Port::Conventions& conventions) {
     std::string directory = Port::join(conventions, Kel_Util::getHomePath(), USER_DIRECTORY);
-    if (!Port::File::exist(directory.c_str()) && !Port::File::mkdir(directory.c_str(), false))
+    const auto exists = [&] { return Port::File::exist(directory.c_str()); };
+    // Another thread or process may make it meanwhile.
+    if (!exists() && !Port::File::mkdir(directory.c_str(), false) && !exists())
         throw Kel_Exception("Cannot create " + directory + " directory, check the " +
                             HOME_VARIABLE + " variable.\n");
     return directory;
@@ -31,18 +37,16 @@ std::string files::createUserDirectory(const Port::Conventions& conventions) {
 std::string files::createTempFile(const Port::Conventions& conventions,
                                   const std::string& baseName) {
     const std::string stem = Port::join(conventions, createUserDirectory(conventions), baseName);
-    unsigned number = 0;
-    std::string candidate = stem + "0";
-    while (Port::File::exist(candidate.c_str())) {
-        if (number == LAST_TEMP_NUMBER)
-            throw Kel_Exception("Too many temporary files exist in the " +
-                                std::string(USER_DIRECTORY) + " directory with the name " +
-                                baseName + "\n");
-        candidate = stem + std::to_string(++number);
+    for (unsigned number = 0; number <= LAST_TEMP_NUMBER; ++number) {
+        std::string candidate = stem + std::to_string(number);
+        // A name that is taken meanwhile belongs to the faster caller. A file that cannot be made
+        // is not reported: the caller meets it on opening the path.
+        if (!Port::File::exist(candidate.c_str()) &&
+            Port::File::create(candidate.c_str()) != Port::Creation::nameTaken)
+            return candidate;
     }
-    // A file that cannot be made is not reported: the caller meets it on opening the path.
-    Port::File::create(candidate.c_str());
-    return candidate;
+    throw Kel_Exception("Too many temporary files exist in the " + std::string(USER_DIRECTORY) +
+                        " directory with the name " + baseName + "\n");
 }
 
 std::string Kel_Util::getHomePath() {
@@ -62,7 +66,7 @@ std::string Kel_Util::createDotLumatraceDir() {
 }
 
 std::string Kel_Util::createDotLumatraceTempFile(const std::string& baseName) {
-    return files::createTempFile(Port::NATIVE, baseName);
+    return files::createTempFile(Port::NATIVE, files::upToNul(baseName));
 }
 
 int Kel_Util::isDirectory(const std::string& path) {

@@ -23,7 +23,7 @@ std::string files::normalize(const Port::Conventions& conventions, const std::st
     // "." is the current directory itself, which may be a root and then ends in its separator.
     // Every other relative path, "./x" among them, counts from the current directory in the
     // absolute form.
-    if (path == "." || Port::endsInSeparator(path))
+    if (path == "." || Port::endsInSeparator(conventions, path))
         return absolute(conventions, path);
     std::string text = absolute(conventions, Port::join(conventions, path, ""));
     text.pop_back();
@@ -31,14 +31,14 @@ std::string files::normalize(const Port::Conventions& conventions, const std::st
 }
 
 std::string Kel_Util::normalizePath(const std::string& path) {
-    return files::normalize(Port::NATIVE, path.substr(0, path.find('\0')));
+    return files::normalize(Port::NATIVE, files::upToNul(path));
 }
 
 void Kel_Util::getDirectoryFileList(const std::string& directory, bool listFlag,
                                     std::vector<std::string>& list) {
     const Port::UT_DIR reader(directory.c_str(), listFlag ? 0 : 1);
     if (reader.isvalid() != 1)
-        throw Kel_Exception("Could not open the directory: " + directory + "\n");
+        throw Kel_Exception("Could not open the directory: " + files::upToNul(directory) + "\n");
     // Made apart: the caller's list stays as it was if memory runs out, and may hold `directory`.
     std::vector<std::string> entries;
     for (auto entry = reader.begin(); entry != reader.end(); ++entry)

@@ -19,28 +19,33 @@ constexpr bool hasDrives(const Conventions& conventions) {
     return conventions.separator == WINDOWS.separator;
 }
 
+// How many bytes the character has that begins with `first`.
+std::size_t characterLength(const Conventions& conventions, char first) {
+    return conventions.isLeadByte != nullptr && conventions.isLeadByte(first) ? 2 : 1;
+}
+
 constexpr bool isLetter(char character) {
     return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
 }
 
-/// The length of the part at the front of \a text.
-std::size_t partLength(std::string_view text) {
-    const std::size_t end = text.find_first_of("/\\");
-    return end == std::string_view::npos ? text.size() : end;
+/// Takes the part at the front of \a path away, with the separator behind it, and returns it.
+std::string_view takePart(const Conventions& conventions, std::string_view& path,
+                          std::string_view separators = "/\\") {
+    const std::size_t end = findSeparator(conventions, path, separators);
+    const std::string_view part = path.substr(0, end);
+    path.remove_prefix(end == std::string_view::npos ? path.size() : end + 1);
+    return part;
 }
 
 /// `\\server\share` at the front of \a path, which begins with two separators.
-Front shareFront(std::string_view path, char separator) {
-    std::size_t length = 2 + partLength(path.substr(2));
-    if (length < path.size())
-        length += 1 + partLength(path.substr(length + 1));
-    std::string root(path.substr(0, length));
-    for (char& character : root)
-        if (isSeparator(character))
-            character = separator;
-    if (endsInSeparator(root))
-        root.pop_back(); // a server without a share
-    return {Start::root, root, 0, path.substr(length)};
+Front shareFront(std::string_view path, const Conventions& conventions) {
+    path.remove_prefix(2);
+    std::string root(2, conventions.separator);
+    root += takePart(conventions, path);
+    const std::string_view share = takePart(conventions, path);
+    if (!share.empty())
+        root.append(1, conventions.separator).append(share);
+    return {Start::root, root, 0, path};
 }
 
 Front driveFront(std::string_view path) {
@@ -57,7 +62,7 @@ Front frontOf(std::string_view path, const Conventions& conventions) {
             return driveFront(path);
         if (path.size() > 2 && isSeparator(path[0]) && isSeparator(path[1]) &&
             !isSeparator(path[2]))
-            return shareFront(path, conventions.separator);
+            return shareFront(path, conventions);
         if (isSeparator(path[0]))
             return {Start::rootOfCurrentDirectory, {}, 0, path};
     }
@@ -67,11 +72,10 @@ Front frontOf(std::string_view path, const Conventions& conventions) {
 using Parts = std::vector<std::string_view>;
 
 /// Appends the parts of \a path to \a parts, folding "." and "..".
-void appendParts(Parts& parts, std::string_view path, const char* separators) {
+void appendParts(Parts& parts, const Conventions& conventions, std::string_view path,
+                 std::string_view separators) {
     while (!path.empty()) {
-        const std::size_t end = path.find_first_of(separators);
-        const std::string_view part = path.substr(0, end);
-        path.remove_prefix(end == std::string_view::npos ? path.size() : end + 1);
+        const std::string_view part = takePart(conventions, path, separators);
         if (part == "..") {
             if (!parts.empty())
                 parts.pop_back();
@@ -79,13 +83,6 @@ void appendParts(Parts& parts, std::string_view path, const char* separators) {
             parts.push_back(part);
         }
     }
-}
-
-/// The current directory that \a front counts from; empty when it cannot be read.
-std::string baseOf(const Front& front) {
-    std::string base = currentDirectory(front.drive);
-    // A drive that has no current directory of its own counts from its root.
-    return base.empty() && front.drive != 0 ? front.root + '\\' : base;
 }
 
 std::string compose(const std::string& root, const Parts& parts, char separator) {
@@ -100,24 +97,43 @@ std::string absolutePath(std::string_view path, const Conventions& conventions) 
     std::string base;
     Parts parts;
     if (front.start != Start::root) {
-        base = baseOf(front);
+        base = currentDirectory(front.drive);
         if (base.empty())
             return {};
         // The host's own text: where only "/" separates, "\" may be a character of a name.
         const Front baseFront = frontOf(base, conventions);
         if (front.start == Start::currentDirectory)
-            appendParts(parts, baseFront.rest, hasDrives(conventions) ? "/\\" : "/");
+            appendParts(parts, conventions, baseFront.rest, hasDrives(conventions) ? "/\\" : "/");
         front.root = baseFront.root;
     }
-    appendParts(parts, front.rest, "/\\");
+    appendParts(parts, conventions, front.rest, "/\\");
     std::string text = compose(front.root, parts, conventions.separator);
     const bool bareRoot = parts.empty() && front.root.size() <= 2; // "/" and "C:\"
-    if (bareRoot || endsInSeparator(path))
+    if (bareRoot || endsInSeparator(conventions, path))
         text += conventions.separator;
     return text;
 }
 
 } // namespace
+
+std::size_t findSeparator(const Conventions& conventions, std::string_view path,
+                          std::string_view separators) {
+    if (conventions.isLeadByte == nullptr)
+        return path.find_first_of(separators);
+    for (std::size_t at = 0; at < path.size(); at += characterLength(conventions, path[at]))
+        if (separators.find(path[at]) != std::string_view::npos)
+            return at;
+    return std::string_view::npos;
+}
+
+bool endsInSeparator(const Conventions& conventions, std::string_view path) {
+    if (path.empty() || !isSeparator(path.back()))
+        return false;
+    std::size_t last = conventions.isLeadByte == nullptr ? path.size() - 1 : 0;
+    while (last + 1 < path.size())
+        last += characterLength(conventions, path[last]);
+    return last + 1 == path.size();
+}
 
 std::string join(const Conventions& conventions, std::string_view directory,
                  std::string_view name) {

@@ -13,12 +13,12 @@
 
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN
-#include <direct.h>
 #include <windows.h>
 #else
 #include <dirent.h>
-#include <filesystem>
-#include <system_error>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace Port {
@@ -28,12 +28,7 @@ void assertReady() {
     assert(FileInit::ready() && "the library is loaded while its file services are used");
 }
 
-bool opens(const char* path, const char* mode) {
-    std::FILE* const stream = std::fopen(path, mode);
-    return stream != nullptr && (std::fclose(stream), true);
-}
-
-/// True when a reader of directories yields \a name: \a flag 1 leaves "." and ".." out.
+// True when a reader of directories yields `name`: flag 1 leaves "." and ".." out.
 bool isYielded(const char* name, std::uint8_t flag) {
     return flag == 0 || (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0);
 }
@@ -44,10 +39,32 @@ bool isYielded(const char* name, std::uint8_t flag) {
 
 namespace {
 
+struct CloseFile {
+    void operator()(HANDLE file) const { CloseHandle(file); }
+};
+using OpenFile = std::unique_ptr<void, CloseFile>;
+
 struct CloseSearch {
     void operator()(HANDLE search) const { FindClose(search); }
 };
 using Search = std::unique_ptr<void, CloseSearch>;
+
+// Opens a file that everybody else may go on using; null when the host refuses.
+OpenFile openFile(const char* path, DWORD access, DWORD disposition, DWORD flags) {
+    constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file = CreateFileA(path, access, SHARED, nullptr, disposition, flags, nullptr);
+    return OpenFile(file != INVALID_HANDLE_VALUE ? file : nullptr);
+}
+
+// The attributes of what a link leads to, INVALID_FILE_ATTRIBUTES when that is gone.
+DWORD attributesBehindLink(const char* path) {
+    const OpenFile target =
+        openFile(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    BY_HANDLE_FILE_INFORMATION information;
+    return target && GetFileInformationByHandle(target.get(), &information) != 0
+               ? information.dwFileAttributes
+               : INVALID_FILE_ATTRIBUTES;
+}
 
 // The absolute form of a path; empty when the host has none.
 std::string fullPath(const char* path) {
@@ -60,6 +77,10 @@ std::string fullPath(const char* path) {
 
 } // namespace
 
+bool isLeadByte(char byte) {
+    return IsDBCSLeadByte(static_cast<BYTE>(byte)) != 0;
+}
+
 bool File::exist(const char* path) {
     assertReady();
     return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
@@ -67,7 +88,9 @@ bool File::exist(const char* path) {
 
 bool File::isdir(const char* path) {
     assertReady();
-    const DWORD attributes = GetFileAttributesA(path);
+    DWORD attributes = GetFileAttributesA(path);
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
+        attributes = attributesBehindLink(path);
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
@@ -76,11 +99,24 @@ bool File::mkdir(const char* path, bool /*flag*/) {
     return CreateDirectoryA(path, nullptr) != 0;
 }
 
+bool File::readable(const char* path) {
+    assertReady();
+    std::FILE* const stream = std::fopen(path, "rb"); // it opens no directories
+    return stream != nullptr && (std::fclose(stream), true);
+}
+
+Creation File::create(const char* path) {
+    assertReady();
+    if (openFile(path, GENERIC_WRITE, CREATE_NEW, FILE_FLAG_OPEN_REPARSE_POINT))
+        return Creation::created;
+    const DWORD reason = GetLastError();
+    return reason == ERROR_FILE_EXISTS || reason == ERROR_ALREADY_EXISTS ? Creation::nameTaken
+                                                                         : Creation::refused;
+}
+
 std::string currentDirectory(char drive) {
-    // The letters count from 1, in either case.
-    const int number = drive == 0 ? 0 : (drive & 0x1F);
-    const std::unique_ptr<char, void (*)(void*)> text(_getdcwd(number, nullptr, 0), std::free);
-    return text ? text.get() : "";
+    const char ofDrive[] = {drive, ':', '.', '\0'};
+    return fullPath(drive == 0 ? "." : ofDrive);
 }
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
@@ -88,8 +124,7 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     std::string pattern = fullPath(directory);
     if (pattern.empty())
         return;
-    // One that ends in a separator keeps it; a second one between directory and name counts as one.
-    pattern += "\\*";
+    pattern += "\\*"; // two separators, behind a root, count as one
     WIN32_FIND_DATAA entry;
     const HANDLE first = FindFirstFileA(pattern.c_str(), &entry);
     if (first == INVALID_HANDLE_VALUE) {
@@ -107,27 +142,72 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
 
 #else
 
+namespace {
+
+// Opens a file as ::open does, also when a signal comes in between; closed with the object.
+class Descriptor {
+public:
+    Descriptor(const char* path, int flags) {
+        do
+            number = ::open(path, flags | O_CLOEXEC | O_NOCTTY, 0666); // NOLINT(*-vararg)
+        while (number < 0 && errno == EINTR);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (isOpen())
+            ::close(number);
+    }
+    bool isOpen() const { return number >= 0; }
+    bool isDirectory() const {
+        struct stat status {};
+        return ::fstat(number, &status) == 0 && S_ISDIR(status.st_mode);
+    }
+
+private:
+    int number;
+};
+
+} // namespace
+
+bool isLeadByte(char /*byte*/) {
+    return false; // paths are bytes
+}
+
 bool File::exist(const char* path) {
     assertReady();
-    std::error_code refused;
-    return std::filesystem::exists(std::filesystem::symlink_status(path, refused));
+    struct stat status {};
+    return ::lstat(path, &status) == 0;
 }
 
 bool File::isdir(const char* path) {
     assertReady();
-    std::error_code refused;
-    return std::filesystem::is_directory(path, refused);
+    struct stat status {};
+    return ::stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 bool File::mkdir(const char* path, bool /*flag*/) {
     assertReady();
-    std::error_code refused;
-    return std::filesystem::create_directory(path, refused);
+    return ::mkdir(path, 0777) == 0;
+}
+
+bool File::readable(const char* path) {
+    assertReady();
+    // A FIFO that nobody writes to, or a device, would otherwise keep the opening waiting.
+    const Descriptor file(path, O_RDONLY | O_NONBLOCK);
+    return file.isOpen() && !file.isDirectory();
+}
+
+Creation File::create(const char* path) {
+    assertReady();
+    if (Descriptor(path, O_WRONLY | O_CREAT | O_EXCL).isOpen())
+        return Creation::created;
+    return errno == EEXIST ? Creation::nameTaken : Creation::refused;
 }
 
 std::string currentDirectory(char /*drive*/) {
-    std::error_code refused;
-    return std::filesystem::current_path(refused).string();
+    const std::unique_ptr<char, void (*)(void*)> text(::getcwd(nullptr, 0), std::free);
+    return text ? text.get() : "";
 }
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
@@ -146,16 +226,5 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
 }
 
 #endif
-
-bool File::readable(const char* path) {
-    assertReady();
-    // Some hosts open directories too, and fail only when they are read.
-    return opens(path, "rb") && !isdir(path);
-}
-
-bool File::create(const char* path) {
-    assertReady();
-    return opens(path, "wb");
-}
 
 } // namespace Port

@@ -25,10 +25,16 @@ struct Conventions {
     char separator;               ///< joins the parts of a path
     const char* listSeparator;    ///< stands between the directories of PATH
     const char* libraryExtension; ///< ends the name of a library file
+    /// True for the first byte of a character of two, whose second byte may be that of a separator;
+    /// null where every byte of a path stands for itself.
+    bool (*isLeadByte)(char byte);
 };
 
-inline constexpr Conventions WINDOWS{'\\', ";", ".dll"};
-inline constexpr Conventions POSIX{'/', ":", ".so"};
+/// Conventions::isLeadByte in the narrow encoding of the host's paths.
+bool isLeadByte(char byte);
+
+inline constexpr Conventions WINDOWS{'\\', ";", ".dll", isLeadByte};
+inline constexpr Conventions POSIX{'/', ":", ".so", nullptr};
 #if defined(_WIN32)
 inline constexpr const Conventions& NATIVE = WINDOWS;
 #else
@@ -40,10 +46,17 @@ constexpr bool isSeparator(char character) {
     return character == '/' || character == '\\';
 }
 
+/// Where the first character of \a path that is one of \a separators stands; `npos` without one.
+/// \a path begins with a whole character.
+/// \code
+/// "a\\b"        => 1
+/// "\x83\\a\\b" => 3     // WINDOWS, in code page 932: \x83\\ is one character
+/// \endcode
+std::size_t findSeparator(const Conventions& conventions, std::string_view path,
+                          std::string_view separators = "/\\");
+
 /// True when the last character of \a path is a separator.
-constexpr bool endsInSeparator(std::string_view path) {
-    return !path.empty() && isSeparator(path.back());
-}
+bool endsInSeparator(const Conventions& conventions, std::string_view path);
 
 /// \a directory, one separator, \a name; the separator is added even where one stands already.
 /// \code
@@ -66,6 +79,9 @@ public:
     static bool ready();
 };
 
+/// What came of creating a file.
+enum class Creation { created, nameTaken, refused };
+
 /// Single files and directories.
 struct File {
     /// True when a file system object of that name exists, whatever its kind; a symbolic link
@@ -78,15 +94,17 @@ struct File {
     /// Creates one directory, not its parents; true when it was created. The flag is ignored.
     static bool mkdir(const char* path, bool flag);
 
-    /// True when \a path is no directory and can be opened for reading.
+    /// True when \a path is no directory and can be opened for reading. The opening does not wait.
     static bool readable(const char* path);
 
-    /// Opens \a path for writing, which empties it, and closes it; true when it could be opened.
-    static bool create(const char* path);
+    /// Creates an empty file where nothing of that name exists, be it a link that leads nowhere.
+    static Creation create(const char* path);
 };
 
 /// The current directory as the host reports it, of any length; empty when it cannot be read.
-/// \param drive on hosts with drives the letter of the drive asked about, 0 for the current one
+/// \param drive on hosts with drives the letter of the drive asked about, 0 for the current one. A
+///              drive that has no current directory of its own has its root, one that does not
+///              exist too.
 std::string currentDirectory(char drive = 0);
 
 /// A text that an operation of this layer hands out.

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+//
+// What only Windows has: drives, limited paths and links to directories. Links, and searches that
+// break off, come from a stand-in, for not every host and user can make them: the pointers through
+// which the library's objects call the system are defined here.
+#include "KelRT/Kel_Util.h"
+#include "outcome.h"
+#include "test_host.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+using namespace KelRT;
+using test::outcome;
+using test_host::below;
+using Texts = std::vector<std::string>;
+
+namespace {
+
+struct StandIn {
+    std::set<std::string> links; ///< to directories, as the system shows them
+    bool searchesBreakOff = false;
+};
+StandIn host;
+
+template <typename Function>
+Function systems(Function /*type*/, const char* name) {
+    const auto address = GetProcAddress(GetModuleHandleA("kernel32.dll"), name);
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
+}
+
+DWORD WINAPI attributes(LPCSTR path) {
+    if (host.links.contains(path))
+        return FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    return systems(attributes, "GetFileAttributesA")(path);
+}
+
+BOOL WINAPI findNext(HANDLE search, LPWIN32_FIND_DATAA entry) {
+    if (!host.searchesBreakOff)
+        return systems(findNext, "FindNextFileA")(search, entry);
+    SetLastError(ERROR_NETNAME_DELETED);
+    return FALSE;
+}
+
+} // namespace
+
+extern "C" {
+decltype(&GetFileAttributesA) __imp_GetFileAttributesA = attributes; // NOLINT(*-reserved-*)
+decltype(&FindNextFileA) __imp_FindNextFileA = findNext;             // NOLINT(*-reserved-*)
+}
+
+namespace {
+
+/// What getDirectoryFileList makes of a list, in a certain order, or its message.
+Texts listed(const std::string& directory) {
+    Texts list;
+    const std::string message = outcome([&] {
+        Kel_Util::getDirectoryFileList(directory, false, list);
+        return std::string();
+    });
+    if (!message.empty())
+        return {message};
+    std::sort(list.begin(), list.end());
+    return list;
+}
+
+Texts refused(const std::string& directory) {
+    return {"Could not open the directory: " + directory + "\n"};
+}
+
+/// A drive that is empty: under Wine it is made beforehand, elsewhere it is a directory.
+class EmptyDrive : public ::testing::Test {
+protected:
+    EmptyDrive() {
+        if (!isThere())
+            DefineDosDeviceA(0, "W:", target.path().c_str());
+    }
+    ~EmptyDrive() override {
+        SetEnvironmentVariableA("=W:", nullptr);
+        DefineDosDeviceA(DDD_REMOVE_DEFINITION, "W:", target.path().c_str());
+    }
+    static bool isThere() { return GetFileAttributesA("W:\\") != INVALID_FILE_ATTRIBUTES; }
+
+    const test_host::TemporaryDirectory target;
+};
+
+TEST_F(EmptyDrive, IsListedAndHasACurrentDirectoryOfItsOwn) {
+    ASSERT_EQ(GetFileAttributesA("V:\\"), INVALID_FILE_ATTRIBUTES);
+    for (const char* const missing : {"V:\\", "V:/", "V:", "W:\\missing", "W:missing"})
+        EXPECT_EQ(listed(missing), refused(missing));
+    EXPECT_EQ(Kel_Util::normalizePath("V:x/"), "V:\\x\\");
+    if (!isThere())
+        GTEST_SKIP() << "no drive W: here, and none can be defined";
+    for (const char* const root : {"W:\\", "W:/", "W:"})
+        EXPECT_EQ(listed(root), Texts()) << root;
+
+    std::filesystem::create_directory("W:\\sub");
+    test_host::writeFile("W:\\sub\\f.txt");
+    SetEnvironmentVariableA("=W:", "W:\\sub"); // as the C library's chdir does
+    EXPECT_TRUE(test_host::opens("W:f.txt"));
+    EXPECT_EQ(Kel_Util::normalizePath("W:f.txt"), "W:\\sub\\f.txt");
+    EXPECT_EQ(Kel_Util::normalizePath("w:../f/"), "W:\\f\\");
+    EXPECT_EQ(listed("W:"), Texts{"f.txt"});
+    std::filesystem::remove_all("W:\\sub");
+}
+
+/// A path that has no limit, for the system's wide functions.
+std::wstring unlimited(const std::string& path) {
+    const std::string text = "\\\\?\\" + path;
+    return {text.begin(), text.end()};
+}
+
+TEST(WindowsHost, LongDirectoryIsListedRightOrRefused) {
+    const test_host::TemporaryDirectory here;
+    const std::string parent = here / std::string(230 - here.path().size(), 'p');
+    std::filesystem::create_directory(parent);
+    const test_host::CurrentDirectory current(parent);
+    for (int length = 240; length <= 280; length += length > 255 && length < 262 ? 1 : 5) {
+        const std::string name(static_cast<std::size_t>(length) - parent.size() - 1, 'n');
+        const std::string path = below(parent, name);
+        const std::wstring inside = unlimited(below(path, "inside"));
+        ASSERT_TRUE(CreateDirectoryW(unlimited(path).c_str(), nullptr));
+        ASSERT_TRUE(CreateDirectoryW(inside.c_str(), nullptr));
+        for (const std::string& directory : {path, name}) {
+            const Texts found = listed(directory);
+            EXPECT_TRUE(found == Texts{"inside"} || found == refused(directory)) << length;
+        }
+        EXPECT_TRUE(RemoveDirectoryW(inside.c_str()));
+        EXPECT_TRUE(RemoveDirectoryW(unlimited(path).c_str()));
+    }
+}
+
+TEST(WindowsHost, LinkIsADirectoryWhereItsTargetIsOne) {
+    const test_host::TemporaryDirectory here;
+    std::filesystem::create_directory(here / "directory");
+    test_host::writeFile(here / "file");
+    host.links = {here / "directory", here / "file", here / "gone"};
+    EXPECT_EQ(Kel_Util::isDirectory(here / "directory"), 1);
+    EXPECT_EQ(Kel_Util::isDirectory(here / "file"), 0);
+    EXPECT_EQ(Kel_Util::isDirectory(here / "gone"), 0);
+    host = {};
+}
+
+TEST(WindowsHost, SearchThatBreaksOffIsRefused) {
+    const test_host::TemporaryDirectory here;
+    host.searchesBreakOff = true;
+    EXPECT_EQ(listed(here.path()), refused(here.path()));
+    host = {};
+}
+
+} // namespace
