@@ -19,7 +19,7 @@ struct Scan {
     KelRT::Kel_ByteBuffer bits;
 };
 
-enum class ByteOrder {
+enum class ByteOrder : std::uint8_t {
     BIG,   ///< the digits are those of one number
     LITTLE ///< the first two digits are the lowest byte
 };

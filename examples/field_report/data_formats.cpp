@@ -4,29 +4,43 @@
 #include "field_text.h"
 #include "formats.h"
 
-#include <cstring>
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace field_report {
 
 namespace {
 
+// The first bytes of the characters of one length, and the range of their second byte, which
+// excludes forms that are too long, surrogates, and what is above U+10FFFF.
+struct Lead {
+    unsigned first, last;
+    std::size_t length;
+    unsigned least, most;
+};
+constexpr Lead LEADS[] = {{0xC2, 0xDF, 2, 0x80, 0xBF}, {0xE0, 0xE0, 3, 0xA0, 0xBF},
+                          {0xE1, 0xEC, 3, 0x80, 0xBF}, {0xED, 0xED, 3, 0x80, 0x9F},
+                          {0xEE, 0xEF, 3, 0x80, 0xBF}, {0xF0, 0xF0, 4, 0x90, 0xBF},
+                          {0xF1, 0xF3, 4, 0x80, 0xBF}, {0xF4, 0xF4, 4, 0x80, 0x8F}};
+
 // The length of the character at the start of `text`, 0 if it is not well-formed UTF-8.
 std::size_t characterLength(std::string_view text) {
     const auto byte = [&](std::size_t at) {
         return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
     };
-    const unsigned lead = byte(0);
-    if (lead < 0x80)
+    if (byte(0) < 0x80)
         return 1;
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    // The second byte excludes forms that are too long, surrogates, and what is above U+10FFFF.
-    const unsigned least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    const unsigned most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-    bool good = lead >= 0xC2 && lead <= 0xF4 && byte(1) >= least && byte(1) <= most;
-    for (std::size_t at = 2; at < length; ++at)
-        good = good && (byte(at) & 0xC0) == 0x80;
-    return good ? length : 0;
+    const auto* const lead =
+        std::find_if(std::begin(LEADS), std::end(LEADS), [&](const Lead& each) {
+            return byte(0) >= each.first && byte(0) <= each.last;
+        });
+    if (lead == std::end(LEADS) || byte(1) < lead->least || byte(1) > lead->most)
+        return 0;
+    for (std::size_t at = 2; at < lead->length; ++at)
+        if ((byte(at) & 0xC0) != 0x80)
+            return 0;
+    return lead->length;
 }
 
 // Each byte that belongs to no character becomes U+FFFD.
@@ -63,8 +77,8 @@ private:
     }
 
     static void add(const Item& item, std::string& text) {
-        const Field& field = item.field;
-        addColumn(item.registerName, text);
+        const Field& field = *item.field;
+        addColumn(*item.registerName, text);
         text.append(std::to_string(item.scan)) += ',';
         addColumn(field.name, text);
         text.append(std::to_string(field.lowest)) += ',';
@@ -101,10 +115,10 @@ public:
 
 private:
     void add(const Item& item, std::string& text) {
-        const Field& field = item.field;
+        const Field& field = *item.field;
         text += isEmpty ? "[\n{\"register\":" : ",\n{\"register\":";
         isEmpty = false;
-        addString(utf8(item.registerName), text);
+        addString(utf8(*item.registerName), text);
         text.append(",\"scan\":").append(std::to_string(item.scan)).append(",\"field\":");
         addString(utf8(field.name), text);
         text.append(",\"lowest\":").append(std::to_string(field.lowest));

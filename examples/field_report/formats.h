@@ -15,9 +15,9 @@ namespace field_report {
 
 /// One field of one scan.
 struct Item {
-    const std::string& registerName;
+    const std::string* registerName;
     std::uint64_t scan; ///< its number among those of the register, from 1
-    const Field& field;
+    const Field* field;
     std::string raw;   ///< as rawText() gives it
     std::string value; ///< as valueText() gives it
 };

@@ -24,7 +24,7 @@ Field wholeOf(std::uint64_t width) {
 } // namespace
 
 Report::Report(const Settings& wanted, const FieldTable& fieldTable, Messages& told)
-    : settings(wanted), table(fieldTable), messages(told) {}
+    : settings(&wanted), table(&fieldTable), messages(&told) {}
 
 void Report::print(Lines& capture, Format& format, Output& output) {
     KelRT::MethodLogger trace;
@@ -37,12 +37,12 @@ void Report::print(Lines& capture, Format& format, Output& output) {
             if (more)
                 takeLine(line, format);
         } catch (const BadInput& fault) {
-            messages.tellFault(capture.place(), fault.what());
+            messages->tellFault(capture.place(), fault.what());
         }
         if (text.size() >= PIECE || capture.mayWait())
             flush(output);
         if (capture.bytesRead() >= due) {
-            messages.showProgress(capture.bytesRead(), capture.size());
+            messages->showProgress(capture.bytesRead(), capture.size());
             due = capture.bytesRead() + PIECE;
         }
     }
@@ -50,12 +50,12 @@ void Report::print(Lines& capture, Format& format, Output& output) {
     checkSelection();
     format.end(text);
     flush(output);
-    messages.hideProgress();
+    messages->hideProgress();
 }
 
 void Report::takeLine(const std::string& line, Format& format) {
     try {
-        readScan(line, settings.byteOrder, scan);
+        readScan(line, settings->byteOrder, scan);
     } catch (const BadInput&) {
         count(scan.name); // it is a scan all the same
         throw;
@@ -66,7 +66,7 @@ void Report::takeLine(const std::string& line, Format& format) {
     if (its.width != scan.width)
         throw BadInput("register '" + its.name + "' had " + std::to_string(its.width) +
                        " bits before");
-    if (its.isSelected && its.scans >= settings.firstScan && its.scans <= settings.lastScan)
+    if (its.isSelected && its.scans >= settings->firstScan && its.scans <= settings->lastScan)
         report(its, format);
 }
 
@@ -81,15 +81,15 @@ Report::Register& Report::count(const std::string& name) {
 void Report::begin(Register& its) {
     its.width = scan.width;
     its.isSelected = isSelected(its.name);
-    const auto known = table.find(its.name);
+    const auto known = table->find(its.name);
     const auto misfits = [&](const Field& field) {
         if (field.lowest + field.width <= its.width)
             return false;
-        messages.tellFault(field.place, "field '" + field.name + "' does not lie within the " +
-                                            std::to_string(its.width) + " bits of its register");
+        messages->tellFault(field.place, "field '" + field.name + "' does not lie within the " +
+                                             std::to_string(its.width) + " bits of its register");
         return true;
     };
-    if (known != table.end())
+    if (known != table->end())
         std::remove_copy_if(known->second.begin(), known->second.end(),
                             std::back_inserter(its.fields), misfits);
     if (its.fields.empty())
@@ -100,7 +100,7 @@ bool Report::isSelected(const std::string& name) const {
     const auto isIt = [&](const std::string& wanted) {
         return KelRT::Kel_Util::stricmp(wanted, name) == 0;
     };
-    const auto& names = settings.registers;
+    const auto& names = settings->registers;
     return names.empty() || std::any_of(names.begin(), names.end(), isIt);
 }
 
@@ -109,7 +109,7 @@ void Report::report(const Register& its, Format& format) {
     for (const Field& field : its.fields) {
         const std::string digits = digitsOf(scan.bits, field);
         items.push_back(
-            {its.name, its.scans, field, rawText(field, digits), valueText(field, digits)});
+            {&its.name, its.scans, &field, rawText(field, digits), valueText(field, digits)});
     }
     format.addScan(items, text);
     anyReported = true;
@@ -118,19 +118,19 @@ void Report::report(const Register& its, Format& format) {
 void Report::checkSelection() {
     const auto missing = [&](const std::string& what) {
         whole = false;
-        messages.tellFault("field_report", what + " is not in the capture");
+        messages->tellFault("field_report", what + " is not in the capture");
     };
-    for (const std::string& name : settings.registers)
+    for (const std::string& name : settings->registers)
         if (registers.count(name) == 0)
             missing("register '" + name + "'");
-    if (whole && !anyReported && settings.firstScan > 1)
-        missing("scan " + std::to_string(settings.firstScan));
+    if (whole && !anyReported && settings->firstScan > 1)
+        missing("scan " + std::to_string(settings->firstScan));
 }
 
 void Report::flush(Output& output) {
     if (text.empty())
         return;
-    messages.hideProgress();
+    messages->hideProgress();
     output.write(text);
     text.clear();
 }

@@ -46,9 +46,9 @@ private:
     void checkSelection();
     void flush(Output& output);
 
-    const Settings& settings;
-    const FieldTable& table;
-    Messages& messages;
+    const Settings* settings;
+    const FieldTable* table;
+    Messages* messages;
     std::map<std::string, Register, WithoutCase> registers;
     Scan scan;
     std::vector<Item> items;

@@ -15,7 +15,7 @@ namespace field_report {
 extern const char* const USAGE; ///< how the tool is called, a few lines
 extern const char* const HELP;  ///< the rest of what --help prints
 
-enum class Form { TEXT, CSV, JSON };
+enum class Form : std::uint8_t { TEXT, CSV, JSON };
 
 struct Settings {
     std::string capture;                ///< "-" is standard input

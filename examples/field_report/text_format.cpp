@@ -12,7 +12,15 @@ namespace field_report {
 
 namespace {
 
-enum Column { REGISTER, FIELD, BITS, RAW, VALUE, UNIT, COLUMNS }; // and the description, unpadded
+enum Column : std::uint8_t {
+    REGISTER,
+    FIELD,
+    BITS,
+    RAW,
+    VALUE,
+    UNIT,
+    COLUMNS
+}; // and the description, unpadded
 
 // Characters of UTF-8, as in µs.
 std::size_t lengthOf(std::string_view text) {
@@ -21,8 +29,8 @@ std::size_t lengthOf(std::string_view text) {
 }
 
 std::string labelOf(const Item& item) {
-    return item.scan == 1 ? item.registerName
-                          : item.registerName + " #" + std::to_string(item.scan);
+    return item.scan == 1 ? *item.registerName
+                          : *item.registerName + " #" + std::to_string(item.scan);
 }
 
 std::string bitsOf(const Field& field) {
@@ -37,7 +45,7 @@ struct Layout {
     std::size_t most;
 
     // Of `length` characters, as many stand in the first line; all other lines are full.
-    std::size_t firstLine(std::size_t length) const { return (length - 1) % most + 1; }
+    std::size_t firstLine(std::size_t length) const { return ((length - 1) % most) + 1; }
 };
 
 Layout layoutOf(const Field& field) {
@@ -79,7 +87,7 @@ std::size_t rawLength(const Field& field) {
 std::size_t rawWidth(const Field& field) {
     const Layout layout = layoutOf(field);
     const std::size_t digits = rawLength(field);
-    const std::size_t length = digits + (digits - 1) / layout.group;
+    const std::size_t length = digits + ((digits - 1) / layout.group);
     const std::size_t first = std::string_view(prefixOf(field)).size() + layout.firstLine(length);
     return length <= layout.most ? first : std::max(first, layout.most);
 }
@@ -94,7 +102,7 @@ std::size_t valueWidth(const Field& field) {
     const auto digit = [](unsigned value) { return std::string(1, "0123456789ABCDEF"[value]); };
     std::size_t width = 0;
     for (const std::string& digits :
-         {digit(0) + rest, digit(2 * top - 1) + ones, digit(top) + rest, digit(top - 1) + ones})
+         {digit(0) + rest, digit((2 * top) - 1) + ones, digit(top) + rest, digit(top - 1) + ones})
         width = std::max(width, valueText(field, digits).size());
     return width;
 }
@@ -114,8 +122,8 @@ public:
 
     void addScan(const std::vector<Item>& items, std::string& text) override {
         makeRoom(REGISTER, lengthOf(labelOf(items[0])));
-        if (items[0].field.place.empty()) // not from the table
-            makeRoom(items[0].field);
+        if (items[0].field->place.empty()) // not from the table
+            makeRoom(*items[0].field);
         addHeader(text);
         text += '\n';
         std::string label = labelOf(items[0]);
@@ -149,7 +157,7 @@ private:
     }
 
     void addField(const Item& item, const std::string& label, std::string& text) const {
-        const Field& field = item.field;
+        const Field& field = *item.field;
         const Layout layout = layoutOf(field);
         const std::string raw = grouped(printable(item.raw), layout.group);
         std::size_t end = layout.firstLine(raw.size());
