@@ -32,10 +32,19 @@ int main() {
     std::printf("%-16s %s degrees\n", "scaled back",
                 sample.toFloatString(0.0625, -40.0, 2).c_str());
 
+    // Scaled values are signed. One more bit makes room for an unsigned reading of 12 bits.
+    Kel_Number reading(13);
+    reading.set('x', "FFF");
+    std::printf("%-16s %s V\n", "full scale", reading.toFloatString(0.001, 0.0, 3).c_str());
+
     // Any width.
     Kel_Number wide(130);
     wide.set('d', "-1");
     std::printf("%-16s %s\n", "-1 in 130 bits", wide.toString('X').c_str());
-    std::printf("%-16s %s\n", "unsigned", wide.toString('u').c_str());
+
+    // A copy: assignment takes over the width, too.
+    Kel_Number copy(1);
+    copy = wide;
+    std::printf("%-16s %s\n", "unsigned", copy.toString('u').c_str());
 }
 //! [example]

@@ -30,8 +30,12 @@ namespace KelRT {
 /// | 'S', 's'           | 256  | characters: the code of each is one digit                  |
 /// | every other        | none | refused where there is a digit to read or to print         |
 ///
-/// **Ownership.** A number owns its words. It can be assigned but not copied into a new object,
-/// passed or returned by value: hold it where it lives and pass references.
+/// **Ownership.** A number owns its words. It is copied by assignment alone. The copy constructor
+/// is private, so a number is not passed or returned by value: pass references.
+/// \code
+/// Kel_Number copy(1); // any width: assignment takes over that of the other number
+/// copy = number;
+/// \endcode
 ///
 /// **Memory.** An operation that runs out of memory throws `std::bad_alloc` and leaves the number
 /// as it was.
@@ -164,7 +168,7 @@ private:
     KELRT_API static const std::uint32_t WORD_LENGTH = 16;  // bits in a word
     KELRT_API static const std::uint32_t WORD_BASE = 65536; // the radix of one word
 
-    Kel_Number(const Kel_Number& other);
+    Kel_Number(const Kel_Number& other); // to copy: Kel_Number copy(1); copy = other;
 
     void maskTopWord() noexcept;
     double toDouble() const noexcept; // the pattern, read as unsigned

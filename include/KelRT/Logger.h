@@ -52,6 +52,11 @@ class Logger {
     /// Declared only. Its argument fits a function of T exactly when T is passed as lists are.
     static void onlyForLists(void (*function)(std::va_list));
 
+    /// `void` for the host's `std::va_list`; any other type takes a template that names it out of
+    /// the overloads.
+    template <typename List>
+    using VoidIfVaList = decltype(onlyForLists(static_cast<void (*)(List)>(nullptr)));
+
 public:
     /// The process-wide instance, from the loading of the library to its unloading. Its destruction
     /// ends logging, so a client may log from the destructors of its own static objects.
@@ -153,8 +158,8 @@ public:
     /// \pre \a name is not null
     template <typename List>
     KELRT_FORMAT(3, 0)
-    auto logMethodEntry(const char* name, const char* format, List arguments) noexcept
-        -> decltype(onlyForLists(static_cast<void (*)(List)>(nullptr))) {
+    VoidIfVaList<List> logMethodEntry(const char* name, const char* format,
+                                      List arguments) noexcept {
         traceEntry(name, format, arguments);
     }
 
