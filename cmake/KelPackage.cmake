@@ -1,5 +1,5 @@
-# The packages that `./dev package` makes with CPack: for Debian libkelutilMAJOR,
-# libkelutil-dev and libkelutil-tools, for Windows one archive.
+# The packages that `./dev package` makes with CPack: for Debian libkelutilMAJOR, libkelutil-dev,
+# libkelutil-tools and libkelutil-doc, for Windows one archive.
 set(CPACK_PACKAGE_NAME libkelutil)
 set(CPACK_PACKAGE_VENDOR "libKelUtil")
 set(CPACK_PACKAGE_CONTACT "the libKelUtil maintainers <maintainers@kelutil.invalid>")
@@ -8,6 +8,9 @@ set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_CURRENT_SOURCE_DIR}/LICENSE)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_COMPONENTS_ALL runtime development tools)
+if(KELUTIL_BUILD_DOCS)
+  list(APPEND CPACK_COMPONENTS_ALL documentation)
+endif()
 # Settles what belongs to packages alone: licences, changelog, stripped runtime DLLs.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/KelPackageFiles.cmake)
 set(CPACK_KEL_SOURCE_DIR ${CMAKE_CURRENT_SOURCE_DIR})
@@ -43,5 +46,11 @@ else()
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_CURRENT_BINARY_DIR})
   set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
   set(CPACK_COMPONENT_TOOLS_DESCRIPTION "field_report, which prints captured registers field by field.")
+
+  set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME libkelutil-doc)
+  set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
+  set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+  set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_MULTIARCH foreign)
+  set(CPACK_COMPONENT_DOCUMENTATION_DESCRIPTION "Pages with examples, and the reference of every class, as HTML.")
 endif()
 include(CPack)

@@ -33,6 +33,9 @@ if(CPACK_GENERATOR STREQUAL DEB)
     execute_process(COMMAND gzip -9nf ${doc}/changelog ${doc}/changelog.Debian ${manuals}
       COMMAND_ERROR_IS_FATAL ANY)
   endforeach()
+  # Registers the pages with Debian's documentation systems.
+  configure_file(${CPACK_KEL_SOURCE_DIR}/cmake/doc-base
+    ${CPACK_TEMPORARY_DIRECTORY}/documentation/usr/share/doc-base/libkelutil-doc COPYONLY)
   return()
 endif()
 
