@@ -25,7 +25,7 @@ public:
 
     /// One operation on both.
     void step() {
-        static constexpr void (Program::*OPERATIONS[])() = {
+        static constexpr void (Program::* OPERATIONS[])() = {
             &Program::insert,   &Program::remove, &Program::moveStart, &Program::shift,
             &Program::shift,    &Program::field,  &Program::field,     &Program::reorder,
             &Program::hexText,  &Program::cutHex, &Program::readHex,   &Program::readMirrored,
