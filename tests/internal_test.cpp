@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "common/digits.h"
-#include "common/vectors.h"
+#include "common/double_word.h"
+#include "common/hex.h"
 #include "dice.h"
 #include "frame/version_texts.h"
 #include "numbers/number_format.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -63,8 +66,8 @@ TEST(Vectors, SixteenDigitsAreOneNumber) {
         for (unsigned i = 0; i < VECTOR_BYTES; ++i)
             text[i] =
                 static_cast<unsigned char>("0123456789abcdefABCDEF"[(number >> (60 - 4 * i)) % 16]);
-        Vector valid = ~Vector{};
-        EXPECT_EQ(numberOfDigits(hexDigitValues(loadVector(text), valid)), number);
+        Vector valid = broadcast(0xFF);
+        EXPECT_EQ(wordOfNibbles(hexDigitValues(loadVector(text), valid)), number);
         EXPECT_TRUE(allSet(valid));
     }
 }
@@ -84,6 +87,96 @@ TEST(Vectors, MembersOfATextByBit) {
         const auto vector = KelRT::common::loadVector(text);
         EXPECT_EQ(KelRT::common::topBits(KelRT::common::equal(vector, static_cast<char>(wanted))),
                   expected);
+    }
+}
+
+TEST(Vectors, ComparisonsMarkEachByteAlone) {
+    using namespace KelRT::common;
+    constexpr unsigned char MARK = 0xFF;
+    const auto check = [](Vector found, const unsigned char(&expected)[VECTOR_BYTES]) {
+        unsigned char bytes[VECTOR_BYTES];
+        storeVector(bytes, found);
+        EXPECT_TRUE(std::equal(bytes, bytes + VECTOR_BYTES, expected));
+    };
+    for (unsigned code = 0; code < 256; ++code) {
+        SCOPED_TRACE(code);
+        // The code beside both extremes, so that a carry out of a byte shows in the next.
+        unsigned char text[VECTOR_BYTES];
+        unsigned char isDigit[VECTOR_BYTES] = {};
+        unsigned char isAbove9[VECTOR_BYTES] = {};
+        unsigned char small[VECTOR_BYTES];
+        for (unsigned i = 0; i < VECTOR_BYTES; ++i) {
+            text[i] = i % 3 == 0 ? static_cast<unsigned char>(code) : i % 3 == 1 ? 0xFF : 0;
+            small[i] = text[i] & 0x7F;
+            isDigit[i] = text[i] >= '0' && text[i] <= '9' ? MARK : 0;
+            isAbove9[i] = small[i] > 9 ? MARK : 0;
+        }
+        check(between(loadVector(text), '0', '9'), isDigit);
+        check(above(loadVector(small), 9), isAbove9);
+    }
+}
+
+// A double word as its two words, the high one first.
+using Words = std::pair<std::uint64_t, std::uint64_t>;
+
+Words wordsOf(KelRT::common::DoubleWord value) {
+    return {static_cast<std::uint64_t>(value >> 64), static_cast<std::uint64_t>(value)};
+}
+
+TEST(DoubleWords, ProductsOfWords) {
+    using KelRT::common::DoubleWord;
+    constexpr std::uint64_t TOP = ~std::uint64_t{0};
+    constexpr std::uint64_t HALF = 0xFFFFFFFF;
+    struct {
+        std::uint64_t a, b;
+        Words product;
+    } const cases[] = {
+        {0, TOP, {0, 0}},
+        {1, TOP, {0, TOP}},
+        {TOP, TOP, {TOP - 1, 1}},
+        {HALF, HALF, {0, 0xFFFFFFFE00000001}},
+        {TOP, HALF, {HALF - 1, 0xFFFFFFFF00000001}},
+        {HALF + 1, HALF + 1, {1, 0}},
+        {0x0123456789ABCDEF, 0xFEDCBA9876543210, {0x0121FA00AD77D742, 0x2236D88FE5618CF0}}};
+    for (const auto& [a, b, product] : cases) {
+        EXPECT_EQ(wordsOf(DoubleWord{a} * b), product) << a << ' ' << b;
+        EXPECT_EQ(wordsOf(DoubleWord{b} * a), product) << b << ' ' << a;
+    }
+}
+
+TEST(DoubleWords, CarriesAndBorrowsPassBetweenTheWords) {
+    using KelRT::common::DoubleWord;
+    constexpr std::uint64_t TOP = ~std::uint64_t{0};
+    constexpr DoubleWord weight = DoubleWord{1} << 64;
+    EXPECT_EQ(wordsOf(DoubleWord{TOP} + 1), Words(1, 0));
+    EXPECT_EQ(wordsOf(weight - 1), Words(0, TOP));
+    EXPECT_EQ(wordsOf(~DoubleWord{0} + 1), Words(0, 0));
+    EXPECT_EQ(wordsOf((weight + 3) * (weight + 5)), Words(8, 15));
+    EXPECT_TRUE(weight > DoubleWord{TOP} && weight != DoubleWord{0});
+}
+
+TEST(DoubleWords, ShiftsOfEveryCount) {
+    using KelRT::common::DoubleWord;
+    for (unsigned count = 0; count < 128; ++count) {
+        const DoubleWord bit = DoubleWord{1} << count;
+        EXPECT_EQ(wordsOf(bit), count < 64 ? Words(0, std::uint64_t{1} << count)
+                                           : Words(std::uint64_t{1} << (count - 64), 0));
+        EXPECT_EQ(wordsOf(bit >> count), Words(0, 1));
+        EXPECT_EQ(wordsOf(~DoubleWord{0} >> count),
+                  wordsOf((DoubleWord{1} << (127 - count)) * 2 - 1));
+    }
+}
+
+TEST(DoubleWords, QuotientsAndTheirRemaindersMakeTheDividend) {
+    using KelRT::common::DoubleWord;
+    SCOPED_TRACE(test::SEED);
+    for (int round = 0; round < 1000; ++round) {
+        const DoubleWord dividend = (DoubleWord{test::randomValue()} << 64) + test::randomValue();
+        const DoubleWord divisor =
+            (DoubleWord{test::randomValue()} >> static_cast<unsigned>(test::below(64))) + 1;
+        const DoubleWord quotient = dividend / divisor;
+        const DoubleWord rest = dividend - quotient * divisor;
+        EXPECT_TRUE(rest < divisor);
     }
 }
 

@@ -394,10 +394,11 @@ private:
     /// Host order to little-endian, and back.
     static std::uint64_t littleEndian(std::uint64_t word) noexcept {
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-        return __builtin_bswap64(word);
-#else
-        return word;
+        word = (word >> 8 & 0x00FF00FF00FF00FF) | (word & 0x00FF00FF00FF00FF) << 8;
+        word = (word >> 16 & 0x0000FFFF0000FFFF) | (word & 0x0000FFFF0000FFFF) << 16;
+        word = word >> 32 | word << 32;
 #endif
+        return word;
     }
     /// The word in \a p[0..7].
     static std::uint64_t wordAt(const unsigned char* p) noexcept {

@@ -5,8 +5,8 @@
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include "common/digits.h"
+#include "common/hex.h"
 #include "common/memory.h"
-#include "common/vectors.h"
 #include "common/words.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ constexpr std::uint64_t HALF_BYTES = 4; // half a word of bytes makes a word of 
 
 /// Writes the eight bytes at \a bytes as sixteen digits, the last byte's first.
 void encodeWord(const unsigned char* bytes, unsigned char* out) {
-    storeVector(out, hexCharacters(mostSignificantFirst(loadWord(bytes)), 'A'));
+    storeVector(out, hexCharacters(nibblesOf(loadWord(bytes)), 'A'));
 }
 
 /// Writes the \a count bytes at \a bytes as 2 * count digits, the last byte's first.
@@ -41,7 +41,7 @@ void encode(const unsigned char* bytes, std::uint64_t count, unsigned char* out)
         return;
     const std::uint64_t rest = loadBytes(bytes, count) << (8 * (WORD_BYTES - count));
     unsigned char digits[2 * WORD_BYTES];
-    storeVector(digits, hexCharacters(mostSignificantFirst(rest), 'A'));
+    storeVector(digits, hexCharacters(nibblesOf(rest), 'A'));
     std::memcpy(out, digits, static_cast<std::size_t>(2 * count));
 }
 
@@ -63,12 +63,12 @@ void decodeSlowCase(const unsigned char* text, std::uint64_t count, unsigned cha
 
 /// As decodeSlowCase(), sixteen digits at a time. A text with other characters is read again.
 void decode(const unsigned char* text, std::uint64_t count, unsigned char* out) {
-    Vector valid = ~Vector{};
+    Vector valid = broadcast(0xFF);
     std::uint64_t left = count;
     unsigned char* to = out;
     for (; left >= VECTOR_BYTES; left -= VECTOR_BYTES, to += WORD_BYTES) {
         const Vector characters = loadVector(text + left - VECTOR_BYTES);
-        storeWord(to, numberOfDigits(hexDigitValues(characters, valid)));
+        storeWord(to, wordOfNibbles(hexDigitValues(characters, valid)));
     }
     if (allSet(valid))
         decodeSlowCase(text, left, to);

@@ -59,7 +59,7 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     // The last vector may overlap the one before it, so it is made from what stands there now.
     unsigned char* const end = bytes + count - VECTOR_BYTES;
     const WordVector last = loadWords(end);
-    const WordVector top = shifted(last, __builtin_shufflevector(last, WordVector{}, 1, 2));
+    const WordVector top = shifted(last, middleWords(last, WordVector{}));
     // Steps that do not depend on each other: the words behind are loaded once more, and all loads
     // stand before the stores, since a processor may guess that they need one of these.
     constexpr std::ptrdiff_t STEP = 4 * VECTOR_BYTES;
@@ -78,11 +78,11 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     WordVector words = loadWords(bytes);
     for (; end - bytes >= VECTOR; bytes += VECTOR) {
         const WordVector next = loadWords(bytes + VECTOR);
-        storeWords(bytes, shifted(words, __builtin_shufflevector(words, next, 1, 2)));
+        storeWords(bytes, shifted(words, middleWords(words, next)));
         words = next;
     }
     if (bytes < end)
-        storeWords(bytes, shifted(words, WordVector{words[1], bytes[VECTOR]}));
+        storeWords(bytes, shifted(words, middleWords(words, WordVector{bytes[VECTOR], 0})));
     storeWords(end, top);
 }
 

@@ -6,7 +6,7 @@
 #pragma once
 
 #include "common/digits.h"
-#include "common/vectors.h"
+#include "common/hex.h"
 
 #include <cstdint>
 
@@ -65,16 +65,15 @@ inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
 /// Writes the low \a count hexadecimal digits (1 to 16) of \a value right before \a end.
 /// \param lettersFrom 'A' for upper case, 'a' for lower case
 inline void writeHex(char* end, std::uint64_t value, unsigned count, char lettersFrom) {
-    const Vector digits = hexCharacters(mostSignificantFirst(value), lettersFrom);
+    const Vector digits = hexCharacters(nibblesOf(value), lettersFrom);
     if (count == VECTOR_BYTES) {
         storeVector(reinterpret_cast<unsigned char*>(end - VECTOR_BYTES), digits);
         return;
     }
-    const auto halves = reinterpret_cast<WordVector>(digits);
     const unsigned low = count < 8 ? count : 8;
-    storeLastCharacters(end - low, littleEndian(halves[1]), low);
+    storeLastCharacters(end - low, secondWord(digits), low);
     if (count > low)
-        storeLastCharacters(end - count, littleEndian(halves[0]), count - low);
+        storeLastCharacters(end - count, firstWord(digits), count - low);
 }
 
 /// Writes the low \a count bytes (0 to 8) of \a value as characters of these codes right before

@@ -14,13 +14,16 @@ namespace KelRT::common {
 constexpr std::uint64_t WORD_BITS = 64;
 constexpr std::uint64_t WORD_BYTES = 8;
 
-/// The bytes of \a word in the opposite order.
+/// The bytes of \a word in the opposite order. Compilers make one instruction of it.
 constexpr std::uint64_t swapBytes(std::uint64_t word) {
-    return __builtin_bswap64(word);
+    word = (word >> 8 & 0x00FF00FF00FF00FF) | (word & 0x00FF00FF00FF00FF) << 8;
+    word = (word >> 16 & 0x0000FFFF0000FFFF) | (word & 0x0000FFFF0000FFFF) << 16;
+    return word >> 32 | word << 32;
 }
 
 constexpr std::uint32_t swapBytes(std::uint32_t half) {
-    return __builtin_bswap32(half);
+    half = (half >> 8 & 0x00FF00FF) | (half & 0x00FF00FF) << 8;
+    return half >> 16 | half << 16;
 }
 
 /// Host order to little-endian, and back.

@@ -4,13 +4,15 @@
 // them into limbs, since a step on a limb costs what a step on a word costs.
 #pragma once
 
+#include "common/double_word.h"
+
 #include <cstddef>
 #include <cstdint>
 
 namespace KelRT::numbers {
 
 using Limb = std::uint64_t;
-__extension__ using DoubleLimb = unsigned __int128;
+using DoubleLimb = common::DoubleWord;
 
 constexpr std::size_t WORDS_PER_LIMB = 4;
 constexpr unsigned LIMB_BITS = 64;

@@ -6,7 +6,7 @@
 #include "KelRT/Kel_Number.h"
 
 #include "common/digits.h"
-#include "common/vectors.h"
+#include "common/hex.h"
 #include "numbers/decimal/parse.h"
 #include "numbers/limb.h"
 #include "numbers/radix.h"
@@ -72,10 +72,10 @@ bool readOneByOne(const char* text, unsigned count, WordSink& sink, bool& negati
 
 // The number of sixteen hexadecimal digits. False for any other character.
 bool readSixteenDigits(const char* text, Limb& number) {
-    common::Vector valid = ~common::Vector{};
+    common::Vector valid = common::broadcast(0xFF);
     const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
     const common::Vector characters = common::loadVector(bytes);
-    number = common::numberOfDigits(common::hexDigitValues(characters, valid));
+    number = common::wordOfNibbles(common::hexDigitValues(characters, valid));
     return common::allSet(valid);
 }
 

@@ -20,7 +20,7 @@ using common::WORD_BITS;
 constexpr char COMMA[] = ",";
 constexpr char BLANKS[] = "\n\t \v\r\b\f";
 
-/// Which of 64 \a characters belong to \a set, a bit each.
+// Bit i is set where character i of the 64 is in `set`.
 std::uint64_t membersOf(const char* set, const char* characters) {
     // Four variables: an array would pass through memory.
     const auto* const from = reinterpret_cast<const unsigned char*>(characters);
@@ -33,10 +33,10 @@ std::uint64_t membersOf(const char* set, const char* characters) {
     common::Vector inC{};
     common::Vector inD{};
     for (; *set != '\0'; ++set) {
-        inA |= common::equal(a, *set);
-        inB |= common::equal(b, *set);
-        inC |= common::equal(c, *set);
-        inD |= common::equal(d, *set);
+        inA = inA | common::equal(a, *set);
+        inB = inB | common::equal(b, *set);
+        inC = inC | common::equal(c, *set);
+        inD = inD | common::equal(d, *set);
     }
     return common::topBits(inA) | common::topBits(inB) << 16 | common::topBits(inC) << 32 |
            common::topBits(inD) << 48;
@@ -80,9 +80,9 @@ Kel_StrTok::Kel_StrTok(const char* text, const char* newDelimiters, bool newHand
 
 Kel_StrTok::~Kel_StrTok() = default;
 
-/// Finds the delimiters of a block. Out of line, so that what is done for every token stays small
-/// and is inlined instead.
-[[gnu::noinline]] void Kel_StrTok::examine(std::uint64_t newBlock) noexcept {
+// Finds the delimiters of a block. Large enough to stay out of line, so what is done for every
+// token is inlined instead.
+void Kel_StrTok::examine(std::uint64_t newBlock) noexcept {
     block = newBlock;
     blockDelimiters = membersOf(delimiters, buffer.get() + block * WORD_BITS);
 }
@@ -90,7 +90,7 @@ Kel_StrTok::~Kel_StrTok() = default;
 /// The delimiters from character \a from (below the length) to the end of its block, \a from at
 /// bit 0.
 std::uint64_t Kel_StrTok::delimitersFrom(std::uint64_t from) noexcept {
-    if (from / WORD_BITS != block)
+    if (from / WORD_BITS != block) [[unlikely]]
         examine(from / WORD_BITS);
     return blockDelimiters >> from % WORD_BITS;
 }
@@ -100,7 +100,7 @@ std::uint64_t Kel_StrTok::findDelimiter(std::uint64_t from) noexcept {
     if (from >= length)
         return length;
     std::uint64_t found = delimitersFrom(from);
-    while (found == 0) {
+    while (found == 0) [[unlikely]] {
         // The next block follows from the last one and not from the token, so that the processor
         // can examine it while it still looks for the end of the token in front.
         from = (block + 1) * WORD_BITS;
@@ -127,7 +127,8 @@ std::uint64_t Kel_StrTok::skipDelimiters(std::uint64_t from) noexcept {
 /// The index of the first double quote at or behind \a from, or the length.
 std::uint64_t Kel_StrTok::findQuote(std::uint64_t from) const noexcept {
     const char* const text = buffer.get();
-    const void* const quote = std::memchr(text + from, '"', static_cast<std::size_t>(length - from));
+    const void* const quote =
+        std::memchr(text + from, '"', static_cast<std::size_t>(length - from));
     return quote == nullptr ? length
                             : static_cast<std::uint64_t>(static_cast<const char*>(quote) - text);
 }

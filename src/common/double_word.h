@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+//
+// DoubleWord, an unsigned integer of 128 bits, for the products of two 64-bit words: the compiler's
+// own where there is one, otherwise a class of two words with the operators that are used here.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <type_traits>
+
+#if defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
+
+namespace KelRT::common {
+
+__extension__ using DoubleWord = unsigned __int128;
+
+} // namespace KelRT::common
+
+#else
+
+#if defined(_M_X64) && !defined(KELRT_NO_EXTENSIONS)
+#include <intrin.h>
+#endif
+
+namespace KelRT::common {
+
+class DoubleWord {
+public:
+    constexpr DoubleWord() = default;
+    constexpr DoubleWord(std::uint64_t value) : low(value) {} // implicit, as between integers
+    constexpr DoubleWord(std::uint64_t newHigh, std::uint64_t newLow)
+        : high(newHigh), low(newLow) {}
+
+    // Any integer type: the value modulo 2^64 is converted.
+    template <class Integer, class = std::enable_if_t<std::is_integral_v<Integer>>>
+    constexpr explicit operator Integer() const {
+        return static_cast<Integer>(low);
+    }
+
+    friend constexpr bool operator==(DoubleWord, DoubleWord) = default;
+    friend constexpr auto operator<=>(DoubleWord, DoubleWord) = default; // `high` is compared first
+
+    friend constexpr DoubleWord operator~(DoubleWord a) { return {~a.high, ~a.low}; }
+
+    friend constexpr DoubleWord operator+(DoubleWord a, DoubleWord b) {
+        const std::uint64_t low = a.low + b.low;
+        return {a.high + b.high + (low < b.low ? 1 : 0), low};
+    }
+
+    friend constexpr DoubleWord operator-(DoubleWord a, DoubleWord b) {
+        return {a.high - b.high - (a.low < b.low ? 1 : 0), a.low - b.low};
+    }
+
+    // The product modulo 2^128.
+    friend constexpr DoubleWord operator*(DoubleWord a, DoubleWord b) {
+        const DoubleWord product = productOf(a.low, b.low);
+        return {product.high + a.high * b.low + a.low * b.high, product.low};
+    }
+
+    // Bit by bit: for constants. The divisor is at most 2^127.
+    friend constexpr DoubleWord operator/(DoubleWord dividend, DoubleWord divisor) {
+        DoubleWord quotient;
+        DoubleWord remainder;
+        for (unsigned bit = 128; bit-- > 0;) {
+            quotient = quotient << 1;
+            remainder = (remainder << 1) + ((dividend >> bit).low & 1);
+            if (remainder >= divisor) {
+                quotient = quotient + 1;
+                remainder = remainder - divisor;
+            }
+        }
+        return quotient;
+    }
+
+    // Shifts take counts of 0 to 127.
+    friend constexpr DoubleWord operator<<(DoubleWord a, unsigned count) {
+        if (count >= 64)
+            return {a.low << (count - 64), 0};
+        // Shifting in two steps keeps a shift of 0 defined.
+        return {a.high << count | a.low >> 1 >> (63 - count), a.low << count};
+    }
+
+    friend constexpr DoubleWord operator>>(DoubleWord a, unsigned count) {
+        if (count >= 64)
+            return {0, a.high >> (count - 64)};
+        return {a.high >> count, a.low >> count | a.high << 1 << (63 - count)};
+    }
+
+    constexpr DoubleWord& operator+=(DoubleWord other) { return *this = *this + other; }
+    constexpr DoubleWord& operator>>=(unsigned count) { return *this = *this >> count; }
+
+private:
+    static constexpr DoubleWord productOf(std::uint64_t a, std::uint64_t b) {
+#if defined(_M_X64) && !defined(KELRT_NO_EXTENSIONS)
+        if (!std::is_constant_evaluated()) {
+            std::uint64_t high = 0;
+            const std::uint64_t low = _umul128(a, b, &high);
+            return {high, low};
+        }
+#endif
+        return productOfHalves(a, b);
+    }
+
+    // Four products of 32-bit halves. No sum exceeds 64 bits: (2^32 - 1)^2 + 2 (2^32 - 1) is
+    // 2^64 - 1.
+    static constexpr DoubleWord productOfHalves(std::uint64_t a, std::uint64_t b) {
+        constexpr std::uint64_t HALF = 0xFFFFFFFF;
+        const std::uint64_t lowest = (a & HALF) * (b & HALF);
+        const std::uint64_t middle = (a >> 32) * (b & HALF) + (lowest >> 32);
+        const std::uint64_t other = (a & HALF) * (b >> 32) + (middle & HALF);
+        return {(a >> 32) * (b >> 32) + (middle >> 32) + (other >> 32),
+                other << 32 | (lowest & HALF)};
+    }
+
+    std::uint64_t high = 0;
+    std::uint64_t low = 0;
+};
+
+} // namespace KelRT::common
+
+#endif
