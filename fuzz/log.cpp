@@ -50,7 +50,7 @@ public:
             return expected.exit(returned);
         case 5:
             logger.logMethodExit(text.c_str());
-            return expected.exit(text.empty() ? "" : " -- returning " + text);
+            return expected.exit(text.empty() ? "" : " -- returning ", text);
         case 6:
             logger.logMethodExit(text.c_str(), number);
             return expected.exitByName(text, returned);

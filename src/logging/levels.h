@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 namespace KelRT::logging {
 
@@ -12,5 +13,10 @@ constexpr int TRACE_LEVEL = 4;       ///< method entries and exits
 
 /// The most characters that one record may have.
 constexpr std::size_t RECORD_SIZE = 2047;
+
+/// How many characters a record has room for beside \a others. (An int, as `%.*s` takes it.)
+constexpr int roomBeside(std::string_view others) {
+    return static_cast<int>(RECORD_SIZE - others.size());
+}
 
 } // namespace KelRT::logging

@@ -126,7 +126,8 @@ void Logger::readOutput() noexcept {
             return;
         stream = openStream(name);
         countWrittenLevels();
-        logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFILE=%s\n", name.c_str());
+        logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFILE=%.*s\n",
+                        logging::roomBeside("ENVIRONMENT::TOR_KEL_LOGFILE=\n"), name.c_str());
     } catch (...) { // out of memory: logging stays off
         return;
     }

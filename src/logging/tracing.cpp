@@ -5,10 +5,16 @@
 #include "logging/levels.h"
 
 #include <cassert>
+#include <cstdio>
+#include <string_view>
 
 namespace KelRT {
 
+using logging::roomBeside;
 using logging::TRACE_LEVEL;
+
+// What a line with a result has room for. A result that is a text is cut before the name.
+constexpr int ROOM_BESIDE_RESULT = roomBeside("EXITING  -- returning \n");
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
 void Logger::logMethodEntry(const char* name, const char* format, ...) noexcept {
@@ -29,7 +35,7 @@ void Logger::traceEntry(const char* name, const char* format, std::va_list argum
     assert(name != nullptr && "name is not null");
     if (!shouldPrintLog(TRACE_LEVEL))
         return;
-    printLog(TRACE_LEVEL, "ENTERING %s ", name);
+    printLog(TRACE_LEVEL, "ENTERING %.*s ", roomBeside("ENTERING  "), name);
     if (format != nullptr)
         vprintLog(TRACE_LEVEL, format, arguments);
     printLog(TRACE_LEVEL, "\n");
@@ -40,14 +46,14 @@ void Logger::traceEntry(const char* name, const char* format, std::va_list argum
 void Logger::logMethodExit() noexcept {
     if (!beginExit())
         return;
-    printLog(TRACE_LEVEL, "EXITING %s\n", methodStack.top());
+    printLog(TRACE_LEVEL, "EXITING %.*s\n", roomBeside("EXITING \n"), methodStack.top());
     methodStack.pop();
 }
 
 void Logger::logMethodExit(int value) noexcept {
     if (!beginExit())
         return;
-    printLog(TRACE_LEVEL, "EXITING %s -- returning %d\n", methodStack.top(), value);
+    writeResult(methodStack.top(), value);
     methodStack.pop();
 }
 
@@ -56,7 +62,10 @@ void Logger::logMethodExit(const char* text) noexcept {
         return logMethodExit();
     if (!beginExit())
         return;
-    printLog(TRACE_LEVEL, "EXITING %s -- returning %s\n", methodStack.top(), text);
+    const std::string_view name = std::string_view(methodStack.top()).substr(0, ROOM_BESIDE_RESULT);
+    const auto nameLength = static_cast<int>(name.size());
+    printLog(TRACE_LEVEL, "EXITING %.*s -- returning %.*s\n", nameLength, name.data(),
+             ROOM_BESIDE_RESULT - nameLength, text);
     methodStack.pop();
 }
 
@@ -65,7 +74,7 @@ void Logger::logMethodExit(const char* name, int value) noexcept {
     if (!shouldPrintLog(TRACE_LEVEL))
         return;
     --nestingDepth;
-    printLog(TRACE_LEVEL, "EXITING %s -- returning %d\n", name, value);
+    writeResult(name, value);
 }
 
 // True, with the indentation of the exit line set, when there is an entry to close.
@@ -74,6 +83,12 @@ bool Logger::beginExit() noexcept {
         return false;
     --nestingDepth;
     return true;
+}
+
+void Logger::writeResult(const char* name, int value) noexcept {
+    const int digits = std::snprintf(nullptr, 0, "%d", value);
+    printLog(TRACE_LEVEL, "EXITING %.*s -- returning %d\n", ROOM_BESIDE_RESULT - digits, name,
+             value);
 }
 
 void Logger::popAllMethods() noexcept {

@@ -34,7 +34,7 @@ struct Log {
             atLineStart = text.back() == '\n';
     }
     void entry(const std::string& name, const std::string& arguments) {
-        record(4, "ENTERING " + name + " ");
+        record(4, "ENTERING " + name.substr(0, 2037) + " ");
         if (!arguments.empty())
             record(4, arguments);
         record(4, "\n");
@@ -42,15 +42,18 @@ struct Log {
             names.push_back(name);
         depth += level >= 4 ? 1 : 0;
     }
-    void exit(const std::string& result) {
+    /// Where a line is too long, \a value is cut, then the name; \a result never is.
+    void exit(const std::string& result, const std::string& value = "") {
         if (level < 4 || names.empty())
             return;
-        exitByName(names.back(), result);
+        exitByName(names.back(), result, value);
         names.pop_back();
     }
-    void exitByName(const std::string& name, const std::string& result) {
+    void exitByName(std::string name, const std::string& result, std::string value = "") {
         depth -= level >= 4 ? 1 : 0;
-        record(4, "EXITING " + name + result + "\n");
+        while (("EXITING " + name + result + value + "\n").size() > 2047)
+            (value.empty() ? name : value).pop_back();
+        record(4, "EXITING " + name + result + value + "\n");
     }
     /// \a title is the text that it shows; an empty one writes no record.
     void dump(const std::string& title, const std::vector<unsigned char>& buffer,
