@@ -5,6 +5,7 @@
 // in logging_process/, a current directory that is lost in files_test.cpp.
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
+#include "KelRT/MethodLogger.h"
 
 #include "failing_new.h"
 #include "outcome.h"
@@ -12,11 +13,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
+#include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -27,6 +33,12 @@ using test::outcome;
 namespace {
 
 Logger& logger = Logger::logger;
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool SANITIZED = true;
+#else
+constexpr bool SANITIZED = false;
+#endif
 
 void logALot() {
     static const unsigned char bytes[3000] = {};
@@ -72,6 +84,123 @@ TEST(HostFaults, PipeWhoseReaderIsGone) {
     EXPECT_TRUE(logger.shouldPrintLog(4));
     logger.endLogging();
     EXPECT_FALSE(logger.shouldPrintLog(0));
+}
+
+// A thread with a cancellation pending, which takes effect at the first call that the host lets be
+// cancelled, makes the call and writes down whether it returned.
+struct CancelledCall {
+    std::function<void()> call;
+    bool returned = false;
+
+    bool isCancelledAfterwards() {
+        pthread_t thread{};
+        const auto run = [](void* self) -> void* {
+            auto& cancelled = *static_cast<CancelledCall*>(self);
+            pthread_cancel(pthread_self());
+            cancelled.call();
+            cancelled.returned = true;
+            pthread_testcancel();
+            return nullptr;
+        };
+        void* result = nullptr;
+        EXPECT_EQ(pthread_create(&thread, nullptr, run, this), 0);
+        EXPECT_EQ(pthread_join(thread, &result), 0);
+        return returned && result == PTHREAD_CANCELED;
+    }
+};
+
+TEST(HostFaults, CancelledThreadsFinishTheirLogCalls) {
+    const test_host::TemporaryDirectory directory;
+    const std::string file = directory / "trace.log";
+    const unsigned char bytes[12000] = {};
+    auto copy = std::make_unique<Logger>();
+    const std::function<void()> calls[] = {
+        [&] { startLogging(file); },
+        [] { logger.printLog(1, "open line"); },
+        [] { logger.flush(); },
+        [] { logger.printLog(1, nullptr); },
+        [] { logger.printLog(1, "\nrecord %2000d\n", 1); },
+        [&] { logger.dumpBuffer(1, "title", bytes, 96000); },
+        [] { logger.logMethodEntry("f", "%d", 1); },
+        [] { KelRT::MethodLogger().setMethodName("g"); },
+        [] { logger.logMethodExit("result"); },
+        [&] { *copy = logger; },
+        [] { logger.endLogging(); },
+        [&] { *copy = Logger(); }, // closes the file
+        [&] { copy.reset(); },
+    };
+    for (const auto& call : calls)
+        EXPECT_TRUE(CancelledCall{call}.isCancelledAfterwards()) << &call - calls;
+    const std::string text = test_host::readWholeFile(file);
+    for (const char* const piece :
+         {"ENVIRONMENT::TOR_KEL_LOGFILE=", "\nopen line\nrecord ", "1\ntitle\n(MSB<-LSB)",
+          "00002710h: ",
+          "is LSB.)\nENTERING f 1\n  ENTERING g \n  EXITING g\nEXITING f -- returning result\n"
+          "----- Logging Ended - "})
+        EXPECT_NE(text.find(piece), std::string::npos) << piece;
+}
+
+// The most bytes of its stack that a thread uses for `call`.
+std::size_t stackOf(const std::function<void()>& call) {
+    constexpr unsigned char PAINT = 0xA5;
+    static std::array<unsigned char, 1 << 18> stack;
+    static const unsigned char* top = nullptr;
+    stack.fill(PAINT);
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    EXPECT_EQ(pthread_attr_setstack(&attributes, stack.data(), stack.size()), 0);
+    pthread_t thread{};
+    const auto run = [](void* made) -> void* {
+        const unsigned char mark = 0;
+        top = &mark;
+        (*static_cast<const std::function<void()>*>(made))();
+        return nullptr;
+    };
+    auto made = call;
+    EXPECT_EQ(pthread_create(&thread, &attributes, run, &made), 0);
+    EXPECT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+    const auto* const deepest =
+        std::find_if(stack.begin(), stack.end(), [](unsigned char byte) { return byte != PAINT; });
+    return static_cast<std::size_t>(top - deepest);
+}
+
+TEST(HostFaults, LogCallsTakeLessThan8KilobytesOfStack) {
+    if (SANITIZED)
+        GTEST_SKIP() << "the checks of a sanitizer take stack of their own";
+    const test_host::TemporaryDirectory directory;
+    const std::string file = directory / "trace.log";
+    const std::string format = "%2$*1$d %4$.*3$f %5$s\n";
+    const std::string longText(4000, 'l');
+    const unsigned char bytes[12000] = {};
+    const std::pair<const char*, std::function<void()>> calls[] = {
+        {"start", [&] { startLogging(file); }},
+        {"record", [&] { logger.printLog(1, "%d %f %s\n", 7, 1e300, longText.c_str()); }},
+        {"numbered", [&] { logger.printLog(1, format.c_str(), 8, 1, 3, 0.5, "text"); }},
+        {"one byte", [&] { logger.dumpBuffer(1, bytes, 8); }},
+        {"dump", [&] { logger.dumpBuffer(1, longText.c_str(), bytes, 96000); }},
+        {"entry", [&] { logger.logMethodEntry(longText.c_str(), "%s", longText.c_str()); }},
+        {"exit", [&] { logger.logMethodExit(longText.c_str()); }},
+        {"tracer", [&] { KelRT::MethodLogger().setMethodName(longText); }},
+        {"end", [] { logger.endLogging(); }},
+    };
+    for (const auto& [what, call] : calls) {
+        const std::size_t bytesOfStack = stackOf(call);
+        EXPECT_LT(bytesOfStack, 8192U) << what;
+        RecordProperty(what, std::to_string(bytesOfStack));
+    }
+}
+
+TEST(HostFaults, LongPathOfTheLogIsCutBeforeTheNewline) {
+    const test_host::TemporaryDirectory directory;
+    std::string file = directory.path();
+    while (file.size() < 3000)
+        file += "/.";
+    file += "/trace.log";
+    startLogging(file);
+    const std::string line = "ENVIRONMENT::TOR_KEL_LOGFILE=" + file;
+    EXPECT_EQ(test_host::readWholeFile(file).substr(0, 2060),
+              line.substr(0, 2046) + "\n" + "ENVIRONMENT::");
 }
 
 TEST(HostFaults, WhateverOpensIsALibraryAndNothingIsWaitedFor) {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <ctime>
 #include <functional>
 #include <string>
 #include <type_traits>
@@ -72,6 +73,75 @@ TEST(LogRecord, NullOrEmptyFormatFlushesThroughTheLevelFilter) {
     if (test_host::WINDOWS) // which knows no line buffering
         logger.flush();
     EXPECT_EQ(log.text(), expected + "\n");
+}
+
+// The compiler cannot check a format that is made at run time.
+TEST(LogRecord, RunTimeFormatsDoNotEndTheProcess) {
+    const LogFile log;
+    int count = 0;
+    const std::string counting = "ab%nc\n";
+    logger.printLog(1, counting.c_str(), &count);
+    for (const std::string format : {"%2$d\n", "%3$d%1$d\n", "%2$-8.3d|%4$d\n"})
+        logger.printLog(1, format.c_str(), 1, 2, 3, 4);
+    if (test_host::WINDOWS) // whose C library knows no numbered arguments
+        return;
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(log.finish(), "abc\n2\n31\n002     |4\n");
+}
+
+// As many characters of `text` as fit into a line beside `others` more.
+std::string cut(const std::string& text, std::size_t others) {
+    return text.substr(0, 2047 - others);
+}
+
+TEST(LogLine, LongNamesAndResultsAreCutBeforeTheNewline) {
+    const LogFile log;
+    logger.setDetailLevel(4);
+    std::string expected;
+    for (const std::size_t length :
+         {2015U, 2023U, 2024U, 2025U, 2037U, 2038U, 2039U, 2047U, 5000U}) {
+        const std::string name(length, 'n');
+        const std::string result(length, 'r');
+        const auto enter = [&](const std::string& entered) {
+            logger.logMethodEntry(entered.c_str(), "%s", "argument");
+            expected += "ENTERING " + cut(entered, 10) + " argument\n";
+        };
+        enter(name);
+        logger.logMethodExit();
+        expected += "EXITING " + cut(name, 9) + "\n";
+        enter(name);
+        logger.logMethodExit(INT_MIN);
+        expected += "EXITING " + cut(name, 34) + " -- returning -2147483648\n";
+        enter("f");
+        logger.logMethodExit(result.c_str());
+        expected += "EXITING f -- returning " + cut(result, 24) + "\n";
+        enter(name);
+        logger.logMethodExit(result.c_str()); // the result gives way first
+        expected += "EXITING " + cut(name, 23) + " -- returning " +
+                    cut(result, 23 + cut(name, 23).size()) + "\n";
+        enter("g");
+        logger.logMethodExit(name.c_str(), 7);
+        expected += "EXITING " + cut(name, 24) + " -- returning 7\n";
+        logger.popAllMethods();
+    }
+    EXPECT_EQ(log.finish(), expected);
+}
+
+TEST(LogTimes, LeaveTheTimeThatAClientHolds) {
+    const test_host::TemporaryDirectory directory;
+    const test_host::Variable file("TOR_KEL_LOGFILE", directory / "trace.log");
+    const test_host::Variable level("TOR_KEL_LOGDETAIL", "2");
+    const std::time_t day = 86400;
+    const std::tm* const held[] = {std::gmtime(&day), std::localtime(&day)};
+    const auto expectUntouched = [&](const char* after) {
+        for (const std::tm* const own : held)
+            EXPECT_EQ(own->tm_year, 70) << after;
+    };
+    logger.startLogging();
+    expectUntouched("the start");
+    ASSERT_TRUE(logger.shouldPrintLog(2));
+    logger.endLogging();
+    expectUntouched("the end");
 }
 
 void logWithList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a list is made

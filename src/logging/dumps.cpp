@@ -7,6 +7,7 @@
 #include "common/digits.h"
 #include "common/words.h"
 #include "logging/levels.h"
+#include "port/port.h"
 
 #include <algorithm>
 #include <array>
@@ -26,6 +27,9 @@ constexpr std::string_view CUT_MESSAGE =
 // Collects text and hands it to a stream in whole blocks, the rest at the end. A line-buffered
 // stream passes whole blocks on as they are; the rest of a larger piece it would look through for
 // line ends, with a write for each.
+//
+// The buffer would be too large for the stacks of some threads. There is one for all Loggers: a
+// process opens one stream, and callers serialise its use.
 class StreamText {
 public:
     static constexpr std::size_t MOST_AT_ONCE = 256;
@@ -57,8 +61,10 @@ private:
 
     std::FILE* stream;
     std::size_t used = 0;
-    char text[SIZE + MOST_AT_ONCE];
+    static char text[SIZE + MOST_AT_ONCE];
 };
+
+char StreamText::text[];
 
 char* put(char* out, std::string_view text) {
     std::memcpy(out, text.data(), text.size());
@@ -170,6 +176,7 @@ void Logger::dumpBuffer(int level, const char* title, const unsigned char* buffe
     assert((buffer != nullptr || bitCount == 0) && "buffer holds the given number of bits");
     if (!shouldPrintLog(level))
         return;
+    const Port::CancellationDisabled uncancelled;
     if (title != nullptr)
         writeTitle(title);
     write(LABEL.data(), LABEL.size());

@@ -6,6 +6,7 @@
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Version.h"
 #include "logging/levels.h"
+#include "port/port.h"
 
 #include <array>
 #include <cstdlib>
@@ -27,6 +28,7 @@ struct OpenStream {
     OpenStream(const OpenStream&) = delete;
     OpenStream& operator=(const OpenStream&) = delete;
     ~OpenStream() {
+        const Port::CancellationDisabled uncancelled;
         if (handle != nullptr)
             static_cast<void>(std::fclose(handle));
     }
@@ -68,10 +70,9 @@ void writeTimeLine(const char* event) {
     if (!Logger::logger.shouldPrintLog(BANNER_LEVEL))
         return;
     std::array<char, 512> text{};
-    const std::time_t now = std::time(nullptr);
-    const std::tm* const local = std::localtime(&now);
-    if (local == nullptr ||
-        std::strftime(text.data(), text.size(), "%a %b %d %Y %I:%M:%S %p %Z", local) == 0)
+    std::tm local{};
+    if (!Port::localTime(std::time(nullptr), local) ||
+        std::strftime(text.data(), text.size(), "%a %b %d %Y %I:%M:%S %p %Z", &local) == 0)
         text.front() = '\0'; // a failed conversion leaves anything behind
     Logger::logger.printLog(BANNER_LEVEL, "----- Logging %s - %s\n", event, text.data());
 }
@@ -97,6 +98,7 @@ Logger::~Logger() {
 }
 
 void Logger::startLogging() noexcept {
+    const Port::CancellationDisabled uncancelled;
     if (loggingStarted != 0)
         return;
     loggingStarted = 1;
@@ -157,6 +159,7 @@ void Logger::readFlags() noexcept {
 }
 
 void Logger::endLogging() noexcept {
+    const Port::CancellationDisabled uncancelled;
     popAllMethods();
     writeTimeLine("Ended");
     flush();

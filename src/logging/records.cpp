@@ -3,6 +3,7 @@
 // The record writer, through which every text of a log passes.
 #include "KelRT/Logger.h"
 #include "logging/levels.h"
+#include "port/port.h"
 
 #include <algorithm>
 
@@ -21,16 +22,18 @@ void Logger::printLog(int level, const char* format, ...) noexcept {
 void Logger::vprintLog(int level, const char* format, std::va_list arguments) noexcept {
     if (!shouldPrintLog(level))
         return;
+    const Port::CancellationDisabled uncancelled;
     if (format == nullptr || *format == '\0')
         return flush();
     char text[logging::RECORD_SIZE + 1];
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false alarm, printLog has started it.
-    const int length = std::vsnprintf(text, sizeof text, format, arguments);
+    const int length = Port::formatText(text, sizeof text, format, arguments);
     if (length >= 0) // what could not be formatted is lost
         write(text, std::min(static_cast<std::size_t>(length), logging::RECORD_SIZE));
 }
 
 void Logger::flush() noexcept {
+    const Port::CancellationDisabled uncancelled;
     if (stream != nullptr)
         static_cast<void>(std::fflush(stream.get()));
 }

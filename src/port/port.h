@@ -11,7 +11,10 @@
 // Threads: nothing is shared but what the host shares (the current directory, the file system).
 #pragma once
 
+#include <cstdarg>
+#include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -78,6 +81,27 @@ public:
     /// True while a FileInit lives.
     static bool ready();
 };
+
+/// While one lives, its thread cannot be cancelled: a cancellation stays pending. On Linux
+/// cancelling unwinds the stack, which a `noexcept` function answers by ending the process.
+class CancellationDisabled {
+public:
+    CancellationDisabled() noexcept;
+    ~CancellationDisabled();
+    CancellationDisabled(const CancellationDisabled&) = delete;
+    CancellationDisabled& operator=(const CancellationDisabled&) = delete;
+
+private:
+    int before = 0;
+};
+
+/// As std::vsnprintf. A format that the host refuses gives a negative result, never the end of the
+/// process, in a hardened build too.
+int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept;
+
+/// Writes \a time as local time to \a local, not to the object that std::localtime shares with
+/// every caller; false when the host cannot convert it.
+bool localTime(std::time_t time, std::tm& local) noexcept;
 
 /// What came of creating a file.
 enum class Creation { created, nameTaken, refused };
