@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string>
@@ -189,6 +190,25 @@ TEST(HostFaults, LogCallsTakeLessThan8KilobytesOfStack) {
         EXPECT_LT(bytesOfStack, 8192U) << what;
         RecordProperty(what, std::to_string(bytesOfStack));
     }
+}
+
+TEST(HostFaults, ForkedChildThatExitsEndsLoggingToo) {
+    const test_host::TemporaryDirectory directory;
+    const std::string file = directory / "trace.log";
+    startLogging(file);
+    logger.flush();
+    const std::size_t opening = test_host::readWholeFile(file).size();
+    logger.printLog(1, "held back ");
+    const pid_t child = fork();
+    if (child == 0)
+        std::exit(0);
+    ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    logger.setDetailLevel(0);
+    logger.endLogging();
+    const std::string text = test_host::readWholeFile(file).substr(opening);
+    const std::string line = "held back ----- Logging Ended - ";
+    EXPECT_EQ(text.substr(0, line.size()), line);
+    EXPECT_EQ(text.substr(text.find('\n')), "\nheld back ");
 }
 
 TEST(HostFaults, LongPathOfTheLogIsCutBeforeTheNewline) {

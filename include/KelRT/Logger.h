@@ -33,21 +33,33 @@ namespace KelRT {
 ///     e
 /// \endcode
 ///
-/// **Limits.** The text of one record is cut at 2,047 characters.
+/// **Limits.** The text of one record is cut at 2,047 characters. The Logger's own lines keep their
+/// newline then: a name, a path or a result is cut instead. A log call takes less than 8 KiB of
+/// stack, unless a conversion makes the C library take more (`"%Lf"` of a huge number, for
+/// example).
 ///
 /// **Copies** share the stream, and each holds it: it is closed when the last Logger that holds it
 /// ends logging, is assigned to, or is destroyed. So no Logger uses a stream that another one has
 /// closed. Everything else of a copy is its own (level, depth, names, flags).
 ///
 /// **Failures.** No operation throws, reports anything or ends the process. What the stream cannot
-/// take is lost. When memory is exhausted, startLogging() obtains no stream or drops the banner,
-/// and the names of entries are lost: such an entry is kept without its name, so that every exit
-/// still closes the entry that it belongs to and the indentation stays right. Writing allocates
-/// nothing. The C library's own conversions apply: floating-point conversions in records follow
-/// the process's `LC_NUMERIC`, the time lines `LC_TIME`.
+/// take is lost. The host may end the process by a signal, though: SIGPIPE when the reader of a
+/// pipe is gone, SIGXFSZ at the limit for the size of a file. A program that is to survive ignores
+/// them. When memory is exhausted, startLogging() obtains no stream or drops the banner, and the
+/// names of entries are lost: such an entry is kept without its name, so that every exit still
+/// closes the entry that it belongs to and the indentation stays right. Writing allocates nothing.
+/// The C library's own conversions apply: floating-point conversions in records follow the
+/// process's `LC_NUMERIC`, the time lines `LC_TIME`.
 ///
-/// **Threads.** Nothing here is locked. Callers serialise every use of every Logger that shares a
-/// stream, startLogging() and endLogging() included.
+/// **Threads.** Nothing here is locked. Callers serialise every use of every Logger,
+/// startLogging(), endLogging() and destruction included: all of them write to the one stream of
+/// the process or to `Logger::logger`. A cancellation (`pthread_cancel`) waits until the log call
+/// has returned. A thread whose cancellation is asynchronous must not log.
+///
+/// **Processes.** A child process inherits the descriptor of the log file, also across `exec`. A
+/// forked child that calls `exit` ends logging as its parent does: it writes once more what the
+/// stream still held when it was forked, and the closing line. It calls `_exit` instead, or the
+/// parent flushes before it forks and the child sets the detail level to 0.
 class Logger {
     /// Declared only. Its argument fits a function of T exactly when T is passed as lists are.
     static void onlyForLists(void (*function)(std::va_list));
@@ -85,8 +97,8 @@ public:
     ///
     /// - `TOR_KEL_LOGFILE`: where to write. White space around it is removed. "stdout" and "stderr"
     ///   (exactly so) are the standard streams; any other name is a file in the host's narrow
-    ///   encoding, which is created or emptied. Unset, blank or not to be opened: no stream.
-    ///   The stream is switched to line buffering where the host has it.
+    ///   encoding, which is created or emptied; links are followed. Unset, blank or not to be
+    ///   opened: no stream. The stream is switched to line buffering where the host has it.
     /// - `TOR_KEL_LOGDETAIL`: the detail level, as `atoi` reads it. Any number is taken, negative
     ///   ones too; no number reads as 0.
     /// - `TOR_KEL_LOGFLAGS`: a decimal number, as `atoi` reads it. Bit 0: dumps show bits; bit 1:
@@ -214,10 +226,11 @@ public:
     /// the limit (bit 1 of `TOR_KEL_LOGFLAGS`).
     ///
     /// The title is a record of its own: cut at 2,047 characters, none when it is null, a flush
-    /// when it is empty. It is never used as a format: "%%" in it writes one '%', and any other '%'
-    /// stands for itself. Indentation applies to the title, and to the table's first line when the
-    /// title ends in a newline (or is missing or empty) at the start of a line; rows are never
-    /// indented.
+    /// when it is empty. It does not end in a newline, since the table begins with one. It is never
+    /// used as a format: "%%" in it writes one '%', and any other '%' stands for itself.
+    /// Indentation applies to the title. Where the table begins at the start of a line (without a
+    /// title, or after one that ends in a newline all the same), a line of nothing but the
+    /// indentation comes before it. Rows are never indented.
     /// \pre \a buffer holds the given number of bits
     KELRT_API void dumpBuffer(int level, const char* title, const unsigned char* buffer,
                               unsigned int bitCount) noexcept;
