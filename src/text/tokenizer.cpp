@@ -99,17 +99,16 @@ std::uint64_t Kel_StrTok::delimitersFrom(std::uint64_t from) noexcept {
 std::uint64_t Kel_StrTok::findDelimiter(std::uint64_t from) noexcept {
     if (from >= length)
         return length;
-    std::uint64_t found = delimitersFrom(from);
-    while (found == 0) [[unlikely]] {
+    for (std::uint64_t found = delimitersFrom(from);; found = blockDelimiters) {
+        if (found != 0) [[likely]]
+            return from + static_cast<unsigned>(std::countr_zero(found));
         // The next block follows from the last one and not from the token, so that the processor
         // can examine it while it still looks for the end of the token in front.
         from = (block + 1) * WORD_BITS;
         if (from >= length)
             return length;
         examine(block + 1);
-        found = blockDelimiters;
     }
-    return from + static_cast<unsigned>(std::countr_zero(found));
 }
 
 /// The index of the first character at or behind \a from that is no delimiter, or the length.
