@@ -68,7 +68,7 @@ Kel_ByteBuffer bitsOf(std::string digits, std::uint64_t width, ByteOrder order) 
     text.hex2Bin(0, count - 1, bits);
     if (order == ByteOrder::LITTLE)
         bits.swapByteOrder(0, bits.getSize());
-    if (bits.getBits(width, count * 4 - width) != 0)
+    if (bits.getBits(width, (count * 4) - width) != 0)
         throw misfit(width);
     return bits;
 }

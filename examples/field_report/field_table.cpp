@@ -33,7 +33,9 @@ void unquote(std::string& column) {
     std::string text;
     for (std::size_t at = 0; at < column.size(); ++at) {
         text += column[at];
-        if (column[at] == '"' && column[++at] != '"') // at the end it is a NUL
+        if (column[at] != '"')
+            continue;
+        if (column[++at] != '"') // at the end it is a NUL
             throw BadInput("a quote within a quoted column has to be doubled");
     }
     column = std::move(text);

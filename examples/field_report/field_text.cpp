@@ -25,7 +25,7 @@ std::string digitsOf(KelRT::Kel_ByteBuffer& bits, const Field& field) {
     std::string digits;
     std::string word;
     for (std::uint64_t left = field.width; left > 0;) { // the highest bits first
-        const std::uint64_t count = (left - 1) % WORD + 1;
+        const std::uint64_t count = ((left - 1) % WORD) + 1;
         left -= count;
         Kel_NumberUtil::uLL2HexStr(bits.getBitsLL(field.lowest + left, count), word);
         const auto length = static_cast<std::size_t>((count + 3) / 4);

@@ -6,7 +6,6 @@
 #include "KelRT/Kel_Util.h"
 
 #include <cerrno>
-#include <cstring>
 #include <iostream>
 #include <limits>
 #include <memory>
@@ -43,7 +42,7 @@ Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(LONGES
 
 bool Lines::next(std::string& line) {
     while (read(line)) {
-        if (std::memchr(line.data(), 0, line.size()) != nullptr)
+        if (line.find('\0') != std::string::npos)
             throw BadInput("the line holds a NUL character");
         line = Kel_Util::trimWhitespace(Kel_Util::stripEndingCR(line));
         if (!line.empty() && line[0] != '#')

@@ -22,6 +22,7 @@ Messages::Messages()
 void Messages::tellFault(const std::string& where, const std::string& what) {
     faults = true;
     hideProgress();
+    KelRT::Logger::logger.flush(); // the log may go to standard error too
     std::cerr << where << ": " << what << '\n';
     KelRT::Logger::logger.printLog(1, "%s: %s\n", where.c_str(), what.c_str());
 }
