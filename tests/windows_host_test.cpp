@@ -130,6 +130,7 @@ TEST(WindowsHost, LongDirectoryIsListedRightOrRefused) {
         ASSERT_TRUE(CreateDirectoryW(unlimited(path).c_str(), nullptr));
         ASSERT_TRUE(CreateDirectoryW(inside.c_str(), nullptr));
         for (const std::string& directory : {path, name}) {
+            EXPECT_EQ(listed(parent), Texts{name}); // which must not come again
             const Texts found = listed(directory);
             EXPECT_TRUE(found == Texts{"inside"} || found == refused(directory)) << length;
         }
