@@ -7,7 +7,7 @@
 #include <cstdio> // __MINGW_PRINTF_FORMAT
 #endif
 
-/// Marks what crosses the boundary of the shared library. Everything else is hidden.
+/// Exports a name from the shared library. All other names are hidden.
 #if defined(_WIN32)
 #if defined(KELRT_BUILDING)
 #define KELRT_API __declspec(dllexport)

@@ -12,7 +12,7 @@
 
 namespace KelRT {
 
-/// A run of bytes that is also a string of bits.
+/// Bytes that are also a string of bits.
 ///
 /// **Bit numbering.** Bit k of the buffer is bit (k mod 8) of byte (k div 8); bit 0 of a byte is
 /// its least significant bit, byte 0 is the first used byte. In a field value, value bit j is
@@ -27,33 +27,33 @@ namespace KelRT {
 ///                    ^ startPosition, always equal to padLow
 /// \endcode
 /// Dropping bytes at either end only changes counts, and inserting near either end moves the
-/// smaller side into a reserve. A reserve grows by exactly the count asked for. Reserve bytes are
-/// zero when they are made, but bytes that leave the used part keep their values there.
+/// smaller side into a reserve. A reserve grows by exactly the count asked for. New reserve bytes
+/// are zero; bytes that move from the used part into a reserve keep their values.
 ///
 /// **Pending shift.** shiftBitsDown() drops whole bytes at once and leaves up to 7 bits pending.
-/// Every operation that hands out, reads or changes the used bytes first applies the pending shift
-/// in one pass (the *realignment*); operations that then refuse or do nothing have realigned all
-/// the same. getSize(), clear(), init(), construction, copying and moving do not realign. The
-/// realignment also sets the first byte of the high reserve, if there is one, to 0.
+/// Every operation that returns, reads or changes the used bytes first applies the pending shift in
+/// one pass (the *realignment*), even if it then throws or does nothing. getSize(), clear(),
+/// init(), construction, copying and moving do not realign. The realignment also sets the first
+/// byte of the high reserve, if there is one, to 0.
 ///
-/// **Ownership.** A buffer owns its block. Functions that return a `Kel_ByteBuffer*` hand the new
-/// object to the caller, who deletes it; the class brings its own `operator new` and
-/// `operator delete`, so that this works whatever global operators the client has replaced.
-/// Pointers and references to the bytes stay valid until the buffer takes a new block (init(),
-/// insertBytes() when a reserve grows, being filled as a target, assignment) or is destroyed.
+/// **Ownership.** A buffer owns its block. The caller deletes a `Kel_ByteBuffer*` that a function
+/// returns. The class has its own `operator new` and `operator delete`, so this works whatever
+/// global operators the client has replaced. Pointers and references to the bytes stay valid until
+/// the buffer takes a new block (init(), insertBytes() if a reserve grows, filling it as a target,
+/// assignment) or is destroyed.
 ///
-/// **Limits.** `startPosition + size` stays below 2^31, since indices and shifts are 32-bit; this
-/// is not checked. A text counts too: the whole text of 2^30 bytes or more lies beyond the limit.
-/// Cutting is exempt: setHexStringBitCount() cuts a text of any length, and bin2HexString() with a
-/// bit count makes no digit that it would drop. Sizes that the host's memory cannot hold, whether
-/// they exceed 64 bits or its `std::size_t`, are `std::bad_alloc`; the buffer (or target) then
-/// keeps its old contents.
+/// **Limits.** `startPosition + size` must stay below 2^31, since indices and shifts are 32-bit;
+/// this is not checked. It also limits text: the whole text of 2^30 bytes or more is too long.
+/// Cutting has no such limit: setHexStringBitCount() cuts a text of any length, and bin2HexString()
+/// with a bit count makes only the digits that stay. A size that memory cannot hold, because it
+/// exceeds 64 bits or the host's `std::size_t`, throws `std::bad_alloc`; the buffer (or target)
+/// then keeps its old contents.
 ///
-/// **Duties of the caller** are marked as preconditions. Debug builds assert them; release builds
-/// look at none.
+/// **Preconditions** are marked as such. Debug builds assert them; release builds do not check
+/// them.
 ///
-/// **Threads.** One buffer is used by one thread at a time: even reading may realign it. Distinct
-/// buffers are independent.
+/// **Threads.** Only one thread at a time may use a buffer, since even reading may realign it.
+/// Distinct buffers are independent.
 class Kel_ByteBuffer {
 public:
     /// \name Construction
@@ -75,22 +75,22 @@ public:
     /// included. \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer(const Kel_ByteBuffer& other);
 
-    /// Takes over the block of \a other, which is left as default-constructed.
+    /// Takes over the block of \a other, which becomes as default-constructed.
     KELRT_API Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept;
 
     /// A deep copy; on failure this buffer is unchanged. \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer& operator=(const Kel_ByteBuffer& other);
 
-    /// Takes over the block of \a other, which is left as default-constructed. Assigning a buffer
+    /// Takes over the block of \a other, which becomes as default-constructed. Assigning a buffer
     /// to itself changes nothing.
     KELRT_API Kel_ByteBuffer& operator=(Kel_ByteBuffer&& other) noexcept;
 
     /// Releases the block.
     KELRT_API ~Kel_ByteBuffer();
 
-    /// Takes a new block of \a padLow + \a size + \a padHigh bytes, all zero, with no shift
-    /// pending, and releases the old one. \throws std::bad_alloc also when the sum exceeds what
-    /// memory can hold; the buffer is then unchanged
+    /// Replaces the block by one of \a padLow + \a size + \a padHigh bytes, all zero, with no shift
+    /// pending. \throws std::bad_alloc also when the sum exceeds what memory can hold; the buffer
+    /// is then unchanged
     KELRT_API void init(std::uint64_t size, std::uint64_t padLow, std::uint64_t padHigh);
 
     /// @}
@@ -101,10 +101,11 @@ public:
     /// The number of used bytes.
     [[nodiscard]] std::uint64_t getSize() const noexcept { return size; }
 
-    /// Sets every byte of the block, both reserves included, to 0. Counts and a pending shift stay.
+    /// Sets every byte of the block, both reserves included, to 0. Keeps the counts and a pending
+    /// shift.
     KELRT_API void clear() noexcept;
 
-    /// Realigns; the address of the first used byte (null without a block).
+    /// Realigns, and returns the address of the first used byte; null without a block.
     char* ptr() noexcept { return reinterpret_cast<char*>(uPtr()); }
 
     /// As ptr().
@@ -113,7 +114,7 @@ public:
         return used();
     }
 
-    /// Realigns; byte \a index. \pre 0 <= index < getSize()
+    /// Realigns, and returns byte \a index. \pre 0 <= index < getSize()
     char& operator[](std::int32_t index) noexcept {
         assert(index >= 0 && static_cast<std::uint64_t>(index) < size && "0 <= index < getSize()");
         return ptr()[index];
@@ -121,28 +122,29 @@ public:
 
     /// Opens a gap of \a byteCount bytes at \a atByte: the bytes before it stay in front of the
     /// gap, the others follow it, and the size grows by \a byteCount. The gap is not cleared. The
-    /// side with fewer bytes moves (the tail when \a atByte is above half the size); where its
-    /// reserve is smaller than \a byteCount it first grows by \a byteCount, in a new block. \code
+    /// side with fewer bytes moves (the tail if \a atByte is above half the size). If its reserve
+    /// is smaller than \a byteCount, the reserve first grows by \a byteCount, in a new block.
+    /// \code
     /// b0 b1 b2 b3, insertBytes(3, 2) => b0 b1 b2 x x b3
     /// b0 b1 b2 b3, insertBytes(9, 1) => b0 b1 b2 b3 x     // at or beyond the end: appended
     /// \endcode
     /// \return always 0
-    /// \throws std::bad_alloc also when the block's size exceeds what memory can hold; the bytes are
-    /// then unchanged
+    /// \throws std::bad_alloc also when the block's size exceeds what memory can hold; the bytes
+    /// are then unchanged
     KELRT_API std::int32_t insertBytes(std::uint64_t atByte, std::uint64_t byteCount);
 
-    /// Gives the last \a byteCount bytes to the high reserve. \pre byteCount <= getSize()
+    /// Moves the last \a byteCount bytes into the high reserve. \pre byteCount <= getSize()
     KELRT_API void removeBytesAtEnd(std::uint64_t byteCount) noexcept;
 
-    /// Gives the first \a byteCount bytes to the low reserve; a negative count takes bytes back
-    /// from it, with the values that they have there. \pre -padLow <= byteCount <= getSize()
+    /// Moves the first \a byteCount bytes into the low reserve. A negative count moves bytes back,
+    /// with the values that they have there. \pre -padLow <= byteCount <= getSize()
     KELRT_API void moveStartPositionForward(std::int32_t byteCount) noexcept;
 
     /// @}
     /// \name Bit fields
     /// A field is the \a bitCount bits from bit \a bitPosition on, least significant first. It must
-    /// end within the used bytes; a field whose end exceeds 64 bits is refused like any other that
-    /// does not. The buffer never grows to take a field.
+    /// end within the used bytes; a field whose end exceeds 64 bits does not. The buffer never
+    /// grows to take a field.
     /// @{
 
     /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, zeros enter
@@ -163,7 +165,7 @@ public:
         pendingBitShift = static_cast<std::int32_t>(pending % 8);
     }
 
-    /// Reads a field. Of a field above 64 bits, the lowest 64 are the result; of one of 0 bits, 0.
+    /// Reads a field. A longer field gives its lowest 64 bits, a field of 0 bits gives 0.
     /// \code
     /// 21 43: getBitsLL(0, 16) => 0x4321, getBitsLL(4, 8) => 0x32, getBitsLL(9, 7) => 0x21
     /// \endcode
@@ -180,18 +182,18 @@ public:
         return value & (~std::uint64_t{0} >> (64 - bitCount));
     }
 
-    /// The low 32 bits of what getBitsLL() gives. \throws std::logic_error as getBitsLL()
+    /// The low 32 bits of getBitsLL(). \throws std::logic_error as getBitsLL()
     [[nodiscard]] std::uint32_t getBits(std::uint64_t bitPosition, std::uint64_t bitCount) {
         return static_cast<std::uint32_t>(getBitsLL(bitPosition, bitCount));
     }
 
     /// Writes the low \a bitCount bits of \a value to a field; bits of the field beyond the 64th
-    /// become 0. Bits outside the field are not touched.
+    /// become 0. Bits outside the field do not change.
     /// \code
     /// 00 00, setBitsLL(4, 8, 0xAB) => B0 0A
     /// \endcode
     /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::setBits(ll) bad params." when the
-    /// field reaches past the last used byte; no byte is then changed
+    /// field reaches past the last used byte; no byte changes then
     void setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint64_t value) {
         if (!isPlainField(bitPosition, bitCount))
             return setBitsSlowCase(bitPosition, bitCount, value);
@@ -204,32 +206,32 @@ public:
         putWordAt(p, (wordAt(p) & ~(mask << shift)) | value << shift);
     }
 
-    /// As setBitsLL() with \a value widened by zeros. \throws std::logic_error as setBitsLL()
+    /// As setBitsLL() with \a value extended by zeros. \throws std::logic_error as setBitsLL()
     void setBits(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint32_t value) {
         setBitsLL(bitPosition, bitCount, value);
     }
 
     /// @}
     /// \name Hexadecimal text
-    /// Text lives in a buffer too: one character a byte and a zero character, which counts as used,
-    /// at its end. The ordinary form is the buffer as one number, most significant digit first,
-    /// written in upper case and read in either case. The bit-mirrored form is the bit string from
-    /// bit 0 on in groups of four, each written as the digit whose most significant bit is the
-    /// group's first.
+    /// Text is stored in a buffer, too: one character in each byte and a terminating NUL, which
+    /// counts as used. The ordinary form shows the buffer as one number, most significant digit
+    /// first; it is written in upper case and read in either case. The bit-mirrored form shows the
+    /// bits from bit 0 on in groups of four. The first bit of a group is the most significant bit
+    /// of its digit.
     /// \code
-    /// 21 43 => "4321" in the ordinary form, "8 4 C 2" without the blanks in the bit-mirrored form
+    /// 21 43 => "4321" in the ordinary form, "8 4 C 2" without the spaces in the bit-mirrored form
     /// \endcode
-    /// Nothing is reported for characters that are no digits. A target may be this buffer itself,
-    /// and is unchanged when memory runs out.
+    /// Characters that are not digits are not reported. A target may be this buffer itself. It does
+    /// not change if memory is exhausted.
     /// @{
 
-    /// Writes the bytes from \a fromByte on as text, and a zero character.
+    /// Writes the bytes from \a fromByte on as text, and a terminating NUL.
     /// \pre out lies outside this buffer and has room for 2 * (getSize() - fromByte) + 1
     /// characters, or for 1 when fromByte is at or beyond the end
     KELRT_API void bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept;
 
-    /// Fills \a target with the text, in 2 * getSize() + 1 used bytes whatever \a fromByte is (zero
-    /// characters fill the rest) and without reserves.
+    /// Fills \a target with the text. The target has 2 * getSize() + 1 used bytes, whatever
+    /// \a fromByte is (NULs fill the rest), and no reserves.
     /// \code
     /// 21 43: bin2HexString(0, t) => t is "4321\0", bin2HexString(1, t) => t is "43\0\0\0"
     /// \endcode
@@ -240,7 +242,7 @@ public:
     [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte);
 
     /// The text of the bytes from \a fromByte on, cut to \a bitCount bits as setHexStringBitCount()
-    /// does, in a new buffer, which the caller deletes. Only the digits that stay are made.
+    /// does, in a new buffer, which the caller deletes. It makes only the digits that stay.
     /// \code
     /// 21 43: bin2HexString(0, 12) => "321\0"
     /// FF FF: bin2HexString(0, 10) => "3FF\0"
@@ -250,9 +252,10 @@ public:
                                                           std::uint64_t bitCount);
 
     /// Reads the characters \a firstChar to \a lastChar of this buffer as digits, \a lastChar the
-    /// least significant, into ceil(digits / 2) bytes at \a out, least significant first. Of an odd
-    /// count, the last byte holds the first digit alone. A reversed range writes nothing. A
-    /// character that is no hexadecimal digit counts as its code less the code of '0', in 8 bits.
+    /// least significant, into ceil(digits / 2) bytes at \a out, least significant byte first. If
+    /// the count is odd, the last byte holds the first digit alone. A reversed range writes
+    /// nothing. A character that is not a hexadecimal digit counts as its code minus the code of
+    /// '0', in 8 bits.
     /// \code
     /// "4321": hex2Bin(0, 3, out) => 21 43, hex2Bin(1, 3, out) => 21 03
     /// \endcode
@@ -269,9 +272,9 @@ public:
                                                     std::uint64_t lastChar);
 
     /// Reads bit-mirrored text into a new buffer, which the caller deletes; it has reserves of 10
-    /// bytes in front and behind. Null reads as the empty text. Of an odd count of characters, the
-    /// last fills the low four bits of the last byte. A character that is no hexadecimal digit
-    /// counts as the one before it, as 0 when it is the first.
+    /// bytes in front and behind. Null counts as empty text. If the count of characters is odd, the
+    /// last one fills the low four bits of the last byte. A character that is not a hexadecimal
+    /// digit has the value of the previous one, and 0 if it is the first.
     /// \code
     /// "80" => 01, "A5" => A5, "123" => 48 0C
     /// \endcode
@@ -282,12 +285,12 @@ public:
     KELRT_API static void hex2BinReverse(const char* hexText, Kel_ByteBuffer& target);
 
     /// Cuts the ordinary text in this buffer to \a bitCount bits: the ceil(bitCount / 4) least
-    /// significant digits and the zero character stay, and the first digit keeps only the bits that
-    /// are wanted. A text with fewer digits is left as it is, neither padded nor masked.
+    /// significant digits and the terminating NUL stay, and the first digit keeps only its wanted
+    /// bits. A text with fewer digits does not change: it is neither padded nor masked.
     /// \code
     /// "FFFF\0", setHexStringBitCount(10) => "3FF\0"
     /// \endcode
-    /// \pre the last used byte is the text's zero character
+    /// \pre the last used byte is the terminating NUL
     KELRT_API void setHexStringBitCount(std::uint64_t bitCount) noexcept;
 
     /// @}
@@ -311,8 +314,8 @@ public:
 
     /// @}
     /// \name Memory of the objects themselves
-    /// One allocator for the library, which makes buffers, and the client, which deletes them. A
-    /// form in a class hides all global ones, hence the whole set.
+    /// One allocator for the library, which creates buffers, and for the client, which deletes
+    /// them. An operator in a class hides all global forms, so the class declares every form.
     /// @{
 
     /// One object. \throws std::bad_alloc
@@ -362,7 +365,7 @@ public:
     /// @}
 
 private:
-    /// The realignment; a test and nothing else while no shift is pending.
+    /// The realignment. Only a test while no shift is pending.
     void byteAlign() noexcept {
         if (pendingBitShift != 0)
             byteAlignSlowCase();
@@ -380,9 +383,9 @@ private:
     [[nodiscard]] std::size_t blockSize() const noexcept {
         return static_cast<std::size_t>(padLow + size + padHigh);
     }
-    /// True for a field of 1 to 64 bits before which nothing is to be done, and which lies within
-    /// whole words that count from the first used byte. Such words rarely cross a cache line, and
-    /// what one access stores the next can load.
+    /// True for a field of 1 to 64 bits that needs no realignment and lies within whole words,
+    /// counted from the first used byte. Such words rarely cross a cache line, and a load after a
+    /// store of the same word can be forwarded.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
         return pendingBitShift == 0 && bitCount - 1 < 64 &&

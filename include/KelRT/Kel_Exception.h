@@ -7,13 +7,13 @@
 
 namespace KelRT {
 
-/// What the file, directory and environment functions throw: one message that says what failed.
+/// The exception of the file, directory and environment functions: a message that says what failed.
 ///
-/// The class deliberately has no base: a handler for `std::exception` does not catch it. It is
-/// thrown by value and caught by reference; its type identity crosses the library boundary, so a
-/// client built with hidden visibility catches it by type.
+/// The class has no base on purpose: a handler for `std::exception` does not catch it. It is thrown
+/// by value and caught by reference; its type is exported, so a client with hidden visibility can
+/// catch it by type.
 ///
-/// Threads: as any value; distinct objects are independent.
+/// Threads: distinct objects are independent.
 class KELRT_API Kel_Exception {
 public:
     /// Keeps a copy of \a text. \throws std::bad_alloc

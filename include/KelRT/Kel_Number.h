@@ -11,12 +11,12 @@ namespace KelRT {
 
 /// One integer of a fixed width in bits, from 1 bit upwards, read from and printed as text.
 ///
-/// **Value.** The number is a bit pattern of exactly its width, bit 0 the least significant. The
-/// same pattern reads as unsigned, 0 to 2^width - 1, or as signed in two's complement, where bit
-/// width - 1 is the sign bit; which of the two it is, each operation says. Arithmetic is modulo
-/// 2^width: what does not fit is dropped without notice.
+/// **Value.** The number is a bit pattern of exactly its width, bit 0 the least significant. Each
+/// operation says whether it reads the pattern as unsigned, 0 to 2^width - 1, or as signed in two's
+/// complement, where bit width - 1 is the sign bit. Arithmetic is modulo 2^width: values that do
+/// not fit wrap without an error.
 ///
-/// **Width.** It is given at construction and changes only by assignment from another number.
+/// **Width.** The constructor sets it; only assignment from another number changes it.
 ///
 /// Radix letters, the same for reading and printing:
 ///
@@ -44,8 +44,8 @@ namespace KelRT {
 /// conversions do: under a locale with a decimal comma they read and write "1,5". Everything else
 /// is independent of the locale.
 ///
-/// **Threads.** Distinct numbers are independent. One number may be read by several threads at a
-/// time; an operation that changes it must have it alone.
+/// **Threads.** Distinct numbers are independent. Several threads may read a number at the same
+/// time; an operation that changes it must run alone.
 class Kel_Number {
 public:
     /// A number of \a bitCount bits with the value 0.
@@ -54,21 +54,20 @@ public:
     /// \throws std::bad_alloc for a width that memory cannot hold
     KELRT_API explicit Kel_Number(std::uint64_t bitCount);
 
-    /// Takes the width and the value of \a other. Assigning a number to itself changes nothing.
+    /// Copies the width and the value of \a other. Assigning a number to itself changes nothing.
     /// \throws std::bad_alloc; this number is then unchanged
     KELRT_API Kel_Number& operator=(const Kel_Number& other);
 
     /// Releases the words.
     KELRT_API ~Kel_Number();
 
-    /// Makes the value 0; the width stays.
+    /// Sets the value to 0 and keeps the width.
     KELRT_API void setToZero() noexcept;
 
     /// True when every bit is 0.
     KELRT_API bool isZero() const noexcept;
 
-    /// True when the sign bit, bit width - 1, is set. A number of 1 bit is negative when that bit
-    /// is set.
+    /// True when the sign bit, bit width - 1, is set. A number of 1 bit is negative if it is set.
     KELRT_API bool isNegative() const noexcept;
 
     /// Replaces the value by its two's complement, 2^width - value. 0 and the most negative value
@@ -78,20 +77,19 @@ public:
     /// Reads a whole number from a text of digits.
     ///
     /// In the bases 2, 8, 10 and 16 the characters '0' to '9', 'A' to 'F' and 'a' to 'f' are
-    /// digits. A '-' is no digit: wherever it stands, and however often, it makes the whole value
-    /// negative. Every other character (blanks, '_', ',', 'x', codes from 0x80 on, a zero) is
-    /// skipped, so that grouped digits and the prefix "0x" of a hexadecimal text do no harm. A text
-    /// without a digit reads as 0.
+    /// digits. A '-' anywhere, once or more often, makes the whole value negative. Every other
+    /// character (blanks, '_', ',', 'x', codes from 0x80 on, NUL) is skipped, so digits may be
+    /// grouped and hexadecimal text may have the prefix "0x". A text without a digit reads as 0.
     ///
-    /// In base 256 each character is a digit, the first one the most significant, with its code as
-    /// its value; '-' is the digit 45. Codes from 0x80 on are refused.
+    /// In base 256 each character is a digit with its code as value, the first one the most
+    /// significant; '-' is the digit 45. Codes from 0x80 on are refused.
     ///
     /// A value that does not fit wraps modulo 2^width.
     ///
     /// \param radix a radix letter of the table above
-    /// \param text  any bytes, zeros included
-    /// \return false, with the value 0, when \a text holds a digit that the base does not have
-    ///         (under a letter outside the table that is any digit); true otherwise
+    /// \param text  any bytes, NUL included
+    /// \return false, with the value 0, if \a text holds a digit that the base does not have (for a
+    ///         letter outside the table, any digit); true otherwise
     /// \throws std::bad_alloc (only for decimal texts and widths above 512 bits)
     /// \code
     /// set('x', "0x1F")      => 31, true       set('d', "1A") => 0, false
@@ -107,14 +105,14 @@ public:
     /// dropped, modulo 2^width in two's complement. The inverse of toFloatString.
     ///
     /// \param text   a floating-point number as `atof` reads it: white space before it is skipped,
-    ///               reading stops at the first character that cannot continue it, and a text that
+    ///               reading stops at the first character that cannot continue it, and text that
     ///               does not begin with a number reads as 0.0. The decimal point is that of
     ///               `LC_NUMERIC`.
-    /// \param scale  what one step of the number is worth
-    /// \param offset what the number 0 stands for
+    /// \param scale  the value of one step
+    /// \param offset the value of the number 0
     ///
     /// A quotient that is not finite (a \a scale of 0, a text beyond the range of double, "nan")
-    /// stores 0. Nothing is reported and nothing is thrown.
+    /// stores 0. No error is reported.
     /// \code
     /// setFloat("2.5", 0.5, 0.0)  => 5          setFloat("10", 2.0, 4.0)  => 3
     /// setFloat("-1.7", 1.0, 0.0) => -1         setFloat("abc", 1.0, 0.0) => 0
@@ -125,11 +123,10 @@ public:
     ///
     /// Base 10 prints no leading zeros; under 'D', 'd', 'I', 'i' a number whose sign bit is set
     /// prints as '-' and its magnitude. The other bases print the pattern as an unsigned number
-    /// with every digit of the width: width digits in base 2, (width + 2) / 3 in base 8,
-    /// (width + 3) / 4 in base 16, filled with '0' at the front. Base 256 prints
-    /// (width + 7) / 8 characters, filled with blanks at the front; the value 0 has one digit, the
-    /// character of code 0. (Beyond 4 Gbit the digit count of the width is taken modulo 2^32;
-    /// significant digits are never cut.)
+    /// with every digit of the width: width digits in base 2, (width + 2) / 3 in base 8, (width +
+    /// 3) / 4 in base 16, filled with '0' at the front. Base 256 prints (width + 7) / 8 characters,
+    /// filled with blanks at the front; the value 0 has one digit, NUL. (Beyond 4 Gbit the digit
+    /// count of the width is taken modulo 2^32; significant digits are never cut.)
     ///
     /// \param radix a radix letter of the table above; any other letter gives the text
     ///              "bad format for number"
@@ -144,14 +141,14 @@ public:
     /// The scaled value \a scale * value + \a offset in fixed-point notation, the value read as
     /// signed. The inverse of setFloat.
     ///
-    /// The value is made a double in steps of 16 bits from the top, each rounded as double
-    /// arithmetic rounds (exact up to 53 bits, infinite beyond the range of double); then follow
-    /// one rounded multiplication and one rounded addition.
+    /// The value is converted to double 16 bits at a time from the top. Each step rounds as double
+    /// arithmetic does (exact up to 53 bits, infinite beyond the range of double). One rounded
+    /// multiplication and one rounded addition follow.
     ///
-    /// \param scale     what one step of the number is worth
-    /// \param offset    what the number 0 stands for
-    /// \param precision how many digits follow the decimal point, which is that of `LC_NUMERIC`;
-    ///                  with 0 there is no point
+    /// \param scale     the value of one step
+    /// \param offset    the value of the number 0
+    /// \param precision how many digits follow the decimal point, which is that of `LC_NUMERIC`; 0
+    ///                  omits the point
     /// \return the text that the C library's `printf` makes of "%.Nf", whole, whatever its length;
     ///         that holds for results that are not finite too
     /// \throws std::length_error for a \a precision above 2^31 - 512, before anything is printed;

@@ -15,16 +15,16 @@ namespace KelRT {
 /// significant bit of a byte.
 ///
 /// **Texts:**
-/// - A *binary string* has one character a bit, the most significant bit first. When it is read,
+/// - A *binary string* has one character for each bit, the most significant bit first. In input,
 ///   '1' is a one bit and every other character a zero bit.
-/// - A *reverse binary string* has one character a bit of an array, bit 0 first.
+/// - A *reverse binary string* has one character for each bit of an array, bit 0 first.
 /// - *Hexadecimal text* has the most significant digit first and no prefix.
 ///
 /// **Integers.** "UInt" and "Long" are unsigned 32-bit on every host, "LongLong" and "ULL" unsigned
-/// 64-bit. A "character code" is that of a signed 8-bit character, -128 to 127, also on hosts whose
-/// `char` is unsigned.
+/// 64-bit. A "character code" is a signed 8-bit value, -128 to 127, also on hosts whose `char` is
+/// unsigned.
 ///
-/// Hexadecimal digits are read by four rules, which differ on purpose:
+/// Four rules for hexadecimal digits differ on purpose:
 ///
 /// | member          | '0'-'9' | 'A'-'F' | 'a'-'f'   | other characters                      |
 /// |-----------------|---------|---------|-----------|---------------------------------------|
@@ -33,13 +33,13 @@ namespace KelRT {
 /// | `hexStr2UInt`   | 0-9     | 10-15   | 10-15     | code - 48                             |
 /// | `hexStr2ULL`    | 0-9     | 10-15   | 10-15     | code - 48                             |
 ///
-/// **Output strings.** A member that makes a text takes the string to fill by reference and returns
-/// that reference. An input text may be the output's own text: `binStr2HexStr(s.c_str(), s)` works.
-/// A member that checks its arguments empties the output first and leaves it empty when it throws.
+/// **Output strings.** A member that produces text fills a string passed by reference and returns
+/// that reference. Input may point into the output: `binStr2HexStr(s.c_str(), s)` works. A member
+/// that checks its arguments first clears the output, which stays empty if it throws.
 ///
-/// **Errors.** Only what a member lists is tested; it throws `std::logic_error` with the given
-/// message. Everything else is converted by the rules above without complaint. Members that fill a
-/// string also throw `std::bad_alloc`.
+/// **Errors.** A member checks only what it lists, and throws `std::logic_error` with the given
+/// message. Everything else is converted by the rules above. Members that fill a string also throw
+/// `std::bad_alloc`.
 ///
 /// **Locale.** `double2Str` writes the decimal point of the process's `LC_NUMERIC`; nothing else
 /// depends on the locale.
@@ -48,13 +48,13 @@ namespace KelRT {
 class Kel_NumberUtil {
 public:
     /// \name Fields of a bit array
-    /// A field is given by two inclusive indices. Its bits are taken from \a firstBit to \a lastBit
-    /// and each is shifted into the result from the right, so that the bit at \a lastBit ends as
-    /// the least significant. Of a field longer than the result the last 32 (or 64) bits remain.
+    /// A field is given by two inclusive indices. Its bits are shifted into the result one after
+    /// the other from \a firstBit to \a lastBit, so the bit at \a lastBit becomes the least
+    /// significant one. If the field is longer than the result, its last 32 (or 64) bits remain.
     /// Indices in the wrong order for the member give 0, and \a data is not read.
     /// \pre the indices are not negative, and the field lies inside the array
     ///
-    /// No byte is read that holds no bit of the field.
+    /// Only bytes that hold bits of the field are read.
     /// \code
     /// const unsigned char data[] = {0x34, 0x12};
     /// getBits(data, 15, 0)        => 0x1234     getBits(data, 11, 4)        => 0x23
@@ -62,13 +62,13 @@ public:
     /// \endcode
     /// @{
 
-    /// The value of a field, its highest bit given first: \a firstBit >= \a lastBit. Of a field of
-    /// more than 32 bits the lowest 32.
+    /// The value of a field, its highest bit given first: \a firstBit >= \a lastBit. The lowest 32
+    /// bits of a longer field.
     KELRT_API static std::uint32_t getBits(const unsigned char* data, std::int32_t firstBit,
                                            std::int32_t lastBit) noexcept;
 
-    /// The field with its bits in the opposite order, its lowest bit given first and ending as the
-    /// most significant: \a firstBit <= \a lastBit. Of a field of more than 32 bits the highest 32.
+    /// The field with its bits in the opposite order, its lowest bit given first and becoming the
+    /// most significant: \a firstBit <= \a lastBit. The highest 32 bits of a longer field.
     KELRT_API static std::uint32_t getReverseBits(const unsigned char* data, std::int32_t firstBit,
                                                   std::int32_t lastBit) noexcept;
 
@@ -90,8 +90,8 @@ public:
                                                           std::int32_t firstBit,
                                                           std::int32_t lastBit) noexcept;
 
-    /// As getLongLongBits, and prints each bit of the field, also those that the result drops, to
-    /// the process's standard output: '0' or '1' from \a firstBit on, a newline after every eighth
+    /// As getLongLongBits. It also prints every bit of the field, even if the result drops it, to
+    /// the process's standard output: '0' or '1' from \a firstBit on, a newline after every eighth,
     /// and one more after the last. With the indices in the wrong order it prints one newline.
     /// \code
     /// 12 bits  => "10110011\n1010\n"      8 bits => "10110011\n\n"
@@ -111,7 +111,7 @@ public:
     KELRT_API static char bin2Hex(std::uint32_t value) noexcept;
 
     /// The value of an upper-case hexadecimal digit: the character code minus 48 below 'A', else
-    /// minus 55, modulo 2^32. Nothing is tested, and lower-case letters are no digits here.
+    /// minus 55, modulo 2^32. Nothing is checked, and lower-case letters are not digits here.
     /// \code
     /// hex2Bin('9') => 9     hex2Bin('A') => 10     hex2Bin('a') => 42
     /// \endcode
@@ -134,7 +134,7 @@ public:
                                                     std::uint32_t bitCount, std::string& binStr);
 
     /// The characters of a reverse binary string as bits 0, 1, ... of \a binArray. It writes the
-    /// (length + 7) / 8 bytes that hold them, unused high bits as 0, and no byte behind them; an
+    /// (length + 7) / 8 bytes that hold them, unused high bits as 0, and no byte after them; an
     /// empty text writes nothing.
     /// \pre binArray holds those bytes, and they do not overlap the text
     /// \throws std::logic_error for a null \a binStr:
@@ -154,7 +154,7 @@ public:
     KELRT_API static std::string& binStr2HexStr(const char* binStr, std::string& hexStr);
 
     /// Hexadecimal text of either case as a binary string of exactly \a bitCount characters: the
-    /// last \a bitCount bits, or all of them behind '0' characters. Each character gives the low
+    /// last \a bitCount bits, or all of them after '0' characters. Each character gives the low
     /// four bits of its code minus 48 below 'A', else minus 55.
     /// \throws std::logic_error for a null or empty \a hexStr:
     ///         "Internal error: bad hexStr for Kel_NumberUtil::hexStr2BinStr"; then for a
@@ -165,7 +165,7 @@ public:
     KELRT_API static std::string& hexStr2BinStr(const char* hexStr, std::uint32_t bitCount,
                                                 std::string& binStr);
 
-    /// The first \a length characters of \a src in the opposite order, and a terminating zero.
+    /// The first \a length characters of \a src in the opposite order, and a terminating NUL.
     /// \a src needs no terminator.
     /// \pre dst holds length + 1 characters, and they do not overlap src
     /// \code
@@ -177,7 +177,7 @@ public:
     /// \name Texts to integers
     /// @{
 
-    /// A binary string as a number modulo 2^32, so that the last 32 characters count; 0 for a null
+    /// A binary string as a number modulo 2^32, so only the last 32 characters count; 0 for a null
     /// pointer and for an empty text.
     /// \code
     /// "1010" => 10     "1012" => 10     "" => 0
@@ -194,16 +194,16 @@ public:
     /// \endcode
     KELRT_API static std::uint32_t hexStr2UInt(const char* hexStr);
 
-    /// The same rule modulo 2^64, over the characters of \a hexStr up to its first zero. The string
-    /// is not changed.
+    /// The same rule modulo 2^64, for the characters of \a hexStr up to its first NUL. The string
+    /// does not change.
     /// \code
     /// "FFFFFFFFFFFFFFFF" => 2^64 - 1     "" => 0
     /// \endcode
     KELRT_API static std::uint64_t hexStr2ULL(std::string& hexStr) noexcept;
 
     /// A signed decimal number as `scanf` reads it with "%lld": white space of the "C" locale
-    /// before it is skipped, a sign may follow, and reading stops at the first character that is no
-    /// digit. Text that holds no number gives 0. The result is the number's 64-bit pattern; a
+    /// before it is skipped, a sign may follow, and reading stops at the first character that is
+    /// not a digit. Text without a number gives 0. The result is the number's 64-bit pattern; a
     /// number outside -2^63 to 2^63 - 1 gives the nearer of the two.
     /// \code
     /// "  42abc" => 42     "-1" => 2^64 - 1     "abc" => 0     "9223372036854775808" => 2^63 - 1
@@ -227,7 +227,7 @@ public:
     KELRT_API static std::string& uInt2DecStr(std::uint32_t value, std::string& out);
 
     /// \a value in lower-case hexadecimal, filled with '0' at the front to (bitCount + 3) / 4
-    /// digits. A value with more digits is printed whole; a \a bitCount of 0 sets no minimum.
+    /// digits. A value with more digits is printed in full; a \a bitCount of 0 sets no minimum.
     /// \code
     /// 0xAB, 16 => "00ab"     0xAB, 4 => "ab"     0, 0 => "0"
     /// \endcode
@@ -244,9 +244,9 @@ public:
     /// \a value in lower-case hexadecimal, without leading zeros; "0" for 0.
     KELRT_API static std::string& uLL2HexStr(std::uint64_t value, std::string& out);
 
-    /// \a value in fixed-point notation with six digits behind the decimal point, as `printf`
-    /// prints it with "%f": whole, whatever its magnitude (up to 317 characters). Values that are
-    /// not finite print as the C library prints them.
+    /// \a value in fixed-point notation with six digits after the decimal point, as `printf` prints
+    /// it with "%f": in full, whatever its magnitude (up to 317 characters). Infinities and NaN
+    /// print as the C library prints them.
     /// \code
     /// 1.5 => "1.500000"
     /// \endcode

@@ -10,12 +10,12 @@ namespace KelRT {
 
 /// Splits a text into tokens at a set of delimiter characters.
 ///
-/// There are two modes, and the *pointer* that is given as the delimiter set selects between them,
-/// not the text that it points to:
-///  - Comma-separated mode, with the very pointer Kel_StrTok::CSV_DELIM: every field counts. No
+/// There are two modes. The *pointer* to the delimiter set selects the mode, not the text that it
+/// points to:
+///  - Comma-separated mode, with the pointer Kel_StrTok::CSV_DELIM itself: every field counts. No
 ///    delimiter is skipped; a leading, a repeated and a trailing comma each give an empty token.
-///  - Skipping mode, with any other set, another "," included: the run of delimiters in front of a
-///    token is skipped, so that a run acts as one separator.
+///  - Skipping mode, with any other set, another "," included: the run of delimiters before a token
+///    is skipped, so a run acts as one separator.
 ///
 /// \code
 /// text                     delimiters and flags                  tokens
@@ -35,32 +35,32 @@ namespace KelRT {
 /// "ab"cd e                 WHITE_SPACE, quotes handled        => ab | cd | e
 /// \endcode
 ///
-/// The last four lines show what follows a closing quote. When quotes are kept, the one character
-/// behind it is taken as the delimiter, whatever it is; when they are not kept, that character is
-/// left for the next token, which in comma-separated mode makes an empty one. Records with quoted
-/// fields are therefore split with quotes kept (and cleaned with Kel_Util::unQuote).
-/// A doubled quote is not one quote, as it is in RFC 4180: the first of the two closes the token.
+/// The last four lines show what follows a closing quote. If quotes are kept, the next character
+/// counts as the delimiter, whatever it is. If they are not kept, that character starts the next
+/// token; in comma-separated mode this gives an empty token. So split records with quoted fields
+/// with quotes kept, and remove the quotes with Kel_Util::unQuote. A doubled quote is not one
+/// quote, as it is in RFC 4180: the first of the two closes the token.
 ///
-/// In skipping mode a text that ends in two or more delimiters, or holds nothing else, gives one
-/// final empty token.
+/// In skipping mode, a text that ends in two or more delimiters, or consists of delimiters, gives
+/// one final empty token.
 ///
-/// Ownership: the text is copied at construction and never changed; the tokens are cut in that
-/// copy, which the tokenizer owns. The delimiter set is not copied.
+/// Ownership: the constructor copies the text; the tokens lie in that copy, which the tokenizer
+/// owns. The delimiter set is not copied.
 ///
-/// There is no way back: to scan again, build another tokenizer. Tokenizers are neither copied nor
-/// moved, since the tokens that were handed out point into them.
+/// To scan a text again, construct another tokenizer. Tokenizers are neither copied nor moved,
+/// since their tokens point into them.
 ///
-/// Threads: one object is used by one thread at a time; distinct objects are independent.
+/// Threads: only one thread at a time may use an object; distinct objects are independent.
 class Kel_StrTok {
 public:
-    /// "," as the one pointer that selects comma-separated mode.
+    /// ",", at the address that selects comma-separated mode.
     KELRT_API static const char* const CSV_DELIM;
 
-    /// A ready set for words: newline, tab, space, vertical tab, carriage return, backspace, form
+    /// The delimiters of words: newline, tab, space, vertical tab, carriage return, backspace, form
     /// feed.
     KELRT_API static const char* const WHITE_SPACE;
 
-    /// Takes a copy of \a text and stands in front of its first token.
+    /// Copies \a text and starts before its first token.
     ///
     /// \param text         ends at its NUL; a null pointer is taken as the empty text
     /// \param delimiters   ends at its NUL; an empty set splits nowhere. CSV_DELIM selects
@@ -69,9 +69,9 @@ public:
     ///                     or without one to the end of the text, whatever delimiters lie between.
     ///                     A double quote elsewhere in a token is an ordinary character
     /// \param toLowerCase  every upper-case letter of the copy is folded to lower case first, also
-    ///                     within quotes; a byte is a letter as `isupper` and `tolower` of the
-    ///                     current locale have it (in the default locale A to Z alone)
-    /// \param keepQuotes   quoted tokens come with their quotes; without \a handleQuotes it has no
+    ///                     within quotes, by `isupper` and `tolower` of the current locale (in the
+    ///                     default locale only A to Z)
+    /// \param keepQuotes   quoted tokens keep their quotes; without \a handleQuotes it has no
     ///                     effect
     /// \pre \a delimiters is not null, and the set stays alive and unchanged while tokens are
     /// taken:
@@ -80,16 +80,16 @@ public:
     KELRT_API Kel_StrTok(const char* text, const char* delimiters, bool handleQuotes,
                          bool toLowerCase, bool keepQuotes);
 
-    /// Releases the copy, and with it every token that was handed out.
+    /// Releases the copy, and with it every token.
     KELRT_API ~Kel_StrTok();
 
     Kel_StrTok(const Kel_StrTok&) = delete;
     Kel_StrTok& operator=(const Kel_StrTok&) = delete;
 
-    /// The next token as a NUL-terminated text, or null when there is none; after a null every
-    /// further call gives null again. Nothing is an error, and nothing is allocated.
+    /// The next token as a NUL-terminated text, or null if there is none; after a null every
+    /// further call gives null again. No text is an error, and nothing is allocated.
     ///
-    /// The token stays valid and unchanged until the tokenizer is destroyed, also when later tokens
+    /// The token stays valid and unchanged until the tokenizer is destroyed, even if later tokens
     /// are taken.
     KELRT_API const char* getNext() noexcept;
 

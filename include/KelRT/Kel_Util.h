@@ -9,30 +9,29 @@
 
 namespace KelRT {
 
-/// Static helpers; the class is used without instances.
+/// Static helpers for text, files and the environment; the class is used without instances.
 ///
-/// Strings are byte strings. The text functions read and change only what they are given, keep
-/// nothing between calls, and report no errors: where a text does not fit the rule, it stays as it
-/// is. The file functions ask the host, keep one setting, and throw.
+/// Strings are byte strings. The text functions use only their arguments, keep no state, and report
+/// no errors: text that does not match the rule does not change. The file functions ask the host,
+/// keep one setting, and throw.
 ///
 /// Threads: the text functions may be called from any thread at any time, on texts that no other
-/// thread changes. Those that fold case read the locale that the process has set. For the file
-/// functions see below.
+/// thread changes. Those that fold case use the process's locale. For the file functions see below.
 class Kel_Util {
 public:
     /// \name Text
     ///
-    /// *Without regard to case* means: both texts are compared byte by byte as unsigned characters,
-    /// each upper-case letter first folded to lower case by the process's locale (`tolower`; in the
-    /// default locale A to Z alone). As the folding goes to lower case, the punctuation between the
-    /// two alphabets (`[ \ ] ^ _` and the grave accent) sorts in front of every letter.
+    /// *Without regard to case* means: upper-case letters are folded to lower case by the process's
+    /// locale (`tolower`; in the default locale only A to Z), then both texts are compared byte by
+    /// byte as unsigned characters. So the punctuation between the two alphabets (`[ \ ] ^ _` and
+    /// the grave accent) sorts before every letter.
     ///
-    /// Only the sign of a comparison's result carries meaning.
+    /// Only the sign of a comparison's result is defined.
     ///@{
 
     /// Compares two texts without regard to case, up to the first difference or the end of either;
     /// the end counts as the smallest character.
-    /// \return negative, 0 or positive as \a a sorts before, with or behind \a b
+    /// \return negative, 0 or positive if \a a sorts before, with or after \a b
     /// \pre \a a and \a b are not null.
     /// \code
     /// stricmp("Key", "kEY") => 0
@@ -42,8 +41,7 @@ public:
     /// \endcode
     KELRT_API static int stricmp(const char* a, const char* b);
 
-    /// As stricmp, over the first \a count characters at the most; with a \a count of 0 the result
-    /// is 0.
+    /// As stricmp, for the first \a count characters at most; a \a count of 0 gives 0.
     /// \pre \a a and \a b are not null.
     /// \code
     /// strnicmp("HELLO world", "hello there", 6) => 0
@@ -51,16 +49,14 @@ public:
     /// \endcode
     KELRT_API static int strnicmp(const char* a, const char* b, std::uint64_t count);
 
-    /// As the form for NUL-terminated texts: what stands behind a NUL within a string is not
-    /// compared.
+    /// As the form for NUL-terminated texts: characters after a NUL in a string are not compared.
     KELRT_API static int stricmp(const std::string& a, const std::string& b);
 
-    /// As the form for NUL-terminated texts: what stands behind a NUL within a string is not
-    /// compared.
+    /// As the form for NUL-terminated texts: characters after a NUL in a string are not compared.
     KELRT_API static int strnicmp(const std::string& a, const std::string& b, std::uint64_t count);
 
-    /// Removes one carriage return from the end of \a text, as a line has it that was written on
-    /// Windows and read without its newline.
+    /// Removes one carriage return from the end of \a text. A line that was written on Windows and
+    /// read without its newline ends in one.
     /// \return \a text
     /// \code
     /// "line\r"   => "line"
@@ -69,8 +65,8 @@ public:
     /// \endcode
     KELRT_API static std::string& stripEndingCR(std::string& text);
 
-    /// Removes one pair of double quotes that encloses \a text. Quotes within, apostrophes and a
-    /// quote without a partner stay.
+    /// Removes one pair of double quotes that encloses \a text. Quotes within the text, apostrophes
+    /// and a quote without a partner stay.
     /// \return \a text
     /// \code
     /// "abc"   => abc
@@ -84,8 +80,8 @@ public:
     /// unQuote for each of \a texts.
     KELRT_API static void unQuote(std::vector<std::string>& texts);
 
-    /// \a text without the white space at both ends; that within stays. White space is what
-    /// Kel_StrTok::WHITE_SPACE holds, backspace and form feed included. A NUL ends the text.
+    /// \a text without the white space at both ends. White space is the set
+    /// Kel_StrTok::WHITE_SPACE, backspace and form feed included. A NUL ends the text.
     /// \throws std::bad_alloc
     /// \code
     /// " \t value \r\n" => "value"
@@ -97,13 +93,12 @@ public:
 
     /// The value of one setting among words of the form `name=value`.
     ///
-    /// The name is what stands in front of a word's first `=`, the value all that follows it, as
-    /// it is written. The first word whose name equals \a key decides: names have the same length
-    /// and compare equal by stricmp. Words without `=` are passed over. Nothing is trimmed, and no
-    /// leading dash or other prefix is recognised.
+    /// The name is the text before the first `=` of a word, the value is all text after it. The
+    /// first word whose name equals \a key counts: the same length, and equal by stricmp. Words
+    /// without `=` are skipped. Nothing is trimmed, and no prefix such as a dash is recognised.
     ///
     /// \param entries the words; they are not changed
-    /// \return the value; empty when no name matches, which cannot be told from an empty value
+    /// \return the value; empty if no name matches, as for an empty value
     /// \throws std::bad_alloc
     /// \code
     /// {"a=1", "B=2", "b=3"}, "b" => "2"
@@ -114,8 +109,8 @@ public:
     /// \endcode
     KELRT_API static std::string findKey(std::vector<std::string>& entries, const std::string& key);
 
-    /// findKey over the \a argc texts of \a argv, the first one (by custom the program's name)
-    /// included.
+    /// findKey for the \a argc texts of \a argv, including the first one, which is usually the
+    /// program's name.
     /// \pre \a argv holds \a argc pointers, none of them null.
     KELRT_API static std::string findKey(std::uint32_t argc, char** argv, const std::string& key);
 
@@ -134,29 +129,29 @@ public:
     /// | separator of the list in `PATH`  | `;`     | `:`   |
     /// | extension of library files       | `.dll`  | `.so` |
     ///
-    /// The examples are those of Windows, in the current directory `C:\work`.
+    /// The examples are for Windows, with the current directory `C:\work`.
     ///
     /// Failures are thrown as Kel_Exception whose message ends in a newline; exhausted memory as
-    /// `std::bad_alloc`. Environment variables are read afresh at every call; one that is set to
-    /// the empty text counts as unset.
+    /// `std::bad_alloc`. Every call reads the environment variables again; an empty value counts as
+    /// unset.
     ///
     /// Threads: setUserDataDirPath writes what getDataDirPath reads, without a lock: callers
-    /// serialise the two. The others share only what the process shares, its environment and its
-    /// current directory, and may run in parallel while nobody changes those. Other threads and
-    /// processes may create the same directory and temporary files at the same time.
+    /// serialise the two. The others share only the environment and the current directory of the
+    /// process, and may run in parallel while nobody changes those. Other threads and processes may
+    /// create the same directory and temporary files at the same time.
     ///@{
 
     /// The value of the environment variable `USERPROFILE`, unchanged.
-    /// \throws Kel_Exception "USERPROFILE Environmental Variable is not set Correctly.\n" when
-    ///         there is none
+    /// \throws Kel_Exception "USERPROFILE Environmental Variable is not set Correctly.\n" if it is
+    ///         not set
     KELRT_API static std::string getHomePath();
 
-    /// Sets the main data directory, which getDataDirPath then gives; \a path is kept as it is and
-    /// not checked. The empty text, the state at load, returns to the installed directory.
+    /// Sets the main data directory that getDataDirPath returns. \a path is stored unchanged and
+    /// not checked. Empty text, the initial state, selects the installed directory.
     KELRT_API static void setUserDataDirPath(const std::string& path);
 
-    /// The per-user directory `.kel` in the home path, created when nothing of that name exists.
-    /// Something else of that name is taken as it is. The home path itself is not created.
+    /// The per-user directory `.kel` in the home path, created if nothing of that name exists.
+    /// Anything else of that name is left alone. The home path itself is not created.
     /// \throws Kel_Exception as getHomePath; "Cannot create DIRECTORY directory, check the
     ///         USERPROFILE variable.\n"
     /// \code
@@ -164,8 +159,8 @@ public:
     /// \endcode
     KELRT_API static std::string createDotLumatraceDir();
 
-    /// Creates a new, empty file in the per-user directory: \a baseName and the lowest number from
-    /// 0 to 32001 that makes a name nothing has yet. The caller uses the file and deletes it.
+    /// Creates a new, empty file in the per-user directory: \a baseName followed by the lowest
+    /// number from 0 to 32001 that gives an unused name. The caller uses the file and deletes it.
     ///
     /// The file is created exclusively, never through a link, so every file is given to one caller,
     /// however many threads and processes ask at once. A file that cannot be created is not
@@ -179,19 +174,19 @@ public:
     /// \endcode
     KELRT_API static std::string createDotLumatraceTempFile(const std::string& baseName);
 
-    /// 1 when \a path names an existing directory or a link to one; otherwise 0, also when the host
-    /// will not say.
+    /// 1 when \a path names an existing directory or a link to one; otherwise 0, also if the host
+    /// does not tell.
     KELRT_API static int isDirectory(const std::string& path);
 
     /// The directory that holds a library: "." when the file is in the current directory, otherwise
-    /// the first directory of `PATH` that has it, as it is written there. The file is named
-    /// \a libraryName when that holds the library extension anywhere, in that case of letters;
-    /// otherwise \a libraryName with the extension behind it.
+    /// the first directory of `PATH` that holds it, as `PATH` spells it. The name of the file is
+    /// \a libraryName if that contains the library extension in lower case anywhere; otherwise
+    /// \a libraryName followed by the extension.
     ///
-    /// A library is where a file opens for reading: one that may not be read counts as absent, and
-    /// so does a directory. The opening does not wait, so a FIFO or a device that opens counts as a
-    /// library. Empty entries of `PATH` are skipped, but two or more separators at its
-    /// end make one empty entry, which stands for the root. Quotes are ordinary characters.
+    /// Any file that opens for reading counts as the library; an unreadable file or a directory
+    /// does not. Opening does not wait, so a FIFO or a device that opens counts, too. Empty entries
+    /// of `PATH` are skipped, but two or more separators at its end give one empty entry, which
+    /// means the root. Quotes are ordinary characters.
     /// \throws Kel_Exception when the file is not in the current directory: "PATH Environmental
     ///         Variable not set.\n" or "Could not find LIBRARYNAME in path.\n"
     /// \code
@@ -203,8 +198,8 @@ public:
     KELRT_API static std::string findLibInPath(const std::string& libraryName);
 
     /// The main data directory, as normalizePath gives it, with a separator at its end: the value
-    /// of `TOR_KEL_DATADIR`; without one, what setUserDataDirPath set; without that,
-    /// `..\..\data\kel\` from where findLibInPath finds "libKelJtag". Whether it exists is not
+    /// of `TOR_KEL_DATADIR`; else the directory given to setUserDataDirPath; else `..\..\data\kel\`
+    /// relative to the directory in which findLibInPath finds "libKelJtag". Its existence is not
     /// checked.
     /// \throws Kel_Exception as findLibInPath and normalizePath
     /// \code
@@ -214,19 +209,19 @@ public:
     KELRT_API static std::string getDataDirPath();
 
     /// The Sorva data directory: as getDataDirPath, from `TOR_KEL_SORVADATADIR` or
-    /// `..\..\data\lumatrace\` from where "libKelCore" is. What setUserDataDirPath set plays no
-    /// part.
+    /// `..\..\data\lumatrace\` relative to the directory of "libKelCore". setUserDataDirPath does
+    /// not affect it.
     /// \throws Kel_Exception as findLibInPath and normalizePath
     KELRT_API static std::string getSorvaDataDirPath();
 
-    /// The absolute form of \a path, found from its text and the current directory: nothing needs
-    /// to exist and no link is followed. "." and ".." are folded, ".." at the root being the root;
-    /// the separators become the host's, repeated ones one. On Windows a path such as `E:x` counts
-    /// from the current directory of its drive.
+    /// The absolute form of \a path, computed from its text and the current directory: nothing
+    /// needs to exist and no link is followed. "." and ".." are folded, ".." at the root being the
+    /// root; the separators become the host's, repeated ones one. On Windows a path such as `E:x`
+    /// counts from the current directory of its drive.
     ///
-    /// The result ends in a separator when \a path does, and otherwise not. So a path that leads to
-    /// the root without a separator at its end gives the root without one, to be joined by one. The
-    /// exception is ".", which gives the current directory as the host does.
+    /// The result ends in a separator if and only if \a path does. So a path to the root without a
+    /// separator at its end gives the root without one, ready to be joined by one. The exception is
+    /// ".", which gives the current directory as the host spells it.
     /// \throws Kel_Exception "Could not read the current directory.\n" when the path is relative
     /// \code
     /// ""               => ""
@@ -239,18 +234,18 @@ public:
     /// \endcode
     KELRT_API static std::string normalizePath(const std::string& path);
 
-    /// Replaces \a list by the bare names of the entries of \a directory, in the order in which the
-    /// host has them. With \a listFlag true "." and ".." are among them where the host has them;
-    /// with false they are left out. On Windows a directory whose path is longer than the host
-    /// takes, 260 characters as a rule, cannot be opened.
+    /// Replaces \a list by the names of the entries of \a directory, without their path, in the
+    /// host's order. With \a listFlag true "." and ".." are included if the host lists them; with
+    /// false they are left out. On Windows a directory whose path is longer than the host takes,
+    /// 260 characters as a rule, cannot be opened.
     /// \throws Kel_Exception "Could not open the directory: DIRECTORY\n" when it cannot be opened
     ///         or read; \a list is then unchanged
     KELRT_API static void getDirectoryFileList(const std::string& directory, bool listFlag,
                                                std::vector<std::string>& list);
 
     /// \a message in the multibyte encoding of the process's current locale (`LC_CTYPE`). A
-    /// character that has no form there becomes "?". The text is cut at 2,047 bytes, in front of
-    /// the character that would pass them. A null \a message gives the empty text.
+    /// character that the encoding does not have becomes "?". The text is cut at 2,047 bytes,
+    /// before the character that would exceed them. A null \a message gives empty text.
     /// \code
     /// L"Disk full"    => "Disk full"
     /// L"5 \u20AC off" => "5 ? off"    (in the default locale)

@@ -15,17 +15,17 @@ namespace KelRT {
 /// Writes leveled records, method traces and buffer dumps to one output stream.
 ///
 /// Logging is off until startLogging() has obtained a stream; without one every operation returns
-/// at once and writes nothing. The library itself writes no records of its own: `Logger::logger`
-/// is a service for the programs and libraries that load it.
+/// at once and writes nothing. The library itself writes no records: `Logger::logger` serves the
+/// programs and libraries that load it.
 ///
-/// **Levels.** A record of level L is written when L is at most the detail level (both signed).
-/// The Logger's own lines have level 1 (what was read from the environment), 2 (banner, start and
-/// end of logging) and 4 (method entries and exits); the caller chooses the level of its own.
+/// **Levels.** A record of level L is written if L is at most the detail level (both signed). The
+/// Logger's own lines have level 1 (what was read from the environment), 2 (banner, start and end
+/// of logging) and 4 (method entries and exits); callers choose the levels of their records.
 ///
-/// **Lines.** A record carries its own newlines and is not ended for the caller: one without a
-/// final newline leaves the line open, and the next record continues it. A record that begins at
-/// the start of a line is indented by two spaces for each open method entry; only its first line
-/// is. With two entries open, the four records "a\nb\n", "c", "d\n" and "e\n" read
+/// **Lines.** A record contains its own newlines: if it does not end in one, the next record
+/// continues the line. A record that begins at the start of a line is indented by two spaces for
+/// each open method entry; only its first line is indented. With two entries open, the four records
+/// "a\nb\n", "c", "d\n" and "e\n" read
 /// \code
 ///     a
 /// b
@@ -35,21 +35,19 @@ namespace KelRT {
 ///
 /// **Limits.** The text of one record is cut at 2,047 characters. The Logger's own lines keep their
 /// newline then: a name, a path or a result is cut instead. A log call takes less than 8 KiB of
-/// stack, unless a conversion makes the C library take more (`"%Lf"` of a huge number, for
-/// example).
+/// stack, unless the C library takes more for a conversion (`"%Lf"` of a huge number, for example).
 ///
-/// **Copies** share the stream, and each holds it: it is closed when the last Logger that holds it
-/// ends logging, is assigned to, or is destroyed. So no Logger uses a stream that another one has
-/// closed. Everything else of a copy is its own (level, depth, names, flags).
+/// **Copies** share the stream. It is closed when the last Logger that holds it ends logging, is
+/// assigned to, or is destroyed, so no Logger uses a closed stream. A copy has its own level,
+/// depth, names and flags.
 ///
-/// **Failures.** No operation throws, reports anything or ends the process. What the stream cannot
-/// take is lost. The host may end the process by a signal, though: SIGPIPE when the reader of a
-/// pipe is gone, SIGXFSZ at the limit for the size of a file. A program that is to survive ignores
-/// them. When memory is exhausted, startLogging() obtains no stream or drops the banner, and the
-/// names of entries are lost: such an entry is kept without its name, so that every exit still
-/// closes the entry that it belongs to and the indentation stays right. Writing allocates nothing.
-/// The C library's own conversions apply: floating-point conversions in records follow the
-/// process's `LC_NUMERIC`, the time lines `LC_TIME`.
+/// **Failures.** No operation throws, reports anything or ends the process. Output that the stream
+/// does not accept is lost. The host may end the process by a signal, though: SIGPIPE if the reader
+/// of a pipe is gone, SIGXFSZ at the limit for the size of a file. A program that must survive
+/// ignores them. If memory is exhausted, startLogging() obtains no stream or drops the banner, and
+/// an entry is kept without its name, so every exit still closes its entry and the indentation
+/// stays right. Writing allocates nothing. Conversions are those of the C library: floating-point
+/// conversions in records follow the process's `LC_NUMERIC`, the time lines `LC_TIME`.
 ///
 /// **Threads.** Nothing here is locked. Callers serialise every use of every Logger,
 /// startLogging(), endLogging() and destruction included: all of them write to the one stream of
@@ -74,33 +72,33 @@ public:
     /// ends logging, so a client may log from the destructors of its own static objects.
     KELRT_API static Logger logger;
 
-    /// A Logger without a stream: detail level 0, no open entries, dumps hexadecimal and cut.
+    /// A Logger without a stream: detail level 0, no open entries, dumps in hexadecimal and cut.
     KELRT_API Logger() noexcept;
 
-    /// Copies everything and shares the stream. A copy of the method names for which memory is
-    /// exhausted keeps the entries without their names.
+    /// Copies everything and shares the stream. If memory for the method names is exhausted, the
+    /// copy keeps the entries without their names.
     KELRT_API Logger(const Logger& other) noexcept;
 
-    /// As the copy constructor; the stream held before is let go of, without a closing line.
+    /// As the copy constructor. Releases the stream held before, without a closing line.
     KELRT_API Logger& operator=(const Logger& other) noexcept;
 
     /// Ends logging as endLogging() does: destroying any Logger writes the closing line to
     /// `Logger::logger` while that one is logging at level 2 or more.
     KELRT_API ~Logger();
 
-    /// Starts logging as the environment asks. Only the first call of the process does anything,
-    /// on whichever Logger it is made; logging that has ended cannot be started again.
+    /// Starts logging as the environment says. Only the first call in a process has an effect, on
+    /// any Logger; logging that has ended cannot be started again.
     ///
-    /// The settings go to this Logger: no open entries, detail level 1, no stream and no flags,
-    /// then what the variables ask for. The lines that tell of it are written through
-    /// `Logger::logger`, so they show only when that is the Logger that is started.
+    /// This Logger gets no open entries, detail level 1, no stream and no flags, then the settings
+    /// of the variables. `Logger::logger` writes the lines about them, so they appear only if it is
+    /// the Logger that is started.
     ///
     /// - `TOR_KEL_LOGFILE`: where to write. White space around it is removed. "stdout" and "stderr"
     ///   (exactly so) are the standard streams; any other name is a file in the host's narrow
-    ///   encoding, which is created or emptied; links are followed. Unset, blank or not to be
-    ///   opened: no stream. The stream is switched to line buffering where the host has it.
-    /// - `TOR_KEL_LOGDETAIL`: the detail level, as `atoi` reads it. Any number is taken, negative
-    ///   ones too; no number reads as 0.
+    ///   encoding, which is created or emptied; links are followed. Unset, blank or impossible to
+    ///   open: no stream. The stream is line-buffered where the host supports it.
+    /// - `TOR_KEL_LOGDETAIL`: the detail level, as `atoi` reads it. Any number is accepted,
+    ///   negative ones too; text without a number yields 0.
     /// - `TOR_KEL_LOGFLAGS`: a decimal number, as `atoi` reads it. Bit 0: dumps show bits; bit 1:
     ///   dumps are not cut. Other bits are ignored.
     ///
@@ -118,40 +116,40 @@ public:
     KELRT_API void startLogging() noexcept;
 
     /// Ends logging: forgets the names of the open entries (their indentation stays), writes the
-    /// closing line at level 2 through `Logger::logger`, flushes the stream of this Logger and lets
-    /// go of it. The last Logger that holds the stream closes it, a standard stream included.
-    /// Without a stream only the names and the closing line are dealt with.
+    /// closing line at level 2 through `Logger::logger`, flushes the stream of this Logger and
+    /// releases it. The last Logger that holds the stream closes it, even a standard stream.
+    /// Without a stream it only forgets the names and writes the closing line.
     KELRT_API void endLogging() noexcept;
 
     /// Sets the detail level; only 0 to 10 are accepted, any other \a level is ignored.
     KELRT_API void setDetailLevel(int level) noexcept;
 
-    /// Hands what the stream holds back to the host.
+    /// Flushes the stream.
     KELRT_API void flush() noexcept;
 
-    /// True when a record of this level would be written. Inlined, so that a caller can spare
-    /// itself the making of a record that is filtered out.
+    /// True if a record of this level would be written. It is inlined, so a caller can avoid the
+    /// cost of a record that is filtered out.
     [[nodiscard]] bool shouldPrintLog(int level) const noexcept {
         return placeOf(level) < writtenLevels;
     }
 
     /// Writes a record: \a format with the arguments that follow, as `printf` formats them. A null
-    /// or empty format writes nothing and flushes the stream, when the level is written at all
-    /// (compilers warn of a literal ""; null says the same). A text of no characters writes only
-    /// the indentation, when it is due. A record that the C library refuses to format (a character
+    /// or empty format writes nothing and flushes the stream, if the level is enabled (compilers
+    /// warn of a literal ""; null means the same). A record without characters writes only the
+    /// indentation, at the start of a line. A record that the C library cannot format (a character
     /// outside the encoding, a text beyond 2^31 - 1 characters) is lost.
     ///
-    /// Never pass a text from outside as the format: `printLog(1, "%s", text)`.
+    /// Never pass untrusted text as the format: `printLog(1, "%s", text)`.
     KELRT_API void printLog(int level, const char* format, ...) noexcept KELRT_FORMAT(3, 4);
 
-    /// As printLog, with the arguments collected by the caller, who ends the list.
+    /// As printLog, with a list of arguments that the caller has started and ends.
     KELRT_API void vprintLog(int level, const char* format, std::va_list arguments) noexcept
         KELRT_FORMAT(3, 0);
 
     /// \name Method tracing
-    /// Active while there is a stream and the detail level is 4 or more; otherwise entries and
-    /// exits do nothing at all, so an exit made while tracing is off leaves its entry open. The
-    /// names are copied.
+    /// Active while there is a stream and the detail level is 4 or more. Otherwise entries and
+    /// exits do nothing, so an exit while tracing is off leaves its entry open. The names are
+    /// copied.
     /// \code
     /// logMethodEntry("configure")               => ENTERING configure       (and one space)
     /// logMethodEntry("scan", "count=%d", 3)     =>   ENTERING scan count=3
@@ -160,13 +158,13 @@ public:
     /// \endcode
     /// @{
 
-    /// The entry line with an argument text, formatted from the list that the caller has collected
-    /// and ends. Chosen only for an argument of exactly the host's `std::va_list` type (as it is
-    /// passed to functions): the literal 0, null pointers and all else reach the form below.
+    /// The entry line with an argument text, formatted from a list that the caller has started and
+    /// ends. This form is selected only for an argument of exactly the host's `std::va_list` type
+    /// (as passed to functions). The literal 0, null pointers and everything else select the form
+    /// below.
     ///
-    /// One call cannot be told apart: a single argument of type `char*` where `std::va_list` is
-    /// `char*` (Windows, and Linux on 32-bit x86), which is taken for a list. Pass it as
-    /// `const char*` there.
+    /// Where `std::va_list` is `char*` (Windows, and Linux on 32-bit x86), a single argument of
+    /// type `char*` counts as a list. Pass it as `const char*` there.
     /// \pre \a name is not null
     template <typename List>
     KELRT_FORMAT(3, 0)
@@ -185,19 +183,19 @@ public:
     /// \pre \a name is not null
     KELRT_API void logMethodEntry(const char* name) noexcept;
 
-    /// Closes the innermost entry: "EXITING name". Nothing happens when no entry is open.
+    /// Closes the innermost entry: "EXITING name". Does nothing if no entry is open.
     KELRT_API void logMethodExit() noexcept;
 
     /// Closes the innermost entry: "EXITING name -- returning value".
     KELRT_API void logMethodExit(int value) noexcept;
 
-    /// Closes the innermost entry: "EXITING name -- returning text"; as logMethodExit() when
-    /// \a text is null or empty.
+    /// Closes the innermost entry: "EXITING name -- returning text"; as logMethodExit() if \a text
+    /// is null or empty.
     KELRT_API void logMethodExit(const char* text) noexcept;
 
-    /// Writes "EXITING name -- returning value" with this name and takes one unit off the
-    /// indentation, below 0 if need be. The open entries are neither looked at nor closed: the name
-    /// of the matching entry stays and is closed once more by the next of the exits above.
+    /// Writes "EXITING name -- returning value" with this name and decrements the depth, even below
+    /// 0. It does not close an open entry: the matching name stays, and one of the exits above
+    /// closes it again.
     /// \pre \a name is not null
     KELRT_API void logMethodExit(const char* name, int value) noexcept;
 
@@ -222,15 +220,15 @@ public:
     /// (MSB<-LSB)        1        0
     /// 00000000h:     1010 01010101
     /// \endcode
-    /// Dumps of more than 10,000 bytes are cut there, with a message that names the flag that lifts
-    /// the limit (bit 1 of `TOR_KEL_LOGFLAGS`).
+    /// A dump is cut after 10,000 bytes, with a message that names the flag for whole dumps (bit 1
+    /// of `TOR_KEL_LOGFLAGS`).
     ///
-    /// The title is a record of its own: cut at 2,047 characters, none when it is null, a flush
-    /// when it is empty. It does not end in a newline, since the table begins with one. It is never
-    /// used as a format: "%%" in it writes one '%', and any other '%' stands for itself.
-    /// Indentation applies to the title. Where the table begins at the start of a line (without a
-    /// title, or after one that ends in a newline all the same), a line of nothing but the
-    /// indentation comes before it. Rows are never indented.
+    /// The title is a record of its own, cut at 2,047 characters. A null title writes no record, an
+    /// empty one flushes the stream. It does not end in a newline, since the table begins with one.
+    /// It is never used as a format: "%%" in it writes one '%', and any other '%' stands for
+    /// itself. Indentation applies to the title. Where the table begins at the start of a line
+    /// (without a title, or after one that ends in a newline all the same), a line of nothing but
+    /// the indentation comes before it. Rows are never indented.
     /// \pre \a buffer holds the given number of bits
     KELRT_API void dumpBuffer(int level, const char* title, const unsigned char* buffer,
                               unsigned int bitCount) noexcept;
@@ -241,8 +239,8 @@ public:
                               unsigned int bitCount) noexcept;
 
 private:
-    /// The names of the open entries, the innermost on top. An entry whose name is lost to
-    /// exhausted memory stays as a nameless one.
+    /// The names of the open entries, the innermost on top. If memory for a name is exhausted, the
+    /// entry stays without it.
     class MethodStack {
     public:
         MethodStack() noexcept = default;
@@ -283,8 +281,8 @@ private:
     std::shared_ptr<std::FILE> stream; ///< null: logging is off
     std::int32_t detailLevel = 0;
     std::int32_t nestingDepth = 0; ///< entries less exits; may be negative
-    /// What decides on a record, so that one comparison will do: how many levels, the lowest ones,
-    /// are written. None without a stream, nor before this object is made.
+    /// Exclusive upper bound of the enabled levels, as placeOf() counts them; 0 disables all, as it
+    /// does without a stream and before construction.
     std::uint64_t writtenLevels = 0;
     bool atLineStart = false; ///< the last character written ended a line
     MethodStack methodStack;

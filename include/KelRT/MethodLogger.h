@@ -7,8 +7,8 @@
 
 namespace KelRT {
 
-/// Traces one method on `Logger::logger` from a scoped object: naming it writes the entry line, its
-/// destruction the exit line with the result that was recorded last.
+/// Traces one method on `Logger::logger` by its lifetime: setMethodName() writes the entry line,
+/// the destructor writes the exit line with the result that was recorded last.
 /// \code
 /// unsigned int Probe::open(unsigned int port) {
 ///     MethodLogger trace;
@@ -25,12 +25,12 @@ namespace KelRT {
 /// \endcode
 /// (with one space after the name in the first line).
 ///
-/// The object holds no entry of its own. Its destruction closes whatever entry is then innermost on
-/// `Logger::logger`, also when it was never named, or was named while tracing was off: a tracer
-/// that is created must be named, and a copy closes one entry more.
+/// The object does not own an entry. Its destructor closes the innermost entry of `Logger::logger`,
+/// even if the object was never named, or was named while tracing was off. So name every tracer; a
+/// copy closes one entry more.
 ///
-/// Only the construction of a string argument can throw, and that in the caller. No operation does:
-/// a text for which memory is exhausted is lost and counts as empty.
+/// No operation throws: if memory for a text is exhausted, the text counts as empty. Only the
+/// construction of a string argument, in the caller, can throw.
 ///
 /// Threads: as for Logger; callers serialise.
 class MethodLogger {
@@ -38,7 +38,7 @@ public:
     /// An unnamed tracer without a result. Writes nothing.
     KELRT_API MethodLogger() noexcept;
 
-    /// Copies name and result and writes nothing. The copy makes an exit of its own.
+    /// Copies name and result and writes nothing. The copy closes an entry, too.
     KELRT_API MethodLogger(const MethodLogger& other) noexcept;
 
     /// Copies name and result and writes nothing.
@@ -51,7 +51,7 @@ public:
     KELRT_API void setMethodName(std::string name) noexcept;
 
     /// \name Arguments
-    /// Accepted and dropped: they appear in no line.
+    /// Ignored: they appear in no line.
     /// @{
 
     /// A text.
@@ -60,8 +60,8 @@ public:
     KELRT_API void addArgument(std::string name, unsigned int value) noexcept;
     /// @}
 
-    /// Records a status code and returns it unchanged. Bit 31 marks a failure, the low 16 bits are
-    /// the number of the error, in upper-case hexadecimal without leading zeros; the bits between
+    /// Records a status code and returns it unchanged. Bit 31 marks a failure. The low 16 bits are
+    /// the error number, shown in upper-case hexadecimal without leading zeros. The bits between
     /// them are not shown.
     /// \code
     /// setReturnStatus(0)          => KEL_SUCCESS
@@ -73,8 +73,8 @@ public:
 
     /// \name Results
     /// Each replaces what was recorded before and returns its argument unchanged. A pointer to
-    /// characters is a text, never a `bool`; an `int` fits no form better than another, so the
-    /// caller makes it an `unsigned int`.
+    /// characters is text, never a `bool`. A call with an `int` is ambiguous: convert it to
+    /// `unsigned int`.
     /// \code
     /// setReturn(true)                   => true
     /// setReturn("ready")                => ready

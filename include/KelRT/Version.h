@@ -2,14 +2,14 @@
 /// \file
 /// Which build of the library is loaded.
 ///
-/// The four texts belong to the library: they are composed at the first query, stay unchanged and
-/// valid until the library is unloaded, and repeated queries give the same pointer. The caller
-/// neither frees nor changes them.
+/// The four texts belong to the library, and callers neither free nor change them. The first query
+/// composes a text; it stays valid and unchanged until the library is unloaded, and every query
+/// gives the same pointer.
 ///
-/// Threads: every query may be called from any thread at any time, also the first one.
+/// Threads: any thread may call any query at any time, also for the first time.
 ///
-/// Exceptions: none of the stated results fails; `std::bad_alloc` leaves the first query of a text
-/// when memory is exhausted, and a later query then composes it.
+/// Exceptions: the first query of a text throws `std::bad_alloc` if memory is exhausted; a later
+/// query then composes the text.
 #pragma once
 
 #include "KelRT/Export.h"
