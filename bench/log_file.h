@@ -25,18 +25,18 @@ namespace bench {
 class LogDirectory {
 public:
     LogDirectory() {
-        if (::mkdtemp(path_.data()) == nullptr)
+        if (::mkdtemp(location.data()) == nullptr)
             fail("no directory in /dev/shm");
     }
     LogDirectory(const LogDirectory&) = delete;
     LogDirectory& operator=(const LogDirectory&) = delete;
     ~LogDirectory() {
-        const std::string command = "rm -rf " + path_;
+        const std::string command = "rm -rf " + location;
         if (std::system(command.c_str()) != 0)
-            std::perror(path_.c_str());
+            std::perror(location.c_str());
     }
-    [[nodiscard]] std::string file(const std::string& name) const { return path_ + '/' + name; }
-    [[nodiscard]] const std::string& path() const { return path_; }
+    [[nodiscard]] std::string file(const std::string& name) const { return location + '/' + name; }
+    [[nodiscard]] const std::string& path() const { return location; }
 
     [[noreturn]] static void fail(const std::string& what) {
         std::fprintf(stderr, "%s\n", what.c_str());
@@ -44,41 +44,41 @@ public:
     }
 
 private:
-    std::string path_ = "/dev/shm/kelutil-bench-XXXXXX";
+    std::string location = "/dev/shm/kelutil-bench-XXXXXX";
 };
 
 class LogFile {
 public:
-    /// The file at \a path, which somebody in this process has opened, or which is opened here.
-    explicit LogFile(std::string path) : path_(std::move(path)), descriptor_(find()) {
-        if (descriptor_ < 0)
-            descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT, 0600);
-        if (descriptor_ < 0)
-            LogDirectory::fail("cannot write " + path_);
+    /// The file named \a file, which somebody in this process has opened, or which is opened here.
+    explicit LogFile(std::string file) : location(std::move(file)), openDescriptor(find()) {
+        if (openDescriptor < 0)
+            openDescriptor = ::open(location.c_str(), O_WRONLY | O_CREAT, 0600);
+        if (openDescriptor < 0)
+            LogDirectory::fail("cannot write " + location);
     }
 
-    [[nodiscard]] int descriptor() const { return descriptor_; }
+    [[nodiscard]] int descriptor() const { return openDescriptor; }
 
     void empty() const {
-        if (::lseek(descriptor_, 0, SEEK_SET) != 0 || ::ftruncate(descriptor_, 0) != 0)
-            LogDirectory::fail("cannot empty " + path_);
+        if (::lseek(openDescriptor, 0, SEEK_SET) != 0 || ::ftruncate(openDescriptor, 0) != 0)
+            LogDirectory::fail("cannot empty " + location);
     }
 
     [[nodiscard]] std::string text() const {
-        std::ifstream file(path_, std::ios::binary);
+        std::ifstream file(location, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
     void write(const char* text, std::size_t size) const {
-        if (::write(descriptor_, text, size) != static_cast<ssize_t>(size))
-            LogDirectory::fail("cannot write " + path_);
+        if (::write(openDescriptor, text, size) != static_cast<ssize_t>(size))
+            LogDirectory::fail("cannot write " + location);
     }
 
 private:
     [[nodiscard]] int find() const {
         struct stat wanted = {};
         struct stat open = {};
-        if (::stat(path_.c_str(), &wanted) != 0)
+        if (::stat(location.c_str(), &wanted) != 0)
             return -1;
         for (int descriptor = 3; descriptor < 256; ++descriptor)
             if (::fstat(descriptor, &open) == 0 && open.st_ino == wanted.st_ino &&
@@ -87,8 +87,8 @@ private:
         return -1;
     }
 
-    std::string path_;
-    int descriptor_;
+    std::string location;
+    int openDescriptor;
 };
 
 /// A contender that writes to a file; its result is the file's text, seen by \a text.

@@ -35,7 +35,7 @@ public:
     /// \param items how often a single run does the work; the tables give the time of one
     Row(const std::string& family, const std::string& work, const std::string& size,
         std::uint64_t items = 1)
-        : prefix_(family + '/' + work + '/' + size + '/'), items_(items) {}
+        : prefix(family + '/' + work + '/' + size + '/'), itemCount(items) {}
 
     /// A contender is an object with `void run()` and `std::string result()`. Each starts from a
     /// copy of \a contender. The result of the first run must be that of the row's first contender.
@@ -68,7 +68,7 @@ public:
 
     /// A peer that was not there when this program was built.
     Row& missing(const std::string& name) {
-        benchmark::RegisterBenchmark((prefix_ + name).c_str(), [](benchmark::State& state) {
+        benchmark::RegisterBenchmark((prefix + name).c_str(), [](benchmark::State& state) {
             state.SkipWithError("missing");
         });
         return *this;
@@ -81,9 +81,9 @@ private:
 
     template <typename Contender>
     Row& measure(const std::string& name, const Contender& contender) {
-        const auto items = static_cast<double>(items_);
+        const auto items = static_cast<double>(itemCount);
         auto* const registered = benchmark::RegisterBenchmark(
-            (prefix_ + name).c_str(), [contender, items](benchmark::State& state) {
+            (prefix + name).c_str(), [contender, items](benchmark::State& state) {
                 Contender own = contender;
                 for (auto iteration : state) {
                     (void)iteration;
@@ -111,20 +111,20 @@ private:
     }
 
     void check(const std::string& name, const std::string& result) {
-        if (!hasResult_) {
-            result_ = result;
-            hasResult_ = true;
-        } else if (result != result_) {
+        if (!hasResult) {
+            firstResult = result;
+            hasResult = true;
+        } else if (result != firstResult) {
             std::fprintf(stderr, "%s%s: another result than the first contender's\n",
-                         prefix_.c_str(), name.c_str());
+                         prefix.c_str(), name.c_str());
             std::exit(1);
         }
     }
 
-    std::string prefix_;
-    std::uint64_t items_;
-    std::string result_;
-    bool hasResult_ = false;
+    std::string prefix;
+    std::uint64_t itemCount;
+    std::string firstResult;
+    bool hasResult = false;
 };
 
 /// A contender of two functions over a state of its own.

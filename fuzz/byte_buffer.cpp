@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A program of buffer operations, beside the bit-by-bit model.
+// A random sequence of buffer operations, compared with the bit-by-bit model.
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include "input.h"
@@ -21,19 +21,21 @@ constexpr const char* DIGITS = "0123456789ABCDEFabcdef";
 
 class Program {
 public:
-    explicit Program(fuzz::Input& bytes) : input(bytes) { newLife(); }
+    explicit Program(fuzz::Input& bytes) : input(bytes) { replaceBuffer(); }
 
-    /// One operation on both.
+    /// Does one operation on the buffer and on the model.
     void step() {
         static constexpr void (Program::* OPERATIONS[])() = {
-            &Program::insert,   &Program::remove, &Program::moveStart, &Program::shift,
-            &Program::shift,    &Program::field,  &Program::field,     &Program::reorder,
-            &Program::hexText,  &Program::cutHex, &Program::readHex,   &Program::readMirrored,
-            &Program::emptyOut, &Program::newLife};
+            &Program::insert,      &Program::remove,       &Program::moveStart,
+            &Program::shift,       &Program::shift,        &Program::field,
+            &Program::field,       &Program::reorder,      &Program::hexText,
+            &Program::cutHex,      &Program::readHex,      &Program::readMirrored,
+            &Program::clearOrInit, &Program::replaceBuffer};
         (this->*input.oneOf(OPERATIONS))();
     }
 
-    /// The whole state that can be observed, of a copy: size, and every byte of the block.
+    /// Compares all that can be observed, the size and every byte of the block, of a copy: reading
+    /// realigns.
     void expectSame() const {
         Kel_ByteBuffer copy(buffer);
         model::ByteBuffer aligned = expected;
@@ -156,7 +158,7 @@ private:
             Kel_ByteBuffer::hex2BinReverse(text.c_str(), target);
         });
     }
-    void emptyOut() {
+    void clearOrInit() {
         const std::uint64_t size = input.below(60);
         switch (input.below(3)) {
         case 0:
@@ -171,8 +173,8 @@ private:
             expected = model::ByteBuffer();
         }
     }
-    /// With other bytes and reserves.
-    void newLife() {
+    /// Starts anew with other bytes and reserves.
+    void replaceBuffer() {
         const std::size_t size = input.below(80);
         const std::string text = input.below(2) == 0 ? input.text(size) : input.text(size, DIGITS);
         const Bytes bytes(text.begin(), text.end());
@@ -182,7 +184,7 @@ private:
         expected = model::ByteBuffer(bytes, low, high);
     }
 
-    /// What an operation makes, in another buffer or in the buffer itself.
+    /// Checks what an operation stores, in another buffer or in the buffer itself.
     void take(const Bytes& made, std::uint64_t reserve, const auto& operation) {
         if (expected.size < 200 && input.below(2) == 0) {
             operation(buffer, buffer);
@@ -210,7 +212,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Program program(input);
     while (!input.empty()) {
         program.step();
-        if (input.below(3) == 0) // often enough, yet leaving shifts pending in between
+        if (input.below(3) == 0) // often, but with pending shifts in between
             program.expectSame();
     }
     program.expectSame();

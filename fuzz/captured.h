@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The standard output of a fuzz target, in a file of its own.
+// Redirects the standard output of a fuzz target to a file.
 #pragma once
 
 #include "test_host.h"
@@ -17,22 +17,23 @@ namespace fuzz {
 class CapturedOutput {
 public:
     CapturedOutput() {
-        // Appending, so that what follows an emptying begins at the front.
+        // In append mode, writing starts at the front after the file was truncated.
         if (std::freopen(path.c_str(), "a", stdout) == nullptr)
             std::abort();
     }
 
-    /// All that was printed since the last call.
+    /// The text printed since the last call.
     std::string take() {
         static_cast<void>(std::fflush(stdout));
-        std::ifstream file(path, std::ios::binary); // the text may hold what ends one elsewhere
+        std::ifstream file(path,
+                           std::ios::binary); // the text may have a character that ends a text file
         file.seekg(taken);
         std::string text{std::istreambuf_iterator<char>(file), {}};
         for (std::size_t at = 0; test_host::WINDOWS && at < text.size(); ++at)
             if (text.compare(at, 2, "\r\n") == 0)
                 text.erase(at, 1);
         taken = static_cast<std::streamoff>(std::filesystem::file_size(path));
-        if (taken > 10'000'000) { // emptying costs too much to be done each time
+        if (taken > 10'000'000) { // truncating each time would be too slow
             std::filesystem::resize_file(path, 0);
             taken = 0;
         }

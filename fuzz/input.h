@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The bytes of one run of a target, taken as values and texts, and what a target says when it finds
-// something.
+// The input of one run of a fuzz target, read as values and texts, and the check that reports a
+// finding.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 namespace fuzz {
 
-/// Hands out the bytes from the first to the last, and zeros behind them.
+/// Returns the bytes in order, and zeros after the last one.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size)
@@ -31,13 +31,13 @@ public:
     const Choice& oneOf(const Choice (&choices)[Count]) {
         return choices[below(Count)];
     }
-    /// At most \a most characters, of any code.
+    /// Up to \a most characters of any code.
     std::string text(std::size_t most) {
         std::string text = bytes.substr(at < bytes.size() ? at : bytes.size(), most);
         at += text.size();
         return text;
     }
-    /// At most \a most characters of \a alphabet; in one of four texts a few of any code but 0.
+    /// Up to \a most characters of \a alphabet. Every fourth text also has some of any code but 0.
     std::string text(std::size_t most, const std::string& alphabet) {
         const bool mixed = below(4) == 0;
         std::string text;
@@ -54,11 +54,11 @@ private:
     std::size_t at = 0;
 };
 
-/// Ends the run as a finding unless \a holds.
+/// Aborts the run, which makes it a finding, unless \a holds.
 inline void require(bool holds, const char* what) {
     if (holds)
         return;
-    static_cast<void>(std::fprintf(stderr, "not so: %s\n", what));
+    static_cast<void>(std::fprintf(stderr, "failed: %s\n", what));
     std::abort();
 }
 

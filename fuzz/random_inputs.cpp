@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A target as a test: a fixed number of random inputs, the same in every run, shared out among
-// threads. The arguments are the number of inputs and of threads, and the first input.
+// Runs a fuzz target as a test, on a fixed number of random inputs that are divided among threads.
+// The arguments are the number of inputs, the number of threads, and the number of the first input.
 #include "input.h"
 
 #include <csignal>
@@ -11,7 +11,7 @@
 
 namespace {
 
-thread_local unsigned long input = 0; // its number is its seed
+thread_local unsigned long input = 0; // the number of the current input, which is its seed
 
 void runInputs(unsigned long first, unsigned long count, unsigned long step) {
     for (input = first; input < count; input += step) {
@@ -26,7 +26,7 @@ void runInputs(unsigned long first, unsigned long count, unsigned long step) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::signal(SIGABRT, [](int) { std::fprintf(stderr, "by input %lu\n", input); });
+    std::signal(SIGABRT, [](int) { std::fprintf(stderr, "The input is number %lu.\n", input); });
     unsigned long numbers[] = {1, 1, 0};
     for (int i = 1; i < argc && i <= 3; ++i)
         numbers[i - 1] = std::strtoul(argv[i], nullptr, 10);

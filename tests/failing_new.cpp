@@ -11,17 +11,17 @@
 namespace {
 
 bool armed = false;
-bool hasRefused = false;
+bool hasFailed = false;
 long successesLeft = 0;
 std::size_t largest = 0;
-test::Refusal refusalKind = test::Refusal::from;
+test::Failure kind = test::Failure::persistent;
 
 void* allocate(std::size_t bytes) noexcept {
     largest = std::max(largest, bytes);
     if (armed && successesLeft-- <= 0) {
         successesLeft = 0;
-        hasRefused = true;
-        armed = refusalKind == test::Refusal::from;
+        hasFailed = true;
+        armed = kind == test::Failure::persistent;
         return nullptr;
     }
     if (bytes > PTRDIFF_MAX)
@@ -60,10 +60,10 @@ void operator delete[](void* memory, std::size_t) noexcept {
 
 namespace test {
 
-FailingNew::FailingNew(long successes, Refusal refusal) {
+FailingNew::FailingNew(long successes, Failure failure) {
     armed = true;
-    refusalKind = refusal;
-    hasRefused = false;
+    kind = failure;
+    hasFailed = false;
     successesLeft = successes;
     largest = 0;
 }
@@ -72,8 +72,8 @@ FailingNew::~FailingNew() {
     armed = false;
 }
 
-bool FailingNew::refused() {
-    return hasRefused;
+bool FailingNew::failed() {
+    return hasFailed;
 }
 
 std::size_t FailingNew::largestBlock() {

@@ -65,7 +65,7 @@ TEST(HostFaults, FullDiskIsSurvivedWithoutMemory) {
         EXPECT_TRUE(logger.shouldPrintLog(4));
         logger.endLogging();
     }
-    EXPECT_FALSE(test::FailingNew::refused());
+    EXPECT_FALSE(test::FailingNew::failed());
     EXPECT_FALSE(logger.shouldPrintLog(0));
 }
 

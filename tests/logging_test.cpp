@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Records, traces and dumps within one process. Start-up, copies and the end of logging are tested
-// from outside, by logging_process.cmake.
+// from outside, by the golden tests in logging_process/.
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Exhausted memory: every operation that allocates is run again and again, each time with another
-// one of its allocations refused. It completes, or throws std::bad_alloc and leaves its object as
-// it was. The leak checker of the sanitized build watches.
+// Exhausted memory: every operation that allocates is repeated, and each time another one of its
+// allocations fails. It either completes, or throws std::bad_alloc and leaves its object unchanged.
+// The sanitized build also checks for leaks.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_Number.h"
@@ -29,7 +29,7 @@ using namespace KelRT;
 using Util = Kel_NumberUtil;
 using model::LogFile;
 using test::FailingNew;
-using test::Refusal;
+using test::Failure;
 
 namespace {
 
@@ -44,23 +44,23 @@ protected:
     }
 };
 
-/// Does something while memory is exhausted, which it must meet.
+/// Calls \a action while memory is exhausted, and expects that it allocates.
 void whileExhausted(const std::function<void()>& action) {
     {
         const FailingNew noMemory;
         action();
     }
-    EXPECT_TRUE(FailingNew::refused());
+    EXPECT_TRUE(FailingNew::failed());
 }
 
-/// Runs \a attempt(n) with the n-th allocation refused, and with all from the n-th on, for n = 0,
-/// 1, ... until none was refused any more.
+/// Runs \a attempt(failure, n) for both kinds of failure and n = 0, 1, ... until no allocation
+/// fails.
 void forEveryAllocation(const std::string& name,
-                        const std::function<bool(Refusal, long)>& attempt) {
-    for (const Refusal refusal : {Refusal::from, Refusal::only}) {
-        SCOPED_TRACE(name + (refusal == Refusal::only ? ", only" : ", from"));
+                        const std::function<bool(Failure, long)>& attempt) {
+    for (const Failure failure : {Failure::persistent, Failure::single}) {
+        SCOPED_TRACE(name + (failure == Failure::single ? ", single" : ", persistent"));
         long n = 0;
-        while (attempt(refusal, n) && n < 10000)
+        while (attempt(failure, n) && n < 10000)
             ++n;
         EXPECT_GE(n, 1);
         EXPECT_LT(n, 10000);
@@ -71,7 +71,7 @@ using Own = std::unique_ptr<Kel_ByteBuffer>;
 
 constexpr unsigned char BYTES[100] = {};
 
-/// What the operations work on, below a directory with a library in "a long name of one".
+/// The arguments of the operations. The current directory has a library in "a long name of one".
 struct State {
     std::string word = std::string(60, 'w');
     std::string setting = "w=" + word;
@@ -85,13 +85,13 @@ struct State {
     Kel_Number wide{3000};
     Kel_Exception message{"kept"};
     std::vector<std::string> list{"kept", "and this one is longer than what fits inside"};
-    std::string out; // which may be emptied
+    std::string out; // may be emptied
 
     State() {
         narrow.set('d', "-12345");
         wide.set('X', ones.substr(100));
     }
-    /// What an operation that throws may not change.
+    /// What an operation that throws must not change.
     std::string kept() {
         const std::filesystem::directory_iterator made(".kel");
         return std::string(text.ptr(), text.getSize()) +
@@ -177,30 +177,30 @@ TEST_F(ExhaustedMemory, OperationsCompleteOrChangeNothing) {
     EXPECT_EQ(Kel_Util::getDataDirPath(), directory / test_host::below("kept", ""));
 
     for (const auto& operation : OPERATIONS)
-        forEveryAllocation(operation.name, [&operation](Refusal refusal, long n) {
+        forEveryAllocation(operation.name, [&operation](Failure failure, long n) {
             State state;
             const std::string before = state.kept();
             bool thrown = false;
             {
-                const FailingNew noMemory(n, refusal);
+                const FailingNew noMemory(n, failure);
                 try {
                     operation.run(state);
                 } catch (const std::bad_alloc&) {
                     thrown = true;
                 }
             }
-            EXPECT_EQ(thrown, FailingNew::refused()) << n;
+            EXPECT_EQ(thrown, FailingNew::failed()) << n;
             EXPECT_TRUE(!thrown || state.kept() == before) << n;
             return thrown;
         });
 }
 
-// A text is never handed out in part: a query that threw is simply made again.
+// A text is never returned in part, and a query that threw can be repeated.
 TEST_F(ExhaustedMemory, VersionTextsAreWholeOrUnfilled) {
     long n = 0;
     for (bool thrown = true; thrown; ++n) {
         thrown = false;
-        const FailingNew noMemory(n, Refusal::only);
+        const FailingNew noMemory(n, Failure::single);
         try {
             static_cast<void>(getVersionWithBuildNumber());
         } catch (const std::bad_alloc&) {
@@ -218,8 +218,8 @@ TEST_F(ExhaustedMemory, LoggingNeverThrowsAndKeepsItsIndentation) {
     logger.setDetailLevel(4);
     const std::string name(40, 'n');
     const std::vector<unsigned char> bytes(100, 0xA5);
-    forEveryAllocation("logging", [&](Refusal refusal, long n) {
-        const FailingNew noMemory(n, refusal);
+    forEveryAllocation("logging", [&](Failure failure, long n) {
+        const FailingNew noMemory(n, failure);
         logger.logMethodEntry(name.c_str(), "%s", name.c_str());
         logger.printLog(1, "%s\n", name.c_str());
         logger.dumpBuffer(1, name.c_str(), bytes.data(), 800);
@@ -231,7 +231,7 @@ TEST_F(ExhaustedMemory, LoggingNeverThrowsAndKeepsItsIndentation) {
             tracer.setReturn(name.c_str());
         }
         logger.printLog(1, "alive %ld\n", n);
-        return FailingNew::refused();
+        return FailingNew::failed();
     });
     const std::string text = log.finish();
     EXPECT_NE(text.find("\nalive 0\n"), std::string::npos); // at depth 0
@@ -284,7 +284,7 @@ TEST_F(ExhaustedMemory, LostResultsAreEmpty) {
     EXPECT_EQ(log.finish(), "ENTERING f \nEXITING f\nENTERING g \nEXITING g\n");
 }
 
-// Logging starts once in a process, so each allocation has a case of its own.
+// Logging starts once in a process, so each allocation needs a test of its own.
 class ExhaustedMemoryAtStart : public ExhaustedMemory, public testing::WithParamInterface<long> {};
 
 TEST_P(ExhaustedMemoryAtStart, LoggingIsOnOrOff) {
@@ -294,11 +294,11 @@ TEST_P(ExhaustedMemoryAtStart, LoggingIsOnOrOff) {
     test_host::setEnvironment("TOR_KEL_LOGDETAIL", "2");
     test_host::writeFile(file, "kept");
     {
-        const FailingNew noMemory(GetParam(), Refusal::only);
+        const FailingNew noMemory(GetParam(), Failure::single);
         logger.startLogging();
     }
     const bool on = logger.shouldPrintLog(2);
-    EXPECT_TRUE(on || FailingNew::refused());
+    EXPECT_TRUE(on || FailingNew::failed());
     logger.printLog(1, "alive\n");
     logger.endLogging();
     const std::string text = test_host::readWholeFile(file);

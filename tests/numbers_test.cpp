@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
-#include "dice.h"
 #include "failing_new.h"
 #include "models/number_model.h"
 #include "outcome.h"
+#include "random_values.h"
 
 #include <gtest/gtest.h>
 
@@ -65,9 +65,9 @@ TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
     for (const auto& [bitCount, digits] : cases) {
         std::string mixed(digits, '0');
         for (char& digit : mixed)
-            digit = static_cast<char>('0' + test::below(10));
+            digit = static_cast<char>('0' + test::randomBelow(10));
         for (int i = 0; i < 30; ++i)
-            mixed[test::below(digits)] = " ,-"[test::below(3)];
+            mixed[test::randomBelow(digits)] = " ,-"[test::randomBelow(3)];
         for (const std::string& text : {mixed, std::string("1").append(digits / 2, '0')}) {
             Kel_Number number(bitCount);
             model::Number model(bitCount);
@@ -86,8 +86,8 @@ TEST(Number, WideDecimalsOfManyZeroDigitsAreThoseOfTheModel) {
     const auto sparse = [](const char* digits, std::size_t base, std::size_t groupSize) {
         std::string text = "1";
         for (int group = 0; group < 255; ++group)
-            for (std::size_t i = 0, isZero = test::below(2); i < groupSize; ++i)
-                text += isZero != 0 ? '0' : digits[test::below(base)];
+            for (std::size_t i = 0, isZero = test::randomBelow(2); i < groupSize; ++i)
+                text += isZero != 0 ? '0' : digits[test::randomBelow(base)];
         return text;
     };
     Kel_Number number(32000);
@@ -104,10 +104,11 @@ TEST(Number, WideDecimalsOfManyZeroDigitsAreThoseOfTheModel) {
 
 TEST(Number, RunsOfBitsKeepTheirValueThroughWideDecimals) {
     for (int round = 0; round < 12; ++round) {
-        const std::uint64_t bitCount = 8000 + test::below(round < 8 ? 60000 : 400000);
+        const std::uint64_t bitCount = 8000 + test::randomBelow(round < 8 ? 60000 : 400000);
         std::string bits;
         while (bits.size() < bitCount)
-            bits.append(1 + test::below(round % 4 == 0 ? bitCount : 300), "01"[test::below(2)]);
+            bits.append(1 + test::randomBelow(round % 4 == 0 ? bitCount : 300),
+                        "01"[test::randomBelow(2)]);
         bits.resize(bitCount);
         Kel_Number number(bitCount);
         ASSERT_TRUE(number.set('b', bits));

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The file functions under the conventions of either host, over a host that exists only here: it
-// takes the place of the portability layer's calls to the real one. So the texts of any host can be
-// followed, and calls fail that a real host does not fail.
+// The file functions under the conventions of either host, with a fake host in place of the
+// portability layer's calls to the real one. It injects failures that a real host will not produce.
 #include "KelRT/Kel_Util.h"
 #include "files/files.h"
 #include "outcome.h"
@@ -24,17 +23,17 @@ using Texts = std::vector<std::string>;
 
 namespace {
 
-struct StandIn {
+struct FakeHost {
     std::set<std::string> readable;      ///< files that open for reading
-    std::set<std::string> madeMeanwhile; ///< by somebody else, when they are about to be made
+    std::set<std::string> madeMeanwhile; ///< by another process, just before they would be made
     std::set<std::string> directories;   ///< those of them that are directories
-    bool everythingExists = false;       ///< or nothing, and no directory can be made
+    bool everythingExists = false;       ///< otherwise nothing, and no directory can be made
     bool listingBreaksOff = false;
     std::map<char, std::string> currentDirectories; ///< of a drive, or of 0; missing: unreadable
 
-    std::vector<std::string> calls; ///< what was asked, as "exist NAME"
+    std::vector<std::string> calls; ///< such as "exist NAME"
 };
-StandIn host; // each case begins with a fresh one
+FakeHost host; // each test begins with a new one
 
 void note(const std::string& call, const char* path) {
     host.calls.push_back(call + " " + path);
@@ -96,7 +95,7 @@ std::string absolute(const Port::Conventions& conventions, const std::string& pa
     return Port::FileName(path.c_str(), conventions).GetAbsolutePath(false).c_str();
 }
 
-/// Windows as a tool finds it: on drive C, in C:\work.
+/// Windows, with C:\work as the current directory.
 class OnWindows : public ::testing::Test {
 protected:
     OnWindows() {

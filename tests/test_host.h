@@ -79,40 +79,40 @@ public:
     TemporaryDirectory() {
         std::random_device random;
         do
-            path_ = std::filesystem::canonical(std::filesystem::temp_directory_path()) /
-                    ("kel_test_" + std::to_string(random()) + std::to_string(random()));
-        while (!std::filesystem::create_directory(path_));
+            location = std::filesystem::canonical(std::filesystem::temp_directory_path()) /
+                       ("kel_test_" + std::to_string(random()) + std::to_string(random()));
+        while (!std::filesystem::create_directory(location));
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory() {
         std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
+        std::filesystem::remove_all(location, ignored);
     }
     /// Without a separator at its end.
-    std::string path() const { return path_.string(); }
+    std::string path() const { return location.string(); }
     /// The path of \a name in the directory, in the host's style.
     std::string operator/(const std::string& name) const { return below(path(), name); }
 
 private:
-    std::filesystem::path path_;
+    std::filesystem::path location;
 };
 
 /// Another current directory for a scope.
 class CurrentDirectory {
 public:
-    explicit CurrentDirectory(const std::string& path) : before_(std::filesystem::current_path()) {
+    explicit CurrentDirectory(const std::string& path) : before(std::filesystem::current_path()) {
         std::filesystem::current_path(path);
     }
     CurrentDirectory(const CurrentDirectory&) = delete;
     CurrentDirectory& operator=(const CurrentDirectory&) = delete;
     ~CurrentDirectory() {
         std::error_code ignored;
-        std::filesystem::current_path(before_, ignored);
+        std::filesystem::current_path(before, ignored);
     }
 
 private:
-    std::filesystem::path before_;
+    std::filesystem::path before;
 };
 
 /// An environment variable, set or (without a value) unset. On Windows the empty value unsets, too.

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// What only Windows has: drives, limited paths and links to directories. Links, and searches that
-// break off, come from a stand-in, for not every host and user can make them: the pointers through
-// which the library's objects call the system are defined here.
+// What only Windows has: drives, limited paths and links to directories. A fake
+// host injects links and failing searches, which not every host and user can make: this file
+// defines the pointers through which the library's objects call the system.
 #include "KelRT/Kel_Util.h"
 #include "outcome.h"
 #include "test_host.h"
@@ -25,11 +25,11 @@ using Texts = std::vector<std::string>;
 
 namespace {
 
-struct StandIn {
+struct FakeHost {
     std::set<std::string> links; ///< to directories, as the system shows them
     bool searchesBreakOff = false;
 };
-StandIn host;
+FakeHost host;
 
 template <typename Function>
 Function systems(Function /*type*/, const char* name) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A slow, obvious byte buffer: every rule one byte or one bit at a time. It keeps the whole block,
-// reserves included.
+// A slow, obvious byte buffer: one byte or one bit at a time. It holds the whole block with its
+// reserves.
 #pragma once
 
 #include <algorithm>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What stands in a log, by a slow, obvious Logger: one piece at a time, as a reader would tell it.
-// And a log of a test's own to compare it with.
+// A slow, obvious Logger, which writes one piece at a time, and the log of a test to compare with.
 #pragma once
 
 #include "KelRT/Logger.h"
@@ -101,12 +100,12 @@ private:
 class LogFile {
 public:
     LogFile() {
-        test_host::setEnvironment("TOR_KEL_LOGFILE", path_);
+        test_host::setEnvironment("TOR_KEL_LOGFILE", path);
         test_host::setEnvironment("TOR_KEL_LOGDETAIL", "");
         test_host::setEnvironment("TOR_KEL_LOGFLAGS", "");
         KelRT::Logger::logger.startLogging();
         KelRT::Logger::logger.flush();
-        opening_ = test_host::readWholeFile(path_).size();
+        openingSize = test_host::readWholeFile(path).size();
     }
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
@@ -114,7 +113,7 @@ public:
 
     /// All that has reached the file, without the lines that start-up wrote.
     [[nodiscard]] std::string text() const {
-        return test_host::readWholeFile(path_).substr(opening_);
+        return test_host::readWholeFile(path).substr(openingSize);
     }
     /// The same at the end of logging at level 1, which writes no closing line.
     [[nodiscard]] std::string finish() const {
@@ -124,9 +123,9 @@ public:
     }
 
 private:
-    test_host::TemporaryDirectory directory_;
-    std::string path_ = directory_ / "trace.log";
-    std::size_t opening_ = 0;
+    test_host::TemporaryDirectory directory;
+    std::string path = directory / "trace.log";
+    std::size_t openingSize = 0;
 };
 
 } // namespace model

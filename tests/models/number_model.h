@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A wide number as slowly and as obviously as it can be told: 16-bit words, one digit and one word
-// at a time. Never linked into the library.
+// A slow, obvious wide number: 16-bit words, one digit and one word at a time.
 #pragma once
 
 #include <algorithm>
@@ -13,14 +12,14 @@ namespace model {
 
 class Number {
 public:
-    explicit Number(std::uint64_t bitCount) : bitCount_(bitCount), words_((bitCount + 15) / 16) {}
+    explicit Number(std::uint64_t bits) : bitCount(bits), words((bits + 15) / 16) {}
 
-    bool isNegative() const { return (words_.back() >> (bitCount_ - 1) % 16 & 1) != 0; }
-    bool isZero() const { return words_ == std::vector<std::uint16_t>(words_.size()); }
+    bool isNegative() const { return (words.back() >> (bitCount - 1) % 16 & 1) != 0; }
+    bool isZero() const { return words == std::vector<std::uint16_t>(words.size()); }
 
     void negate() {
         std::uint32_t carry = 1;
-        for (auto& word : words_)
+        for (auto& word : words)
             carry = putWord(word, static_cast<std::uint16_t>(~word) + carry);
         mask();
     }
@@ -62,7 +61,7 @@ public:
             reversed += base == 256 ? static_cast<char>(r) : digits[r];
         } while (!copy.isZero());
         const unsigned bits = base == 2 ? 1 : base == 8 ? 3 : base == 16 ? 4 : 8;
-        while (base != 10 && reversed.size() < (bitCount_ + bits - 1) / bits)
+        while (base != 10 && reversed.size() < (bitCount + bits - 1) / bits)
             reversed += base == 256 ? ' ' : '0';
         if (negative)
             reversed += '-';
@@ -91,7 +90,7 @@ private:
 
     bool shiftInDigit(unsigned base, unsigned digit) {
         std::uint32_t carry = digit;
-        for (auto& word : words_)
+        for (auto& word : words)
             carry = putWord(word, word * base + carry);
         mask();
         return digit < base;
@@ -99,21 +98,19 @@ private:
 
     unsigned divide(unsigned divisor) {
         std::uint32_t r = 0;
-        for (std::size_t i = words_.size(); i-- > 0;) {
-            const std::uint32_t t = r * 65536 + words_[i];
-            words_[i] = static_cast<std::uint16_t>(t / divisor);
+        for (std::size_t i = words.size(); i-- > 0;) {
+            const std::uint32_t t = r * 65536 + words[i];
+            words[i] = static_cast<std::uint16_t>(t / divisor);
             r = t % divisor;
         }
         return r;
     }
 
-    void zero() { std::fill(words_.begin(), words_.end(), std::uint16_t{0}); }
-    void mask() {
-        words_.back() &= static_cast<std::uint16_t>(0xFFFF >> (16 - bitCount_ % 16) % 16);
-    }
+    void zero() { std::fill(words.begin(), words.end(), std::uint16_t{0}); }
+    void mask() { words.back() &= static_cast<std::uint16_t>(0xFFFF >> (16 - bitCount % 16) % 16); }
 
-    std::uint64_t bitCount_;
-    std::vector<std::uint16_t> words_;
+    std::uint64_t bitCount;
+    std::vector<std::uint16_t> words;
 };
 
 } // namespace model

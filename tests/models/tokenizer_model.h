@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A slow, obvious tokenizer: one character at a time, each rule as it is told.
+// A slow, obvious tokenizer: one character and one rule at a time.
 #pragma once
 
 #include <cstring>
@@ -18,9 +18,9 @@ struct Flags {
 
 class Tokenizer {
 public:
-    Tokenizer(std::string text, const char* set, bool commaSeparated, Flags flags)
-        : text_(std::move(text)), set_(set), commaSeparated_(commaSeparated), flags_(flags) {
-        for (char& c : text_)
+    Tokenizer(std::string input, const char* set, bool isCommaSeparated, Flags given)
+        : text(std::move(input)), delimiters(set), commaSeparated(isCommaSeparated), flags(given) {
+        for (char& c : text)
             if (flags.toLowerCase && c >= 'A' && c <= 'Z')
                 c = static_cast<char>(c - 'A' + 'a');
     }
@@ -28,48 +28,48 @@ public:
     std::vector<std::string> tokens() {
         std::vector<std::string> tokens;
         while (!atEnd()) {
-            while (!commaSeparated_ && atDelimiter())
-                ++at_;
-            const bool quoted = flags_.handleQuotes && !atEnd() && text_[at_] == '"';
+            while (!commaSeparated && atDelimiter())
+                ++at;
+            const bool quoted = flags.handleQuotes && !atEnd() && text[at] == '"';
             tokens.push_back(quoted ? quotedToken() : plainToken());
         }
-        if (commaSeparated_ && !text_.empty() && text_.back() == ',')
+        if (commaSeparated && !text.empty() && text.back() == ',')
             tokens.emplace_back();
         return tokens;
     }
 
 private:
-    [[nodiscard]] bool atEnd() const { return at_ >= text_.size(); }
+    [[nodiscard]] bool atEnd() const { return at >= text.size(); }
     [[nodiscard]] bool atDelimiter() const {
-        return !atEnd() && std::strchr(set_, text_[at_]) != nullptr;
+        return !atEnd() && std::strchr(delimiters, text[at]) != nullptr;
     }
 
     std::string plainToken() {
         std::string token;
         while (!atEnd() && !atDelimiter())
-            token += text_[at_++];
-        ++at_;
+            token += text[at++];
+        ++at;
         return token;
     }
 
     std::string quotedToken() {
-        std::string token(flags_.keepQuotes ? 1 : 0, '"');
-        for (++at_; !atEnd() && text_[at_] != '"'; ++at_)
-            token += text_[at_];
+        std::string token(flags.keepQuotes ? 1 : 0, '"');
+        for (++at; !atEnd() && text[at] != '"'; ++at)
+            token += text[at];
         const bool closed = !atEnd();
-        ++at_;
-        if (closed && flags_.keepQuotes) {
+        ++at;
+        if (closed && flags.keepQuotes) {
             token += '"';
-            ++at_; // whatever stands behind the quote
+            ++at; // whatever follows the quote
         }
         return token;
     }
 
-    std::string text_;
-    const char* set_;
-    bool commaSeparated_;
-    Flags flags_;
-    std::size_t at_ = 0;
+    std::string text;
+    const char* delimiters;
+    bool commaSeparated;
+    Flags flags;
+    std::size_t at = 0;
 };
 
 } // namespace model

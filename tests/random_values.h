@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+//
+// Random values from one generator with a fixed seed.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <random>
+
+namespace test {
+
+constexpr unsigned SEED = 20110314; // printed, so that a failing run can be repeated
+
+inline std::uint64_t randomValue() {
+    static std::mt19937_64 generator(SEED);
+    return generator();
+}
+
+/// A value from 0 to \a limit - 1.
+inline std::size_t randomBelow(std::size_t limit) {
+    return randomValue() % limit;
+}
+
+} // namespace test
