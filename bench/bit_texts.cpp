@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Conversions between bytes, texts of '0' and '1' and hexadecimal text, into a string or an array
-// that is given. In the texts of bytes the library puts bit 0 first and the peers put it last: they
-// get and give the bits in the opposite order, which makes the texts the same.
+// Conversions between bytes, texts of '0' and '1' and hexadecimal text, into a given string or
+// array. The library puts bit 0 of bytes first and the peers put it last, so they convert the bits
+// in the opposite order, which gives the same texts.
 #include "peers.h"
 #include "row.h"
 

@@ -15,7 +15,7 @@ namespace bench {
 /// The bytes that a table shows: those in a line between the colon after its address and the column
 /// of characters, which follows two blanks.
 /// \param digits    of a byte: 2 hexadecimal ones or 8 bits
-/// \param lastFirst the first byte stands on the right
+/// \param lastFirst whether the first byte is the rightmost
 inline std::string bytesOf(const std::string& table, unsigned digits, bool lastFirst) {
     std::string bytes;
     std::istringstream lines(table);
@@ -45,7 +45,7 @@ inline auto ownDump(const LogFile& file, const Bytes& bytes, unsigned digits) {
                   [digits](const std::string& table) { return bytesOf(table, digits, true); }};
 }
 
-/// The limit: the text of the library's dump, handed over in large pieces.
+/// The limit: the text of the library's dump, written in large pieces.
 template <typename Own>
 void addLimit(Row& row, const LogDirectory& directory, Own ready, const Bytes& bytes) {
     static constexpr std::size_t PIECE = 64 << 10;

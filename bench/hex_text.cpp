@@ -22,7 +22,7 @@ std::string upperHex(const Bytes& bytes) {
     return text;
 }
 
-/// The peers get the bytes in the order in which the library writes them.
+/// The peers convert the bytes in the order in which the library writes them.
 Bytes reversed(Bytes bytes) {
     std::reverse(bytes.begin(), bytes.end());
     return bytes;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// A file in memory (tmpfs, /dev/shm) to which one contender writes. All are emptied alike before a
-// run, outside its time: by the descriptor that the contender holds, so that every run allocates
-// the pages of its text anew and no contender notices.
+// A file in memory (tmpfs, /dev/shm) to which one contender writes. It is truncated before each
+// run, outside the measured time, through the contender's own descriptor, so that every run
+// allocates new pages.
 #pragma once
 
 #include "row.h"
@@ -21,7 +21,7 @@
 
 namespace bench {
 
-/// The directory of the files, which goes with the process.
+/// The directory of the files, removed when the process ends.
 class LogDirectory {
 public:
     LogDirectory() {
@@ -49,7 +49,7 @@ private:
 
 class LogFile {
 public:
-    /// The file named \a file, which somebody in this process has opened, or which is opened here.
+    /// The file named \a file, which this process has open already or opens here.
     explicit LogFile(std::string file) : location(std::move(file)), openDescriptor(find()) {
         if (openDescriptor < 0)
             openDescriptor = ::open(location.c_str(), O_WRONLY | O_CREAT, 0600);
@@ -105,7 +105,7 @@ struct Writer {
 template <typename Write, typename Text>
 Writer(LogFile, Write, Text) -> Writer<Write, Text>;
 
-/// The file to which the library logs from now on, at detail level 1. Once in a process.
+/// Starts the library's logging at detail level 1, once in a process, and returns its file.
 inline LogFile startLogging(const LogDirectory& directory, const char* flags) {
     const std::string path = directory.file("KelUtil.log");
     ::setenv("TOR_KEL_LOGFILE", path.c_str(), 1);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Log records: written, each handed to the system as a line of its own, into a file in memory
-// (tmpfs); and filtered out by their level. All write the same lines without a prefix.
+// Log records: written to a file in memory (tmpfs) with one system call for each line, and filtered
+// out by their level. All write the same lines without a prefix.
 #include "log_file.h"
 #include "peers.h"
 #include "row.h"

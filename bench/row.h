@@ -39,8 +39,8 @@ public:
 
     /// A contender is an object with `void run()` and `std::string result()`. Each starts from a
     /// copy of \a contender. The result of the first run must be that of the row's first contender.
-    /// A contender that has `void prepare()` too gets it called before each run, outside the time.
-    /// One whose `run()` returns seconds, instead of nothing, tells the time that it took itself.
+    /// If it has `void prepare()`, that is called before each run, outside the measured time. If
+    /// `run()` returns seconds, these are the measured time.
     template <typename Contender>
     Row& add(const std::string& name, const Contender& contender) {
         Contender proof = contender;
@@ -51,7 +51,7 @@ public:
         return measure(name, contender);
     }
 
-    /// The physical limit, which does less than the work and so proves nothing.
+    /// The physical limit. It does less than the work, so its result is not checked.
     template <typename Contender>
     Row& limit(const Contender& contender) {
         return measure("limit", contender);
@@ -76,7 +76,7 @@ public:
 
 private:
     template <typename Contender>
-    static constexpr bool TELLS_TIME =
+    static constexpr bool MEASURES_ITSELF =
         std::is_same_v<decltype(std::declval<Contender&>().run()), double>;
 
     template <typename Contender>
@@ -88,7 +88,7 @@ private:
                 for (auto iteration : state) {
                     (void)iteration;
                     prepare(own, state);
-                    if constexpr (TELLS_TIME<Contender>)
+                    if constexpr (MEASURES_ITSELF<Contender>)
                         state.SetIterationTime(own.run());
                     else
                         own.run();
@@ -96,7 +96,7 @@ private:
                 }
                 state.counters["items"] = items;
             });
-        if constexpr (TELLS_TIME<Contender>)
+        if constexpr (MEASURES_ITSELF<Contender>)
             registered->UseManualTime();
         return *this;
     }
@@ -127,7 +127,7 @@ private:
     bool hasResult = false;
 };
 
-/// A contender of two functions over a state of its own.
+/// A contender made of a state and two functions.
 template <typename State, typename Run, typename Result>
 struct Contender {
     State state;

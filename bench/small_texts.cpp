@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // 64-bit integers printed into a given string, and read. "full" values have 63 bits; "mixed" ones 1
-// to 63, so that nobody can foresee how long the next text is.
+// to 63, so that the length of the next text cannot be predicted.
 #include "peers.h"
 #include "row.h"
 

@@ -2,12 +2,12 @@
 //
 // usage: bench_startup LIBRARY YARDSTICK
 //
-// What it takes to load the library, beside a library that only uses the standard library: size,
-// processor time of dlopen and dlclose in fresh processes (medians), allocations while loading.
+// The cost of loading the library, beside that of a library that only uses the standard library:
+// size, processor time of dlopen and dlclose in new processes (medians), allocations while loading.
 // The exit status is 1 when the library allocates more than the standard library and the loader do.
 //
-// This program counts what passes its malloc, and must not have loaded the standard library itself:
-// it is written without it.
+// This program counts the calls of its own malloc. It is written without the standard library,
+// which must not be loaded before.
 #include <initializer_list> // of ranges; no code comes with it
 
 #include <dlfcn.h>
@@ -82,7 +82,7 @@ Figures loadHere(const char* path) {
     return figures;
 }
 
-/// In a process of its own, which nothing has been loaded into.
+/// Loads in a new process.
 Figures loadInProcess(const char* path) {
     int ends[2];
     if (pipe(ends) != 0)

@@ -22,7 +22,7 @@ struct Text {
     const char* delimiters; // for the library, whose modes differ by this pointer
 };
 
-/// Tokens of \a least to \a most characters; behind each one to \a mostDelimiters delimiters.
+/// Tokens of \a least to \a most characters, each followed by 1 to \a mostDelimiters delimiters.
 std::string randomText(std::size_t size, std::size_t least, std::size_t most,
                        std::string_view delimiters, std::size_t mostDelimiters) {
     std::mt19937_64 random(size);

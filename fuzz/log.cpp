@@ -65,7 +65,7 @@ public:
         }
     }
 
-    /// Compares what both have written, and leaves them as the next input finds them.
+    /// Compares the logs, and resets both loggers for the next input.
     void finish() {
         setLevel(4);
         for (; expected.depth > 0; expected.exitByName("end", " -- returning 0"))

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* RADICES = "bodiuxBODIUX";
 constexpr const char* LETTERS = "bOdIuXxSsq";
-// Digits of each base, patterns at the edges of words, runs of zeros, and what stands among digits.
+// Digits of each base, patterns at the limits of words, runs of zeros, and separators among digits.
 const std::string ALPHABETS[] = {"01",
                                  "01234567",
                                  "0123456789",

@@ -31,7 +31,7 @@ std::string printed(const char* format, Arguments... arguments) {
 void readFields(fuzz::Input& input) {
     const int low = static_cast<int>(input.below(200));
     const int high = low + static_cast<int>(input.below(200));
-    // Not a byte behind the field, so that reading one is noticed.
+    // The array ends with the field, so that the sanitizer sees a read past it.
     Bytes data(static_cast<std::size_t>(high) / 8 + 1);
     for (auto& byte : data)
         byte = static_cast<unsigned char>(input.character());

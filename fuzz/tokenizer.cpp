@@ -30,7 +30,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string own = input.text(mode >> 5, "abcdefghijklmnopqrstuvwxyz,;");
     const char* const delimiters = (mode & 24) == 0 ? own.c_str() : input.oneOf(SETS);
     const std::string text = input.text(2000, input.oneOf(ALPHABETS));
-    // As long as the text and no longer, so that reading behind it is noticed.
+    // Exactly as long as the text, so that the sanitizer sees a read past it.
     const std::vector<char> exact(text.c_str(), text.c_str() + text.size() + 1);
 
     Kel_StrTok tokenizer(exact.data(), delimiters, flags.handleQuotes, flags.toLowerCase,

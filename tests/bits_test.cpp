@@ -123,8 +123,8 @@ TEST(ByteBufferStorage, MovesLeaveADefaultBuffer) {
     Kel_ByteBuffer original = make({0x21, 0x43, 0x65}, 1, 2);
     original.shiftBitsDown(12);
     Kel_ByteBuffer moved(std::move(original));
-    // NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move): what is left is the
-    // point
+    // NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move): the test is about
+    // the moved-from buffer
     EXPECT_EQ(original.getSize(), 0U);
     EXPECT_EQ(original.ptr(), nullptr);
     original.insertBytes(0, 1);

@@ -15,7 +15,7 @@ using namespace KelRT;
 
 namespace {
 
-// Every case runs in a process of its own, so each of these meets the texts unfilled.
+// Every test runs in its own process, so the texts are empty when one of these begins.
 
 TEST(Version, TextsHaveTheirFormsAndTheLongestFillsTheOthers) {
     const std::string full = getVersionWithBuildNumber();

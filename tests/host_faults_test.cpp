@@ -87,8 +87,8 @@ TEST(HostFaults, PipeWhoseReaderIsGone) {
     EXPECT_FALSE(logger.shouldPrintLog(0));
 }
 
-// A thread with a cancellation pending, which takes effect at the first call that the host lets be
-// cancelled, makes the call and writes down whether it returned.
+// Makes a call in a thread whose cancellation is pending and would take effect at the first
+// cancellation point of the host, and records whether the call returned.
 struct CancelledCall {
     std::function<void()> call;
     bool returned = false;
@@ -235,7 +235,7 @@ TEST(HostFaults, WhateverOpensIsALibraryAndNothingIsWaitedFor) {
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
 }
 
-// Two processes at once are to be told apart, as two threads are.
+// Processes that call at once get different files, as threads do.
 TEST(HostFaults, ProcessesGetDifferentTemporaryFiles) {
     constexpr int CALLERS = 8;
     const test_host::TemporaryDirectory directory;

@@ -62,7 +62,7 @@ TEST(Vectors, ComparisonsMarkEachByteAlone) {
     };
     for (unsigned code = 0; code < 256; ++code) {
         SCOPED_TRACE(code);
-        // The code beside both extremes, so that a carry out of a byte shows in the next.
+        // The neighbours are 0xFF and 0, so that a carry out of a byte changes the next one.
         unsigned char text[VECTOR_BYTES];
         unsigned char isDigit[VECTOR_BYTES] = {};
         unsigned char isAbove9[VECTOR_BYTES] = {};

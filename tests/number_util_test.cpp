@@ -29,7 +29,7 @@ TEST(BitReaders, IndicesInTheWrongOrderReadNothing) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "\n");
 }
 
-/// The message of the exception, and behind it what it leaves in the output.
+/// The message of the exception, followed by the output as the exception left it.
 std::string refusal(const std::function<void(std::string& out)>& call) {
     std::string out = " (kept)";
     const std::string message = test::outcome([&] {

@@ -19,7 +19,7 @@ endif()
 # The one type of the interface that processors name differently.
 string(REGEX REPLACE "__va_list_tag\\*|std::__va_list" "va_list" symbols "${symbols}")
 
-# Constructors and destructors stand there once for each of their variants, under one name.
+# The variants of a constructor or destructor have the same demangled name.
 string(REGEX REPLACE "\n$" "" symbols "${symbols}")
 string(REPLACE "\n" ";" symbols "${symbols}")
 list(SORT symbols)

@@ -65,7 +65,7 @@ TEST(Tokenizer, ModesQuotesAndEnds) {
             << (text == nullptr ? "null" : text) << ", keepQuotes " << flags.keepQuotes;
 }
 
-// Selects a locale of one byte a character in which 0xC4 is an upper-case letter.
+// Selects a locale with one byte per character in which 0xC4 is an upper-case letter.
 bool selectLatinLocale() {
     const volatile int upper = 0xC4; // GCC computes tolower of a constant for the default locale
     const auto isLatin = [&](const char* name) {

@@ -76,7 +76,7 @@ Texts refused(const std::string& directory) {
     return {"Could not open the directory: " + directory + "\n"};
 }
 
-/// A drive that is empty: under Wine it is made beforehand, elsewhere it is a directory.
+/// An empty drive: prepared before under Wine, elsewhere a directory.
 class EmptyDrive : public ::testing::Test {
 protected:
     EmptyDrive() {

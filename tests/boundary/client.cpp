@@ -60,8 +60,7 @@ constexpr Client client{[] { return Kel_StrTok::CSV_DELIM; },
 
 } // namespace
 
-// Replaced for this library alone, which is not what a linker makes of it by itself: see the rules
-// of the build.
+// These replace the operators for this library alone; on Linux that takes private_operators.map.
 void* operator new(std::size_t bytes) {
     if (void* const block = std::malloc(bytes))
         return block;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Two libraries that use the library as clients do, each built from client.cpp with hidden
-// visibility. What one of them sees is handed out as functions, so that a program can compare.
+// Two client libraries, both built from client.cpp with hidden visibility. Each exports a table of
+// functions, so that a program can compare what they see.
 #pragma once
 
 #include "KelRT/Kel_ByteBuffer.h"
