@@ -122,11 +122,12 @@ private:
     }
     void hexText() {
         const std::uint64_t from = input.below(expected.size + 2);
-        Bytes text(2 * (from < expected.size ? expected.size - from : 0) + 1, 0xEE);
+        const std::uint64_t count = from < expected.size ? expected.size - from : 0;
+        Bytes text(static_cast<std::size_t>(2 * count + 1), 0xEE);
         buffer.bin2HexString(from, text.data());
         expected.access();
         require(text == expected.hexText(from), "bin2HexString");
-        text.resize(2 * expected.size + 1);
+        text.resize(static_cast<std::size_t>(2 * expected.size + 1));
         take(text, 0, [from](auto& of, auto& target) { of.bin2HexString(from, target); });
     }
     void cutHex() {
@@ -159,7 +160,7 @@ private:
         });
     }
     void clearOrInit() {
-        const std::uint64_t size = input.below(60);
+        const std::size_t size = input.below(60);
         switch (input.below(3)) {
         case 0:
             buffer.clear();

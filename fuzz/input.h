@@ -25,7 +25,9 @@ public:
             value = value << 8 | static_cast<unsigned char>(character());
         return value;
     }
-    std::uint64_t below(std::uint64_t bound) { return value(bound <= 256 ? 1 : 4) % bound; }
+    std::size_t below(std::uint64_t bound) {
+        return static_cast<std::size_t>(value(bound <= 256 ? 1 : 4) % bound);
+    }
     char character() { return empty() ? '\0' : bytes[at++]; }
     template <typename Choice, std::size_t Count>
     const Choice& oneOf(const Choice (&choices)[Count]) {

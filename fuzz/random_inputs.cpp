@@ -16,7 +16,8 @@ thread_local unsigned long input = 0; // the number of the current input, which 
 void runInputs(unsigned long first, unsigned long count, unsigned long step) {
     for (input = first; input < count; input += step) {
         std::mt19937_64 random(input);
-        std::vector<std::uint8_t> bytes(random() % (std::size_t{8} << random() % 10));
+        std::vector<std::uint8_t> bytes(
+            static_cast<std::size_t>(random() % (std::size_t{8} << random() % 10)));
         for (auto& byte : bytes)
             byte = static_cast<std::uint8_t>(random());
         LLVMFuzzerTestOneInput(bytes.data(), bytes.size());

@@ -91,8 +91,9 @@ TEST(ByteBufferStorage, OverAlignedDerivedObjectsAreAligned) {
     EXPECT_THROW(new OverAligned(HUGE_COUNT), std::bad_alloc);
     EXPECT_THROW(new (std::nothrow) OverAligned(HUGE_COUNT), std::bad_alloc);
     constexpr auto ALIGNMENT = std::align_val_t(alignof(OverAligned));
-    EXPECT_THROW((void)Kel_ByteBuffer::operator new(HUGE_COUNT, ALIGNMENT), std::bad_alloc);
-    EXPECT_EQ(Kel_ByteBuffer::operator new[](HUGE_COUNT, ALIGNMENT, std::nothrow), nullptr);
+    constexpr auto HUGE_SIZE = std::numeric_limits<std::size_t>::max();
+    EXPECT_THROW((void)Kel_ByteBuffer::operator new(HUGE_SIZE, ALIGNMENT), std::bad_alloc);
+    EXPECT_EQ(Kel_ByteBuffer::operator new[](HUGE_SIZE, ALIGNMENT, std::nothrow), nullptr);
     Kel_ByteBuffer::operator delete[](nullptr, ALIGNMENT, std::nothrow);
 }
 
@@ -155,7 +156,7 @@ TEST(ByteBufferFields, DroppedBitsStayPendingUntilTheNextAccess) {
 }
 
 TEST(ByteBufferFields, EverySizeIsRealignedByEveryShift) {
-    for (std::uint64_t size = 0; size <= 170; ++size)
+    for (std::size_t size = 0; size <= 170; ++size)
         for (int shift = 1; shift < 8; ++shift) {
             Bytes bytes(3 + size + 2); // with reserves that are not zero
             for (auto& byte : bytes)
@@ -165,7 +166,7 @@ TEST(ByteBufferFields, EverySizeIsRealignedByEveryShift) {
             buffer.removeBytesAtEnd(2);
             buffer.shiftBitsDown(shift);
             Bytes expected = bytes;
-            for (std::uint64_t i = 3; i < 3 + size; ++i) {
+            for (std::size_t i = 3; i < 3 + size; ++i) {
                 const unsigned next = i + 1 < 3 + size ? bytes[i + 1] : 0;
                 expected[i] = static_cast<unsigned char>((bytes[i] | next << 8) >> shift);
             }

@@ -94,10 +94,10 @@ struct State {
     /// What an operation that throws must not change.
     std::string kept() {
         const std::filesystem::directory_iterator made(".kel");
-        return std::string(text.ptr(), text.getSize()) +
-               std::string(target.ptr(), target.getSize()) + narrow.toString('x') +
-               wide.toString('x') + message.what() + list[0] + list[1] + out +
-               std::to_string(std::distance(begin(made), end(made)));
+        return std::string(text.ptr(), static_cast<std::size_t>(text.getSize())) +
+               std::string(target.ptr(), static_cast<std::size_t>(target.getSize())) +
+               narrow.toString('x') + wide.toString('x') + message.what() + list[0] + list[1] +
+               out + std::to_string(std::distance(begin(made), end(made)));
     }
 };
 

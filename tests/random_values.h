@@ -18,7 +18,7 @@ inline std::uint64_t randomValue() {
 
 /// A value from 0 to \a limit - 1.
 inline std::size_t randomBelow(std::size_t limit) {
-    return randomValue() % limit;
+    return static_cast<std::size_t>(randomValue() % limit);
 }
 
 } // namespace test

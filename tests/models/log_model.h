@@ -74,7 +74,7 @@ struct Log {
             }
             for (std::uint64_t i = row + perRow; i-- > row;)
                 if (i < bytes)
-                    byte(buffer[i], i, bitCount);
+                    byte(buffer.at(static_cast<std::size_t>(i)), i, bitCount);
                 else if (i >= perRow)
                     record(1, bits ? "         " : "   ");
         }

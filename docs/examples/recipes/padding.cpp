@@ -14,7 +14,7 @@ using namespace KelRT;
 static void readRegister(std::string digits, std::uint64_t bitCount, Kel_ByteBuffer& scan) {
     const std::uint64_t needed = 2 * ((bitCount + 7) / 8);
     if (digits.size() < needed)
-        digits.insert(0, needed - digits.size(), '0');
+        digits.insert(0, static_cast<std::size_t>(needed - digits.size()), '0');
     Kel_ByteBuffer text(reinterpret_cast<const unsigned char*>(digits.c_str()), digits.size(), 0,
                         0);
     text.hex2Bin(0, digits.size() - 1, scan);
