@@ -160,12 +160,13 @@ private:
         const Field& field = *item.field;
         const Layout layout = layoutOf(field);
         const std::string raw = grouped(printable(item.raw), layout.group);
-        std::size_t end = layout.firstLine(raw.size());
-        const std::string first = prefixOf(field) + raw.substr(0, end);
+        std::size_t shown = layout.firstLine(raw.size());
+        const std::string first = prefixOf(field) + raw.substr(0, shown);
         addRow({label, field.name, bitsOf(field), first, item.value, field.unit}, field.description,
                text);
-        for (; end < raw.size(); end += layout.most)
-            addRow({"", "", "", std::string_view(raw).substr(end, layout.most), "", ""}, "", text);
+        for (; shown < raw.size(); shown += layout.most)
+            addRow({"", "", "", std::string_view(raw).substr(shown, layout.most), "", ""}, "",
+                   text);
     }
 
     void addRow(const std::array<std::string_view, COLUMNS>& cells, std::string_view description,

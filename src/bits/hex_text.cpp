@@ -159,8 +159,7 @@ Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, std::uint6
 
 void Kel_ByteBuffer::setHexStringBitCount(std::uint64_t bitCount) noexcept {
     byteAlign();
-    assert((size == 0 || used()[size - 1] == '\0') &&
-           "the last used byte is the terminating NUL");
+    assert((size == 0 || used()[size - 1] == '\0') && "the last used byte is the terminating NUL");
     const std::uint64_t wanted = bitCount / 4 + (bitCount % 4 != 0 ? 1 : 0);
     if (size <= wanted) // fewer digits than wanted
         return;

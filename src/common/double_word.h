@@ -43,8 +43,8 @@ public:
     friend constexpr DoubleWord operator~(DoubleWord a) { return {~a.high, ~a.low}; }
 
     friend constexpr DoubleWord operator+(DoubleWord a, DoubleWord b) {
-        const std::uint64_t low = a.low + b.low;
-        return {a.high + b.high + (low < b.low ? 1 : 0), low};
+        const std::uint64_t sum = a.low + b.low;
+        return {a.high + b.high + (sum < b.low ? 1 : 0), sum};
     }
 
     friend constexpr DoubleWord operator-(DoubleWord a, DoubleWord b) {

@@ -160,7 +160,7 @@ public:
     }
     bool isOpen() const { return number >= 0; }
     bool isDirectory() const {
-        struct stat status {};
+        struct stat status{};
         return ::fstat(number, &status) == 0 && S_ISDIR(status.st_mode);
     }
 
@@ -176,13 +176,13 @@ bool isLeadByte(char /*byte*/) {
 
 bool File::exist(const char* path) {
     assertReady();
-    struct stat status {};
+    struct stat status{};
     return ::lstat(path, &status) == 0;
 }
 
 bool File::isdir(const char* path) {
     assertReady();
-    struct stat status {};
+    struct stat status{};
     return ::stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
