@@ -12,7 +12,7 @@ namespace KelRT::numbers {
 
 constexpr std::array<Limb, 20> POWERS_OF_TEN = [] {
     std::array<Limb, 20> powers = {1};
-    for (std::size_t i = 1; i < powers.size(); ++i)
+    for (std::size_t i = 1; i != powers.size(); ++i)
         powers[i] = 10 * powers[i - 1];
     return powers;
 }();
