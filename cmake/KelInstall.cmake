@@ -47,6 +47,9 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/kelutil.pc.in kelutil.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kelutil.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
 
-if(MINGW)
+if(WIN32)
   install(FILES ${KELUTIL_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+endif()
+if(MSVC)
+  install(FILES $<TARGET_PDB_FILE:KelUtil> DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
 endif()

@@ -1,15 +1,46 @@
 # Compiler options of our own targets. They never reach a client: nothing here is INTERFACE or PUBLIC.
 
-set(KELUTIL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow)
+include(CheckCXXCompilerFlag)
+include(CheckCXXSourceCompiles)
+include(CheckLinkerFlag)
+
+# kel_accepted(VARIABLE OPTION...): the first of the options that the compiler takes, or nothing.
+function(kel_accepted variable)
+  foreach(option IN LISTS ARGN)
+    string(MAKE_C_IDENTIFIER "KELUTIL_TAKES_${option}" takes)
+    check_cxx_compiler_flag(${option} ${takes})
+    if(${takes})
+      set(${variable} ${option} PARENT_SCOPE)
+      return()
+    endif()
+  endforeach()
+  set(${variable} "" PARENT_SCOPE)
+endfunction()
+
+# MSVC is also set for clang-cl.
+if(MSVC)
+  set(KELUTIL_LANGUAGE /utf-8 /permissive- /Zc:__cplusplus /EHsc)
+  set(KELUTIL_WARNINGS /W4)
+  set(KELUTIL_NO_WARNINGS /WX)
+else()
+  set(KELUTIL_LANGUAGE)
+  set(KELUTIL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow)
+  set(KELUTIL_NO_WARNINGS -Werror)
+endif()
+
+# Scaled values are one rounded operation after the other; some hosts fuse them by default.
+kel_accepted(KELUTIL_UNFUSED -ffp-contract=off /fp:strict)
+
+# Short loops take up to half as long again where they cross a fetch block of the processor, so their
+# speed would change with every function that is added before them.
+kel_accepted(KELUTIL_ALIGNED_LOOPS -falign-loops=32)
 
 # A double is rounded after every operation. 32-bit x86 does so only with SSE2, its older unit keeps
 # more digits.
-include(CheckCXXSourceCompiles)
 check_cxx_source_compiles("#include <cfloat>
 static_assert(FLT_EVAL_METHOD == 0 || FLT_EVAL_METHOD == 1); int main() {}" KELUTIL_ROUNDS_DOUBLES)
 set(KELUTIL_ARITHMETIC)
 if(NOT KELUTIL_ROUNDS_DOUBLES)
-  include(CheckCXXCompilerFlag)
   check_cxx_compiler_flag("-msse2 -mfpmath=sse" KELUTIL_HAS_SSE2_ARITHMETIC)
   if(KELUTIL_HAS_SSE2_ARITHMETIC)
     set(KELUTIL_ARITHMETIC -msse2 -mfpmath=sse)
@@ -19,12 +50,21 @@ endif()
 # Hardening of what is shipped: checked copies and formats, guarded stacks, tables of addresses that are
 # read-only once they are filled. (Run-time checks need optimised code, and on Windows a DLL more.)
 set(KELUTIL_HARDENED_CODE)
+if(NOT WIN32)
+  kel_accepted(KELUTIL_HARDENED_CODE -fstack-protector-strong)
+  list(APPEND KELUTIL_HARDENED_CODE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()
 set(KELUTIL_HARDENED_LINK)
-if(MINGW)
-  set(KELUTIL_HARDENED_LINK LINKER:--dynamicbase,--nxcompat,--high-entropy-va)
-elseif(CMAKE_SYSTEM_NAME STREQUAL Linux)
-  set(KELUTIL_HARDENED_CODE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong)
-  set(KELUTIL_HARDENED_LINK LINKER:-z,relro,-z,now,-z,noexecstack)
+if(MSVC)
+  set(hardened_link /dynamicbase /nxcompat /highentropyva)
+elseif(WIN32)
+  set(hardened_link LINKER:--dynamicbase,--nxcompat,--high-entropy-va)
+else()
+  set(hardened_link LINKER:-z,relro,-z,now,-z,noexecstack)
+endif()
+check_linker_flag(CXX "${hardened_link}" KELUTIL_TAKES_HARDENED_LINK)
+if(KELUTIL_TAKES_HARDENED_LINK)
+  set(KELUTIL_HARDENED_LINK ${hardened_link})
 endif()
 
 # kel_harden(TARGET): in the configurations that are shipped.
@@ -36,11 +76,11 @@ endfunction()
 
 # kel_own_target(TARGET): warnings, hidden visibility, and warnings as errors where asked for.
 function(kel_own_target target)
-  target_compile_options(${target} PRIVATE ${KELUTIL_WARNINGS} ${KELUTIL_ARITHMETIC})
+  target_compile_options(${target} PRIVATE ${KELUTIL_LANGUAGE} ${KELUTIL_WARNINGS} ${KELUTIL_ARITHMETIC})
   # On 32-bit hosts files pass 2 GiB, and the numbers of files 32 bits, only with wide offsets.
   target_compile_definitions(${target} PRIVATE $<$<PLATFORM_ID:Linux>:_FILE_OFFSET_BITS=64>)
   if(KELUTIL_WARNINGS_AS_ERRORS)
-    target_compile_options(${target} PRIVATE -Werror)
+    target_compile_options(${target} PRIVATE ${KELUTIL_NO_WARNINGS})
   endif()
   set_target_properties(${target} PROPERTIES
     CXX_VISIBILITY_PRESET hidden

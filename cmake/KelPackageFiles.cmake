@@ -39,12 +39,15 @@ if(CPACK_GENERATOR STREQUAL DEB)
   return()
 endif()
 
-# The archive. The compiler's runtime DLLs come with their symbols, fifteen times what runs.
+# The archive.
 set(root ${CPACK_TEMPORARY_DIRECTORY})
-file(GLOB dlls ${root}/bin/*.dll)
-execute_process(COMMAND ${CPACK_KEL_STRIP} --strip-unneeded ${dlls} COMMAND_ERROR_IS_FATAL ANY)
 configure_file(${CPACK_KEL_SOURCE_DIR}/LICENSE ${root}/LICENSE COPYONLY)
 configure_file(${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md ${root}/CHANGELOG.md COPYONLY)
-foreach(runtime gcc-mingw-w64-base mingw-w64-x86-64-dev)
-  configure_file(/usr/share/doc/${runtime}/copyright ${root}/licences/${runtime}.txt COPYONLY)
-endforeach()
+if(CPACK_KEL_RUNTIME_DLLS)
+  # The compiler's runtime DLLs come with their symbols, fifteen times what runs.
+  file(GLOB dlls ${root}/bin/*.dll)
+  execute_process(COMMAND ${CPACK_KEL_STRIP} --strip-unneeded ${dlls} COMMAND_ERROR_IS_FATAL ANY)
+  foreach(runtime gcc-mingw-w64-base mingw-w64-x86-64-dev)
+    configure_file(/usr/share/doc/${runtime}/copyright ${root}/licences/${runtime}.txt COPYONLY)
+  endforeach()
+endif()

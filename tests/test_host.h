@@ -3,6 +3,7 @@
 // What tests need from the host: the one place in the tests that knows which host it is.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -33,6 +34,11 @@ inline void unsetEnvironment(const char* name) {
     _putenv_s(name, "");
 }
 inline bool closeDescriptor(int descriptor) {
+#ifdef _MSC_VER
+    // Without a handler its C library ends the process that uses a closed descriptor.
+    _set_invalid_parameter_handler(
+        [](const wchar_t*, const wchar_t*, const wchar_t*, unsigned, std::uintptr_t) {});
+#endif
     return _close(descriptor) == 0;
 }
 #else

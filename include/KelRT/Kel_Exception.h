@@ -7,6 +7,11 @@
 
 namespace KelRT {
 
+#if defined(_MSC_VER)
+#pragma warning(push)
+#pragma warning(disable : 4251) // only the library's own members access the string
+#endif
+
 /// The exception of the file, directory and environment functions: a message that says what failed.
 ///
 /// The class has no base on purpose: a handler for `std::exception` does not catch it. It is thrown
@@ -33,5 +38,9 @@ public:
 private:
     std::string message;
 };
+
+#if defined(_MSC_VER)
+#pragma warning(pop)
+#endif
 
 } // namespace KelRT

@@ -92,7 +92,7 @@ public:
     CancellationDisabled& operator=(const CancellationDisabled&) = delete;
 
 private:
-    int before = 0;
+    [[maybe_unused]] int before = 0;
 };
 
 /// As std::vsnprintf. A format that the host refuses gives a negative result, never the end of the
