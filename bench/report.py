@@ -2,11 +2,12 @@
 # SPDX-License-Identifier: MIT
 """Tables from the results of the benchmark programs.
 
-usage: report.py GOALS RESULT.json...
+usage: report.py GOALS RESULT.json... [--plain RESULT.json...]
 
-Prints one table per family: work, size, our figure, each peer's, the ratio to the best peer and to
-the limit. Figures are medians of the repetitions, processor time of one piece of work. A goal that
-names a peer wants every other peer to be behind. The exit status is 1 when a row misses its goal.
+Prints one table per family: work, size, our figure, that of the library without compiler extensions
+(plain), each peer's, the ratio of the first to the best peer and to the limit. Figures are medians of
+the repetitions, processor time of one piece of work. A goal that names a peer wants every other peer
+to be behind. The exit status is 1 when a row misses its goal.
 """
 import json
 import statistics
@@ -14,6 +15,7 @@ import sys
 
 OURS = "KelUtil"
 LIMIT = "limit"
+PLAIN = "plain"
 
 
 def read_goals(path):
@@ -45,6 +47,13 @@ def read_results(paths):
     return families
 
 
+def add_plain(families, plain):
+    """Adds what OURS did in the results of the plain library as a contender of its own."""
+    for family, rows in plain.items():
+        for key, row in rows.items():
+            families[family][key][PLAIN] = row[OURS]
+
+
 def duration(nanoseconds):
     for unit, scale in (("ns", 1), ("us", 1e3), ("ms", 1e6)):
         if nanoseconds < 1000 * scale or unit == "ms":
@@ -54,8 +63,9 @@ def duration(nanoseconds):
 
 def table(family, rows, goals):
     contenders = list(dict.fromkeys(name for row in rows.values() for name in row))
-    peers = [name for name in contenders if name not in (OURS, LIMIT)]
-    lines = [["work", "size", OURS, *peers, "limit", "to best", "to limit", "goal", ""]]
+    peers = [name for name in contenders if name not in (OURS, LIMIT, PLAIN)]
+    shown = [PLAIN, *peers] if PLAIN in contenders else peers
+    lines = [["work", "size", OURS, *shown, "limit", "to best", "to limit", "goal", ""]]
     missed = []
     for (work, size), row in rows.items():
         median = {name: statistics.median(runs) for name, runs in row.items() if runs}
@@ -74,7 +84,7 @@ def table(family, rows, goals):
         lines.append([
             work, size, duration(ours),
             *(("-" if name not in row else duration(median[name]) if name in median else "missing")
-              for name in peers),
+              for name in shown),
             duration(median[LIMIT]) if LIMIT in median else "-",
             f"{ratio:.2f}" if ratio else "-",
             f"{ours / median[LIMIT]:.2f}" if LIMIT in median else "-",
@@ -93,7 +103,11 @@ def table(family, rows, goals):
 def main():
     goals = read_goals(sys.argv[1])
     missed = []
-    for family, rows in read_results(sys.argv[2:]).items():
+    results = sys.argv[2:]
+    split = results.index("--plain") if "--plain" in results else len(results)
+    families = read_results(results[:split])
+    add_plain(families, read_results(results[split + 1:]))
+    for family, rows in families.items():
         missed += table(family, rows, goals)
     if missed:
         print("\nGoals missed:")
