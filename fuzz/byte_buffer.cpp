@@ -48,8 +48,8 @@ public:
 
 private:
     void insert() {
-        const std::uint64_t at = input.below(expected.size + 3);
-        const std::uint64_t count = input.below(12);
+        const std::size_t at = input.below(expected.size + 3);
+        const std::size_t count = input.below(12);
         require(buffer.insertBytes(at, count) == 0, "insertBytes gives 0");
         expected.access();
         expected.insertBytes(at, count);
@@ -115,8 +115,8 @@ private:
             buffer.swapBitOrderWithinEachByte();
             return expected.mirrorEachByte();
         }
-        const std::uint64_t from = input.below(expected.size + 1);
-        const std::uint64_t count = input.below(expected.size - from + 1);
+        const std::size_t from = input.below(expected.size + 1);
+        const std::size_t count = input.below(expected.size - from + 1);
         buffer.swapByteOrder(from, count);
         expected.reverse(from, count);
     }
@@ -179,14 +179,14 @@ private:
         const std::size_t size = input.below(80);
         const std::string text = input.below(2) == 0 ? input.text(size) : input.text(size, DIGITS);
         const Bytes bytes(text.begin(), text.end());
-        const std::uint64_t low = input.below(6);
-        const std::uint64_t high = input.below(6);
+        const std::size_t low = input.below(6);
+        const std::size_t high = input.below(6);
         buffer = Kel_ByteBuffer(bytes.data(), bytes.size(), low, high);
         expected = model::ByteBuffer(bytes, low, high);
     }
 
     /// Checks what an operation stores, in another buffer or in the buffer itself.
-    void take(const Bytes& made, std::uint64_t reserve, const auto& operation) {
+    void take(const Bytes& made, std::size_t reserve, const auto& operation) {
         if (expected.size < 200 && input.below(2) == 0) {
             operation(buffer, buffer);
             expected = model::ByteBuffer(made, reserve, reserve);

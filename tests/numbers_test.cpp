@@ -104,7 +104,7 @@ TEST(Number, WideDecimalsOfManyZeroDigitsAreThoseOfTheModel) {
 
 TEST(Number, RunsOfBitsKeepTheirValueThroughWideDecimals) {
     for (int round = 0; round < 12; ++round) {
-        const std::uint64_t bitCount = 8000 + test::randomBelow(round < 8 ? 60000 : 400000);
+        const std::size_t bitCount = 8000 + test::randomBelow(round < 8 ? 60000 : 400000);
         std::string bits;
         while (bits.size() < bitCount)
             bits.append(1 + test::randomBelow(round % 4 == 0 ? bitCount : 300),

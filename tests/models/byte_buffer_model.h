@@ -21,48 +21,48 @@ inline unsigned digitOf(unsigned char c, unsigned other) {
 
 struct ByteBuffer {
     Bytes block;
-    std::uint64_t start = 0;
-    std::uint64_t size = 0;
+    std::size_t start = 0;
+    std::size_t size = 0;
     std::uint64_t pending = 0;
 
     ByteBuffer() = default;
-    ByteBuffer(const Bytes& bytes, std::uint64_t padLow, std::uint64_t padHigh)
+    ByteBuffer(const Bytes& bytes, std::size_t padLow, std::size_t padHigh)
         : block(padLow, 0), start(padLow), size(bytes.size()) {
         block.insert(block.end(), bytes.begin(), bytes.end());
         block.insert(block.end(), padHigh, 0);
     }
 
-    [[nodiscard]] std::uint64_t padHigh() const { return block.size() - start - size; }
+    [[nodiscard]] std::size_t padHigh() const { return block.size() - start - size; }
     [[nodiscard]] bool bit(std::uint64_t k) const {
-        return (block.at(start + k / 8) >> (k % 8) & 1) != 0;
+        return (block.at(start + static_cast<std::size_t>(k / 8)) >> (k % 8) & 1) != 0;
     }
     void setBit(std::uint64_t k, bool value) {
-        unsigned char& byte = block.at(start + k / 8);
+        unsigned char& byte = block.at(start + static_cast<std::size_t>(k / 8));
         const auto mask = static_cast<unsigned char>(1U << (k % 8));
         byte = static_cast<unsigned char>(value ? byte | mask : byte & ~mask);
     }
 
     /// An access: realigns, and a shift that was pending clears the first byte of the high reserve.
     void access() {
-        const std::uint64_t bits = 8 * size;
+        const std::uint64_t bits = std::uint64_t{8} * size;
         for (std::uint64_t k = 0; pending != 0 && k < bits; ++k)
             setBit(k, k + pending < bits && bit(k + pending));
         if (pending != 0 && padHigh() > 0)
             block.at(start + size) = 0;
         pending = 0;
     }
-    void insertBytes(std::uint64_t at, std::uint64_t count) {
+    void insertBytes(std::size_t at, std::size_t count) {
         if (at > size / 2) {
             if (padHigh() < count)
                 block.insert(block.end(), count, 0);
-            for (std::uint64_t i = size; i-- > at && at != 0;)
+            for (std::size_t i = size; i-- > at && at != 0;)
                 block[start + i + count] = block[start + i];
         } else {
             if (start < count) {
                 block.insert(block.begin(), count, 0);
                 start += count;
             }
-            for (std::uint64_t i = 0; i < at && at < size; ++i)
+            for (std::size_t i = 0; i < at && at < size; ++i)
                 block[start + i - count] = block[start + i];
             start -= count;
         }
@@ -70,8 +70,8 @@ struct ByteBuffer {
     }
     /// Negative: back.
     void moveStart(std::int64_t count) {
-        start += static_cast<std::uint64_t>(count);
-        size -= static_cast<std::uint64_t>(count);
+        start += static_cast<std::size_t>(count);
+        size -= static_cast<std::size_t>(count);
     }
     void shiftBitsDown(std::uint64_t count) {
         pending += count;
@@ -96,17 +96,17 @@ struct ByteBuffer {
     }
     void mirrorEachByte() {
         const ByteBuffer before = *this;
-        for (std::uint64_t k = 0; k < 8 * size; ++k)
+        for (std::uint64_t k = 0; k < std::uint64_t{8} * size; ++k)
             setBit(k, before.bit(k / 8 * 8 + 7 - k % 8));
     }
-    void reverse(std::uint64_t from, std::uint64_t count) {
+    void reverse(std::size_t from, std::size_t count) {
         const auto first = block.begin() + static_cast<std::ptrdiff_t>(start + from);
         std::reverse(first, first + static_cast<std::ptrdiff_t>(count));
     }
 
     [[nodiscard]] Bytes hexText(std::uint64_t fromByte) const {
         Bytes text;
-        for (std::uint64_t k = 2 * size; k-- > 2 * fromByte;)
+        for (std::uint64_t k = std::uint64_t{2} * size; k-- > 2 * fromByte;)
             text.push_back(static_cast<unsigned char>("0123456789ABCDEF"[get(4 * k, 4)]));
         text.push_back(0);
         return text;
@@ -114,7 +114,7 @@ struct ByteBuffer {
     [[nodiscard]] Bytes hexToBin(std::uint64_t first, std::uint64_t last) const {
         Bytes result;
         for (std::uint64_t i = last + 1; i-- > first;) {
-            const unsigned char c = block.at(start + i);
+            const unsigned char c = block.at(start + static_cast<std::size_t>(i));
             const unsigned value = digitOf(c, c - unsigned{'0'});
             if ((last - i) % 2 == 0)
                 result.push_back(static_cast<unsigned char>(value));
