@@ -55,7 +55,7 @@ private:
         expected.insertBytes(at, count);
     }
     void remove() {
-        const std::uint64_t count = input.below(std::min<std::uint64_t>(expected.size, 5) + 1);
+        const std::size_t count = input.below(std::min<std::uint64_t>(expected.size, 5) + 1);
         buffer.removeBytesAtEnd(count);
         expected.access();
         expected.size -= count;

@@ -27,7 +27,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     const std::uint64_t mode = input.value(1);
     const model::Flags flags{(mode & 1) != 0, (mode & 2) != 0, (mode & 4) != 0};
-    const std::string own = input.text(mode >> 5, "abcdefghijklmnopqrstuvwxyz,;");
+    const std::string own =
+        input.text(static_cast<std::size_t>(mode >> 5), "abcdefghijklmnopqrstuvwxyz,;");
     const char* const delimiters = (mode & 24) == 0 ? own.c_str() : input.oneOf(SETS);
     const std::string text = input.text(2000, input.oneOf(ALPHABETS));
     // Exactly as long as the text, so that the sanitizer sees a read past it.
