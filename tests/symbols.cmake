@@ -16,6 +16,10 @@ if(LIBRARY MATCHES "\\.dll$")
 else()
   run(symbols ${NM} --dynamic --defined-only --demangle --format=just-symbols ${LIBRARY})
 endif()
+# Some tools leave no blank between the brackets of nested templates.
+while(symbols MATCHES ">>")
+  string(REPLACE ">>" "> >" symbols "${symbols}")
+endwhile()
 # The one type of the interface that processors name differently.
 string(REGEX REPLACE "__va_list_tag\\*|std::__va_list" "va_list" symbols "${symbols}")
 
