@@ -233,6 +233,8 @@ TEST(HostFaults, WhateverOpensIsALibraryAndNothingIsWaitedFor) {
     test_host::writeFile(file);
     ASSERT_EQ(truncate(file.c_str(), off_t{3} << 30), 0); // more than 2 GiB, with nothing in it
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
+    ASSERT_TRUE(test_host::closeDescriptor(0)); // the next file to be opened gets this one
+    EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
 }
 
 // Processes that call at once get different files, as threads do.
