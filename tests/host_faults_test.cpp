@@ -251,7 +251,8 @@ TEST(HostFaults, ProcessesGetDifferentTemporaryFiles) {
     while (wait(nullptr) > 0) {
     }
     for (int number = 0; number < CALLERS; ++number) {
-        const std::string path = directory / std::string(".kel/trace").append(std::to_string(number));
+        const std::string path =
+            directory / std::string(".kel/trace").append(std::to_string(number));
         EXPECT_EQ(test_host::readWholeFile(path), path);
     }
 }

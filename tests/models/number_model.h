@@ -12,7 +12,8 @@ namespace model {
 
 class Number {
 public:
-    explicit Number(std::uint64_t bits) : bitCount(bits), words(static_cast<std::size_t>((bits + 15) / 16)) {}
+    explicit Number(std::uint64_t bits)
+        : bitCount(bits), words(static_cast<std::size_t>((bits + 15) / 16)) {}
 
     bool isNegative() const { return (words.back() >> (bitCount - 1) % 16 & 1) != 0; }
     bool isZero() const { return words == std::vector<std::uint16_t>(words.size()); }
