@@ -105,14 +105,16 @@ void* alignedBlock(std::size_t bytes, std::align_val_t alignment) noexcept {
     void* aligned = static_cast<char*>(block) + sizeof block;
     std::size_t room = bytes + extra - sizeof block;
     std::align(static_cast<std::size_t>(alignment), bytes, aligned, room);
-    std::memcpy(static_cast<char*>(aligned) - sizeof block, &block, sizeof block);
+    std::memcpy(static_cast<char*>(aligned) - sizeof block, static_cast<const void*>(&block),
+                sizeof block);
     return aligned;
 }
 
 void freeAlignedBlock(void* aligned) noexcept {
     void* block = nullptr;
     if (aligned != nullptr)
-        std::memcpy(&block, static_cast<char*>(aligned) - sizeof block, sizeof block);
+        std::memcpy(static_cast<void*>(&block), static_cast<char*>(aligned) - sizeof block,
+                    sizeof block);
     std::free(block);
 }
 

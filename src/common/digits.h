@@ -39,15 +39,14 @@ inline void storeFirstCharacters(char* p, std::uint64_t word, std::size_t count)
     storeBytes(reinterpret_cast<unsigned char*>(p), word, count);
 }
 
-/// The \a count characters (1 to 8) at \a p in the highest bytes of a word, \a filler in the bytes
-/// before them: the step of eight that a shorter text makes with fillers in front.
+// The `count` characters (0 to 8) at `p` in the highest bytes of a word, `filler` in the others:
+// what a load of eight gives if fillers precede the text.
 inline std::uint64_t loadLastCharacters(const char* p, unsigned count, char filler) {
-    assert(count >= 1 && count <= WORD_BYTES);
     if (count == WORD_BYTES)
         return loadCharacters(p);
-    const std::uint64_t before = (WORD_BYTES - count) * 8; // bits
-    const std::uint64_t fillers = inEachByte(static_cast<unsigned char>(filler)) & lowBits(before);
-    return loadFirstCharacters(p, count) << before | fillers;
+    const std::uint64_t half = (WORD_BYTES - count) * 4; // bits; a shift by 64 takes two steps
+    const auto fillers = inEachByte(static_cast<unsigned char>(filler)) & lowBits(2 * half);
+    return loadFirstCharacters(p, count) << half << half | fillers;
 }
 
 /// Puts the \a count characters (1 to 8) in the highest bytes of \a word to \a p: the opposite of

@@ -76,13 +76,14 @@ std::uint64_t Kel_NumberUtil::getReverseLongLongBits(const unsigned char* data,
 std::uint64_t Kel_NumberUtil::getLongLongBitsDebug(const unsigned char* data, std::int32_t firstBit,
                                                    std::int32_t lastBit) {
     const std::uint64_t value = getLongLongBits(data, firstBit, lastBit);
+    const auto print = [](char character) { static_cast<void>(std::putchar(character)); };
     std::uint32_t printed = 0;
     for (std::int64_t bit = firstBit; bit >= lastBit; --bit) {
-        std::putchar((data[bit / 8] >> bit % 8 & 1) != 0 ? '1' : '0');
+        print((data[bit / 8] >> bit % 8 & 1) != 0 ? '1' : '0');
         if (++printed % 8 == 0)
-            std::putchar('\n');
+            print('\n');
     }
-    std::putchar('\n');
+    print('\n');
     return value;
 }
 

@@ -23,8 +23,8 @@ namespace {
 struct Input {
     const char* outside; // null if the text is part of `kept`
     std::size_t length;
-    std::size_t offset = 0;
-    std::string kept{};
+    std::size_t offset; // of that part
+    std::string kept;
 
     const char* data() const { return outside != nullptr ? outside : kept.data() + offset; }
     const char* end() const { return data() + length; }
@@ -34,7 +34,7 @@ struct Input {
 Input detach(const char* text, std::size_t length, std::string& output) {
     constexpr std::less<> before; // orders pointers into different objects, too
     const char* const old = output.data();
-    Input input{text, length};
+    Input input{text, length, 0, {}};
     if (!before(text, old) && before(text, old + output.size())) {
         input.outside = nullptr;
         input.offset = static_cast<std::size_t>(text - old);

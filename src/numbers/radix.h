@@ -3,6 +3,8 @@
 
 #include "common/digits.h"
 
+#include <cstdint>
+
 namespace KelRT::numbers {
 
 // The radix that a letter names; 0 for any other letter.
@@ -38,7 +40,7 @@ constexpr bool printsSigned(char letter) {
 }
 
 // What a character means in a radix other than 256.
-enum class CharacterClass { digit, refused, sign, skipped };
+enum class CharacterClass : std::uint8_t { digit, refused, sign, skipped };
 
 inline CharacterClass classify(char character, unsigned radix) {
     const unsigned value = common::hexValue(character);

@@ -11,10 +11,10 @@ namespace {
 bool isSettingOf(const std::string& key, std::string_view entry) {
     const auto nameLength = entry.find('=');
     return nameLength == key.size() &&
-           Kel_Util::strnicmp(entry.data(), key.c_str(), nameLength) == 0;
+           Kel_Util::stricmp(std::string(entry.substr(0, nameLength)), key) == 0;
 }
 
-/// The lookup in \a count words, which are strings or NUL-terminated texts.
+// Entries are strings or NUL-terminated texts.
 template <class Entry>
 std::string findIn(const Entry* entries, std::uint32_t count, const std::string& key) {
     for (std::uint32_t i = 0; i < count; ++i) {

@@ -59,7 +59,7 @@ void Kel_Util::unQuote(std::vector<std::string>& texts) {
 }
 
 std::string Kel_Util::trimWhitespace(const std::string& text) {
-    const std::string_view whole = text.c_str(); // up to the first NUL
+    const auto whole = std::string_view(text).substr(0, text.find('\0'));
     const auto first = whole.find_first_not_of(Kel_StrTok::WHITE_SPACE);
     if (first == std::string_view::npos)
         return {};

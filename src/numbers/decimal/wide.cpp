@@ -13,6 +13,7 @@
 #include "numbers/decimal/limbs.h"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 namespace KelRT::numbers {
@@ -209,14 +210,13 @@ constexpr std::size_t GROUP_SIZE = 12;
 // Groups of nearly equal size.
 template <class To>
 Groups firstGroups(const Limb* source, std::size_t count) {
-    std::size_t groupSize = count;
-    while (groupSize > GROUP_SIZE)
-        groupSize -= groupSize / 2;
+    const std::size_t most = std::bit_ceil((count + GROUP_SIZE - 1) / GROUP_SIZE); // groups
+    const std::size_t groupSize = (count + most - 1) / most;
     Groups groups{{}, {1}};
     for (std::size_t i = 0; i < groupSize; ++i)
         multiplyAdd<To>(groups.weight, To::WEIGHT, 0);
     const std::size_t size = groups.weight.size();
-    groups.digits.reserve(size * (count / groupSize + 1));
+    groups.digits.reserve(size * most);
     Digits number;
     number.reserve(size);
     for (std::size_t at = 0; at < count; at += groupSize) {
