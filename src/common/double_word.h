@@ -32,7 +32,7 @@ public:
         : high(newHigh), low(newLow) {}
 
     // Any integer type: the value modulo 2^64 is converted.
-    template <class Integer, class = std::enable_if_t<std::is_integral_v<Integer>>>
+    template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
     constexpr explicit operator Integer() const {
         return static_cast<Integer>(low);
     }

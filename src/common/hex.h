@@ -1,25 +1,83 @@
 // SPDX-License-Identifier: MIT
 //
-// Sixteen hexadecimal digits at a time. Digits of either case are read.
+// Hexadecimal digits: single ones by a table, up to sixteen at once by vectors. Digits of both
+// cases are read, independent of the locale.
 #pragma once
 
 #include "common/vectors.h"
+#include "common/words.h"
+
+#include <array>
+#include <cstdint>
 
 namespace KelRT::common {
 
-// Sixteen digit values as characters; lettersFrom is 'A' for upper case, 'a' for lower case.
-inline Vector hexCharacters(Vector values, char lettersFrom) {
-    const auto gap = static_cast<unsigned char>(lettersFrom - '0' - 10);
-    return values + broadcast('0') + (above(values, 9) & broadcast(gap));
+constexpr const char* UPPER_DIGITS = "0123456789ABCDEF";
+constexpr const char* LOWER_DIGITS = "0123456789abcdef";
+constexpr unsigned HEX_DIGITS_PER_WORD = 16;
+
+// The value of each character as a hexadecimal digit, or NO_DIGIT.
+constexpr std::uint8_t NO_DIGIT = 0xFF;
+constexpr std::array<std::uint8_t, 256> HEX_VALUES = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(NO_DIGIT);
+    for (std::uint8_t digit = 0; digit < 16; ++digit) {
+        values[static_cast<unsigned char>(UPPER_DIGITS[digit])] = digit;
+        values[static_cast<unsigned char>(LOWER_DIGITS[digit])] = digit;
+    }
+    return values;
+}();
+
+constexpr std::uint8_t hexValue(char character) {
+    return HEX_VALUES[static_cast<unsigned char>(character)];
 }
 
-// Sixteen characters as digit values. Clears the bytes of `valid` whose characters are no digits.
-inline Vector hexDigitValues(Vector characters, Vector& valid) {
-    const Vector isDigit = between(characters, '0', '9');
-    const Vector isLetter = between(characters | broadcast(0x20), 'a', 'f');
-    valid = valid & (isDigit | isLetter);
-    // The low four bits of a letter count from 1.
-    return (characters & broadcast(15)) + (isLetter & broadcast(9));
+// 0xFF for each character that is a digit, 0 for others.
+inline Vector areHexDigits(Vector characters) {
+    return between(characters, '0', '9') |
+           between(characters | broadcastVector(0x20), 'a', 'f'); // 0x20: upper case to lower case
+}
+
+// The values of digits. The low four bits of a letter count from 1.
+inline Vector hexValues(Vector characters) {
+    return (characters & broadcastVector(15)) + (above(characters, '@') & broadcastVector(9));
+}
+
+// Packs sixteen values below 16, the most significant first.
+inline std::uint64_t packHex(Vector values) {
+    const WordVector words = wordsOf(values); // of each pair of bytes, the first is the high digit
+    return swapBytes(evenBytes(words << 4 | words >> 8));
+}
+
+// The `count` characters (1 to 16) at `p`, preceded by zero digits.
+inline Vector loadHex(const char* p, unsigned count) {
+    if (count == VECTOR_BYTES)
+        return loadVector(p);
+    if (count <= 8)
+        return makeVector(broadcast('0'), loadHighBytes(p, count, '0'));
+    const unsigned high = count - 8;
+    return makeVector(loadHighBytes(p, high, '0'), loadWord(p + high));
+}
+
+// The number in the `count` characters (1 to 16) at `p`. False if one of them is not a digit.
+inline bool readHex(const char* p, unsigned count, std::uint64_t& number) {
+    const Vector characters = loadHex(p, count);
+    number = packHex(hexValues(characters));
+    return allSet(areHexDigits(characters));
+}
+
+// Writes the low `count` digits (1 to 16) of `number` before `end`. `letters` is 'A' or 'a'.
+inline void writeHex(char* end, std::uint64_t number, unsigned count, char letters) {
+    const Vector bytes = makeVector(swapBytes(number), 0);
+    const Vector values = interleave(bytes >> 4, bytes & broadcastVector(15));
+    const auto gap = static_cast<unsigned char>(letters - ('9' + 1));
+    const Vector digits = values + broadcastVector('0') + (above(values, 9) & broadcastVector(gap));
+    if (count == VECTOR_BYTES)
+        return storeVector(end - VECTOR_BYTES, digits);
+    const unsigned low = count < 8 ? count : 8;
+    storeHighBytes(end - low, secondWord(digits), low);
+    if (count > low)
+        storeHighBytes(end - count, firstWord(digits), count - low);
 }
 
 } // namespace KelRT::common

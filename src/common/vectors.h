@@ -8,7 +8,6 @@
 // operators & and |; bytes can be added, words can be shifted.
 #pragma once
 
-#include "common/digits.h"
 #include "common/words.h"
 
 #include <cstdint>
@@ -23,14 +22,14 @@ constexpr std::uint64_t VECTOR_BYTES = 16;
 using Vector = unsigned char __attribute__((vector_size(16)));
 using WordVector = std::uint64_t __attribute__((vector_size(16)));
 
-inline Vector loadVector(const unsigned char* p) {
+inline Vector loadVector(const void* from) {
     Vector vector;
-    std::memcpy(&vector, p, sizeof vector);
+    std::memcpy(&vector, from, sizeof vector);
     return vector;
 }
 
-inline void storeVector(unsigned char* p, Vector vector) {
-    std::memcpy(p, &vector, sizeof vector);
+inline void storeVector(void* to, Vector vector) {
+    std::memcpy(to, &vector, sizeof vector);
 }
 
 // The little-endian words in p[0..7] and p[8..15].
@@ -50,8 +49,13 @@ inline WordVector middleWords(WordVector a, WordVector b) {
     return __builtin_shufflevector(a, b, 1, 2);
 }
 
-// `byte` in every byte.
-inline Vector broadcast(unsigned char byte) {
+// A vector of bytes 0 to 7 and bytes 8 to 15, each the little-endian bytes of a word.
+inline Vector makeVector(std::uint64_t first, std::uint64_t second) {
+    return reinterpret_cast<Vector>(WordVector{littleEndian(first), littleEndian(second)});
+}
+
+// A vector with `byte` in every byte.
+inline Vector broadcastVector(unsigned char byte) {
     return Vector{} + byte;
 }
 
@@ -71,7 +75,7 @@ inline Vector equal(Vector vector, char character) {
 
 using SignedVector = signed char __attribute__((vector_size(16)));
 
-// vector > bound, for bytes below 128. Signed, since x86 compares no unsigned bytes.
+// vector > bound for signed bytes, the only ones that x86 compares. `bound` is at least 0.
 inline Vector above(Vector vector, signed char bound) {
     return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(vector) > bound);
 }
@@ -95,31 +99,30 @@ inline std::uint64_t topBits(Vector vector) {
 #endif
 }
 
-// The sixteen nibbles of `word`, one per byte, the most significant first.
-inline Vector nibblesOf(std::uint64_t word) {
-    const auto bytes = reinterpret_cast<Vector>(WordVector{littleEndian(swapBytes(word)), 0});
-    return __builtin_shufflevector(bytes >> 4, bytes & 15, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21,
-                                   6, 22, 7, 23);
+// Bytes 0 to 7 of `a` and `b` in turn: a0 b0 a1 b1 and so on.
+inline Vector interleave(Vector a, Vector b) {
+    return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
 }
 
-// The opposite of nibblesOf.
-inline std::uint64_t wordOfNibbles(Vector nibbles) {
+// The words in bytes 0 to 7 and 8 to 15.
+inline WordVector wordsOf(Vector vector) {
+    return WordVector{firstWord(vector), secondWord(vector)};
+}
+
+// Bytes 0, 2, 4 and 6 of the first word, then of the second, as a word.
+inline std::uint64_t evenBytes(WordVector words) {
     using Pairs = std::uint16_t __attribute__((vector_size(16)));
     using Bytes = unsigned char __attribute__((vector_size(8)));
-    // In each pair the nibble that comes first in memory is the high one.
-    const auto pairs = reinterpret_cast<Pairs>(nibbles);
-    const Pairs joined =
-        std::endian::native == std::endian::little ? pairs << 4 | pairs >> 8 : pairs >> 4 | pairs;
-    const Bytes bytes = __builtin_convertvector(joined & 0xFF, Bytes);
-    std::uint64_t word;
-    std::memcpy(&word, &bytes, sizeof word);
-    return swapBytes(littleEndian(word));
+    constexpr unsigned SHIFT = std::endian::native == std::endian::little ? 0 : 8;
+    const auto pairs = reinterpret_cast<Pairs>(makeVector(words[0], words[1]));
+    const Bytes bytes = __builtin_convertvector(pairs >> SHIFT & 0xFF, Bytes);
+    return loadWord(&bytes);
 }
 
 #else
 
 // Two words; byte 0 is the lowest byte of the first.
-template <class Element>
+template <typename Element>
 struct VectorOf {
     std::uint64_t first;
     std::uint64_t second;
@@ -140,6 +143,11 @@ inline Vector operator+(Vector a, Vector b) {
     return {a.first + b.first, a.second + b.second};
 }
 
+inline Vector operator>>(Vector vector, unsigned count) {
+    const std::uint64_t kept = broadcast(static_cast<unsigned char>(0xFF >> count));
+    return {vector.first >> count & kept, vector.second >> count & kept};
+}
+
 inline WordVector operator>>(WordVector words, unsigned count) {
     return {words.first >> count, words.second >> count};
 }
@@ -148,11 +156,13 @@ inline WordVector operator<<(WordVector words, unsigned count) {
     return {words.first << count, words.second << count};
 }
 
-inline Vector loadVector(const unsigned char* p) {
+inline Vector loadVector(const void* from) {
+    const auto* const p = static_cast<const unsigned char*>(from);
     return {loadWord(p), loadWord(p + WORD_BYTES)};
 }
 
-inline void storeVector(unsigned char* p, Vector vector) {
+inline void storeVector(void* to, Vector vector) {
+    auto* const p = static_cast<unsigned char*>(to);
     storeWord(p, vector.first);
     storeWord(p + WORD_BYTES, vector.second);
 }
@@ -170,8 +180,12 @@ inline WordVector middleWords(WordVector a, WordVector b) {
     return {a.second, b.first};
 }
 
-inline Vector broadcast(unsigned char byte) {
-    return {inEachByte(byte), inEachByte(byte)};
+inline Vector makeVector(std::uint64_t first, std::uint64_t second) {
+    return {first, second};
+}
+
+inline Vector broadcastVector(unsigned char byte) {
+    return {broadcast(byte), broadcast(byte)};
 }
 
 inline std::uint64_t firstWord(Vector vector) {
@@ -183,26 +197,26 @@ inline std::uint64_t secondWord(Vector vector) {
 }
 
 // Applies a comparison of eight bytes, which sets their top bits alone, to both words.
-template <class Comparison>
+template <typename Comparison>
 Vector compare(Vector vector, Comparison comparison) {
     const auto masks = [comparison](std::uint64_t word) {
-        const std::uint64_t found = comparison(word) & inEachByte(0x80);
+        const std::uint64_t found = comparison(word) & broadcast(0x80);
         return (found << 1) - (found >> 7); // 0x100 - 1 in each byte found
     };
     return {masks(vector.first), masks(vector.second)};
 }
 
 inline Vector equal(Vector vector, char character) {
-    const std::uint64_t characters = inEachByte(static_cast<unsigned char>(character));
+    const std::uint64_t characters = broadcast(static_cast<unsigned char>(character));
     return compare(vector, [characters](std::uint64_t word) {
         const std::uint64_t differing = word ^ characters;
-        return ~(((differing & inEachByte(0x7F)) + inEachByte(0x7F)) | differing);
+        return ~(((differing & broadcast(0x7F)) + broadcast(0x7F)) | differing);
     });
 }
 
-// The top bits of the bytes of `word`, all below 128, that are at least `bound`.
+// Sets the top bit of each byte from `bound` (0 to 128) to 127.
 inline std::uint64_t atLeast(std::uint64_t word, int bound) {
-    return word + inEachByte(static_cast<std::uint8_t>(0x80 - bound));
+    return ((word & broadcast(0x7F)) + broadcast(static_cast<unsigned char>(0x80 - bound))) & ~word;
 }
 
 inline Vector above(Vector vector, signed char bound) {
@@ -211,26 +225,39 @@ inline Vector above(Vector vector, signed char bound) {
 
 inline Vector between(Vector vector, signed char first, signed char last) {
     return compare(vector, [first, last](std::uint64_t word) {
-        const std::uint64_t low = word & inEachByte(0x7F);
-        return atLeast(low, first) & ~atLeast(low, last + 1) & ~word;
+        return atLeast(word, first) & ~atLeast(word, last + 1);
     });
 }
 
 inline std::uint64_t topBits(Vector vector) {
     const auto bits = [](std::uint64_t word) {
-        return std::uint64_t{packBits(word >> 7 & inEachByte(1))};
+        return std::uint64_t{packBits(word >> 7 & broadcast(1))};
     };
     return bits(vector.first) | bits(vector.second) << 8;
 }
 
-inline Vector nibblesOf(std::uint64_t word) {
-    return {swapBytes(spreadNibbles(static_cast<std::uint32_t>(word >> 32))),
-            swapBytes(spreadNibbles(static_cast<std::uint32_t>(word)))};
+inline Vector interleave(Vector a, Vector b) {
+    // Moves the bytes of 32 bits to the even bytes of a word.
+    const auto spread = [](std::uint64_t half) {
+        half = (half | half << 16) & 0x0000FFFF0000FFFF;
+        return (half | half << 8) & 0x00FF00FF00FF00FF;
+    };
+    constexpr std::uint64_t HALF = 0xFFFFFFFF;
+    return {spread(a.first & HALF) | spread(b.first & HALF) << 8,
+            spread(a.first >> 32) | spread(b.first >> 32) << 8};
 }
 
-inline std::uint64_t wordOfNibbles(Vector nibbles) {
-    return std::uint64_t{packNibbles(swapBytes(nibbles.first))} << 32 |
-           packNibbles(swapBytes(nibbles.second));
+inline WordVector wordsOf(Vector vector) {
+    return {vector.first, vector.second};
+}
+
+inline std::uint64_t evenBytes(WordVector words) {
+    const auto pack = [](std::uint64_t word) {
+        word &= 0x00FF00FF00FF00FF;
+        word = (word | word >> 8) & 0x0000FFFF0000FFFF;
+        return (word | word >> 16) & 0xFFFFFFFF;
+    };
+    return pack(words.first) | pack(words.second) << 32;
 }
 
 #endif

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// 64-bit words out of byte runs: the one place for unaligned loads and stores, byte order and bit
-// mirroring. A "word" is little-endian whatever the host is: bit n of a word loaded from p is bit
-// n mod 8 of p[n / 8], the numbering that the whole library uses.
+// Words: 64 bits out of byte arrays at any address. A word is little-endian on every host: bit n of
+// the word at p is bit n mod 8 of p[n / 8], the bit numbering of the whole library.
 #pragma once
 
 #include <bit>
@@ -14,7 +13,7 @@ namespace KelRT::common {
 constexpr std::uint64_t WORD_BITS = 64;
 constexpr std::uint64_t WORD_BYTES = 8;
 
-/// The bytes of \a word in the opposite order. Compilers make one instruction of it.
+// Compilers recognise this as one instruction.
 constexpr std::uint64_t swapBytes(std::uint64_t word) {
     word = (word >> 8 & 0x00FF00FF00FF00FF) | (word & 0x00FF00FF00FF00FF) << 8;
     word = (word >> 16 & 0x0000FFFF0000FFFF) | (word & 0x0000FFFF0000FFFF) << 16;
@@ -26,7 +25,7 @@ constexpr std::uint32_t swapBytes(std::uint32_t half) {
     return half >> 16 | half << 16;
 }
 
-/// Host order to little-endian, and back.
+// Converts from the byte order of the host to little-endian, and back.
 template <typename Unsigned>
 constexpr Unsigned littleEndian(Unsigned word) {
     if constexpr (std::endian::native == std::endian::big)
@@ -35,35 +34,32 @@ constexpr Unsigned littleEndian(Unsigned word) {
         return word;
 }
 
-/// The word in \a p[0..7].
-inline std::uint64_t loadWord(const unsigned char* p) {
+inline std::uint64_t loadWord(const void* from) {
     std::uint64_t word;
-    std::memcpy(&word, p, sizeof word);
+    std::memcpy(&word, from, sizeof word);
     return littleEndian(word);
 }
 
-/// Puts \a word into \a p[0..7].
-inline void storeWord(unsigned char* p, std::uint64_t word) {
+inline void storeWord(void* to, std::uint64_t word) {
     word = littleEndian(word);
-    std::memcpy(p, &word, sizeof word);
+    std::memcpy(to, &word, sizeof word);
 }
 
-/// The 32-bit half word in \a p[0..3].
-inline std::uint64_t loadHalf(const unsigned char* p) {
+inline std::uint64_t loadHalf(const void* from) {
     std::uint32_t half;
-    std::memcpy(&half, p, sizeof half);
+    std::memcpy(&half, from, sizeof half);
     return littleEndian(half);
 }
 
-/// Puts \a half into \a p[0..3].
-inline void storeHalf(unsigned char* p, std::uint32_t half) {
-    half = littleEndian(half);
-    std::memcpy(p, &half, sizeof half);
+inline void storeHalf(void* to, std::uint64_t word) {
+    const auto half = littleEndian(static_cast<std::uint32_t>(word));
+    std::memcpy(to, &half, sizeof half);
 }
 
-/// The \a count bytes (0 to 8) at \a p as a word; the bytes that are missing read as 0. Two or
-/// three overlapping loads instead of a loop or a call.
-inline std::uint64_t loadBytes(const unsigned char* p, std::uint64_t count) {
+// `count` bytes (0 to 8) as the low bytes of a word; the others are 0. The loads overlap, which
+// takes no loop.
+inline std::uint64_t loadBytes(const void* from, std::uint64_t count) {
+    const auto* const p = static_cast<const unsigned char*>(from);
     if (count >= WORD_BYTES)
         return loadWord(p);
     if (count >= 4)
@@ -74,13 +70,14 @@ inline std::uint64_t loadBytes(const unsigned char* p, std::uint64_t count) {
            std::uint64_t{p[count - 1]} << (8 * (count - 1));
 }
 
-/// Puts the low \a count bytes (0 to 8) of \a word into \a p.
-inline void storeBytes(unsigned char* p, std::uint64_t word, std::uint64_t count) {
+// Stores the low `count` bytes (0 to 8).
+inline void storeBytes(void* to, std::uint64_t word, std::uint64_t count) {
+    auto* const p = static_cast<unsigned char*>(to);
     if (count >= WORD_BYTES) {
         storeWord(p, word);
     } else if (count >= 4) {
-        storeHalf(p, static_cast<std::uint32_t>(word));
-        storeHalf(p + count - 4, static_cast<std::uint32_t>(word >> (8 * (count - 4))));
+        storeHalf(p, word);
+        storeHalf(p + count - 4, word >> (8 * (count - 4)));
     } else if (count != 0) {
         p[0] = static_cast<unsigned char>(word);
         p[count / 2] = static_cast<unsigned char>(word >> (8 * (count / 2)));
@@ -88,25 +85,56 @@ inline void storeBytes(unsigned char* p, std::uint64_t word, std::uint64_t count
     }
 }
 
-/// A word whose low \a count bits (0 to 64) are set.
+// A word with `byte` in every byte.
+constexpr std::uint64_t broadcast(unsigned char byte) {
+    return byte * std::uint64_t{0x0101010101010101};
+}
+
+// A word whose low `count` bits (0 to 64) are set.
 constexpr std::uint64_t lowBits(std::uint64_t count) {
     return count >= WORD_BITS ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
 }
 
-/// Every byte of \a word mirrored: bit 0 becomes bit 7, bit 1 bit 6, and so on.
+// `count` bytes (0 to 8) as the high bytes of a word, with `filler` in the others.
+inline std::uint64_t loadHighBytes(const void* from, unsigned count, unsigned char filler) {
+    if (count == WORD_BYTES)
+        return loadWord(from);
+    const std::uint64_t half = (WORD_BYTES - count) * 4; // bits; a shift by 64 takes two steps
+    return loadBytes(from, count) << half << half | (broadcast(filler) & lowBits(2 * half));
+}
+
+// Stores the high `count` bytes (1 to 8).
+inline void storeHighBytes(void* to, std::uint64_t word, unsigned count) {
+    storeBytes(to, word >> (WORD_BYTES - count) * 8, count);
+}
+
+// Mirrors each byte: bit 0 becomes bit 7, bit 1 bit 6, and so on.
 constexpr std::uint64_t mirrorEachByte(std::uint64_t word) {
     word = (word >> 4 & 0x0F0F0F0F0F0F0F0F) | (word & 0x0F0F0F0F0F0F0F0F) << 4;
     word = (word >> 2 & 0x3333333333333333) | (word & 0x3333333333333333) << 2;
     return (word >> 1 & 0x5555555555555555) | (word & 0x5555555555555555) << 1;
 }
 
-/// All 64 bits of \a word in the opposite order.
+// Mirrors the word: bit 0 becomes bit 63, bit 1 bit 62, and so on.
 constexpr std::uint64_t mirrorWord(std::uint64_t word) {
     return swapBytes(mirrorEachByte(word));
 }
 
-/// The field of \a count bits (1 to 64) that starts at bit \a position of \a data. No byte at or
-/// behind \a data[size] is read; the field must end within them.
+// Spreads eight bits to eight bytes of 0 or 1, bit 0 to the lowest byte.
+constexpr std::uint64_t spreadBits(std::uint8_t bits) {
+    // Byte n keeps bit n. Adding 0x7F sets bit 7 of the bytes that are not 0, without a carry.
+    const std::uint64_t kept = broadcast(bits) & 0x8040201008040201;
+    return (kept + broadcast(0x7F)) >> 7 & broadcast(1);
+}
+
+// The inverse of spreadBits().
+constexpr std::uint8_t packBits(std::uint64_t word) {
+    // The factor moves bit 8n to bit 56 + n. No two bits of the products coincide.
+    return static_cast<std::uint8_t>(word * 0x0102040810204080 >> 56);
+}
+
+// The field of `count` bits (1 to 64) at bit `position`. It lies within the `size` bytes of `data`,
+// and no other byte is read.
 inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
                                std::uint64_t position, std::uint64_t count) {
     const unsigned char* const p = data + position / 8;
@@ -114,14 +142,12 @@ inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
     const unsigned shift = position % 8;
     if (available <= WORD_BYTES)
         return loadBytes(p, available) >> shift & lowBits(count);
-    // The field may reach into a ninth byte; shifting in two steps keeps a shift of 0 defined.
+    // The field may reach into a ninth byte. For a shift of 0, its bits are shifted out.
     const std::uint64_t ninth = std::uint64_t{p[WORD_BYTES]} << 1 << (63 - shift);
     return (loadWord(p) >> shift | ninth) & lowBits(count);
 }
 
-/// Writes the low \a count bits (1 to 64) of \a value to the field that starts at bit \a position
-/// of \a data. No bit outside the field changes, and no byte at or behind \a data[size] is touched;
-/// the field must end within them.
+// Writes the low `count` bits of `value` to such a field. No other bit changes.
 inline void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
                        std::uint64_t count, std::uint64_t value) {
     unsigned char* const p = data + position / 8;

@@ -4,7 +4,7 @@
 // the start of a line can be indented, and rows never do.
 #include "KelRT/Logger.h"
 
-#include "common/digits.h"
+#include "common/hex.h"
 #include "common/words.h"
 #include "logging/levels.h"
 #include "port/port.h"
@@ -78,15 +78,15 @@ char* putBlanks(char* out, std::uint64_t count) {
 
 // Eight characters of which the lowest byte of `characters` is the last.
 char* putEight(char* out, std::uint64_t characters) {
-    common::storeCharacters(out, common::swapBytes(characters));
+    common::storeWord(out, common::swapBytes(characters));
     return out + common::WORD_BYTES;
 }
 
 char* putAddress(char* out, std::uint64_t index) {
-    const auto nibbles = common::spreadNibbles(static_cast<std::uint32_t>(index));
+    constexpr unsigned DIGITS = 8;
     *out++ = '\n';
-    out = putEight(out, common::hexCharacters(nibbles, 'a'));
-    return put(out, "h: ");
+    common::writeHex(out + DIGITS, index, DIGITS, 'a');
+    return put(out + DIGITS, "h: ");
 }
 
 // How each byte stands in the hexadecimal form, and one character more: four are copied at once.
@@ -113,7 +113,7 @@ struct BitForm {
     static constexpr std::uint64_t CELL = 9;
 
     static char* putByte(char* out, unsigned char byte) {
-        out = putEight(out, common::spreadBits(byte) + common::inEachByte('0'));
+        out = putEight(out, common::spreadBits(byte) + common::broadcast('0'));
         *out++ = ' ';
         return out;
     }

@@ -4,16 +4,17 @@
 // work goes from there to the front, one 64-bit word a step.
 #include "KelRT/Kel_NumberUtil.h"
 
-#include "common/bit_text.h"
-#include "common/digits.h"
+#include "common/hex.h"
 #include "common/memory.h"
 #include "common/words.h"
+#include "numbers/bit_text.h"
 
 #include <algorithm>
 #include <bit>
 #include <cassert>
 #include <cstring>
 #include <functional>
+#include <numeric>
 #include <stdexcept>
 
 namespace KelRT {
@@ -32,7 +33,7 @@ struct Input {
 
 // Empties `output`. Text that is part of it is kept, which cannot fail.
 Input detach(const char* text, std::size_t length, std::string& output) {
-    constexpr std::less<> before; // orders pointers into different objects, too
+    const std::less<> before; // orders pointers into different objects, too
     const char* const old = output.data();
     Input input{text, length, 0, {}};
     if (!before(text, old) && before(text, old + output.size())) {
@@ -63,27 +64,11 @@ std::int32_t signedCode(char character) {
     return code < 0x80 ? code : code - 0x100;
 }
 
-// The low four bits of eight digit values, by a rule that checks nothing: the code minus 48 below
-// 'A', compared as signed characters, and minus 55 from there on. It reads both cases of letters.
-std::uint64_t uncheckedDigits(std::uint64_t characters) {
-    constexpr std::uint64_t high = common::inEachByte(0x80);
-    // Subtracting 48 keeps the low four bits, subtracting 55 adds 9 to them. The sum has the top
-    // bit of each byte from 'A' to 0x7F; bytes above are negative.
-    const std::uint64_t low = characters & common::inEachByte(0x7F);
-    const std::uint64_t letters = (low + common::inEachByte(0x80 - 'A')) & ~characters & high;
-    const std::uint64_t digits = characters & common::inEachByte(0x0F);
-    return (digits + (letters >> 7) * 9) & common::inEachByte(0x0F);
-}
-
-// The `count` characters (1 to 16) right before `end`, by the same rule.
+// The `count` characters (1 to 16) before `end` as digits, unchecked: the low four bits of the code
+// minus 48 below 'A', in signed characters, and of the code minus 55 from there on.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
-    const unsigned low = atMost(8, count);
-    const auto step = [](const char* p, unsigned size) {
-        const std::uint64_t characters = common::loadLastCharacters(p, size, '0');
-        return std::uint64_t{common::packNibbles(uncheckedDigits(common::swapBytes(characters)))};
-    };
-    const std::uint64_t digits = step(end - low, low);
-    return count == low ? digits : digits | step(end - count, count - low) << 32;
+    const common::Vector values = common::hexValues(common::loadHex(end - count, count));
+    return common::packHex(values & common::broadcastVector(15));
 }
 
 // The rule of the conversions to integers: letters of both cases are digits, and every other
@@ -100,18 +85,14 @@ std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
     if (static_cast<std::int32_t>(length) < 1)
         return 0;
-    std::uint64_t number = 0;
+    const unsigned count = atMost(common::HEX_DIGITS_PER_WORD, length);
     const char* const end = text + length;
-    for (const char* p = end - atMost(16, length); p != end;) {
-        if (end - p >= 8 && common::areHexDigits(common::loadCharacters(p))) {
-            const std::uint64_t values = common::hexDigitValues(common::loadCharacters(p));
-            number = number << 32 | common::packNibbles(common::swapBytes(values));
-            p += 8;
-        } else {
-            number = number * 16 + lenientDigit(*p++);
-        }
-    }
-    return number;
+    std::uint64_t number = 0;
+    if (common::readHex(end - count, count, number))
+        return number;
+    return std::accumulate(end - count, end, std::uint64_t{0}, [](std::uint64_t sum, char digit) {
+        return sum * 16 + lenientDigit(digit);
+    });
 }
 
 std::string& writeHexText(std::uint64_t value, std::size_t leastDigits, std::string& out) {
@@ -144,13 +125,13 @@ std::string& Kel_NumberUtil::bin2ReverseBinStr(const unsigned char* binArray,
     binStr.resize(bits);
     const auto step = [array = bytes.data()](std::size_t bit) {
         const auto byte = static_cast<std::uint8_t>(array[bit / 8]);
-        return common::spreadBits(byte) + common::inEachByte('0');
+        return common::spreadBits(byte) + common::broadcast('0');
     };
     std::size_t done = 0;
     for (; done + 8 <= bits; done += 8)
-        common::storeCharacters(binStr.data() + done, step(done));
+        common::storeWord(binStr.data() + done, step(done));
     if (done < bits)
-        common::storeFirstCharacters(binStr.data() + done, step(done), bitCount % 8);
+        common::storeBytes(binStr.data() + done, step(done), bitCount % 8);
     return binStr;
 }
 
@@ -160,14 +141,14 @@ void Kel_NumberUtil::reverseBinStr2Bin(const char* binStr, unsigned char* binArr
     if (binArray == nullptr)
         throw std::logic_error("Internal error: bad binArray in Kel_NumberUtil::reverseBinStr2Bin");
     const std::size_t length = std::strlen(binStr);
-    assert(common::areApart(binStr, length, binArray, (length + 7) / 8) &&
+    assert(!common::overlap(binStr, length, binArray, (length + 7) / 8) &&
            "they do not overlap the text");
-    const auto pack = [](std::uint64_t step) { return common::packBits(common::onesIn(step)); };
+    const auto pack = [](std::uint64_t step) { return common::packBits(numbers::onesIn(step)); };
     std::size_t done = 0;
     for (; done + 8 <= length; done += 8)
-        binArray[done / 8] = pack(common::loadCharacters(binStr + done));
+        binArray[done / 8] = pack(common::loadWord(binStr + done));
     if (done < length)
-        binArray[done / 8] = pack(common::loadFirstCharacters(binStr + done, length % 8));
+        binArray[done / 8] = pack(common::loadBytes(binStr + done, length % 8));
 }
 
 std::string& Kel_NumberUtil::binStr2HexStr(const char* binStr, std::string& hexStr) {
@@ -179,7 +160,7 @@ std::string& Kel_NumberUtil::binStr2HexStr(const char* binStr, std::string& hexS
     for (std::size_t done = 0; done < bits.length; done += 64) {
         const unsigned count = atMost(64, bits.length - done);
         const unsigned digits = (count + 3) / 4;
-        common::writeHex(end, common::readBits(bits.end() - done, count), digits, 'A');
+        common::writeHex(end, numbers::readBits(bits.end() - done, count), digits, 'A');
         end -= digits;
     }
     return hexStr;
@@ -197,7 +178,7 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
     auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.length);
     for (std::size_t done = 0; bitsLeft > 0; done += 16) {
         const unsigned bits = atMost(64, bitsLeft);
-        common::writeBits(end, readUncheckedDigits(digits.end() - done, (bits + 3) / 4), bits);
+        numbers::writeBits(end, readUncheckedDigits(digits.end() - done, (bits + 3) / 4), bits);
         end -= bits;
         bitsLeft -= bits;
     }
@@ -207,11 +188,10 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
 void Kel_NumberUtil::reverseStr(const char* src, std::uint32_t length, char* dst) noexcept {
     const std::size_t size = length;
     assert(dst != nullptr && "dst holds length + 1 characters");
-    assert(common::areApart(src, size, dst, size + 1) && "they do not overlap src");
+    assert(!common::overlap(src, size, dst, size + 1) && "they do not overlap src");
     std::size_t done = 0;
     for (; done + 8 <= size; done += 8)
-        common::storeCharacters(dst + size - done - 8,
-                                common::swapBytes(common::loadCharacters(src + done)));
+        common::storeWord(dst + size - done - 8, common::swapBytes(common::loadWord(src + done)));
     std::reverse_copy(src + done, src + size, dst);
     dst[size] = '\0';
 }
@@ -220,7 +200,7 @@ std::uint32_t Kel_NumberUtil::binStr2UInt(const char* binStr) noexcept {
     if (binStr == nullptr)
         return 0;
     const std::size_t length = std::strlen(binStr);
-    return static_cast<std::uint32_t>(common::readBits(binStr + length, atMost(32, length)));
+    return static_cast<std::uint32_t>(numbers::readBits(binStr + length, atMost(32, length)));
 }
 
 std::string& Kel_NumberUtil::uInt2BinStr(std::uint32_t value, std::uint32_t bitCount,
@@ -229,7 +209,7 @@ std::string& Kel_NumberUtil::uInt2BinStr(std::uint32_t value, std::uint32_t bitC
         refuse("Internal error: bad bitCount value for Kel_NumberUtil::uInt2BinStr", binStr);
     binStr.clear();
     binStr.resize(bitCount);
-    common::writeBits(binStr.data() + bitCount, value, bitCount);
+    numbers::writeBits(binStr.data() + bitCount, value, bitCount);
     return binStr;
 }
 

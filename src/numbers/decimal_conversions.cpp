@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_NumberUtil.h"
 
-#include "common/digits.h"
+#include "common/words.h"
 #include "numbers/decimal/limbs.h"
 #include "numbers/decimal/word_text.h"
 #include "numbers/fixed_text.h"
@@ -17,6 +17,10 @@ namespace {
 // White space of the "C" locale.
 bool isSpace(char character) {
     return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
 }
 
 std::string& assignDecimal(std::uint64_t magnitude, bool negative, std::string& out) {
@@ -35,11 +39,12 @@ std::uint64_t leadingNumber(const char* text, const char* end) {
         ++text;
     const char* const most = text + std::min<std::ptrdiff_t>(end - text, numbers::CHUNK_DIGITS);
     std::uint64_t number = 0;
-    for (; most - text >= 8 && common::areDecimalDigits(common::loadCharacters(text)); text += 8)
-        number = number * 100'000'000 + common::eightDecimalDigits(common::loadCharacters(text));
-    for (; text != most && common::isDecimalDigit(*text); ++text)
+    for (; most - text >= 8 && numbers::areDecimalDigits(common::loadWord(text)); text += 8)
+        number = number * numbers::POWERS_OF_TEN[8] +
+                 numbers::valueOfEightDigits(common::loadWord(text));
+    for (; text != most && isDigit(*text); ++text)
         number = number * 10 + static_cast<std::uint64_t>(*text - '0');
-    const bool goesOn = text == most && text != end && common::isDecimalDigit(*text);
+    const bool goesOn = text == most && text != end && isDigit(*text);
     return goesOn ? std::numeric_limits<std::uint64_t>::max() : number;
 }
 

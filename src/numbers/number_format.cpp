@@ -2,9 +2,10 @@
 #include "numbers/number_format.h"
 
 #include "KelRT/Kel_Number.h"
-#include "common/bit_text.h"
+#include "common/hex.h"
 #include "common/memory.h"
 #include "common/words.h"
+#include "numbers/bit_text.h"
 #include "numbers/decimal/print.h"
 #include "numbers/limb.h"
 #include "numbers/radix.h"
@@ -31,7 +32,7 @@ std::uint64_t significantBits(const std::vector<std::uint16_t>& words) {
 /// The base is a power of two: each digit is a field of bits. The digits are written from the last
 /// one backwards, in groups of a whole number of words.
 /// \param write writes the low digits of a group: write(end, group, count)
-template <unsigned DigitBits, unsigned WordsInGroup, class Write>
+template <unsigned DigitBits, unsigned WordsInGroup, typename Write>
 std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t leastDigits,
                            char filler, Write write) {
     constexpr unsigned GROUP_BITS = 16 * WordsInGroup;
@@ -60,9 +61,9 @@ std::string Kel_Number::toString(char radix) const {
     };
     switch (numbers::radixOf(radix)) {
     case 2:
-        return numbers::powerOfTwoText<1, 4>(words, least(1), '0', common::writeBits);
+        return numbers::powerOfTwoText<1, 4>(words, least(1), '0', numbers::writeBits);
     case 8:
-        return numbers::powerOfTwoText<3, 3>(words, least(3), '0', common::writeOctal);
+        return numbers::powerOfTwoText<3, 3>(words, least(3), '0', numbers::writeOctal);
     case 10:
         return numbers::decimalText(words, bitCount, numbers::printsSigned(radix) && isNegative());
     case 16: {
@@ -73,7 +74,7 @@ std::string Kel_Number::toString(char radix) const {
             });
     }
     case 256:
-        return numbers::powerOfTwoText<8, 4>(words, least(8), ' ', common::writeBytes);
+        return numbers::powerOfTwoText<8, 4>(words, least(8), ' ', numbers::writeBytes);
     default:
         return "bad format for number";
     }

@@ -5,8 +5,9 @@
 // of each digit is known, eight or more characters per step.
 #include "KelRT/Kel_Number.h"
 
-#include "common/digits.h"
 #include "common/hex.h"
+#include "common/words.h"
+#include "numbers/bit_text.h"
 #include "numbers/decimal/parse.h"
 #include "numbers/limb.h"
 #include "numbers/radix.h"
@@ -18,44 +19,49 @@ namespace KelRT {
 namespace numbers {
 namespace {
 
-constexpr unsigned STEP = 8; // characters
-
-// Policies for the radices that are powers of two: areAll() tells whether eight characters are all
-// digits, pack() yields their bits. Each expects the least significant digit in the lowest byte.
+// Policies for the radices that are powers of two. read() yields the number in `count` characters,
+// at most STEP. It returns false if one of them is not a digit.
 
 struct BinaryDigits {
     static constexpr unsigned BITS = 1;
-    static constexpr char ZERO = '0';
-    static bool areAll(std::uint64_t step) { return common::areBinaryDigits(step); }
-    static Limb pack(std::uint64_t step) { return common::packBits(step & common::inEachByte(1)); }
+    static constexpr unsigned STEP = numbers::STEP;
+    static bool read(const char* p, unsigned count, Limb& number) {
+        const std::uint64_t characters = common::loadHighBytes(p, count, '0');
+        number = common::packBits(common::swapBytes(characters & common::broadcast(1)));
+        return areBinaryDigits(characters);
+    }
 };
 
 struct OctalDigits {
     static constexpr unsigned BITS = 3;
-    static constexpr char ZERO = '0';
-    static bool areAll(std::uint64_t step) { return common::areOctalDigits(step); }
-    static Limb pack(std::uint64_t step) { return common::packOctal(step & common::inEachByte(7)); }
+    static constexpr unsigned STEP = numbers::STEP;
+    static bool read(const char* p, unsigned count, Limb& number) {
+        const std::uint64_t characters = common::loadHighBytes(p, count, '0');
+        number = packOctal(common::swapBytes(characters & common::broadcast(7)));
+        return areOctalDigits(characters);
+    }
 };
 
 struct HexDigits {
     static constexpr unsigned BITS = 4;
-    static constexpr char ZERO = '0';
-    static bool areAll(std::uint64_t step) { return common::areHexDigits(step); }
-    static Limb pack(std::uint64_t step) {
-        return common::packNibbles(common::hexDigitValues(step));
+    static constexpr unsigned STEP = common::HEX_DIGITS_PER_WORD;
+    static bool read(const char* p, unsigned count, Limb& number) {
+        return common::readHex(p, count, number);
     }
 };
 
 struct CharacterDigits {
     static constexpr unsigned BITS = 8;
-    static constexpr char ZERO = '\0';
-    static bool areAll(std::uint64_t step) { return (step & common::inEachByte(0x80)) == 0; }
-    static Limb pack(std::uint64_t step) { return step; }
+    static constexpr unsigned STEP = numbers::STEP;
+    static bool read(const char* p, unsigned count, Limb& number) {
+        number = common::swapBytes(common::loadHighBytes(p, count, 0));
+        return (number & common::broadcast(0x80)) == 0;
+    }
 };
 
 // A step with other characters than digits, from its last character backwards. False if a digit is
 // refused.
-template <class Digits>
+template <typename Digits>
 bool readOneByOne(const char* text, unsigned count, WordSink& sink, bool& negative) {
     if (Digits::BITS == 8)
         return false; // every character is a digit, and one of these is refused
@@ -70,31 +76,15 @@ bool readOneByOne(const char* text, unsigned count, WordSink& sink, bool& negati
     return true;
 }
 
-// The number of sixteen hexadecimal digits. False for any other character.
-bool readSixteenDigits(const char* text, Limb& number) {
-    common::Vector valid = common::broadcast(0xFF);
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
-    const common::Vector characters = common::loadVector(bytes);
-    number = common::wordOfNibbles(common::hexDigitValues(characters, valid));
-    return common::allSet(valid);
-}
-
-template <class Digits>
+template <typename Digits>
 bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
     for (std::size_t left = text.size(); left > 0;) {
-        Limb limb = 0;
-        if (Digits::BITS == 4 && left >= common::VECTOR_BYTES &&
-            readSixteenDigits(text.data() + left - common::VECTOR_BYTES, limb)) {
-            sink.put(limb, LIMB_BITS);
-            left -= std::size_t{common::VECTOR_BYTES};
-            continue;
-        }
-        const auto count = static_cast<unsigned>(std::min<std::size_t>(STEP, left));
+        const auto count = static_cast<unsigned>(std::min<std::size_t>(Digits::STEP, left));
         left -= count;
         const char* const p = text.data() + left;
-        const std::uint64_t step = common::loadLastCharacters(p, count, Digits::ZERO);
-        if (Digits::areAll(step))
-            sink.put(Digits::pack(common::swapBytes(step)), STEP * Digits::BITS);
+        Limb number = 0;
+        if (Digits::read(p, count, number))
+            sink.put(number, Digits::STEP * Digits::BITS);
         else if (!readOneByOne<Digits>(p, count, sink, negative))
             return false;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "common/digits.h"
+#include "common/hex.h"
 
 #include <cstdint>
 

@@ -15,7 +15,7 @@ bool isSettingOf(const std::string& key, std::string_view entry) {
 }
 
 // Entries are strings or NUL-terminated texts.
-template <class Entry>
+template <typename Entry>
 std::string findIn(const Entry* entries, std::uint32_t count, const std::string& key) {
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::string_view entry = entries[i];

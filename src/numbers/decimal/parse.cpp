@@ -6,9 +6,10 @@
 // and is linear; the conversion dominates from some 500 bits on.
 #include "numbers/decimal/parse.h"
 
-#include "common/digits.h"
+#include "common/words.h"
 #include "numbers/decimal/limbs.h"
 #include "numbers/decimal/wide.h"
+#include "numbers/decimal/word_text.h"
 #include "numbers/radix.h"
 #include "numbers/word_sink.h"
 
@@ -39,9 +40,9 @@ public:
         while (at != end && chunk.digits < DIGITS) {
             const auto count =
                 static_cast<unsigned>(std::min<std::size_t>({STEP, left(), DIGITS - chunk.digits}));
-            const std::uint64_t step = common::loadLastCharacters(at, count, '0');
-            if (common::areDecimalDigits(step))
-                append(chunk, common::eightDecimalDigits(step), count);
+            const std::uint64_t step = common::loadHighBytes(at, count, '0');
+            if (areDecimalDigits(step))
+                append(chunk, valueOfEightDigits(step), count);
             else if (!readOneByOne(chunk, count))
                 return false;
             at += count;
@@ -64,16 +65,15 @@ private:
     // "parse decimal, 512 b" takes 25 % longer.
     bool readWhole(Chunk& chunk) {
         static_assert(DIGITS > 2 * STEP && DIGITS < 3 * STEP);
-        const std::uint64_t first = common::loadCharacters(at);
-        const std::uint64_t second = common::loadCharacters(at + STEP);
-        const std::uint64_t last = common::loadCharacters(at + DIGITS - STEP);
-        if (!common::areDecimalDigits(first) || !common::areDecimalDigits(second) ||
-            !common::areDecimalDigits(last))
+        const std::uint64_t first = common::loadWord(at);
+        const std::uint64_t second = common::loadWord(at + STEP);
+        const std::uint64_t last = common::loadWord(at + DIGITS - STEP);
+        if (!areDecimalDigits(first) || !areDecimalDigits(second) || !areDecimalDigits(last))
             return false;
-        constexpr Limb rest = POWERS_OF_TEN[DIGITS - 2 * STEP];
-        const Limb high = common::eightDecimalDigits(first) * POWERS_OF_TEN[STEP];
-        const Limb low = common::eightDecimalDigits(last) % rest;
-        chunk = {(high + common::eightDecimalDigits(second)) * rest + low, DIGITS};
+        constexpr Limb REST = POWERS_OF_TEN[DIGITS - 2 * STEP];
+        const Limb high = valueOfEightDigits(first) * POWERS_OF_TEN[STEP];
+        const Limb low = valueOfEightDigits(last) % REST;
+        chunk = {(high + valueOfEightDigits(second)) * REST + low, DIGITS};
         at += DIGITS;
         return true;
     }
@@ -82,7 +82,7 @@ private:
         for (unsigned i = 0; i < count; ++i) {
             const CharacterClass kind = classify(at[i], 10);
             if (kind == CharacterClass::digit)
-                append(chunk, common::hexValue(at[i]), 1);
+                append(chunk, static_cast<Limb>(at[i] - '0'), 1);
             sign = sign || kind == CharacterClass::sign;
             refused = refused || kind == CharacterClass::refused;
         }

@@ -52,7 +52,7 @@ struct FromDecimal {
 };
 
 // sum += addend, which is no longer than sum. Returns the carry.
-template <class To>
+template <typename To>
 Limb add(Limb* sum, std::size_t sumSize, const Limb* addend, std::size_t size) {
     Limb carry = 0;
     const auto step = [&carry](Limb& digit, Limb other) {
@@ -68,7 +68,7 @@ Limb add(Limb* sum, std::size_t sumSize, const Limb* addend, std::size_t size) {
 }
 
 // difference -= subtrahend, which is no longer. Returns the borrow.
-template <class To>
+template <typename To>
 Limb subtract(Limb* difference, std::size_t differenceSize, const Limb* subtrahend,
               std::size_t size) {
     Limb borrow = 0;
@@ -85,7 +85,7 @@ Limb subtract(Limb* difference, std::size_t differenceSize, const Limb* subtrahe
 }
 
 // difference = |a - b|, of size digits; b has bSize <= size digits. Returns whether a < b.
-template <class To>
+template <typename To>
 bool absoluteDifference(Limb* difference, const Limb* a, std::size_t size, const Limb* b,
                         std::size_t bSize) {
     std::size_t top = size; // the digits above it are equal
@@ -103,12 +103,12 @@ bool absoluteDifference(Limb* difference, const Limb* a, std::size_t size, const
 
 // product = a * b, column by column. The shorter factor has less than KARATSUBA_SIZE digits, so a
 // column has no more products than fit GREATEST_SUM beside the carry.
-template <class To>
+template <typename To>
 void multiplyColumns(Limb* product, const Limb* a, std::size_t aSize, const Limb* b,
                      std::size_t bSize) {
-    constexpr DoubleLimb greatestCarry = To::GREATEST_SUM / To::BASE;
-    constexpr DoubleLimb greatestProduct = DoubleLimb{To::BASE - 1} * (To::BASE - 1);
-    static_assert((To::GREATEST_SUM - greatestCarry) / greatestProduct >= KARATSUBA_SIZE);
+    constexpr DoubleLimb GREATEST_CARRY = To::GREATEST_SUM / To::BASE;
+    constexpr DoubleLimb GREATEST_PRODUCT = DoubleLimb{To::BASE - 1} * (To::BASE - 1);
+    static_assert((To::GREATEST_SUM - GREATEST_CARRY) / GREATEST_PRODUCT >= KARATSUBA_SIZE);
     DoubleLimb carry = 0;
     for (std::size_t column = 0; column + 1 < aSize + bSize; ++column) {
         const std::size_t end = std::min(column + 1, aSize);
@@ -136,7 +136,7 @@ constexpr std::size_t scratchFor(std::size_t size) {
 
 // product = a * b, both of size digits, by three products of halves:
 // a1 b0 + a0 b1 = a0 b0 + a1 b1 - (a0 - a1)(b0 - b1).
-template <class To>
+template <typename To>
 void multiplyKaratsuba(Limb* product, const Limb* a, const Limb* b, std::size_t size,
                        Limb* scratch) {
     if (size < KARATSUBA_SIZE)
@@ -164,7 +164,7 @@ void multiplyKaratsuba(Limb* product, const Limb* a, const Limb* b, std::size_t 
 }
 
 // product = a * b, of at least one digit each. The product has aSize + bSize digits.
-template <class To>
+template <typename To>
 void multiply(Limb* product, const Limb* a, std::size_t aSize, const Limb* b, std::size_t bSize,
               Limb* scratch) {
     if (aSize < bSize)
@@ -186,7 +186,7 @@ void multiply(Limb* product, const Limb* a, std::size_t aSize, const Limb* b, st
 }
 
 // number = number * factor + addend
-template <class To>
+template <typename To>
 void multiplyAdd(Digits& number, DoubleLimb factor, Limb addend) {
     DoubleLimb carry = addend;
     for (Limb& digit : number)
@@ -208,7 +208,7 @@ struct Groups {
 constexpr std::size_t GROUP_SIZE = 12;
 
 // Groups of nearly equal size.
-template <class To>
+template <typename To>
 Groups firstGroups(const Limb* source, std::size_t count) {
     const std::size_t most = std::bit_ceil((count + GROUP_SIZE - 1) / GROUP_SIZE); // groups
     const std::size_t groupSize = (count + most - 1) / most;
@@ -238,7 +238,7 @@ std::size_t lowZeros(const Digits& weight) {
 }
 
 // weight^2, without a leading zero digit.
-template <class To>
+template <typename To>
 Digits squareOf(const Digits& weight, std::size_t zeros, Limb* scratch) {
     const Limb* const factor = weight.data() + zeros;
     Digits square(2 * weight.size());
@@ -250,7 +250,7 @@ Digits squareOf(const Digits& weight, std::size_t zeros, Limb* scratch) {
 }
 
 // Joins the groups, at least two, in pairs: high * weight + low. Drops what exceeds `room` digits.
-template <class To>
+template <typename To>
 Groups joinPairs(const Groups& groups, std::size_t room) {
     const Digits& weight = groups.weight;
     const std::size_t size = weight.size();
@@ -282,7 +282,7 @@ Groups joinPairs(const Groups& groups, std::size_t room) {
 }
 
 // Up to `room` digits, without leading zeros; at least one digit.
-template <class To>
+template <typename To>
 Digits convert(const Limb* source, std::size_t count, std::size_t room) {
     Groups groups = firstGroups<To>(source, count);
     while (groups.digits.size() > groups.weight.size())

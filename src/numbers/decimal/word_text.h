@@ -1,12 +1,29 @@
 // SPDX-License-Identifier: MIT
 //
-// The decimal text of a single word. All functions write right before `end` and return the first
-// character written.
+// The decimal text of single words. Readers take eight characters as a word, the first in the
+// lowest byte. Writers write before `end` and return the first character written.
 #pragma once
+
+#include "common/words.h"
 
 #include <cstdint>
 
 namespace KelRT::numbers {
+
+constexpr bool areDecimalDigits(std::uint64_t characters) {
+    using common::broadcast;
+    // The addition carries out of no byte if the first test has passed.
+    return (characters & broadcast(0xF0)) == broadcast('0') &&
+           ((characters + broadcast(6)) & broadcast(0xF0)) == broadcast('0');
+}
+
+constexpr std::uint32_t valueOfEightDigits(std::uint64_t characters) {
+    // Each step joins neighbours: 8 numbers of 1 digit become 4 of 2, 2 of 4 and 1 of 8.
+    std::uint64_t word = characters & common::broadcast(0x0F);
+    word = (word * (1 + (10U << 8)) >> 8) & 0x00FF00FF00FF00FF;
+    word = (word * (1 + (100U << 16)) >> 16) & 0x0000FFFF0000FFFF;
+    return static_cast<std::uint32_t>(word * (1 + (std::uint64_t{10000} << 32)) >> 32);
+}
 
 // The most digits of a 64-bit value.
 constexpr unsigned MOST_DECIMAL_DIGITS = 20;
