@@ -8,8 +8,7 @@
 
 namespace KelRT {
 
-/// A field reaches into ceil((bitPosition + bitCount) / 8) bytes; told without a sum, which could
-/// wrap. Here a field of no bits at the very end is held, one behind it is not.
+// An empty field at the end is valid; past the end it is not. The sum of both could overflow.
 bool Kel_ByteBuffer::holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept {
     const std::uint64_t bits = size * 8;
     return bitPosition <= bits && bitCount <= bits - bitPosition;
@@ -29,7 +28,7 @@ void Kel_ByteBuffer::setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bi
     byteAlign();
     if (!holdsField(bitPosition, bitCount))
         throw std::logic_error("Internal Error - Kel_ByteBuffer::setBits(ll) bad params.");
-    while (bitCount != 0) { // more than once only for fields above 64 bits, whose rest is zeros
+    while (bitCount != 0) { // bits above the lowest 64 become 0
         const auto count = std::min(bitCount, common::WORD_BITS);
         common::writeField(used(), size, bitPosition, count, value);
         bitPosition += count;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A text is always composed in a block of its own and then handed to its target, so a target may be
-// the source, and is unchanged when memory runs out.
+// Results are created in new memory and then moved to their target. So a target may be the source,
+// and does not change if memory is exhausted.
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include "common/hex.h"
@@ -43,7 +43,7 @@ unsigned char lenientValue(unsigned char character) {
     return value != NO_DIGIT ? value : static_cast<unsigned char>(character - '0');
 }
 
-// Reads `count` characters, the last pair first.
+// Reads `count` characters in pairs, the last pair first.
 void decodeSlowCase(const unsigned char* text, std::uint64_t count, unsigned char* out) {
     for (; count > 1; count -= 2)
         *out++ = static_cast<unsigned char>(lenientValue(text[count - 2]) * 16U +
@@ -52,16 +52,13 @@ void decodeSlowCase(const unsigned char* text, std::uint64_t count, unsigned cha
         *out = lenientValue(text[0]);
 }
 
-// The same for digits, by words; text with other characters is read again.
+// The same, sixteen digits at a time. Text with other characters is read again by the slow case.
 void decode(const unsigned char* text, std::uint64_t count, unsigned char* out) {
     Vector valid = broadcastVector(0xFF);
     std::uint64_t left = count;
     unsigned char* to = out;
-    for (; left >= VECTOR_BYTES; left -= VECTOR_BYTES, to += WORD_BYTES) {
-        const Vector characters = loadVector(text + left - VECTOR_BYTES);
-        valid = valid & areHexDigits(characters);
-        storeWord(to, packHex(hexValues(characters)));
-    }
+    for (; left >= VECTOR_BYTES; left -= VECTOR_BYTES, to += WORD_BYTES)
+        storeWord(to, decodeHex(loadVector(text + left - VECTOR_BYTES), valid));
     if (allSet(valid))
         decodeSlowCase(text, left, to);
     else
@@ -106,16 +103,16 @@ Kel_ByteBuffer mirroredBytes(const char* hexText) {
     return bytes;
 }
 
-Kel_ByteBuffer* toClient(Kel_ByteBuffer&& made) {
-    return new Kel_ByteBuffer(std::move(made));
+Kel_ByteBuffer* newBuffer(Kel_ByteBuffer&& buffer) {
+    return new Kel_ByteBuffer(std::move(buffer));
 }
 
 } // namespace
 
 void Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept {
     byteAlign();
-    const std::uint64_t count = fromByte < size ? size - fromByte : 0;
-    assert(out != nullptr && !common::overlap(storage.get(), blockSize(), out, 2 * count + 1) &&
+    const std::uint64_t count = size - std::min(fromByte, size);
+    assert(out != nullptr && !overlap(storage.get(), blockSize(), out, 2 * count + 1) &&
            "out lies outside this buffer");
     if (count != 0)
         encode(used() + fromByte, count, out);
@@ -132,24 +129,23 @@ void Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, Kel_ByteBuffer& targe
 Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte) {
     Kel_ByteBuffer text;
     bin2HexString(fromByte, text);
-    return toClient(std::move(text));
+    return newBuffer(std::move(text));
 }
 
 Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, std::uint64_t bitCount) {
     byteAlign();
-    const std::uint64_t available = fromByte < size ? size - fromByte : 0;
-    const std::uint64_t count = std::min(available, bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0));
+    const std::uint64_t count = std::min(size - std::min(fromByte, size), divideUp(bitCount, 8));
     Kel_ByteBuffer text(2 * count + 1, 0, 0);
     if (count != 0)
         encode(used() + fromByte, count, text.used());
-    text.setHexStringBitCount(bitCount); // one digit at most, and bits of the next
-    return toClient(std::move(text));
+    text.setHexStringBitCount(bitCount);
+    return newBuffer(std::move(text));
 }
 
 void Kel_ByteBuffer::setHexStringBitCount(std::uint64_t bitCount) noexcept {
     byteAlign();
     assert((size == 0 || used()[size - 1] == '\0') && "the last used byte is the terminating NUL");
-    const std::uint64_t wanted = bitCount / 4 + (bitCount % 4 != 0 ? 1 : 0);
+    const std::uint64_t wanted = divideUp(bitCount, 4);
     if (size <= wanted) // fewer digits than wanted
         return;
     giveToLowReserve(size - 1 - wanted);
@@ -166,7 +162,7 @@ void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
         return;
     assert(lastChar < size && "lastChar < getSize()");
     assert(out != nullptr &&
-           !common::overlap(storage.get(), blockSize(), out, decodedSize(firstChar, lastChar)) &&
+           !overlap(storage.get(), blockSize(), out, decodedSize(firstChar, lastChar)) &&
            "out lies outside this buffer");
     decode(used() + firstChar, lastChar - firstChar + 1, out);
 }
@@ -182,11 +178,11 @@ void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
 Kel_ByteBuffer* Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar) {
     Kel_ByteBuffer bytes;
     hex2Bin(firstChar, lastChar, bytes);
-    return toClient(std::move(bytes));
+    return newBuffer(std::move(bytes));
 }
 
 Kel_ByteBuffer* Kel_ByteBuffer::hex2BinReverse(const char* hexText) {
-    return toClient(mirroredBytes(hexText));
+    return newBuffer(mirroredBytes(hexText));
 }
 
 void Kel_ByteBuffer::hex2BinReverse(const char* hexText, Kel_ByteBuffer& target) {

@@ -18,8 +18,7 @@ namespace {
 
 using Block = std::unique_ptr<unsigned char[]>;
 
-// The sum as the size of a block. Throws std::bad_alloc for more than memory can hold; neither
-// addition overflows, since its terms are checked.
+// Throws std::bad_alloc if a block cannot have the size. Checked terms cannot overflow the sum.
 std::size_t sumOfSizes(std::initializer_list<std::uint64_t> sizes) {
     std::uint64_t sum = 0;
     for (const std::uint64_t size : sizes)
@@ -27,15 +26,23 @@ std::size_t sumOfSizes(std::initializer_list<std::uint64_t> sizes) {
     return static_cast<std::size_t>(sum);
 }
 
-/// memcpy that takes null pointers where there is nothing to copy.
+// Unlike memcpy, takes null pointers if `count` is 0.
 void copyBytes(unsigned char* to, const unsigned char* from, std::size_t count) {
     if (count != 0)
         std::memcpy(to, from, count);
 }
 
-// The functions below shift bytes down by 1 to 7 bits in place. Reading runs ahead of writing.
+// A copy with zeros before and after it.
+Block paddedCopy(const Block& block, std::size_t size, std::uint64_t before, std::uint64_t after) {
+    Block copy = std::make_unique<unsigned char[]>(sumOfSizes({before, size, after}));
+    copyBytes(copy.get() + before, block.get(), size);
+    return copy;
+}
 
-// Fewer bytes than a vector has; zeros enter at the top.
+// The functions below shift bytes down by 1 to 7 bits in place; zeros enter at the top. They load
+// bytes before they store any that precede them.
+
+// Fewer than VECTOR_BYTES bytes.
 void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     using namespace common;
     if (count > WORD_BYTES) {
@@ -47,14 +54,14 @@ void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     storeBytes(bytes, loadBytes(bytes, count) >> shift, count);
 }
 
-// The upper bits of each word come from the next one.
+// The upper bits of each word come from its successor in `next`.
 common::WordVector shifted(common::WordVector words, common::WordVector next, unsigned shift) {
     return words >> shift | next << (64 - shift);
 }
 
-// Whole blocks of four vectors before `end`; returns where they end. The next words are loaded once
-// more, so that no vector waits for another. All loads precede the stores, or the processor may
-// predict a false store-to-load dependency. Word by word, the row "shift, 4 KiB" takes 40 % longer.
+// Blocks of four vectors before `end`. Returns where the last block ends. Words are loaded twice,
+// so that no vector waits for another. All loads precede the stores, or the processor may predict a
+// false store-to-load dependency. Word by word, the row "shift, 4 KiB" takes 40 % longer.
 unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, unsigned shift) {
     using namespace common;
     constexpr std::ptrdiff_t BLOCK = 4 * VECTOR_BYTES;
@@ -70,18 +77,18 @@ unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, u
     return bytes;
 }
 
-// Any count; zeros enter at the top.
+// Any count.
 void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     using namespace common;
     if (count < VECTOR_BYTES)
         return shiftFewDown(bytes, count, shift);
-    // The last vector may overlap the one before it, so it is computed before that is stored.
+    // The last vector may overlap the previous one, so it is computed before that one is stored.
     unsigned char* const end = bytes + count - VECTOR_BYTES;
     const WordVector last = loadWords(end);
     const WordVector top = shifted(last, middleWords(last, WordVector{}), shift);
     bytes = shiftBlocksDown(bytes, end, shift);
-    // Each byte is loaded once: an earlier shift may just have stored it, and a load across two
-    // recent stores waits for both. Word by word, the row "shift, 64 B" takes 26 % longer.
+    // Each byte is loaded once: a load across two recent stores, as of a previous shift, waits for
+    // both. Word by word, the row "shift, 64 B" takes 26 % longer.
     constexpr std::ptrdiff_t VECTOR = VECTOR_BYTES;
     WordVector words = loadWords(bytes);
     for (; end - bytes >= VECTOR; bytes += VECTOR) {
@@ -94,8 +101,7 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     storeWords(end, top);
 }
 
-// Aligned memory out of malloc, which every host has. The pointer that malloc gave stands right
-// before the aligned address.
+// Aligned memory from malloc(). The pointer that malloc() returned precedes the aligned address.
 
 void* alignedBlock(std::size_t bytes, std::align_val_t alignment) noexcept {
     const std::size_t extra = static_cast<std::size_t>(alignment) + sizeof(void*);
@@ -150,21 +156,16 @@ Kel_ByteBuffer::Kel_ByteBuffer(const Kel_ByteBuffer& other)
     copyBytes(storage.get(), other.storage.get(), blockSize());
 }
 
-Kel_ByteBuffer::Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept
-    : startPosition(std::exchange(other.startPosition, 0)),
-      pendingBitShift(std::exchange(other.pendingBitShift, 0)), size(std::exchange(other.size, 0)),
-      padLow(std::exchange(other.padLow, 0)), padHigh(std::exchange(other.padHigh, 0)),
-      storage(std::move(other.storage)) {}
-
-Kel_ByteBuffer& Kel_ByteBuffer::operator=(const Kel_ByteBuffer& other) {
-    if (this != &other)
-        *this = Kel_ByteBuffer(other);
-    return *this;
+Kel_ByteBuffer::Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept {
+    *this = std::move(other);
 }
 
+Kel_ByteBuffer& Kel_ByteBuffer::operator=(const Kel_ByteBuffer& other) {
+    return *this = Kel_ByteBuffer(other);
+}
+
+// Assigning a buffer to itself changes nothing.
 Kel_ByteBuffer& Kel_ByteBuffer::operator=(Kel_ByteBuffer&& other) noexcept {
-    if (this == &other)
-        return *this;
     startPosition = std::exchange(other.startPosition, 0);
     pendingBitShift = std::exchange(other.pendingBitShift, 0);
     size = std::exchange(other.size, 0);
@@ -221,7 +222,6 @@ void Kel_ByteBuffer::moveStartPositionForward(std::int32_t byteCount) noexcept {
     giveToLowReserve(static_cast<std::uint64_t>(std::int64_t{byteCount}));
 }
 
-/// Applies the pending shift.
 void Kel_ByteBuffer::byteAlignSlowCase() noexcept {
     shiftDown(used(), size, static_cast<unsigned>(pendingBitShift));
     if (padHigh > 0)
@@ -231,25 +231,15 @@ void Kel_ByteBuffer::byteAlignSlowCase() noexcept {
 
 void Kel_ByteBuffer::increasePadHigh(std::uint64_t byteCount) {
     byteAlign();
-    const std::size_t old = blockSize();
-    const std::size_t grown = sumOfSizes({old, byteCount});
-    Block block = std::make_unique_for_overwrite<unsigned char[]>(grown);
-    copyBytes(block.get(), storage.get(), old);
-    std::memset(block.get() + old, 0, grown - old);
+    storage = paddedCopy(storage, blockSize(), 0, byteCount);
     padHigh += byteCount;
-    storage = std::move(block);
 }
 
 void Kel_ByteBuffer::increasePadLow(std::uint64_t byteCount) {
     byteAlign();
-    const std::size_t old = blockSize();
-    const std::size_t grown = sumOfSizes({old, byteCount});
-    Block block = std::make_unique_for_overwrite<unsigned char[]>(grown);
-    std::memset(block.get(), 0, grown - old);
-    copyBytes(block.get() + (grown - old), storage.get(), old);
+    storage = paddedCopy(storage, blockSize(), byteCount, 0);
     padLow += byteCount;
     startPosition += byteCount;
-    storage = std::move(block);
 }
 
 void* Kel_ByteBuffer::operator new(std::size_t bytes) {

@@ -32,21 +32,23 @@ constexpr std::uint8_t hexValue(char character) {
     return HEX_VALUES[static_cast<unsigned char>(character)];
 }
 
-// 0xFF for each character that is a digit, 0 for others.
-inline Vector areHexDigits(Vector characters) {
-    return between(characters, '0', '9') |
-           between(characters | broadcastVector(0x20), 'a', 'f'); // 0x20: upper case to lower case
-}
-
-// The values of digits. The low four bits of a letter count from 1.
-inline Vector hexValues(Vector characters) {
-    return (characters & broadcastVector(15)) + (above(characters, '@') & broadcastVector(9));
+// The values of digits, of which `letters` marks the letters: their low four bits count from 1.
+inline Vector hexValues(Vector characters, Vector letters) {
+    return (characters & broadcastVector(15)) + (letters & broadcastVector(9));
 }
 
 // Packs sixteen values below 16, the most significant first.
 inline std::uint64_t packHex(Vector values) {
     const WordVector words = wordsOf(values); // of each pair of bytes, the first is the high digit
     return swapBytes(evenBytes(words << 4 | words >> 8));
+}
+
+// The number in sixteen characters. Clears the bytes of `valid` whose character is not a digit.
+inline std::uint64_t decodeHex(Vector characters, Vector& valid) {
+    constexpr unsigned char LOWER_CASE = 0x20;
+    const Vector letters = between(characters | broadcastVector(LOWER_CASE), 'a', 'f');
+    valid = valid & (between(characters, '0', '9') | letters);
+    return packHex(hexValues(characters, letters));
 }
 
 // The `count` characters (1 to 16) at `p`, preceded by zero digits.
@@ -61,9 +63,9 @@ inline Vector loadHex(const char* p, unsigned count) {
 
 // The number in the `count` characters (1 to 16) at `p`. False if one of them is not a digit.
 inline bool readHex(const char* p, unsigned count, std::uint64_t& number) {
-    const Vector characters = loadHex(p, count);
-    number = packHex(hexValues(characters));
-    return allSet(areHexDigits(characters));
+    Vector valid = broadcastVector(0xFF);
+    number = decodeHex(loadHex(p, count), valid);
+    return allSet(valid);
 }
 
 // Writes the low `count` digits (1 to 16) of `number` before `end`. `letters` is 'A' or 'a'.

@@ -85,6 +85,12 @@ inline void storeBytes(void* to, std::uint64_t word, std::uint64_t count) {
     }
 }
 
+// A quotient rounded up, without overflow.
+template <typename Unsigned>
+constexpr Unsigned divideUp(Unsigned count, unsigned divisor) {
+    return count / divisor + (count % divisor != 0 ? 1 : 0);
+}
+
 // A word with `byte` in every byte.
 constexpr std::uint64_t broadcast(unsigned char byte) {
     return byte * std::uint64_t{0x0101010101010101};

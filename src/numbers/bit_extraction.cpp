@@ -10,7 +10,7 @@
 namespace KelRT {
 namespace {
 
-/// The lowest \a most bits of the field from bit \a low to bit \a high, or all of a shorter one.
+// The field from bit `low` to bit `high`, or its lowest `most` bits.
 std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int32_t low,
                          std::uint64_t most) {
     assert(data != nullptr && "the field lies inside the array");
@@ -20,6 +20,7 @@ std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int3
     return common::readField(data, (first + count + 7) / 8, first, count);
 }
 
+// Bit `firstBit` is the most significant.
 std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
                          std::uint64_t most) {
     if (firstBit < lastBit)
@@ -28,7 +29,7 @@ std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::
     return lowestBits(data, firstBit, lastBit, most);
 }
 
-/// The last bits visited are the highest ones, and the very last is to be the least significant.
+// The mirrored field, or its lowest `most` bits: those visited last, with the last one in bit 0.
 std::uint64_t ascending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
                         std::int32_t most) {
     if (firstBit > lastBit)

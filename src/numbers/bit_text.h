@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Text in the radices 2, 8 and 256, whose digits are fields of 1, 3 and 8 bits. It is converted
-// from its end, the least significant digit, in words of eight characters. Functions that spread or
-// pack expect the least significant digit in the lowest byte.
+// Text in the radices 2, 8 and 256, whose digits are 1, 3 and 8 bits. Eight characters make a word,
+// in which the least significant digit is the highest byte. Spreading and packing take it as the
+// lowest.
 #pragma once
 
 #include "common/words.h"
@@ -11,7 +11,7 @@
 
 namespace KelRT::numbers {
 
-constexpr unsigned STEP = 8; // characters
+constexpr unsigned STEP = 8; // characters in a word
 
 constexpr bool areBinaryDigits(std::uint64_t characters) {
     return (characters & common::broadcast(0xFE)) == common::broadcast('0');
@@ -44,6 +44,25 @@ constexpr std::uint64_t packOctal(std::uint64_t digits) {
     digits = (digits | digits >> 5) & 0x003F003F003F003F;
     digits = (digits | digits >> 10) & 0x00000FFF00000FFF;
     return (digits | digits >> 20) & 0xFFFFFF;
+}
+
+// Reads `count` digits (1 to 8). False if a character is not a digit.
+inline bool readBinary(const char* p, unsigned count, std::uint64_t& number) {
+    const std::uint64_t characters = common::loadHighBytes(p, count, '0');
+    number = common::packBits(common::swapBytes(characters & common::broadcast(1)));
+    return areBinaryDigits(characters);
+}
+
+inline bool readOctal(const char* p, unsigned count, std::uint64_t& number) {
+    const std::uint64_t characters = common::loadHighBytes(p, count, '0');
+    number = packOctal(common::swapBytes(characters & common::broadcast(7)));
+    return areOctalDigits(characters);
+}
+
+// A digit is a character below 128, and its code is the value.
+inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
+    number = common::swapBytes(common::loadHighBytes(p, count, 0));
+    return (number & common::broadcast(0x80)) == 0;
 }
 
 // The `count` characters (0 to 64) before `end` as bits: 1 for '1', 0 for any other character.
@@ -85,15 +104,15 @@ inline void writeBits(char* end, std::uint64_t value, unsigned count) {
 // 0 to 21 digits.
 inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
     const auto spread = [](std::uint64_t bits) { return spreadOctal(bits & 0xFFFFFF); };
-    // A constant count unrolls the loop. Otherwise the row "numbers, print radix 8, 4096 b" takes
-    // 19 % longer.
+    // A constant count unrolls the loop. Without it, the row "print radix 8, 4096 b" takes 19 %
+    // longer.
     if (count == 2 * STEP)
         writeDigits<3>(end, value, 2 * STEP, spread);
     else
         writeDigits<3>(end, value, count, spread);
 }
 
-// 1 to 8 bytes, as characters of these codes.
+// 1 to 8 digits.
 inline void writeBytes(char* end, std::uint64_t value, unsigned count) {
     common::storeHighBytes(end - count, common::swapBytes(value), count);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Texts of bits and of hexadecimal digits. Digits and bits meet at the ends of the texts, so the
-// work goes from there to the front, one 64-bit word a step.
+// Text of bits and of hexadecimal digits. It is converted from its end, the least significant
+// digit, in 64-bit words.
 #include "KelRT/Kel_NumberUtil.h"
 
 #include "common/hex.h"
@@ -20,26 +20,26 @@
 namespace KelRT {
 namespace {
 
-// A text that stays readable while the output is written.
+// Memory that stays valid while the output is written.
 struct Input {
-    const char* outside; // null if the text is part of `kept`
-    std::size_t length;
-    std::size_t offset; // of that part
-    std::string kept;
+    const char* external; // null if the input was part of the output
+    std::size_t size;
+    std::size_t offset; // in the old output
+    std::string oldOutput;
 
-    const char* data() const { return outside != nullptr ? outside : kept.data() + offset; }
-    const char* end() const { return data() + length; }
+    const char* data() const { return external != nullptr ? external : oldOutput.data() + offset; }
+    const char* end() const { return data() + size; }
 };
 
-// Empties `output`. Text that is part of it is kept, which cannot fail.
-Input detach(const char* text, std::size_t length, std::string& output) {
+// Empties `output` and keeps what is part of it. Never fails.
+Input detach(const char* data, std::size_t size, std::string& output) {
     const std::less<> before; // orders pointers into different objects, too
-    const char* const old = output.data();
-    Input input{text, length, 0, {}};
-    if (!before(text, old) && before(text, old + output.size())) {
-        input.outside = nullptr;
-        input.offset = static_cast<std::size_t>(text - old);
-        input.kept.swap(output);
+    const char* const begin = output.data();
+    Input input{data, size, 0, {}};
+    if (!before(data, begin) && before(data, begin + output.size())) {
+        input.external = nullptr;
+        input.offset = static_cast<std::size_t>(data - begin);
+        input.oldOutput.swap(output);
     }
     output.clear();
     return input;
@@ -54,25 +54,25 @@ bool isEmpty(const char* text) {
     return text == nullptr || *text == '\0';
 }
 
-unsigned atMost(std::uint64_t most, std::uint64_t count) {
-    return static_cast<unsigned>(std::min(most, count));
+unsigned limitedTo(unsigned limit, std::uint64_t count) {
+    return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// The code as if char were signed on every host.
+// The code of a signed character, on every host.
 std::int32_t signedCode(char character) {
     const std::int32_t code = static_cast<unsigned char>(character);
     return code < 0x80 ? code : code - 0x100;
 }
 
-// The `count` characters (1 to 16) before `end` as digits, unchecked: the low four bits of the code
-// minus 48 below 'A', in signed characters, and of the code minus 55 from there on.
+// The `count` characters (1 to 16) before `end` as digits. Any character is one: the low four bits
+// of its signed code minus 48 below 'A', and of its code minus 55 from 'A' on.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
-    const common::Vector values = common::hexValues(common::loadHex(end - count, count));
+    const common::Vector characters = common::loadHex(end - count, count);
+    const common::Vector values = common::hexValues(characters, common::above(characters, '@'));
     return common::packHex(values & common::broadcastVector(15));
 }
 
-// The rule of the conversions to integers: letters of both cases are digits, and every other
-// character counts as its code minus 48.
+// A character other than a digit counts as its signed code minus 48.
 std::uint64_t lenientDigit(char character) {
     const std::uint8_t value = common::hexValue(character);
     if (value != common::NO_DIGIT)
@@ -80,12 +80,12 @@ std::uint64_t lenientDigit(char character) {
     return static_cast<std::uint64_t>(std::int64_t{signedCode(character)} - 48);
 }
 
-// By the same rule, modulo 2^64. So only the last 16 characters count.
+// The number in `text` modulo 2^64, which depends on the last 16 characters only.
 std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
     if (static_cast<std::int32_t>(length) < 1)
         return 0;
-    const unsigned count = atMost(common::HEX_DIGITS_PER_WORD, length);
+    const unsigned count = limitedTo(common::HEX_DIGITS_PER_WORD, length);
     const char* const end = text + length;
     std::uint64_t number = 0;
     if (common::readHex(end - count, count, number))
@@ -119,8 +119,8 @@ std::string& Kel_NumberUtil::bin2ReverseBinStr(const unsigned char* binArray,
         refuse("Internal error: bad bitCount value for Kel_NumberUtil::bin2ReverseBinStr", binStr);
     if (binArray == nullptr)
         refuse("Internal error: bad binArray in Kel_NumberUtil::bin2ReverseBinStr", binStr);
-    const Input bytes = detach(reinterpret_cast<const char*>(binArray),
-                               bitCount / 8 + (bitCount % 8 == 0 ? 0 : 1), binStr);
+    const Input bytes =
+        detach(reinterpret_cast<const char*>(binArray), common::divideUp(bitCount, 8), binStr);
     const auto bits = common::checkedCount<char>(bitCount);
     binStr.resize(bits);
     const auto step = [array = bytes.data()](std::size_t bit) {
@@ -155,10 +155,10 @@ std::string& Kel_NumberUtil::binStr2HexStr(const char* binStr, std::string& hexS
     if (isEmpty(binStr))
         refuse("Internal error: bad binStr for Kel_NumberUtil::binStr2HexStr", hexStr);
     const Input bits = detach(binStr, std::strlen(binStr), hexStr);
-    hexStr.resize((bits.length + 3) / 4);
+    hexStr.resize((bits.size + 3) / 4);
     char* end = hexStr.data() + hexStr.size();
-    for (std::size_t done = 0; done < bits.length; done += 64) {
-        const unsigned count = atMost(64, bits.length - done);
+    for (std::size_t done = 0; done < bits.size; done += 64) {
+        const unsigned count = limitedTo(64, bits.size - done);
         const unsigned digits = (count + 3) / 4;
         common::writeHex(end, numbers::readBits(bits.end() - done, count), digits, 'A');
         end -= digits;
@@ -175,9 +175,9 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
     const Input digits = detach(hexStr, std::strlen(hexStr), binStr);
     binStr.resize(common::checkedCount<char>(bitCount), '0');
     char* end = binStr.data() + bitCount;
-    auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.length);
+    auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.size);
     for (std::size_t done = 0; bitsLeft > 0; done += 16) {
-        const unsigned bits = atMost(64, bitsLeft);
+        const unsigned bits = limitedTo(64, bitsLeft);
         numbers::writeBits(end, readUncheckedDigits(digits.end() - done, (bits + 3) / 4), bits);
         end -= bits;
         bitsLeft -= bits;
@@ -189,10 +189,7 @@ void Kel_NumberUtil::reverseStr(const char* src, std::uint32_t length, char* dst
     const std::size_t size = length;
     assert(dst != nullptr && "dst holds length + 1 characters");
     assert(!common::overlap(src, size, dst, size + 1) && "they do not overlap src");
-    std::size_t done = 0;
-    for (; done + 8 <= size; done += 8)
-        common::storeWord(dst + size - done - 8, common::swapBytes(common::loadWord(src + done)));
-    std::reverse_copy(src + done, src + size, dst);
+    std::reverse_copy(src, src + size, dst);
     dst[size] = '\0';
 }
 
@@ -200,7 +197,7 @@ std::uint32_t Kel_NumberUtil::binStr2UInt(const char* binStr) noexcept {
     if (binStr == nullptr)
         return 0;
     const std::size_t length = std::strlen(binStr);
-    return static_cast<std::uint32_t>(numbers::readBits(binStr + length, atMost(32, length)));
+    return static_cast<std::uint32_t>(numbers::readBits(binStr + length, limitedTo(32, length)));
 }
 
 std::string& Kel_NumberUtil::uInt2BinStr(std::uint32_t value, std::uint32_t bitCount,
@@ -229,7 +226,7 @@ std::string& Kel_NumberUtil::uLL2HexStr(std::uint64_t value, std::string& out) {
 
 std::string& Kel_NumberUtil::uInt2HexStr(std::uint32_t value, std::uint32_t bitCount,
                                          std::string& out) {
-    return writeHexText(value, bitCount / 4 + (bitCount % 4 == 0 ? 0 : 1), out);
+    return writeHexText(value, common::divideUp(bitCount, 4), out);
 }
 
 } // namespace KelRT

@@ -12,10 +12,10 @@
 namespace KelRT::numbers {
 namespace {
 
-/// The longest exact fraction of a double: the smallest one is 2^-1074.
+// The most decimals of a double: the smallest is 2^-1074. Further ones are 0.
 constexpr std::uint32_t EXACT_DECIMALS = 1074;
 
-/// A sign, 309 digits, a decimal point of several bytes, the fraction and the NUL.
+// A sign, 309 digits, a decimal point of several bytes, the decimals and the NUL.
 constexpr std::size_t LONGEST_TEXT = 1 + 309 + 32 + EXACT_DECIMALS + 1;
 
 } // namespace
@@ -25,10 +25,10 @@ std::string fixedText(double value, std::uint32_t precision) {
         throw std::length_error("Kel: precision above 2147483136");
     const std::uint32_t printed = std::min(precision, EXACT_DECIMALS);
     const std::size_t zeros = std::isfinite(value) ? precision - printed : 0;
-    std::array<char, LONGEST_TEXT> text; // NOLINT(cppcoreguidelines-pro-type-member-init): written
+    std::array<char, LONGEST_TEXT> text;
     const int length =
         std::snprintf(text.data(), text.size(), "%.*f", static_cast<int>(printed), value);
-    if (length < 0) // the C library's scratch memory
+    if (length < 0) // the C library is out of memory
         throw std::bad_alloc();
     const auto size = static_cast<std::size_t>(length);
     assert(size < text.size());

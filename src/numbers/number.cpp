@@ -2,6 +2,7 @@
 #include "KelRT/Kel_Number.h"
 
 #include "common/memory.h"
+#include "common/words.h"
 #include "numbers/limb.h"
 
 #include <algorithm>
@@ -21,18 +22,16 @@ std::uint64_t checkedWidth(std::uint64_t bitCount) {
 
 } // namespace
 
-// bitCount + 15 could overflow, so the words are counted in two steps.
 Kel_Number::Kel_Number(std::uint64_t newBitCount)
     : topWordMask(static_cast<std::uint16_t>(
           0xFFFF >> (WORD_LENGTH - checkedWidth(newBitCount) % WORD_LENGTH) % WORD_LENGTH)),
-      words(common::checkedCount<std::uint16_t>(newBitCount / WORD_LENGTH +
-                                                (newBitCount % WORD_LENGTH == 0 ? 0 : 1))),
+      words(common::checkedCount<std::uint16_t>(common::divideUp(newBitCount, WORD_LENGTH))),
       bitCount(newBitCount), wordCount(words.size()) {}
 
 Kel_Number::Kel_Number(const Kel_Number&) = default;
 Kel_Number::~Kel_Number() = default;
 
-// Only the reservation can fail, and it changes nothing then.
+// If memory is exhausted, reserve() throws and nothing has changed.
 Kel_Number& Kel_Number::operator=(const Kel_Number& other) {
     if (this == &other)
         return *this;

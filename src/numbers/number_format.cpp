@@ -18,7 +18,7 @@ namespace KelRT {
 namespace numbers {
 namespace {
 
-/// How many bits the value of \a words has up to its highest one bit.
+// The position of the highest 1, counted from 1; 0 for the value 0.
 std::uint64_t significantBits(const std::vector<std::uint16_t>& words) {
     std::size_t count = words.size();
     while (count > 0 && words[count - 1] == 0)
@@ -29,20 +29,19 @@ std::uint64_t significantBits(const std::vector<std::uint16_t>& words) {
            static_cast<unsigned>(std::bit_width(words[count - 1]));
 }
 
-/// The base is a power of two: each digit is a field of bits. The digits are written from the last
-/// one backwards, in groups of a whole number of words.
-/// \param write writes the low digits of a group: write(end, group, count)
-template <unsigned DigitBits, unsigned WordsInGroup, typename Write>
+// Text in radix 2^DIGIT_BITS. Groups of digits that fill whole words are written from the last one
+// backwards: write(end, group, count).
+template <unsigned DIGIT_BITS, unsigned GROUP_WORDS, typename Write>
 std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t leastDigits,
                            char filler, Write write) {
-    constexpr unsigned GROUP_BITS = 16 * WordsInGroup;
-    constexpr std::size_t GROUP_DIGITS = GROUP_BITS / DigitBits;
-    static_assert(GROUP_BITS % DigitBits == 0);
-    const std::uint64_t significant = (significantBits(words) + DigitBits - 1) / DigitBits;
+    constexpr unsigned GROUP_BITS = 16 * GROUP_WORDS;
+    constexpr std::size_t GROUP_DIGITS = GROUP_BITS / DIGIT_BITS;
+    static_assert(GROUP_BITS % DIGIT_BITS == 0);
+    const std::uint64_t significant = common::divideUp(significantBits(words), DIGIT_BITS);
     auto digits = common::checkedCount<char>(std::max<std::uint64_t>(significant, 1));
     std::string text(common::checkedCount<char>(std::max(digits, leastDigits)), filler);
     char* end = text.data() + text.size();
-    for (std::size_t word = 0; digits > 0; word += WordsInGroup) {
+    for (std::size_t word = 0; digits > 0; word += GROUP_WORDS) {
         const std::size_t count = std::min(digits, GROUP_DIGITS);
         const Limb limb = loadLimb(words.data() + word, words.size() - word);
         write(end, limb & common::lowBits(GROUP_BITS), static_cast<unsigned>(count));

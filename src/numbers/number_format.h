@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "common/words.h"
+
 #include <cstdint>
 
 namespace KelRT::numbers {
 
-/// How many digits a number of \a bitCount bits prints at least in a base whose digits have
-/// \a digitBits bits. The count is a 32-bit number: for wider numbers it is the remainder modulo
-/// 2^32.
+// The fewest digits that a number of `bitCount` bits prints in a radix of 2^digitBits. The count
+// has 32 bits: for wider numbers it wraps.
 constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits) {
-    return static_cast<std::uint32_t>((bitCount + digitBits - 1) / digitBits);
+    return static_cast<std::uint32_t>(common::divideUp(bitCount, digitBits));
 }
 
 } // namespace KelRT::numbers

@@ -7,26 +7,19 @@
 
 namespace KelRT::numbers {
 
-// The radix that a letter names; 0 for any other letter.
+// The radix that a letter of either case names; 0 for other characters.
 constexpr unsigned radixOf(char letter) {
-    switch (letter) {
-    case 'B':
+    switch (letter | 0x20) { // upper case to lower case; nothing else becomes a letter
     case 'b':
         return 2;
-    case 'O':
     case 'o':
         return 8;
-    case 'D':
     case 'd':
-    case 'I':
     case 'i':
-    case 'U':
     case 'u':
         return 10;
-    case 'X':
     case 'x':
         return 16;
-    case 'S':
     case 's':
         return 256;
     default:
@@ -34,7 +27,7 @@ constexpr unsigned radixOf(char letter) {
     }
 }
 
-// Whether a letter of radix 10 prints numbers as signed.
+// Whether a letter of radix 10 stands for signed numbers.
 constexpr bool printsSigned(char letter) {
     return letter != 'U' && letter != 'u';
 }

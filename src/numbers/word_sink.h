@@ -9,13 +9,12 @@
 
 namespace KelRT::numbers {
 
-/// Takes bits from the least significant ones upwards and puts them into words; what lies above the
-/// last word is dropped.
+// Writes a number into words, from its lowest bits upwards. Bits above the last word are dropped.
 class WordSink {
 public:
     WordSink(std::uint16_t* target, std::size_t wordCount) : words(target), left(wordCount) {}
 
-    /// Takes \a count bits (1 to 64). The bits of \a value above them must be 0.
+    // Appends `count` bits (1 to 64). Higher bits of `value` must be 0.
     void put(Limb value, unsigned count) {
         pending |= value << filled;
         if (filled + count < LIMB_BITS) {
@@ -23,11 +22,11 @@ public:
             return;
         }
         store();
-        pending = value >> 1 >> (LIMB_BITS - 1 - filled); // in two steps, for filled == 0
+        pending = value >> 1 >> (LIMB_BITS - 1 - filled); // a shift by 64 takes two steps
         filled = filled + count - LIMB_BITS;
     }
 
-    /// Ends the number: the words above it become 0.
+    // Stores what is pending and sets all higher words to 0.
     void finish() {
         store();
         std::fill(words, words + left, std::uint16_t{0});
@@ -38,7 +37,7 @@ private:
         if (left == 0)
             return;
         storeLimb(words, left, pending);
-        const std::size_t stored = std::min(left, WORDS_PER_LIMB);
+        const auto stored = std::min<std::size_t>(left, WORDS_PER_LIMB);
         words += stored;
         left -= stored;
     }

@@ -32,7 +32,7 @@ std::string findIn(const Entry* entries, std::uint32_t count, const std::string&
 } // namespace
 
 std::string Kel_Util::findKey(std::vector<std::string>& entries, const std::string& key) {
-    // The count of words is a 32-bit number in both forms.
+    // Entries are counted in 32 bits, as in the other form.
     return findIn(entries.data(), static_cast<std::uint32_t>(entries.size()), key);
 }
 

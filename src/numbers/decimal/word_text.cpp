@@ -25,14 +25,11 @@ char* writePair(char* end, std::uint32_t pair) {
     return end - 2;
 }
 
-// Four independent pairs, where a loop would wait for each division.
-char* writeEight(char* end, std::uint32_t value) {
-    const std::uint32_t high = value / 10000;
-    const std::uint32_t low = value % 10000;
-    writePair(end, low % 100);
-    writePair(end - 2, low / 100);
-    writePair(end - 4, high % 100);
-    return writePair(end - 6, high / 100);
+char* writeEight(char* end, std::uint64_t value) {
+    auto digits = static_cast<std::uint32_t>(value);
+    for (int pairs = 0; pairs < 4; ++pairs, digits /= 100)
+        end = writePair(end, digits % 100);
+    return end;
 }
 
 constexpr std::uint64_t EIGHT = POWERS_OF_TEN[8];
@@ -42,7 +39,7 @@ constexpr std::uint64_t SEVENTEEN = POWERS_OF_TEN[17];
 
 char* writeDecimal(char* end, std::uint64_t value) {
     for (; value >= EIGHT; value /= EIGHT)
-        end = writeEight(end, static_cast<std::uint32_t>(value % EIGHT));
+        end = writeEight(end, value % EIGHT);
     auto rest = static_cast<std::uint32_t>(value);
     for (; rest >= 100; rest /= 100)
         end = writePair(end, rest % 100);
@@ -54,8 +51,8 @@ char* writeDecimal(char* end, std::uint64_t value) {
 
 char* writeSeventeenDigits(char* end, std::uint64_t value) {
     const std::uint64_t high = value / EIGHT; // nine digits
-    end = writeEight(end, static_cast<std::uint32_t>(value % EIGHT));
-    end = writeEight(end, static_cast<std::uint32_t>(high % EIGHT));
+    end = writeEight(end, value % EIGHT);
+    end = writeEight(end, high % EIGHT);
     *--end = static_cast<char>('0' + high / EIGHT);
     return end;
 }
