@@ -2,7 +2,7 @@
 #include "common/double_word.h"
 #include "common/hex.h"
 #include "frame/version_texts.h"
-#include "numbers/number_format.h"
+#include "numbers/radix.h"
 #include "random_values.h"
 
 #include <gtest/gtest.h>

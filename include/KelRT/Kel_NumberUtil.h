@@ -136,7 +136,7 @@ public:
     /// The characters of a reverse binary string as bits 0, 1, ... of \a binArray. It writes the
     /// (length + 7) / 8 bytes that hold them, unused high bits as 0, and no byte after them; an
     /// empty text writes nothing.
-    /// \pre binArray holds those bytes, and they do not overlap the text
+    /// \pre binArray holds those bytes, and binArray does not overlap binStr
     /// \throws std::logic_error for a null \a binStr:
     ///         "Internal error: bad binStr in Kel_NumberUtil::reverseBinStr2Bin"; then for a null
     ///         \a binArray: "Internal error: bad binArray in Kel_NumberUtil::reverseBinStr2Bin"
@@ -167,7 +167,7 @@ public:
 
     /// The first \a length characters of \a src in the opposite order, and a terminating NUL.
     /// \a src needs no terminator.
-    /// \pre dst holds length + 1 characters, and they do not overlap src
+    /// \pre dst holds length + 1 characters, and dst does not overlap src
     /// \code
     /// "abc", 3 => "cba"     length 0 => ""
     /// \endcode

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// DoubleWord, an unsigned integer of 128 bits, for the products of two 64-bit words: the compiler's
-// own where there is one, otherwise a class of two words with the operators that are used here.
+// DoubleWord, an unsigned integer of 128 bits for the products of words: the compiler's own type,
+// or a class of two words with the operators that the library uses.
 #pragma once
 
 #include <compare>
@@ -31,7 +31,7 @@ public:
     constexpr DoubleWord(std::uint64_t newHigh, std::uint64_t newLow)
         : high(newHigh), low(newLow) {}
 
-    // Any integer type: the value modulo 2^64 is converted.
+    // To any integer type, by way of the low word.
     template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
     constexpr explicit operator Integer() const {
         return static_cast<Integer>(low);
@@ -76,7 +76,7 @@ public:
     friend constexpr DoubleWord operator<<(DoubleWord a, unsigned count) {
         if (count >= 64)
             return {a.low << (count - 64), 0};
-        // Shifting in two steps keeps a shift of 0 defined.
+        // Two steps, because a shift by 64 is undefined.
         return {a.high << count | a.low >> 1 >> (63 - count), a.low << count};
     }
 

@@ -51,26 +51,16 @@ inline std::uint64_t decodeHex(Vector characters, Vector& valid) {
     return packHex(hexValues(characters, letters));
 }
 
-// The `count` characters (1 to 16) at `p`, preceded by zero digits.
-inline Vector loadHex(const char* p, unsigned count) {
-    if (count == VECTOR_BYTES)
-        return loadVector(p);
-    if (count <= 8)
-        return makeVector(broadcast('0'), loadHighBytes(p, count, '0'));
-    const unsigned high = count - 8;
-    return makeVector(loadHighBytes(p, high, '0'), loadWord(p + high));
-}
-
 // The number in the `count` characters (1 to 16) at `p`. False if one of them is not a digit.
 inline bool readHex(const char* p, unsigned count, std::uint64_t& number) {
     Vector valid = broadcastVector(0xFF);
-    number = decodeHex(loadHex(p, count), valid);
+    number = decodeHex(loadLastBytes(p, count, '0'), valid);
     return allSet(valid);
 }
 
 // Writes the low `count` digits (1 to 16) of `number` before `end`. `letters` is 'A' or 'a'.
 inline void writeHex(char* end, std::uint64_t number, unsigned count, char letters) {
-    const Vector bytes = makeVector(swapBytes(number), 0);
+    const Vector bytes = bytesOf(WordVector{swapBytes(number), 0});
     const Vector values = interleave(bytes >> 4, bytes & broadcastVector(15));
     const auto gap = static_cast<unsigned char>(letters - ('9' + 1));
     const Vector digits = values + broadcastVector('0') + (above(values, 9) & broadcastVector(gap));

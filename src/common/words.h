@@ -56,8 +56,8 @@ inline void storeHalf(void* to, std::uint64_t word) {
     std::memcpy(to, &half, sizeof half);
 }
 
-// `count` bytes (0 to 8) as the low bytes of a word; the others are 0. The loads overlap, which
-// takes no loop.
+// `count` bytes (0 to 8) as the low bytes of a word; the others are 0. The loads overlap. With a
+// memcpy() of `count` bytes, the row "parse hexadecimal, mixed" takes 2.9 times as long.
 inline std::uint64_t loadBytes(const void* from, std::uint64_t count) {
     const auto* const p = static_cast<const unsigned char*>(from);
     if (count >= WORD_BYTES)

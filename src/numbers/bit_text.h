@@ -1,38 +1,32 @@
 // SPDX-License-Identifier: MIT
 //
-// Text in the radices 2, 8 and 256, whose digits are 1, 3 and 8 bits. Eight characters make a word,
-// in which the least significant digit is the highest byte. Spreading and packing take it as the
-// lowest.
+// Text in the radices 2, 8 and 256, whose digits have 1, 3 and 8 bits, eight characters at a time.
+// The first character is the most significant digit.
 #pragma once
 
+#include "common/vectors.h"
 #include "common/words.h"
 
+#include <bit>
 #include <cstdint>
 
 namespace KelRT::numbers {
 
 constexpr unsigned STEP = 8; // characters in a word
 
-constexpr bool areBinaryDigits(std::uint64_t characters) {
-    return (characters & common::broadcast(0xFE)) == common::broadcast('0');
+// Bit i is set if character i of `count` (0 to 64) is '1'.
+inline std::uint64_t onesIn(const char* text, unsigned count) {
+    constexpr unsigned BLOCK = 16;
+    std::uint64_t ones = 0;
+    for (unsigned done = 0; done < count; done += BLOCK) {
+        const unsigned size = count - done < BLOCK ? count - done : BLOCK;
+        const common::Vector characters = common::loadLastBytes(text + done, size, '0');
+        ones |= common::topBits(common::equal(characters, '1')) >> (BLOCK - size) << done;
+    }
+    return ones;
 }
 
-constexpr bool areOctalDigits(std::uint64_t characters) {
-    return (characters & common::broadcast(0xF8)) == common::broadcast('0');
-}
-
-// 1 in each byte equal to '1', 0 elsewhere.
-constexpr std::uint64_t onesIn(std::uint64_t characters) {
-    using common::broadcast;
-    if (areBinaryDigits(characters))
-        return characters & broadcast(1);
-    const std::uint64_t difference = characters ^ broadcast('1');
-    // The top bit of each byte becomes 1 unless the byte is 0.
-    const std::uint64_t others = ((difference & broadcast(0x7F)) + broadcast(0x7F)) | difference;
-    return ~others >> 7 & broadcast(1);
-}
-
-// Spreads 24 bits to eight bytes of three.
+// Spreads 24 bits to eight bytes of three, the lowest bits to the lowest byte.
 constexpr std::uint64_t spreadOctal(std::uint64_t value) {
     value = (value | value << 20) & 0x00000FFF00000FFF;
     value = (value | value << 10) & 0x003F003F003F003F;
@@ -46,37 +40,29 @@ constexpr std::uint64_t packOctal(std::uint64_t digits) {
     return (digits | digits >> 20) & 0xFFFFFF;
 }
 
-// Reads `count` digits (1 to 8). False if a character is not a digit.
+// Reads up to 8 digits. False if a character is not a digit.
 inline bool readBinary(const char* p, unsigned count, std::uint64_t& number) {
     const std::uint64_t characters = common::loadHighBytes(p, count, '0');
     number = common::packBits(common::swapBytes(characters & common::broadcast(1)));
-    return areBinaryDigits(characters);
+    return (characters & common::broadcast(0xFE)) == common::broadcast('0');
 }
 
 inline bool readOctal(const char* p, unsigned count, std::uint64_t& number) {
     const std::uint64_t characters = common::loadHighBytes(p, count, '0');
     number = packOctal(common::swapBytes(characters & common::broadcast(7)));
-    return areOctalDigits(characters);
+    return (characters & common::broadcast(0xF8)) == common::broadcast('0');
 }
 
-// A digit is a character below 128, and its code is the value.
+// Every character below 128 is a digit, and its code is the value.
 inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
     number = common::swapBytes(common::loadHighBytes(p, count, 0));
     return (number & common::broadcast(0x80)) == 0;
 }
 
-// The `count` characters (0 to 64) before `end` as bits: 1 for '1', 0 for any other character.
+// The number in the `count` binary digits (0 to 64) before `end`. Any other character counts as 0.
 inline std::uint64_t readBits(const char* end, unsigned count) {
-    const auto pack = [](std::uint64_t characters) {
-        return std::uint64_t{common::packBits(common::swapBytes(onesIn(characters)))};
-    };
-    std::uint64_t bits = 0;
-    unsigned done = 0;
-    for (; done + STEP <= count; done += STEP)
-        bits |= pack(common::loadWord(end - done - STEP)) << done;
-    if (done == count)
-        return bits;
-    return bits | pack(common::loadHighBytes(end - count, count - done, '0')) << done;
+    // Mirrored, the digits are the high bits.
+    return std::rotl(common::mirrorWord(onesIn(end - count, count)), static_cast<int>(count));
 }
 
 // Writes the low `count` digits of `value` before `end`. `spread` yields the lowest eight digits.

@@ -58,16 +58,16 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
     return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// The code of a signed character, on every host.
+// The code as a signed char, also on hosts where char is unsigned.
 std::int32_t signedCode(char character) {
     const std::int32_t code = static_cast<unsigned char>(character);
     return code < 0x80 ? code : code - 0x100;
 }
 
-// The `count` characters (1 to 16) before `end` as digits. Any character is one: the low four bits
-// of its signed code minus 48 below 'A', and of its code minus 55 from 'A' on.
+// The `count` characters (1 to 16) before `end` as digits, whatever they are: the low four bits of
+// the signed code minus 48 below 'A', and of the code minus 55 from 'A' on.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
-    const common::Vector characters = common::loadHex(end - count, count);
+    const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::above(characters, '@'));
     return common::packHex(values & common::broadcastVector(15));
 }
@@ -80,7 +80,7 @@ std::uint64_t lenientDigit(char character) {
     return static_cast<std::uint64_t>(std::int64_t{signedCode(character)} - 48);
 }
 
-// The number in `text` modulo 2^64, which depends on the last 16 characters only.
+// The number in `text` modulo 2^64. It depends on the last 16 characters only.
 std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
     if (static_cast<std::int32_t>(length) < 1)
@@ -142,13 +142,12 @@ void Kel_NumberUtil::reverseBinStr2Bin(const char* binStr, unsigned char* binArr
         throw std::logic_error("Internal error: bad binArray in Kel_NumberUtil::reverseBinStr2Bin");
     const std::size_t length = std::strlen(binStr);
     assert(!common::overlap(binStr, length, binArray, (length + 7) / 8) &&
-           "they do not overlap the text");
-    const auto pack = [](std::uint64_t step) { return common::packBits(numbers::onesIn(step)); };
-    std::size_t done = 0;
-    for (; done + 8 <= length; done += 8)
-        binArray[done / 8] = pack(common::loadWord(binStr + done));
-    if (done < length)
-        binArray[done / 8] = pack(common::loadBytes(binStr + done, length % 8));
+           "binArray does not overlap binStr");
+    for (std::size_t done = 0; done < length; done += 64) {
+        const unsigned count = limitedTo(64, length - done);
+        common::storeBytes(binArray + done / 8, numbers::onesIn(binStr + done, count),
+                           common::divideUp(count, 8));
+    }
 }
 
 std::string& Kel_NumberUtil::binStr2HexStr(const char* binStr, std::string& hexStr) {
@@ -188,7 +187,7 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
 void Kel_NumberUtil::reverseStr(const char* src, std::uint32_t length, char* dst) noexcept {
     const std::size_t size = length;
     assert(dst != nullptr && "dst holds length + 1 characters");
-    assert(!common::overlap(src, size, dst, size + 1) && "they do not overlap src");
+    assert(!common::overlap(src, size, dst, size + 1) && "dst does not overlap src");
     std::reverse_copy(src, src + size, dst);
     dst[size] = '\0';
 }

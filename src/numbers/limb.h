@@ -22,7 +22,7 @@ constexpr std::size_t limbsFor(std::size_t wordCount) {
     return common::divideUp(wordCount, WORDS_PER_LIMB);
 }
 
-// The limb in up to four of the `available` words (at least 1). Missing words count as 0.
+// Loads the first four of `available` words (at least 1). Missing words count as 0.
 inline Limb loadLimb(const std::uint16_t* words, std::size_t available) {
     if (available >= WORDS_PER_LIMB)
         return Limb{words[0]} | Limb{words[1]} << 16 | Limb{words[2]} << 32 | Limb{words[3]} << 48;
@@ -32,7 +32,7 @@ inline Limb loadLimb(const std::uint16_t* words, std::size_t available) {
     return limb;
 }
 
-// Stores into up to four of the `available` words (at least 1). The rest of the limb is lost.
+// Stores into the first four of `available` words (at least 1). Bits without a word are lost.
 inline void storeLimb(std::uint16_t* words, std::size_t available, Limb limb) {
     const std::size_t count = available < WORDS_PER_LIMB ? available : WORDS_PER_LIMB;
     for (std::size_t i = 0; i < count; ++i)

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "numbers/number_format.h"
-
 #include "KelRT/Kel_Number.h"
 #include "common/hex.h"
 #include "common/memory.h"

@@ -36,16 +36,16 @@ bool readOneByOne(const char* text, unsigned count, unsigned digitBits, WordSink
     return true;
 }
 
-// READ(p, count, number) reads up to STEP characters. It returns false if one is not a digit.
-template <unsigned DIGIT_BITS, unsigned STEP, auto READ>
+// READ(p, count, number) reads up to MOST characters. It returns false if one is not a digit.
+template <unsigned DIGIT_BITS, unsigned MOST, auto READ>
 bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
     for (std::size_t left = text.size(); left > 0;) {
-        const auto count = static_cast<unsigned>(std::min<std::size_t>(STEP, left));
+        const auto count = static_cast<unsigned>(std::min<std::size_t>(MOST, left));
         left -= count;
         const char* const p = text.data() + left;
         Limb number = 0;
         if (READ(p, count, number))
-            sink.put(number, STEP * DIGIT_BITS);
+            sink.put(number, MOST * DIGIT_BITS);
         else if (!readOneByOne(p, count, DIGIT_BITS, sink, negative))
             return false;
     }
@@ -68,15 +68,16 @@ bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std:
     const WordSink sink(words, wordCount);
     switch (radixOf(radix)) {
     case 2:
-        return parsePowerOfTwo<1, 8, readBinary>(text, sink, negative);
+        return parsePowerOfTwo<1, STEP, readBinary>(text, sink, negative);
     case 8:
-        return parsePowerOfTwo<3, 8, readOctal>(text, sink, negative);
+        return parsePowerOfTwo<3, STEP, readOctal>(text, sink, negative);
     case 10:
         return parseDecimal(text, words, wordCount, negative);
     case 16:
-        return parsePowerOfTwo<4, 16, common::readHex>(text, sink, negative);
+        return parsePowerOfTwo<4, common::HEX_DIGITS_PER_WORD, common::readHex>(text, sink,
+                                                                                negative);
     case 256:
-        return parsePowerOfTwo<8, 8, readBytes>(text, sink, negative);
+        return parsePowerOfTwo<8, STEP, readBytes>(text, sink, negative);
     default:
         return parseWithoutRadix(text, sink);
     }

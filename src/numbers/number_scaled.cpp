@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Numbers as scaled values. The results are those of plain double arithmetic, operation by
-// operation: the build keeps the compiler from fusing a multiplication with an addition here.
+// Scaled values of numbers, by double arithmetic. The build forbids the compiler to fuse a
+// multiplication with an addition in this file, which would change results.
 #include "KelRT/Kel_Number.h"
 #include "numbers/fixed_text.h"
 
@@ -12,13 +12,13 @@
 namespace KelRT {
 
 void Kel_Number::setFloat(const std::string& text, double scale, double offset) noexcept {
-    const double value = std::strtod(text.c_str(), nullptr); // what atof is defined as
+    const double value = std::strtod(text.c_str(), nullptr); // as atof()
     const double quotient = std::trunc((value - offset) / scale);
     setToZero();
     if (!std::isfinite(quotient))
         return;
-    // The magnitude is a whole number of at most 53 bits, wherever they lie: the remainders and the
-    // divisions by a power of two are exact.
+    // All steps are exact: the magnitude has at most 53 significant bits, and the divisor is a
+    // power of two. The conversion to a word drops the fraction.
     double magnitude = std::fabs(quotient);
     for (std::uint16_t& word : words) {
         if (magnitude < 1)
@@ -40,7 +40,7 @@ std::string Kel_Number::toFloatString(double scale, double offset, std::uint32_t
     return numbers::fixedText(scale * toDouble() + offset, precision);
 }
 
-// In steps of 16 bits: wider ones would round differently.
+// In steps of 16 bits; wider ones would round differently.
 double Kel_Number::toDouble() const noexcept {
     double value = 0;
     std::for_each(words.rbegin(), words.rend(),

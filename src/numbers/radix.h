@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/hex.h"
+#include "common/words.h"
 
 #include <cstdint>
 
@@ -30,6 +31,12 @@ constexpr unsigned radixOf(char letter) {
 // Whether a letter of radix 10 stands for signed numbers.
 constexpr bool printsSigned(char letter) {
     return letter != 'U' && letter != 'u';
+}
+
+// The fewest digits that a number of `bitCount` bits prints in radix 2^digitBits. The count has 32
+// bits: for wider numbers it wraps.
+constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits) {
+    return static_cast<std::uint32_t>(common::divideUp(bitCount, digitBits));
 }
 
 // What a character means in a radix other than 256.

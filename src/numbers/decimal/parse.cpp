@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// From decimal text to a number. A reader gathers digits into chunks, the most significant first;
-// signs and separators are skipped. Up to WIDE_READ_LIMBS the chunks go to the schoolbook engine
-// (limbs.h), beyond that to divide and conquer (wide.h). Gathering costs three steps per 19 digits
-// and is linear; the conversion dominates from some 500 bits on.
+// From decimal text to a number. A reader gathers digits into chunks, the most significant first,
+// and skips signs and separators. Below WIDE_READ_LIMBS limbs, the schoolbook engine (limbs.h)
+// converts the chunks, otherwise divide and conquer (wide.h). Gathering is linear; the conversion
+// dominates above some 500 bits.
 #include "numbers/decimal/parse.h"
 
 #include "common/words.h"
@@ -99,10 +99,10 @@ bool parseNarrow(const std::string& text, std::uint16_t* words, std::size_t word
                  std::size_t limbCount, bool& negative) {
     Limbs value(limbCount);
     ChunkReader<CHUNK_DIGITS> reader(text);
-    // Two chunks per pass halve the loads and stores of limbs. One at a time, the row "parse
-    // decimal, 4096 b" takes 70 % longer.
+    // Two chunks per pass halve the loads and stores of limbs. With one, the row "parse decimal,
+    // 4096 b" takes 70 % longer.
     for (Chunk high, low; reader.next(high);) {
-        reader.next(low); // at the end it has no digits: times 1, plus 0
+        reader.next(low); // an empty chunk at the end multiplies by 1 and adds 0
         const Limb power = POWERS_OF_TEN[low.digits];
         value.multiplyAdd(DoubleLimb{POWERS_OF_TEN[high.digits]} * power,
                           DoubleLimb{high.value} * power + low.value);

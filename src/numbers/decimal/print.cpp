@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// From a number to decimal text. Below WIDE_PRINT_LIMBS limbs the schoolbook engine (limbs.h) takes
-// chunks of digits off the low end, and the text is written from its last digit backwards. From
-// there on, divide and conquer (wide.h) yields all chunks at once.
+// From a number to decimal text. Below WIDE_PRINT_LIMBS limbs, the schoolbook engine (limbs.h)
+// yields chunks of digits one after another, the lowest first, so the text is written backwards.
+// For larger numbers, divide and conquer (wide.h) yields all chunks at once.
 #include "numbers/decimal/print.h"
 
 #include "common/memory.h"
@@ -16,9 +16,9 @@
 namespace KelRT::numbers {
 namespace {
 
-// Writes right before `end` and returns the first character. Uses the value up.
+// Writes before `end` and returns the first character. Consumes the value.
 char* writeNarrow(char* end, Limbs& value, bool negative) {
-    // More than four limbs have more than 76 digits, so the four chunks need their leading zeros.
+    // The rest of more than four limbs is not 0, so all four chunks have leading zeros.
     while (value.size() > 4)
         for (const Limb chunk : value.takeFourChunks())
             end = writeNineteenDigits(end, chunk);
@@ -31,8 +31,8 @@ char* writeNarrow(char* end, Limbs& value, bool negative) {
 }
 
 std::string narrowText(Limbs& value, bool negative) {
-    // Up to 512 bits on the stack, so that the result is the only allocation. In a string the row
-    // "print decimal, 64 b" takes 20 % longer.
+    // Text of up to 512 bits is written on the stack first. Written into a string, the row "print
+    // decimal, 64 b" takes 20 % longer.
     std::array<char, MOST_DECIMAL_DIGITS * 8 + 1> small;
     const std::size_t room = MOST_DECIMAL_DIGITS * std::max<std::size_t>(value.size(), 1) + 1;
     if (room <= small.size()) {
