@@ -37,10 +37,8 @@ void encode(const unsigned char* bytes, std::uint64_t count, unsigned char* out)
         writeHex(to + digits, loadBytes(bytes, count), digits, 'A');
 }
 
-// A character other than a digit counts as its code minus the code of '0', modulo 256.
 unsigned char lenientValue(unsigned char character) {
-    const std::uint8_t value = hexValue(static_cast<char>(character));
-    return value != NO_DIGIT ? value : static_cast<unsigned char>(character - '0');
+    return static_cast<unsigned char>(lenientHexValue(static_cast<char>(character)));
 }
 
 // Reads `count` characters in pairs, the last pair first.

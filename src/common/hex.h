@@ -32,6 +32,12 @@ constexpr std::uint8_t hexValue(char character) {
     return HEX_VALUES[static_cast<unsigned char>(character)];
 }
 
+// The value of a digit. Any other character counts as its code, as a signed char, minus 48.
+constexpr std::int32_t lenientHexValue(char character) {
+    const std::uint8_t value = hexValue(character);
+    return value != NO_DIGIT ? value : static_cast<signed char>(character) - 48;
+}
+
 // The values of digits, of which `letters` marks the letters: their low four bits count from 1.
 inline Vector hexValues(Vector characters, Vector letters) {
     return (characters & broadcastVector(15)) + (letters & broadcastVector(9));
@@ -68,8 +74,8 @@ inline void writeHex(char* end, std::uint64_t number, unsigned count, char lette
         return storeVector(end - VECTOR_BYTES, digits);
     const unsigned low = count < 8 ? count : 8;
     storeHighBytes(end - low, secondWord(digits), low);
-    if (count > low)
-        storeHighBytes(end - count, firstWord(digits), count - low);
+    if (count > 8)
+        storeHighBytes(end - count, firstWord(digits), count - 8);
 }
 
 } // namespace KelRT::common

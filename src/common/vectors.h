@@ -36,7 +36,7 @@ inline WordVector middleWords(WordVector a, WordVector b) {
     return __builtin_shufflevector(a, b, 1, 2);
 }
 
-// The bytes of two words, each from the lowest.
+// The bytes of two words, the lowest byte of each first.
 inline Vector bytesOf(WordVector words) {
     return reinterpret_cast<Vector>(WordVector{littleEndian(words[0]), littleEndian(words[1])});
 }

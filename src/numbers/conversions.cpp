@@ -58,26 +58,12 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
     return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// The code as a signed char, also on hosts where char is unsigned.
-std::int32_t signedCode(char character) {
-    const std::int32_t code = static_cast<unsigned char>(character);
-    return code < 0x80 ? code : code - 0x100;
-}
-
 // The `count` characters (1 to 16) before `end` as digits, whatever they are: the low four bits of
 // the signed code minus 48 below 'A', and of the code minus 55 from 'A' on.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::above(characters, '@'));
     return common::packHex(values & common::broadcastVector(15));
-}
-
-// A character other than a digit counts as its signed code minus 48.
-std::uint64_t lenientDigit(char character) {
-    const std::uint8_t value = common::hexValue(character);
-    if (value != common::NO_DIGIT)
-        return value;
-    return static_cast<std::uint64_t>(std::int64_t{signedCode(character)} - 48);
 }
 
 // The number in `text` modulo 2^64. It depends on the last 16 characters only.
@@ -91,7 +77,7 @@ std::uint64_t lenientNumber(const char* text) {
     if (common::readHex(end - count, count, number))
         return number;
     return std::accumulate(end - count, end, std::uint64_t{0}, [](std::uint64_t sum, char digit) {
-        return sum * 16 + lenientDigit(digit);
+        return sum * 16 + static_cast<std::uint64_t>(common::lenientHexValue(digit));
     });
 }
 
@@ -109,7 +95,7 @@ char Kel_NumberUtil::bin2Hex(std::uint32_t value) noexcept {
 }
 
 std::uint32_t Kel_NumberUtil::hex2Bin(char digit) noexcept {
-    const std::int32_t code = signedCode(digit);
+    const auto code = static_cast<signed char>(digit);
     return static_cast<std::uint32_t>(code < 'A' ? code - 48 : code - 55);
 }
 

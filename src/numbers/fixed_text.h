@@ -6,7 +6,7 @@
 
 namespace KelRT::numbers {
 
-// A text of so many decimals still has a length that fits an int, as printf() requires.
+// With at most this many decimals, the length of a text fits an int, as printf() requires.
 constexpr std::uint32_t MOST_DECIMALS = 0x7FFF'FE00;
 
 // The whole text of printf("%.*f", precision, value), with the decimal point of LC_NUMERIC. Throws

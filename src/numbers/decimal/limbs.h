@@ -86,8 +86,8 @@ public:
     Limb takeChunk();
 
     // The four lowest chunks, the lowest first, in one pass. Each division of a pass waits for the
-    // one before; four interleaved passes hide that. One at a time, the row "print decimal, 4096 b"
-    // takes 2.6 times as long.
+    // previous one; four interleaved passes hide that. One at a time, the row "print decimal, 4096
+    // b" takes 2.6 times as long.
     std::array<Limb, 4> takeFourChunks();
 
 private:

@@ -18,7 +18,7 @@ namespace {
 
 // Writes before `end` and returns the first character. Consumes the value.
 char* writeNarrow(char* end, Limbs& value, bool negative) {
-    // The rest of more than four limbs is not 0, so all four chunks have leading zeros.
+    // More than four limbs have more than four chunks, so these four keep their leading zeros.
     while (value.size() > 4)
         for (const Limb chunk : value.takeFourChunks())
             end = writeNineteenDigits(end, chunk);

@@ -12,7 +12,7 @@ namespace KelRT::numbers {
 
 constexpr bool areDecimalDigits(std::uint64_t characters) {
     using common::broadcast;
-    // The addition carries out of no byte if the first test has passed.
+    // After the first test, the addition cannot carry out of a byte.
     return (characters & broadcast(0xF0)) == broadcast('0') &&
            ((characters + broadcast(6)) & broadcast(0xF0)) == broadcast('0');
 }
