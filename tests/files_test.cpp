@@ -113,6 +113,7 @@ TEST_F(Files, EachTemporaryFileIsHandedOutOnceAndKeepsWhatIsWritten) {
         std::vector<std::string> made(CALLERS);
         std::atomic<int> waiting{CALLERS};
         std::vector<std::thread> callers;
+        callers.reserve(made.size());
         for (std::string& path : made)
             callers.emplace_back([&] {
                 --waiting;

@@ -135,9 +135,8 @@ TEST(HostFaults, CancelledThreadsFinishTheirLogCalls) {
     const std::string text = test_host::readWholeFile(file);
     for (const char* const piece :
          {"ENVIRONMENT::TOR_KEL_LOGFILE=", "\nopen line\nrecord ", "1\ntitle\n(MSB<-LSB)",
-          "00002710h: ",
-          "is LSB.)\nENTERING f 1\n  ENTERING g \n  EXITING g\nEXITING f -- returning result\n"
-          "----- Logging Ended - "})
+          "00002710h: ", "is LSB.)\nENTERING f 1\n  ENTERING g \n  EXITING g\n",
+          "  EXITING g\nEXITING f -- returning result\n----- Logging Ended - "})
         EXPECT_NE(text.find(piece), std::string::npos) << piece;
 }
 

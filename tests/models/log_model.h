@@ -50,7 +50,8 @@ struct Log {
     }
     void exitByName(std::string name, const std::string& result, std::string value = "") {
         depth -= level >= 4 ? 1 : 0;
-        while (("EXITING " + name + result + value + "\n").size() > 2047)
+        const std::string::size_type rest = std::string("EXITING \n").size() + result.size();
+        while (rest + name.size() + value.size() > 2047)
             (value.empty() ? name : value).pop_back();
         record(4, "EXITING " + name + result + value + "\n");
     }
