@@ -14,7 +14,7 @@
 namespace field_report {
 
 /// \a text as a decimal number. \throws BadInput if it is none, calling it \a what
-template <class Number>
+template <typename Number>
 Number numberOf(const std::string& text, const char* what) {
     Number number{};
     const char* const end = text.data() + text.size();

@@ -73,9 +73,8 @@ public:
     ///                     default locale only A to Z)
     /// \param keepQuotes   quoted tokens keep their quotes; without \a handleQuotes it has no
     ///                     effect
-    /// \pre \a delimiters is not null, and the set stays alive and unchanged while tokens are
-    /// taken:
-    ///      it is examined ahead of the tokens, so a change would take effect at no stated place.
+    /// \pre \a delimiters is not null, and the set stays alive and unchanged while tokens are taken
+    ///      (it is examined ahead of them)
     /// \throws std::bad_alloc when there is no memory for the copy
     KELRT_API Kel_StrTok(const char* text, const char* delimiters, bool handleQuotes,
                          bool toLowerCase, bool keepQuotes);
