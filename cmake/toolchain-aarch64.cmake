@@ -1,12 +1,5 @@
-# Linux on 64-bit Arm, from Debian's g++-aarch64-linux-gnu. Programs of the build run under qemu-user,
-# with the C library of the cross compiler.
-set(CMAKE_SYSTEM_NAME Linux)
+# Linux on 64-bit Arm, from Debian's g++-aarch64-linux-gnu.
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
-set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
-set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64 -L /usr/aarch64-linux-gnu)
-set(CMAKE_FIND_ROOT_PATH /usr/aarch64-linux-gnu)
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(TRIPLET aarch64-linux-gnu)
+set(QEMU qemu-aarch64)
+include(${CMAKE_CURRENT_LIST_DIR}/KelDebianCross.cmake)

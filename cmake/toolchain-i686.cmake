@@ -1,17 +1,14 @@
-# Linux on 32-bit x86, from Debian's g++-i686-linux-gnu. Programs of the build run natively, through the
-# loader of the cross compiler and with its C library; under qemu-user where the kernel refuses them.
-set(CMAKE_SYSTEM_NAME Linux)
+# Linux on 32-bit x86, from Debian's g++-i686-linux-gnu. Where the kernel runs such programs, they run natively,
+# through the loader of the cross compiler and with its C library.
 set(CMAKE_SYSTEM_PROCESSOR i686)
-set(CMAKE_C_COMPILER i686-linux-gnu-gcc)
-set(CMAKE_CXX_COMPILER i686-linux-gnu-g++)
-set(loader /usr/i686-linux-gnu/lib/ld-linux.so.2)
+set(TRIPLET i686-linux-gnu)
+set(QEMU qemu-i386)
+include(${CMAKE_CURRENT_LIST_DIR}/KelDebianCross.cmake)
+set(loader /usr/${TRIPLET}/lib/ld-linux.so.2)
 execute_process(COMMAND ${loader} --version RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
-set(CMAKE_CROSSCOMPILING_EMULATOR ${loader} --library-path /usr/i686-linux-gnu/lib)
-if(NOT result EQUAL 0)
-  list(PREPEND CMAKE_CROSSCOMPILING_EMULATOR qemu-i386)
+set(run ${loader} --library-path /usr/${TRIPLET}/lib)
+if(result EQUAL 0)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${run})
+else()
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${QEMU} ${run})
 endif()
-set(CMAKE_FIND_ROOT_PATH /usr/i686-linux-gnu)
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
