@@ -4,11 +4,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace test {
 
 /// Which allocations fail: all from the chosen one on, or that one alone.
-enum class Failure { persistent, single };
+enum class Failure : std::uint8_t { persistent, single };
 
 /// While an object is alive, allocations fail after \a successes more of them.
 class FailingNew {

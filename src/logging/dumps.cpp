@@ -37,7 +37,7 @@ public:
     explicit StreamText(std::FILE* target) : stream(target) {}
 
     // Where the next piece goes, of at most MOST_AT_ONCE characters.
-    char* next() { return text + used; }
+    char* next() const { return text + used; }
     // Takes the piece that was put there and ends at `end`.
     void take(const char* end) {
         used = static_cast<std::size_t>(end - text);

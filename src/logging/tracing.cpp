@@ -4,9 +4,10 @@
 #include "KelRT/Logger.h"
 #include "logging/levels.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cstdio>
-#include <string_view>
+#include <cstring>
 
 namespace KelRT {
 
@@ -62,9 +63,10 @@ void Logger::logMethodExit(const char* text) noexcept {
         return logMethodExit();
     if (!beginExit())
         return;
-    const std::string_view name = std::string_view(methodStack.top()).substr(0, ROOM_BESIDE_RESULT);
-    const auto nameLength = static_cast<int>(name.size());
-    printLog(TRACE_LEVEL, "EXITING %.*s -- returning %.*s\n", nameLength, name.data(),
+    const char* const name = methodStack.top();
+    const auto nameLength =
+        static_cast<int>(std::min<std::size_t>(std::strlen(name), ROOM_BESIDE_RESULT));
+    printLog(TRACE_LEVEL, "EXITING %.*s -- returning %.*s\n", nameLength, name,
              ROOM_BESIDE_RESULT - nameLength, text);
     methodStack.pop();
 }

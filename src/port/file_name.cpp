@@ -5,7 +5,7 @@ namespace Port {
 namespace {
 
 /// Where the parts of a path count from.
-enum class Start { root, rootOfCurrentDirectory, currentDirectory };
+enum class Start : std::uint8_t { root, rootOfCurrentDirectory, currentDirectory };
 
 /// A path taken apart at its front.
 struct Front {

@@ -7,7 +7,6 @@
 #include <cassert>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -148,9 +147,9 @@ namespace {
 class Descriptor {
 public:
     Descriptor(const char* path, int flags) {
-        do
+        errno = EINTR;
+        while (number < 0 && errno == EINTR)
             number = ::open(path, flags | O_CLOEXEC | O_NOCTTY, 0666); // NOLINT(*-vararg)
-        while (number < 0 && errno == EINTR);
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
@@ -165,7 +164,7 @@ public:
     }
 
 private:
-    int number;
+    int number = -1;
 };
 
 } // namespace
@@ -206,8 +205,13 @@ Creation File::create(const char* path) {
 }
 
 std::string currentDirectory(char /*drive*/) {
-    const std::unique_ptr<char, void (*)(void*)> text(::getcwd(nullptr, 0), std::free);
-    return text ? text.get() : "";
+    std::string text(256, '\0');
+    while (::getcwd(text.data(), text.size()) == nullptr) {
+        if (errno != ERANGE)
+            return {};
+        text.resize(2 * text.size());
+    }
+    return text.substr(0, text.find('\0'));
 }
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {

@@ -104,7 +104,7 @@ int formatText(char* text, std::size_t size, const char* format, std::va_list ar
 bool localTime(std::time_t time, std::tm& local) noexcept;
 
 /// What came of creating a file.
-enum class Creation { created, nameTaken, refused };
+enum class Creation : std::uint8_t { created, nameTaken, refused };
 
 /// Single files and directories.
 struct File {
@@ -144,7 +144,7 @@ private:
     std::basic_string<Character> content;
 };
 
-/// The name of a file, which need not exist. \a conventions must outlive it.
+/// The name of a file, which need not exist.
 class FileName {
 public:
     explicit FileName(const char* path, const Conventions& conventions = NATIVE)
@@ -169,7 +169,7 @@ public:
 
 private:
     std::string name;
-    const Conventions& rules;
+    Conventions rules;
 };
 
 /// Walks over the entries of a UT_DIR, which must outlive it unchanged.
