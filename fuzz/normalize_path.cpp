@@ -2,7 +2,7 @@
 //
 // Paths of either host, beside the model that pushes one character after the other.
 #include "KelRT/Kel_Util.h"
-#include "files/files.h"
+#include "files/paths.h"
 
 #include "input.h"
 #include "models/path_model.h"

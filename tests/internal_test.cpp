@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "common/double_word.h"
 #include "common/hex.h"
-#include "frame/version_texts.h"
+#include "frame/version.h"
 #include "numbers/radix.h"
 #include "random_values.h"
 

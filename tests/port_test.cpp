@@ -3,9 +3,11 @@
 // The file functions under the conventions of either host, with a fake host in place of the
 // portability layer's calls to the real one. It injects failures that a real host will not produce.
 #include "KelRT/Kel_Util.h"
-#include "files/files.h"
+#include "files/data_dirs.h"
+#include "files/home.h"
+#include "files/paths.h"
 #include "outcome.h"
-#include "port/port.h"
+#include "port/file_name.h"
 #include "test_host.h"
 
 #include <gtest/gtest.h>

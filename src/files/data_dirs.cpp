@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "files/data_dirs.h"
+
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_StrTok.h"
 #include "KelRT/Kel_Util.h"
-#include "files/files.h"
+#include "files/paths.h"
+#include "port/runtime.h"
 
 namespace KelRT {
 namespace {
@@ -18,9 +21,10 @@ std::string withSeparator(const Conventions& conventions, const std::string& dir
                                                          : Port::join(conventions, directory, "");
 }
 
-/// The directory \a family of the data in the installation tree, two levels above the directory
-/// that holds \a library.
-std::string installed(const Conventions& conventions, const char* library, const char* family) {
+// The directory of a family of data in the installation tree. The tree's root is two levels above
+// the directory of the library.
+std::string installedDirectory(const Conventions& conventions, const char* library,
+                               const char* family) {
     std::string directory = files::findLibrary(conventions, library);
     for (const char* const part : {"..", "..", "data", family, ""})
         directory = Port::join(conventions, directory, part);
@@ -35,7 +39,7 @@ std::string files::findLibrary(const Conventions& conventions, const std::string
         file += conventions.libraryExtension;
     if (holds(conventions, ".", file))
         return ".";
-    const std::string path = environment("PATH");
+    const std::string path = Port::environment("PATH");
     if (path.empty())
         throw Kel_Exception("PATH Environmental Variable not set.\n");
     Kel_StrTok directories(path.c_str(), conventions.listSeparator, false, false, false);
@@ -46,17 +50,18 @@ std::string files::findLibrary(const Conventions& conventions, const std::string
 }
 
 std::string files::dataDirectory(const Conventions& conventions, const std::string& userDataDir) {
-    std::string directory = environment("TOR_KEL_DATADIR");
+    std::string directory = Port::environment("TOR_KEL_DATADIR");
     if (directory.empty())
         directory = userDataDir;
-    return normalize(conventions, directory.empty() ? installed(conventions, "libKelJtag", "kel")
-                                                    : withSeparator(conventions, directory));
+    return normalize(conventions, directory.empty()
+                                      ? installedDirectory(conventions, "libKelJtag", "kel")
+                                      : withSeparator(conventions, directory));
 }
 
 std::string files::sorvaDataDirectory(const Conventions& conventions) {
-    const std::string directory = environment("TOR_KEL_SORVADATADIR");
+    const std::string directory = Port::environment("TOR_KEL_SORVADATADIR");
     return normalize(conventions, directory.empty()
-                                      ? installed(conventions, "libKelCore", "lumatrace")
+                                      ? installedDirectory(conventions, "libKelCore", "lumatrace")
                                       : withSeparator(conventions, directory));
 }
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "KelRT/Kel_Util.h"
+#include "files/home.h"
 
 #include "KelRT/Kel_Exception.h"
-#include "files/files.h"
-
-#include <cstdlib>
+#include "KelRT/Kel_Util.h"
+#include "files/paths.h"
+#include "port/runtime.h"
 
 namespace KelRT {
 namespace {
@@ -15,19 +15,10 @@ constexpr unsigned LAST_TEMP_NUMBER = 32001;
 
 } // namespace
 
-std::string files::environment(const char* name) {
-    const char* const value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
-
-std::string files::upToNul(const std::string& text) {
-    return text.substr(0, text.find('\0'));
-}
-
 std::string files::createUserDirectory(const Port::Conventions& conventions) {
     std::string directory = Port::join(conventions, Kel_Util::getHomePath(), USER_DIRECTORY);
     const auto exists = [&] { return Port::File::exist(directory.c_str()); };
-    // Another thread or process may make it meanwhile.
+    // Another thread or process may create it in between.
     if (!exists() && !Port::File::mkdir(directory.c_str(), false) && !exists())
         throw Kel_Exception("Cannot create " + directory + " directory, check the " +
                             HOME_VARIABLE + " variable.\n");
@@ -39,8 +30,8 @@ std::string files::createTempFile(const Port::Conventions& conventions,
     const std::string stem = Port::join(conventions, createUserDirectory(conventions), baseName);
     for (unsigned number = 0; number <= LAST_TEMP_NUMBER; ++number) {
         std::string candidate = stem + std::to_string(number);
-        // A name that is taken meanwhile belongs to the faster caller. A file that cannot be made
-        // is not reported: the caller meets it on opening the path.
+        // If another caller takes the name in between, the next number is tried. A file that cannot
+        // be created is not reported: opening the path will fail.
         if (!Port::File::exist(candidate.c_str()) &&
             Port::File::create(candidate.c_str()) != Port::Creation::nameTaken)
             return candidate;
@@ -50,7 +41,7 @@ std::string files::createTempFile(const Port::Conventions& conventions,
 }
 
 std::string Kel_Util::getHomePath() {
-    std::string path = files::environment(HOME_VARIABLE);
+    std::string path = Port::environment(HOME_VARIABLE);
     if (path.empty())
         throw Kel_Exception(std::string(HOME_VARIABLE) +
                             " Environmental Variable is not set Correctly.\n");

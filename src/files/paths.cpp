@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "files/paths.h"
+
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_Util.h"
-#include "files/files.h"
 
 #include <utility>
 
@@ -17,12 +18,14 @@ std::string absolute(const Port::Conventions& conventions, const std::string& pa
 
 } // namespace
 
+std::string files::upToNul(const std::string& text) {
+    return text.substr(0, text.find('\0'));
+}
+
 std::string files::normalize(const Port::Conventions& conventions, const std::string& path) {
     if (path.empty())
         return path;
-    // "." is the current directory itself, which may be a root and then ends in its separator.
-    // Every other relative path, "./x" among them, counts from the current directory in the
-    // absolute form.
+    // The result for "." ends in a separator if the current directory is a root.
     if (path == "." || Port::endsInSeparator(conventions, path))
         return absolute(conventions, path);
     std::string text = absolute(conventions, Port::join(conventions, path, ""));
@@ -39,7 +42,7 @@ void Kel_Util::getDirectoryFileList(const std::string& directory, bool listFlag,
     const Port::UT_DIR reader(directory.c_str(), listFlag ? 0 : 1);
     if (reader.isvalid() != 1)
         throw Kel_Exception("Could not open the directory: " + files::upToNul(directory) + "\n");
-    // Made apart: the caller's list stays as it was if memory runs out, and may hold `directory`.
+    // A new list: `list` is unchanged if memory runs out, and may hold `directory`.
     std::vector<std::string> entries;
     for (auto entry = reader.begin(); entry != reader.end(); ++entry)
         entries.emplace_back(*entry);

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
-// Every object with static storage that needs construction, in the order of construction at load;
-// at unload they are destroyed in the reverse order. One file, because only within a file does the
-// language fix that order. A new global belongs here or nowhere.
+// Every global object that needs construction, in the order of construction; destruction is in the
+// reverse order. The language fixes the order only within one file, so any new global belongs here.
 //
-// Namespace and class statics, never function-local ones: those would die before exit handlers that
-// a client registered earlier.
+// A function-local static would be destroyed before exit handlers that a client registered earlier.
+#include "frame/globals.h"
+
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
-#include "frame/version_texts.h"
-#include "port/port.h"
+#include "port/host.h"
 
 namespace KelRT {
 
-// 1 to 5: the version texts, empty until the first query.
+// 1 to 5: the version texts.
 namespace frame {
 std::string branchText;
 std::string buildText;
@@ -23,18 +22,18 @@ std::string versionText;
 std::string fullVersionText;
 } // namespace frame
 
-// 6: the process-wide logger, off until a client starts it.
+// 6: the process-wide logger.
 Logger Logger::logger;
 
-// 7: the file services, open before the first file operation and closed after the last.
+// 7: the file services.
 namespace {
 const Port::FileInit fileServices;
 } // namespace
 
-// 8: the caller's data directory, empty.
+// 8: the caller's data directory.
 std::string Kel_Util::userDataDir;
 
-// Constants, which need no code at load. Their values stand in the headers.
+// Constants, with their values in the headers, need no code at load.
 const std::uint32_t Kel_Number::WORD_LENGTH;
 const std::uint32_t Kel_Number::WORD_BASE;
 

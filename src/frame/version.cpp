@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "KelRT/Version.h"
+#include "frame/version.h"
 
-#include "frame/version_texts.h"
+#include "KelRT/Version.h"
+#include "frame/globals.h"
 
 #include <cstdlib>
 #include <mutex>
@@ -15,8 +16,8 @@ constexpr const char* BUILD_TIMESTAMP = __DATE__ " " __TIME__;
 // Guards the five texts. Constant-initialised, so it takes no part in the order of the globals.
 std::mutex fillMutex;
 
-// Each fill expects the lock. A text counts as unfilled while it is empty; it is composed apart and
-// moved into place, so that exhausted memory leaves it empty and never half composed.
+// Composes a text that is still empty. The caller holds the lock. If memory is exhausted, the text
+// stays empty.
 using Compose = std::string (*)();
 
 const std::string& fill(std::string& text, Compose compose) {
@@ -55,7 +56,7 @@ const char* query(const std::string& (*text)()) {
 } // namespace
 
 std::string frame::composeVersionNumber(const std::string& twoPart, const std::string& patchLevel) {
-    // NOLINTNEXTLINE(cert-err34-c): the rule for the patch level is atoi's, "no digits" meaning 0.
+    // NOLINTNEXTLINE(cert-err34-c): text without digits counts as 0.
     return std::atoi(patchLevel.c_str()) != 0 ? twoPart + "." + patchLevel : twoPart;
 }
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// Buffer dumps. Their rows pass by the record writer, in large pieces: only a record that begins at
-// the start of a line can be indented, and rows never do.
+// Buffer dumps. Title and label are records, so they may be indented. The table goes directly to
+// the stream, in large pieces.
 #include "KelRT/Logger.h"
 
 #include "common/hex.h"
 #include "common/words.h"
 #include "logging/levels.h"
-#include "port/port.h"
+#include "port/runtime.h"
 
 #include <algorithm>
 #include <array>
@@ -24,36 +24,35 @@ constexpr std::string_view CUT_MESSAGE =
     "... (To display buffers larger than 10000, enable the print large\n"
     "buffer flag in TOR_KEL_LOGFLAGS. Set bit 1 high, where bit 0 is LSB.)";
 
-// Collects text and hands it to a stream in whole blocks, the rest at the end. A line-buffered
-// stream passes whole blocks on as they are; the rest of a larger piece it would look through for
-// line ends, with a write for each.
+// Writes text to a line-buffered stream in whole blocks, which the stream passes on unseen. It
+// would search smaller pieces for line ends and write each line.
 //
-// The buffer would be too large for the stacks of some threads. There is one for all Loggers: a
-// process opens one stream, and callers serialise its use.
-class StreamText {
+// The buffer is too large for the stacks of some threads. One is enough for all Loggers, since
+// callers serialise every log call.
+class BlockWriter {
 public:
-    static constexpr std::size_t MOST_AT_ONCE = 256;
+    static constexpr std::size_t MAX_PIECE = 256;
 
-    explicit StreamText(std::FILE* target) : stream(target) {}
+    explicit BlockWriter(std::FILE* target) : stream(target) {}
 
-    // Where the next piece goes, of at most MOST_AT_ONCE characters.
+    // Where the next piece goes, of up to MAX_PIECE characters.
     char* next() const { return text + used; }
-    // Takes the piece that was put there and ends at `end`.
-    void take(const char* end) {
+    // Adds the piece from next() to `end`.
+    void addUpTo(const char* end) {
         used = static_cast<std::size_t>(end - text);
         if (used >= SIZE)
-            handOver(SIZE);
+            flush(SIZE);
     }
     void finish() {
-        handOver(used / BLOCK * BLOCK);
-        handOver(used);
+        flush(used / BLOCK * BLOCK);
+        flush(used);
     }
 
 private:
     static constexpr std::size_t BLOCK = 4096;
     static constexpr std::size_t SIZE = 8 * BLOCK;
 
-    void handOver(std::size_t count) {
+    void flush(std::size_t count) {
         static_cast<void>(std::fwrite(text, 1, count, stream));
         used -= count;
         std::memmove(text, text + count, used);
@@ -61,10 +60,8 @@ private:
 
     std::FILE* stream;
     std::size_t used = 0;
-    static char text[SIZE + MOST_AT_ONCE];
+    inline static char text[SIZE + MAX_PIECE];
 };
-
-char StreamText::text[];
 
 char* put(char* out, std::string_view text) {
     std::memcpy(out, text.data(), text.size());
@@ -76,8 +73,8 @@ char* putBlanks(char* out, std::uint64_t count) {
     return out + count;
 }
 
-// Eight characters of which the lowest byte of `characters` is the last.
-char* putEight(char* out, std::uint64_t characters) {
+// The bytes of a word, the most significant one first.
+char* putWord(char* out, std::uint64_t characters) {
     common::storeWord(out, common::swapBytes(characters));
     return out + common::WORD_BYTES;
 }
@@ -89,7 +86,8 @@ char* putAddress(char* out, std::uint64_t index) {
     return put(out + DIGITS, "h: ");
 }
 
-// How each byte stands in the hexadecimal form, and one character more: four are copied at once.
+// The text of each byte in the hexadecimal form, padded to four characters, which are copied at
+// once.
 constexpr auto HEX_CELLS = [] {
     std::array<std::array<char, 4>, 256> cells{};
     for (unsigned byte = 0; byte != cells.size(); ++byte)
@@ -99,7 +97,7 @@ constexpr auto HEX_CELLS = [] {
 
 struct HexForm {
     static constexpr std::uint64_t ROW_BYTES = 16;
-    static constexpr std::uint64_t CELL = 3; // characters of one byte, the blank behind it included
+    static constexpr std::uint64_t CELL = 3; // characters per byte, with the space after it
 
     static char* putByte(char* out, unsigned char byte) {
         std::memcpy(out, HEX_CELLS[byte].data(), HEX_CELLS[byte].size());
@@ -113,14 +111,14 @@ struct BitForm {
     static constexpr std::uint64_t CELL = 9;
 
     static char* putByte(char* out, unsigned char byte) {
-        out = putEight(out, common::spreadBits(byte) + common::broadcast('0'));
+        out = putWord(out, common::spreadBits(byte) + common::broadcast('0'));
         *out++ = ' ';
         return out;
     }
     static void blankBits(char* cell, std::uint64_t count) { putBlanks(cell, count); }
 };
 
-// The numbers of the columns, each above the last digit of its column.
+// The column numbers, each above the last character of its column.
 template <typename Form>
 char* putHeader(char* out, std::uint64_t bytes) {
     for (std::uint64_t column = std::min(bytes, Form::ROW_BYTES); column-- > 0;) {
@@ -130,7 +128,7 @@ char* putHeader(char* out, std::uint64_t bytes) {
     return out;
 }
 
-// The bytes of a row, the last one first.
+// The bytes of a row, in falling order.
 template <typename Form>
 char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
     for (std::uint64_t i = count; i-- > 0;)
@@ -138,8 +136,8 @@ char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
     return out;
 }
 
-// The row of the bytes from `index` to before `end`. A short row stands under its columns, unless
-// it is the first one, whose header has no more columns than the row has bytes.
+// The row that begins at `index`; `end` is the number of bytes shown. A short last row is padded on
+// the left. A short first row is not: the header has only as many columns.
 template <typename Form>
 char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::uint64_t end,
              std::uint64_t bitCount) {
@@ -157,16 +155,16 @@ char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::u
 }
 
 template <typename Form>
-void putTable(StreamText& text, const unsigned char* buffer, std::uint64_t bitCount, bool whole) {
+void putTable(BlockWriter& table, const unsigned char* buffer, std::uint64_t bitCount, bool whole) {
     const std::uint64_t bytes = (bitCount + 7) / 8;
     const std::uint64_t shown = whole ? bytes : std::min(bytes, SHOWN_BYTES);
-    text.take(putHeader<Form>(text.next(), bytes));
+    table.addUpTo(putHeader<Form>(table.next(), bytes));
     for (std::uint64_t index = 0; index < shown; index += Form::ROW_BYTES)
-        text.take(putRow<Form>(text.next(), buffer, index, shown, bitCount));
+        table.addUpTo(putRow<Form>(table.next(), buffer, index, shown, bitCount));
     if (shown < bytes)
-        text.take(put(putAddress(text.next(), shown), CUT_MESSAGE));
-    text.take(put(text.next(), "\n"));
-    text.finish();
+        table.addUpTo(put(putAddress(table.next(), shown), CUT_MESSAGE));
+    table.addUpTo(put(table.next(), "\n"));
+    table.finish();
 }
 
 } // namespace
@@ -180,11 +178,11 @@ void Logger::dumpBuffer(int level, const char* title, const unsigned char* buffe
     if (title != nullptr)
         writeTitle(title);
     write(LABEL.data(), LABEL.size());
-    StreamText text(stream.get());
+    BlockWriter table(stream.get());
     if (printBits)
-        putTable<BitForm>(text, buffer, bitCount, printLargeBufs);
+        putTable<BitForm>(table, buffer, bitCount, printLargeBufs);
     else
-        putTable<HexForm>(text, buffer, bitCount, printLargeBufs);
+        putTable<HexForm>(table, buffer, bitCount, printLargeBufs);
     atLineStart = true;
 }
 
@@ -192,8 +190,8 @@ void Logger::dumpBuffer(int level, const unsigned char* buffer, unsigned int bit
     dumpBuffer(level, "[Buffer Dump]", buffer, bitCount);
 }
 
-// A record whose format is the title, read by hand: there are no arguments, and a title may come
-// from outside, so "%%" is the one conversion that there is.
+// Writes the title as a record. It may be untrusted, so it is not used as a format: only "%%" is
+// replaced.
 void Logger::writeTitle(const char* title) noexcept {
     if (*title == '\0')
         return flush();

@@ -7,14 +7,14 @@
 namespace KelRT::logging {
 
 // The levels of the Logger's own records.
-constexpr int ENVIRONMENT_LEVEL = 1; ///< what start-up read from the environment
-constexpr int BANNER_LEVEL = 2;      ///< banner, start and end of logging
-constexpr int TRACE_LEVEL = 4;       ///< method entries and exits
+constexpr int ENVIRONMENT_LEVEL = 1; // what start-up read from the environment
+constexpr int BANNER_LEVEL = 2;      // banner, start and end of logging
+constexpr int TRACE_LEVEL = 4;       // method entries and exits
 
-/// The most characters that one record may have.
+// The maximum length of a record.
 constexpr std::size_t RECORD_SIZE = 2047;
 
-/// How many characters a record has room for beside \a others. (An int, as `%.*s` takes it.)
+// The room for a text in a record beside `others`, as the precision of `%.*s`.
 constexpr int roomBeside(std::string_view others) {
     return static_cast<int>(RECORD_SIZE - others.size());
 }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// The span of logging: construction, copies, start-up from the environment, and the end.
+// Start and end of logging, construction and copies.
 #include "KelRT/Logger.h"
 
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Version.h"
 #include "logging/levels.h"
-#include "port/port.h"
+#include "port/runtime.h"
 
 #include <array>
 #include <cstdlib>
@@ -19,10 +19,10 @@ using logging::ENVIRONMENT_LEVEL;
 
 namespace {
 
-// Not 0 from the first startLogging of the process on. It belongs to no Logger.
+// Not 0 once any Logger of the process has started.
 std::int32_t loggingStarted = 0;
 
-// What the Loggers that share a stream hold in common; the last one closes the stream.
+// The stream that Loggers share; the last one closes it.
 struct OpenStream {
     OpenStream() = default;
     OpenStream(const OpenStream&) = delete;
@@ -35,15 +35,8 @@ struct OpenStream {
     std::FILE* handle = nullptr;
 };
 
-// The value of an environment variable; "" when it is unset.
-const char* environment(const char* name) {
-    const char* const value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
-
-// As atoi reads it, so no digits mean 0.
-int environmentNumber(const char* text) {
-    return std::atoi(text); // NOLINT(cert-err34-c)
+int numberIn(const char* text) {
+    return std::atoi(text); // NOLINT(cert-err34-c): text without digits counts as 0
 }
 
 std::FILE* selectStream(const std::string& name) {
@@ -54,8 +47,7 @@ std::FILE* selectStream(const std::string& name) {
     return std::fopen(name.c_str(), "wt");
 }
 
-// The stream of that name, or null. Throws when memory is exhausted; the memory is claimed first,
-// so that then no file has been emptied and no standard stream gets closed.
+// The stream of that name, or null. Throws if memory is exhausted, before it opens anything.
 std::shared_ptr<std::FILE> openStream(const std::string& name) {
     const auto holder = std::make_shared<OpenStream>();
     holder->handle = selectStream(name);
@@ -65,7 +57,7 @@ std::shared_ptr<std::FILE> openStream(const std::string& name) {
     return {holder, holder->handle};
 }
 
-// "----- Logging EVENT - TIME". A time that the C library cannot convert is left out.
+// "----- Logging EVENT - TIME". TIME is empty if the C library cannot convert it.
 void writeTimeLine(const char* event) {
     if (!Logger::logger.shouldPrintLog(BANNER_LEVEL))
         return;
@@ -73,7 +65,7 @@ void writeTimeLine(const char* event) {
     std::tm local{};
     if (!Port::localTime(std::time(nullptr), local) ||
         std::strftime(text.data(), text.size(), "%a %b %d %Y %I:%M:%S %p %Z", &local) == 0)
-        text.front() = '\0'; // a failed conversion leaves anything behind
+        text.front() = '\0'; // the content is unspecified after a failure
     Logger::logger.printLog(BANNER_LEVEL, "----- Logging %s - %s\n", event, text.data());
 }
 
@@ -116,14 +108,14 @@ void Logger::startLogging() noexcept {
     atLineStart = true;
 }
 
-/// To be called whenever the stream or the detail level has changed.
+// Must be called after each change of the stream or the detail level.
 void Logger::countWrittenLevels() noexcept {
     writtenLevels = stream != nullptr ? placeOf(detailLevel) + 1 : 0;
 }
 
 void Logger::readOutput() noexcept {
     try {
-        const std::string name = Kel_Util::trimWhitespace(environment("TOR_KEL_LOGFILE"));
+        const std::string name = Kel_Util::trimWhitespace(Port::environment("TOR_KEL_LOGFILE"));
         if (name.empty())
             return;
         stream = openStream(name);
@@ -136,19 +128,19 @@ void Logger::readOutput() noexcept {
 }
 
 void Logger::readDetailLevel() noexcept {
-    const char* const text = environment("TOR_KEL_LOGDETAIL");
+    const char* const text = Port::environment("TOR_KEL_LOGDETAIL");
     if (*text == '\0')
         return;
-    detailLevel = environmentNumber(text);
+    detailLevel = numberIn(text);
     countWrittenLevels();
     logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGDETAIL=%d\n", detailLevel);
 }
 
 void Logger::readFlags() noexcept {
-    const char* const text = environment("TOR_KEL_LOGFLAGS");
+    const char* const text = Port::environment("TOR_KEL_LOGFLAGS");
     if (*text == '\0')
         return;
-    const auto flags = static_cast<unsigned int>(environmentNumber(text));
+    const auto flags = static_cast<unsigned int>(numberIn(text));
     logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFLAGS=0x%08X\n", flags);
     printBits = (flags & 1U) != 0;
     if (printBits)
@@ -163,7 +155,7 @@ void Logger::endLogging() noexcept {
     popAllMethods();
     writeTimeLine("Ended");
     flush();
-    stream.reset(); // closes it, unless a copy still writes to it
+    stream.reset(); // closes it, unless a copy shares it
     countWrittenLevels();
 }
 

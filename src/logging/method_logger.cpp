@@ -9,7 +9,7 @@
 namespace KelRT {
 namespace {
 
-// Copies a text; one for which memory is exhausted becomes empty.
+// If memory is exhausted, the target becomes empty.
 template <typename Text>
 void copyText(std::string& target, const Text& source) noexcept {
     try {
@@ -78,8 +78,7 @@ const char* MethodLogger::setReturn(const char* text) noexcept {
 
 int MethodLogger::setReturn(unsigned int value) noexcept {
     const auto shown = static_cast<int>(value);
-    copyText(returnText,
-             std::to_string(shown)); // at most 11 characters, which strings hold inside
+    copyText(returnText, std::to_string(shown)); // short enough to allocate nothing
     return shown;
 }
 

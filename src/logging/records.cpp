@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// The record writer, through which every text of a log passes.
+// Formats records and writes them with their indentation. Tables of dumps bypass it.
 #include "KelRT/Logger.h"
 #include "logging/levels.h"
-#include "port/port.h"
+#include "port/runtime.h"
 
 #include <algorithm>
 
@@ -26,9 +26,9 @@ void Logger::vprintLog(int level, const char* format, std::va_list arguments) no
     if (format == nullptr || *format == '\0')
         return flush();
     char text[logging::RECORD_SIZE + 1];
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false alarm, printLog has started it.
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false positive, printLog starts it.
     const int length = Port::formatText(text, sizeof text, format, arguments);
-    if (length >= 0) // what could not be formatted is lost
+    if (length >= 0) // otherwise formatting failed and the record is lost
         write(text, std::min(static_cast<std::size_t>(length), logging::RECORD_SIZE));
 }
 
@@ -38,7 +38,7 @@ void Logger::flush() noexcept {
         static_cast<void>(std::fflush(stream.get()));
 }
 
-// Expects a stream. Output errors are ignored on purpose: there is nobody to report them to.
+// The stream is not null. Output errors are ignored: logging reports nothing.
 void Logger::write(const char* text, std::size_t length) noexcept {
     if (atLineStart)
         writeIndentation();
@@ -48,7 +48,7 @@ void Logger::write(const char* text, std::size_t length) noexcept {
 }
 
 void Logger::writeIndentation() noexcept {
-    constexpr std::int32_t UNITS = 32; // in one piece
+    constexpr std::int32_t UNITS = 32; // written at once
     static constexpr char BLANKS[2 * UNITS + 1] =
         "                                                                ";
     for (std::int32_t units = nestingDepth; units > 0; units -= UNITS) {

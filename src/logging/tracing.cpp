@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Method entries and exits, and the stack of the methods' names.
+// Method entries and exits, and the stack of method names.
 #include "KelRT/Logger.h"
 #include "logging/levels.h"
 
@@ -14,7 +14,7 @@ namespace KelRT {
 using logging::roomBeside;
 using logging::TRACE_LEVEL;
 
-// What a line with a result has room for. A result that is a text is cut before the name.
+// The room for name and result in an exit line. A text result is cut before the name is.
 constexpr int ROOM_BESIDE_RESULT = roomBeside("EXITING  -- returning \n");
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
@@ -79,7 +79,7 @@ void Logger::logMethodExit(const char* name, int value) noexcept {
     writeResult(name, value);
 }
 
-// True, with the indentation of the exit line set, when there is an entry to close.
+// If an entry is open, decrements the depth and returns true.
 bool Logger::beginExit() noexcept {
     if (!shouldPrintLog(TRACE_LEVEL) || methodStack.empty())
         return false;
@@ -106,7 +106,7 @@ Logger::MethodStack& Logger::MethodStack::operator=(const MethodStack& other) no
     try {
         names = other.names;
         nameless = other.nameless;
-    } catch (...) { // out of memory: the entries count, their names are lost
+    } catch (...) { // out of memory: the entries lose their names
         names.clear();
         nameless = other.names.size() + other.nameless;
     }
@@ -123,7 +123,7 @@ const char* Logger::MethodStack::top() const noexcept {
 }
 
 void Logger::MethodStack::push(const char* name) noexcept {
-    // Above a nameless entry every entry is nameless: two numbers then keep the order.
+    // Every entry above a nameless one is nameless, too, so a count of them is enough.
     if (nameless != 0) {
         ++nameless;
         return;

@@ -1,25 +1,28 @@
 // SPDX-License-Identifier: MIT
-#include "port/port.h"
+#include "port/file_name.h"
+
+#include <cstdint>
+#include <vector>
 
 namespace Port {
 namespace {
 
-/// Where the parts of a path count from.
+// What the parts of a path are relative to.
 enum class Start : std::uint8_t { root, rootOfCurrentDirectory, currentDirectory };
 
-/// A path taken apart at its front.
-struct Front {
+// A path split into its root and the parts after it.
+struct SplitPath {
     Start start;
-    std::string root;      ///< what ".." cannot remove, without a separator behind it
-    char drive;            ///< whose current directory counts; 0 for the current drive
-    std::string_view rest; ///< the parts behind the root
+    std::string root;       // what ".." cannot remove, without the separator after it
+    char drive;             // the drive whose current directory is used; 0 for the current drive
+    std::string_view parts; // everything after the root
 };
 
 constexpr bool hasDrives(const Conventions& conventions) {
     return conventions.separator == WINDOWS.separator;
 }
 
-// How many bytes the character has that begins with `first`.
+// The size in bytes of the character that begins with `first`.
 std::size_t characterLength(const Conventions& conventions, char first) {
     return conventions.isLeadByte != nullptr && conventions.isLeadByte(first) ? 2 : 1;
 }
@@ -28,7 +31,7 @@ constexpr bool isLetter(char character) {
     return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
 }
 
-/// Takes the part at the front of \a path away, with the separator behind it, and returns it.
+// Removes the first part and its separator from path, and returns the part.
 std::string_view takePart(const Conventions& conventions, std::string_view& path,
                           std::string_view separators = "/\\") {
     const std::size_t end = findSeparator(conventions, path, separators);
@@ -37,8 +40,8 @@ std::string_view takePart(const Conventions& conventions, std::string_view& path
     return part;
 }
 
-/// `\\server\share` at the front of \a path, which begins with two separators.
-Front shareFront(std::string_view path, const Conventions& conventions) {
+// A path that begins with `\\server\share`.
+SplitPath splitShare(std::string_view path, const Conventions& conventions) {
     path.remove_prefix(2);
     std::string root(2, conventions.separator);
     root += takePart(conventions, path);
@@ -48,21 +51,21 @@ Front shareFront(std::string_view path, const Conventions& conventions) {
     return {Start::root, root, 0, path};
 }
 
-Front driveFront(std::string_view path) {
+SplitPath splitDrive(std::string_view path) {
     const bool rooted = path.size() > 2 && isSeparator(path[2]);
     return {rooted ? Start::root : Start::currentDirectory, std::string(path.substr(0, 2)), path[0],
             path.substr(2)};
 }
 
-Front frontOf(std::string_view path, const Conventions& conventions) {
+SplitPath split(std::string_view path, const Conventions& conventions) {
     if (path.empty())
         return {Start::currentDirectory, {}, 0, path};
     if (hasDrives(conventions)) {
         if (path.size() > 1 && path[1] == ':' && isLetter(path[0]))
-            return driveFront(path);
+            return splitDrive(path);
         if (path.size() > 2 && isSeparator(path[0]) && isSeparator(path[1]) &&
             !isSeparator(path[2]))
-            return shareFront(path, conventions);
+            return splitShare(path, conventions);
         if (isSeparator(path[0]))
             return {Start::rootOfCurrentDirectory, {}, 0, path};
     }
@@ -71,7 +74,7 @@ Front frontOf(std::string_view path, const Conventions& conventions) {
 
 using Parts = std::vector<std::string_view>;
 
-/// Appends the parts of \a path to \a parts, folding "." and "..".
+// Appends the parts of path to parts, folding "." and "..".
 void appendParts(Parts& parts, const Conventions& conventions, std::string_view path,
                  std::string_view separators) {
     while (!path.empty()) {
@@ -93,22 +96,22 @@ std::string compose(const std::string& root, const Parts& parts, char separator)
 }
 
 std::string absolutePath(std::string_view path, const Conventions& conventions) {
-    Front front = frontOf(path, conventions);
-    std::string base;
+    SplitPath given = split(path, conventions);
+    std::string current;
     Parts parts;
-    if (front.start != Start::root) {
-        base = currentDirectory(front.drive);
-        if (base.empty())
+    if (given.start != Start::root) {
+        current = currentDirectory(given.drive);
+        if (current.empty())
             return {};
-        // The host's own text: where only "/" separates, "\" may be a character of a name.
-        const Front baseFront = frontOf(base, conventions);
-        if (front.start == Start::currentDirectory)
-            appendParts(parts, conventions, baseFront.rest, hasDrives(conventions) ? "/\\" : "/");
-        front.root = baseFront.root;
+        // Here a "\" on POSIX is a character of a name.
+        const SplitPath base = split(current, conventions);
+        if (given.start == Start::currentDirectory)
+            appendParts(parts, conventions, base.parts, hasDrives(conventions) ? "/\\" : "/");
+        given.root = base.root;
     }
-    appendParts(parts, conventions, front.rest, "/\\");
-    std::string text = compose(front.root, parts, conventions.separator);
-    const bool bareRoot = parts.empty() && front.root.size() <= 2; // "/" and "C:\"
+    appendParts(parts, conventions, given.parts, "/\\");
+    std::string text = compose(given.root, parts, conventions.separator);
+    const bool bareRoot = parts.empty() && given.root.size() <= 2; // "/" and "C:\"
     if (bareRoot || endsInSeparator(conventions, path))
         text += conventions.separator;
     return text;
@@ -143,7 +146,7 @@ std::string join(const Conventions& conventions, std::string_view directory,
 }
 
 StringBase<char> FileName::GetAbsolutePath(bool /*flag*/) const {
-    return StringBase<char>(absolutePath(name, rules));
+    return StringBase<char>(absolutePath(name, conventions));
 }
 
 } // namespace Port

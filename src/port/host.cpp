@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The calls to the host. On Windows they are the narrow ones, as fopen is: there a
-// std::filesystem::path that is made of narrow text does not go through the ANSI code page.
-#include "port/port.h"
+// On Windows these are the narrow system calls, which take the bytes that fopen takes.
+// std::filesystem::path would not read them in the ANSI code page.
+#include "port/host.h"
 
 #include <cassert>
 #include <cerrno>
@@ -27,8 +27,8 @@ void assertReady() {
     assert(FileInit::ready() && "the library is loaded while its file services are used");
 }
 
-// True when a reader of directories yields `name`: flag 1 leaves "." and ".." out.
-bool isYielded(const char* name, std::uint8_t flag) {
+// True if a directory listing with this flag includes name.
+bool isListed(const char* name, std::uint8_t flag) {
     return flag == 0 || (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0);
 }
 
@@ -48,15 +48,15 @@ struct CloseSearch {
 };
 using Search = std::unique_ptr<void, CloseSearch>;
 
-// Opens a file that everybody else may go on using; null when the host refuses.
+// Opens a file without locking it; null if the host refuses.
 OpenFile openFile(const char* path, DWORD access, DWORD disposition, DWORD flags) {
     constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const HANDLE file = CreateFileA(path, access, SHARED, nullptr, disposition, flags, nullptr);
     return OpenFile(file != INVALID_HANDLE_VALUE ? file : nullptr);
 }
 
-// The attributes of what a link leads to, INVALID_FILE_ATTRIBUTES when that is gone.
-DWORD attributesBehindLink(const char* path) {
+// The attributes of a link's target, INVALID_FILE_ATTRIBUTES if there is none.
+DWORD attributesOfTarget(const char* path) {
     const OpenFile target =
         openFile(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     BY_HANDLE_FILE_INFORMATION information;
@@ -65,7 +65,7 @@ DWORD attributesBehindLink(const char* path) {
                : INVALID_FILE_ATTRIBUTES;
 }
 
-// The absolute form of a path; empty when the host has none.
+// The absolute form of a path; empty if the host has none.
 std::string fullPath(const char* path) {
     std::string text(GetFullPathNameA(path, 0, nullptr, nullptr), '\0');
     const DWORD length =
@@ -89,7 +89,7 @@ bool File::isdir(const char* path) {
     assertReady();
     DWORD attributes = GetFileAttributesA(path);
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
-        attributes = attributesBehindLink(path);
+        attributes = attributesOfTarget(path);
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
@@ -100,8 +100,8 @@ bool File::mkdir(const char* path, bool /*flag*/) {
 
 bool File::readable(const char* path) {
     assertReady();
-    std::FILE* const stream = std::fopen(path, "rb"); // it opens no directories
-    return stream != nullptr && (std::fclose(stream), true);
+    using Close = int (*)(std::FILE*);
+    return std::unique_ptr<std::FILE, Close>(std::fopen(path, "rb"), std::fclose) != nullptr;
 }
 
 Creation File::create(const char* path) {
@@ -114,8 +114,8 @@ Creation File::create(const char* path) {
 }
 
 std::string currentDirectory(char drive) {
-    const char ofDrive[] = {drive, ':', '.', '\0'};
-    return fullPath(drive == 0 ? "." : ofDrive);
+    const char onDrive[] = {drive, ':', '.', '\0'};
+    return fullPath(drive == 0 ? "." : onDrive);
 }
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
@@ -123,19 +123,18 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     std::string pattern = fullPath(directory);
     if (pattern.empty())
         return;
-    pattern += "\\*"; // two separators, behind a root, count as one
+    pattern += "\\*"; // the doubled separator after a root counts as one
     WIN32_FIND_DATAA entry;
     const HANDLE first = FindFirstFileA(pattern.c_str(), &entry);
     if (first == INVALID_HANDLE_VALUE) {
-        // The root of an empty drive has not even "." in it.
+        // The root of an empty drive has no entries, not even ".".
         valid = GetLastError() == ERROR_FILE_NOT_FOUND && File::isdir(directory);
         return;
     }
     const Search search(first);
-    do
-        if (isYielded(entry.cFileName, flag))
+    for (BOOL found = TRUE; found != FALSE; found = FindNextFileA(search.get(), &entry))
+        if (isListed(entry.cFileName, flag))
             entries.emplace_back(entry.cFileName);
-    while (FindNextFileA(search.get(), &entry) != 0);
     valid = GetLastError() == ERROR_NO_MORE_FILES;
 }
 
@@ -143,7 +142,7 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
 
 namespace {
 
-// Opens a file as ::open does, also when a signal comes in between; closed with the object.
+// An open file. Opening is repeated if a signal interrupts it.
 class Descriptor {
 public:
     Descriptor(const char* path, int flags) {
@@ -192,7 +191,7 @@ bool File::mkdir(const char* path, bool /*flag*/) {
 
 bool File::readable(const char* path) {
     assertReady();
-    // A FIFO that nobody writes to, or a device, would otherwise keep the opening waiting.
+    // Without O_NONBLOCK, opening a FIFO without a writer or a device could wait.
     const Descriptor file(path, O_RDONLY | O_NONBLOCK);
     return file.isOpen() && !file.isDirectory();
 }
@@ -219,10 +218,10 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory), closedir);
     if (!stream)
         return;
-    // The end and a failure differ only in errno.
+    // readdir returns null at the end and on failure; only errno tells the difference.
     errno = 0;
     while (const dirent* const entry = readdir(stream.get())) {
-        if (isYielded(entry->d_name, flag))
+        if (isListed(entry->d_name, flag))
             entries.emplace_back(entry->d_name);
         errno = 0;
     }

@@ -9,17 +9,16 @@ namespace {
 
 constexpr std::size_t MAX_MESSAGE_BYTES = 2047;
 
-/// How many units the character at \a message is made of: 2 for a surrogate pair, where wide
-/// characters are so narrow that they need pairs.
+// The length in units of the character at `message`: 2 for a surrogate pair, otherwise 1.
 int unitsAt(const wchar_t* message) {
-    constexpr bool hasPairs = sizeof(wchar_t) == 2;
-    const auto isPart = [](wchar_t unit, unsigned first) {
+    constexpr bool HAS_PAIRS = sizeof(wchar_t) == 2;
+    const auto isSurrogate = [](wchar_t unit, unsigned first) {
         return (static_cast<unsigned>(unit) & 0xFC00U) == first;
     };
-    return hasPairs && isPart(message[0], 0xD800) && isPart(message[1], 0xDC00) ? 2 : 1;
+    return HAS_PAIRS && isSurrogate(message[0], 0xD800) && isSurrogate(message[1], 0xDC00) ? 2 : 1;
 }
 
-/// The narrow form of the character made of the \a count units at \a message; "?" when it has none.
+// The multibyte form of the character of `count` units at `message`; "?" if it has none.
 std::string narrow(const wchar_t* message, int count) {
     std::string text;
     std::mbstate_t state{};
@@ -30,7 +29,7 @@ std::string narrow(const wchar_t* message, int count) {
             return "?";
         text.append(bytes, length);
     }
-    return text.empty() ? "?" : text; // half a pair, kept waiting for its other half
+    return text.empty() ? "?" : text; // an unpaired surrogate
 }
 
 } // namespace

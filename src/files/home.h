@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+//
+// Functions of Kel_Util under the conventions of any host; the public ones pass the native ones.
+#pragma once
+
+#include "port/file_name.h"
+
+#include <string>
+
+namespace KelRT::files {
+
+// Kel_Util::createDotLumatraceDir
+std::string createUserDirectory(const Port::Conventions& conventions);
+
+// Kel_Util::createDotLumatraceTempFile
+std::string createTempFile(const Port::Conventions& conventions, const std::string& baseName);
+
+} // namespace KelRT::files

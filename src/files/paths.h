@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+//
+// Functions of Kel_Util under the conventions of any host; the public ones pass the native ones.
+#pragma once
+
+#include "port/file_name.h"
+
+#include <string>
+
+namespace KelRT::files {
+
+// The text before the first NUL, as the host reads a name or a path.
+std::string upToNul(const std::string& text);
+
+// Kel_Util::normalizePath
+std::string normalize(const Port::Conventions& conventions, const std::string& path);
+
+} // namespace KelRT::files

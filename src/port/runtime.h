@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+//
+// Services of the host's C library, in the form in which the library can use them.
+#pragma once
+
+#include <cstdarg>
+#include <cstddef>
+#include <ctime>
+
+namespace Port {
+
+// The value of an environment variable, "" if it is unset. The one reader of the environment.
+const char* environment(const char* name) noexcept;
+
+// As std::vsnprintf. A format that the host rejects gives a negative result and never ends the
+// process, even in a hardened build.
+int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept;
+
+// Converts to local time without the static object of std::localtime. False if the host cannot
+// convert the time.
+bool localTime(std::time_t time, std::tm& local) noexcept;
+
+// While one lives, its thread cannot be cancelled: a cancellation stays pending. On Linux
+// cancelling unwinds the stack, which ends the process at a `noexcept` function.
+class CancellationDisabled {
+public:
+    CancellationDisabled() noexcept;
+    ~CancellationDisabled();
+    CancellationDisabled(const CancellationDisabled&) = delete;
+    CancellationDisabled& operator=(const CancellationDisabled&) = delete;
+
+private:
+    [[maybe_unused]] int previousState = 0;
+};
+
+} // namespace Port
