@@ -81,7 +81,7 @@ void rows(const LogFile& file, const LogDirectory& directory, const char* size,
 } // namespace
 
 int main(int argc, char** argv) {
-    static const LogDirectory directory;               // is removed also when a proof fails
+    static const LogDirectory directory;               // removed even if a check fails
     const LogFile file = startLogging(directory, "2"); // hexadecimal, large buffers
     const Bytes small = randomBytes(1 << 20);
     const Bytes large = randomBytes(16 << 20);

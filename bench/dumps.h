@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What the programs of both forms of a dump share. The form is settled when logging starts.
+// Shared by the programs for both forms of a dump: the form is fixed when logging starts.
 #pragma once
 
 #include "log_file.h"

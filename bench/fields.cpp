@@ -69,7 +69,7 @@ struct Writing {
     std::string result() { return holder.text(); }
 };
 
-template <template <typename> class Work>
+template <template <typename> typename Work>
 void rows(const char* work, const char* size, std::size_t count) {
     const Bytes bytes = randomBytes(count);
     const Fields fields = randomFields(count);

@@ -90,7 +90,7 @@ constexpr Widest PRINTED{4096, 65536};
 constexpr Widest READ{4096, 1048576};
 constexpr Widest DECIMAL_READ{65536, 1048576};
 
-template <template <typename> class Work>
+template <template <typename> typename Work>
 void rows(const char* work, const Base& base, unsigned bits, const Widest& widest) {
     const std::string hex = randomNumber(bits);
     const KelNumber own(base, bits, hex);
@@ -110,20 +110,20 @@ void rows(const char* work, const Base& base, unsigned bits, const Widest& wides
 }
 
 // Decimal beside itself at half the width: four times the cost would be quadratic.
-template <template <typename> class Work>
+template <template <typename> typename Work>
 struct Agreeing : Work<KelNumber> {
     using Work<KelNumber>::Work;
     std::string expected = this->number.print();
     std::string result() { return this->number.print() == expected ? "text and value agree" : ""; }
 };
 
-template <template <typename> class Work>
+template <template <typename> typename Work>
 Agreeing<Work> decimalOf(unsigned bits) {
     const KelNumber number(DECIMAL, bits, randomNumber(bits));
     return {number, number.print()};
 }
 
-template <template <typename> class Work>
+template <template <typename> typename Work>
 void growthRow(const char* work, unsigned bits) {
     Row row("growth", work, widthName(bits));
     row.add("KelUtil", decimalOf<Work>(bits));

@@ -141,7 +141,7 @@ void filteredRow(const LogFile& ownFile, const LogDirectory& directory) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static const LogDirectory directory; // goes with the process, also when a proof fails
+    static const LogDirectory directory; // removed even if a check fails
     const LogFile ownFile = startLogging(directory, "0");
     writtenRow(ownFile, directory);
     for (const char* name : {"KelUtil.log", "glog.", "limit.log"})

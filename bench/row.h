@@ -32,7 +32,7 @@ inline Bytes randomBytes(std::size_t count) {
 
 class Row {
 public:
-    /// \param items how often a single run does the work; the tables give the time of one
+    /// \param items pieces of work in one run; the tables show the time of one piece
     Row(const std::string& family, const std::string& work, const std::string& size,
         std::uint64_t items = 1)
         : prefix(family + '/' + work + '/' + size + '/'), itemCount(items) {}
@@ -43,11 +43,11 @@ public:
     /// `run()` returns seconds, these are the measured time.
     template <typename Contender>
     Row& add(const std::string& name, const Contender& contender) {
-        Contender proof = contender;
-        if constexpr (requires { proof.prepare(); })
-            proof.prepare();
-        static_cast<void>(proof.run());
-        check(name, proof.result());
+        Contender trial = contender;
+        if constexpr (requires { trial.prepare(); })
+            trial.prepare();
+        static_cast<void>(trial.run());
+        check(name, trial.result());
         return measure(name, contender);
     }
 
@@ -66,7 +66,7 @@ public:
             return add(name, make(Peer()));
     }
 
-    /// A peer that was not there when this program was built.
+    /// A peer that was not found when this program was configured.
     Row& missing(const std::string& name) {
         benchmark::RegisterBenchmark((prefix + name).c_str(), [](benchmark::State& state) {
             state.SkipWithError("missing");
@@ -115,7 +115,7 @@ private:
             firstResult = result;
             hasResult = true;
         } else if (result != firstResult) {
-            std::fprintf(stderr, "%s%s: another result than the first contender's\n",
+            std::fprintf(stderr, "%s%s: the result differs from that of the first contender\n",
                          prefix.c_str(), name.c_str());
             std::exit(1);
         }

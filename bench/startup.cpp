@@ -6,8 +6,8 @@
 // size, processor time of dlopen and dlclose in new processes (medians), allocations while loading.
 // The exit status is 1 when the library allocates more than the standard library and the loader do.
 //
-// This program counts the calls of its own malloc. It is written without the standard library,
-// which must not be loaded before.
+// This program counts the calls of its own malloc. It does not use the standard library, which the
+// measured library must be the first to load.
 #include <initializer_list> // of ranges; no code comes with it
 
 #include <dlfcn.h>
@@ -94,9 +94,9 @@ Figures loadInProcess(const char* path) {
         _exit(write(ends[1], &figures, sizeof figures) == sizeof figures ? 0 : 1);
     }
     close(ends[1]);
-    const bool hasCome = read(ends[0], &figures, sizeof figures) == sizeof figures;
+    const bool received = read(ends[0], &figures, sizeof figures) == sizeof figures;
     close(ends[0]);
-    if (process < 0 || waitpid(process, nullptr, 0) != process || !hasCome)
+    if (process < 0 || waitpid(process, nullptr, 0) != process || !received)
         fail("a process failed");
     return figures;
 }

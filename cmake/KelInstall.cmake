@@ -1,4 +1,4 @@
-# What a client gets: headers, library, CMake package, kelutil.pc. Two components: `runtime` is what
+# Installs headers, library, CMake package, kelutil.pc. Two components: `runtime` is what
 # a program needs, `development` what is needed to build one.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -26,8 +26,8 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/KelUtilConfig.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/KelUtilConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT development)
 
-# kelutil.pc finds the prefix from its own place, so that it can be moved with it; directories that
-# were given as absolute ones stay where they are.
+# kelutil.pc derives the prefix from its own location, so the installation can be moved. Absolute
+# directories stay as given.
 function(kel_pc_dir variable dir)
   if(IS_ABSOLUTE ${dir})
     set(${variable} ${dir} PARENT_SCOPE)

@@ -4,7 +4,7 @@ include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 include(CheckLinkerFlag)
 
-# kel_accepted(VARIABLE OPTION...): the first of the options that the compiler takes, or nothing.
+# kel_accepted(VARIABLE OPTION...): the first option that the compiler accepts, or nothing.
 function(kel_accepted variable)
   foreach(option IN LISTS ARGN)
     string(MAKE_C_IDENTIFIER "KELUTIL_TAKES_${option}" takes)
@@ -28,15 +28,15 @@ else()
   set(KELUTIL_NO_WARNINGS -Werror)
 endif()
 
-# Scaled values are one rounded operation after the other; some hosts fuse them by default.
+# Scaled values round after every operation; some compilers fuse operations by default.
 kel_accepted(KELUTIL_UNFUSED -ffp-contract=off /fp:strict)
 
-# Short loops take up to half as long again where they cross a fetch block of the processor, so their
-# speed would change with every function that is added before them.
+# A short loop across a fetch block of the processor takes up to half as long again, so its speed would
+# change with every function added before it.
 kel_accepted(KELUTIL_ALIGNED_LOOPS -falign-loops=32)
 
-# A double is rounded after every operation. 32-bit x86 does so only with SSE2, its older unit keeps
-# more digits.
+# A double must be rounded after every operation. 32-bit x86 does so only with SSE2; its older unit
+# keeps excess precision.
 check_cxx_source_compiles("#include <cfloat>
 static_assert(FLT_EVAL_METHOD == 0 || FLT_EVAL_METHOD == 1); int main() {}" KELUTIL_ROUNDS_DOUBLES)
 set(KELUTIL_ARITHMETIC)
@@ -87,7 +87,7 @@ function(kel_own_target target)
     VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
-# kel_list(NAME ITEM...): the lines of lists/NAME in the build folder, from which tasks learn what there is.
+# kel_list(NAME ITEM...): writes lists/NAME in the build folder, one item a line, for the tasks to read.
 function(kel_list name)
   list(JOIN ARGN "\n" lines)
   file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/lists/${name} CONTENT "${lines}\n" @ONLY)

@@ -1,7 +1,7 @@
 # Run by CPack for each package, on the files that are about to be packed: adds what belongs to a
 # package and to no other installation.
 
-# The version that is packed is the one that the changelog names as released last, with its day.
+# The packed version must be the last release in the changelog, which also gives the date.
 set(released "## \\[([0-9.]+)\\] - ([0-9-]+)")
 file(STRINGS ${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md releases REGEX "^${released}$")
 list(GET releases 0 release)

@@ -1,12 +1,12 @@
-# A DLL and what belongs to it.
+# Rules for DLLs.
 
-# Windows looks for DLLs in the directory of the program, so all of a build lies in one.
+# Windows looks for DLLs in the directory of the program, so all programs of a build are put into one.
 if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_RUNTIME_OUTPUT_DIRECTORY)
   set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endif()
 
 # Strings and exceptions cross the boundary of the DLL, so it and its clients share one C++ runtime.
-# MinGW's are DLLs of the compiler, which are laid beside ours; MSVC's are installed with Windows.
+# MinGW's are DLLs of the compiler, which are copied beside ours; MSVC's are installed with Windows.
 set(KELUTIL_RUNTIME_DLLS)
 if(MINGW)
   foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
@@ -19,9 +19,9 @@ if(MINGW)
   endforeach()
 endif()
 
-# kel_dress_dll(TARGET): lays the runtime DLLs to where TARGET is built. With MSVC, whose debug runtime
-# is another one, its debug build has a name of its own, and a PDB file describes each build.
-function(kel_dress_dll target)
+# kel_finish_dll(TARGET): copies the runtime DLLs to the directory of TARGET. With MSVC the debug build
+# has a name of its own, since it needs another runtime, and each build has a PDB file.
+function(kel_finish_dll target)
   if(KELUTIL_RUNTIME_DLLS)
     add_custom_command(TARGET ${target} POST_BUILD
       COMMAND ${CMAKE_COMMAND} -E copy_if_different ${KELUTIL_RUNTIME_DLLS} $<TARGET_FILE_DIR:${target}>

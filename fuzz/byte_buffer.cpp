@@ -194,7 +194,7 @@ private:
         }
         Kel_ByteBuffer target(reinterpret_cast<const unsigned char*>("old"), 3, 0, 0);
         operation(buffer, target);
-        require(contentOf(target) == made, "what goes into another buffer");
+        require(contentOf(target) == made, "the content of another buffer");
     }
     static Bytes contentOf(Kel_ByteBuffer& of) { return {of.uPtr(), of.uPtr() + of.getSize()}; }
 

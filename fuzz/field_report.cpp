@@ -40,7 +40,7 @@ std::pair<std::string, std::string> reportOf(const std::string& capture, const s
     report.print(lines, *makeTextFormat(fields, false), output);
     output.finish();
     std::cerr.rdbuf(usual);
-    fuzz::require(messages.anyFault() == !faults.str().empty(), "a fault is told and counted");
+    fuzz::require(messages.anyFault() == !faults.str().empty(), "a fault is reported and counted");
     return {test_host::readWholeFile(directory / "report"), faults.str()};
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Records, traces and dumps with hostile texts, beside the model of the log. The flags are those of
-// the environment, as a process starts once.
+// Records, traces and dumps with hostile texts, compared with the model of the log. A process
+// starts logging only once, so the environment sets the flags for all inputs.
 #include "KelRT/Logger.h"
 
 #include "captured.h"
@@ -65,7 +65,7 @@ public:
         }
     }
 
-    /// Compares the logs, and resets both loggers for the next input.
+    /// Compares the logs and resets both for the next input.
     void finish() {
         setLevel(4);
         for (; expected.depth > 0; expected.exitByName("end", " -- returning 0"))
@@ -77,7 +77,7 @@ public:
         expected.record(1, "\n");
         setLevel(3);
         logger.flush();
-        fuzz::require(output.take() == expected.text, "the log as the model tells it");
+        fuzz::require(output.take() == expected.text, "the log equals the model's");
         expected.text.clear();
     }
 
@@ -105,7 +105,7 @@ private:
             static_cast<unsigned>(vast                  ? 80008
                                   : input.below(8) != 0 ? input.below(700)
                                                         : 79860 + input.below(300));
-        std::vector<unsigned char> bytes((bitCount + 7) / 8); // not one behind the bits
+        std::vector<unsigned char> bytes((bitCount + 7) / 8); // no byte after the last bit
         for (std::size_t i = 0; i < bytes.size(); ++i)
             bytes[i] = static_cast<unsigned char>(i < 50 ? input.value(1) : i * 37);
         const int level = input.below(8) == 0 ? 5 : 1;

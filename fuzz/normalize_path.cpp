@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Paths of either host, beside the model that pushes one character after the other.
+// Paths of either host, compared with a model that reads one character at a time.
 #include "KelRT/Kel_Util.h"
 #include "files/paths.h"
 
@@ -13,7 +13,7 @@ using KelRT::Kel_Util;
 
 namespace {
 
-/// Below a root: a path without a separator at its end comes back without one.
+/// The normalised form of a path below a root. It ends in a separator if the path does.
 std::string expected(char separator, const std::string& root, const std::string& path) {
     if (Port::endsInSeparator(Port::POSIX, path))
         return model::absolutePath(separator, root, path);
@@ -40,8 +40,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::require(!relative ||
                       Kel_Util::normalizePath(path) == expected('/', "", here + "/" + path),
                   "a relative path");
-    // Whatever it begins with, under the other host's conventions; a current directory of this
-    // host's is no drive there.
+    // Any beginning under the other host's conventions, where our current directory has no drive.
     const std::string any = KelRT::files::normalize(Port::WINDOWS, path);
     fuzz::require(any.find('/') == std::string::npos, "only the host's separator is written");
     return 0;

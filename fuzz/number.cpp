@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Numbers of any width are set, printed and set again, beside the model of words and digits.
+// Numbers of any width are set, printed and set again, compared with a model of words and digits.
 #include "KelRT/Kel_Number.h"
 
 #include "input.h"
@@ -42,7 +42,7 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
         require(again.toString('x') == pattern, "what is printed scaled reads as the number");
     }
     for (const char* radix = RADICES; *radix != 0; ++radix) {
-        again.setToZero(); // so that words which are not read show
+        again.setToZero(); // so that words left unread are noticed
         require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
         require(again.toString('x') == pattern, "what is printed reads as the number");
     }

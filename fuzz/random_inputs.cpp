@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// Runs a fuzz target as a test, on a fixed number of random inputs that are divided among threads.
-// The arguments are the number of inputs, the number of threads, and the number of the first input.
+// usage: random_TARGET [COUNT [THREADS [FIRST]]]
+//
+// Runs a fuzz target as a test on COUNT random inputs, divided among THREADS. The seed of each
+// input is its index; FIRST skips the inputs before it.
 #include "input.h"
 
 #include <csignal>
@@ -11,7 +13,7 @@
 
 namespace {
 
-thread_local unsigned long input = 0; // the number of the current input, which is its seed
+thread_local unsigned long input = 0; // the seed of the current input
 
 void runInputs(unsigned long first, unsigned long count, unsigned long step) {
     for (input = first; input < count; input += step) {
@@ -27,7 +29,7 @@ void runInputs(unsigned long first, unsigned long count, unsigned long step) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::signal(SIGABRT, [](int) { std::fprintf(stderr, "The input is number %lu.\n", input); });
+    std::signal(SIGABRT, [](int) { std::fprintf(stderr, "failed at input %lu\n", input); });
     unsigned long numbers[] = {1, 1, 0};
     for (int i = 1; i < argc && i <= 3; ++i)
         numbers[i - 1] = std::strtoul(argv[i], nullptr, 10);

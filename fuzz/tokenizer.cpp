@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Any text and any set of delimiters in every mode, beside the model of one character at a time.
+// Any text and any set of delimiters in every mode, compared with a model that reads one character
+// at a time.
 #include "KelRT/Kel_StrTok.h"
 
 #include "input.h"
@@ -43,6 +44,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::require(
         std::vector<std::string>(tokens.begin(), tokens.end()) ==
             model::Tokenizer(text, delimiters, delimiters == Kel_StrTok::CSV_DELIM, flags).tokens(),
-        "tokens as the model cuts them");
+        "tokens equal the model's");
     return 0;
 }

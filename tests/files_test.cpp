@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The file functions on the real host. Every path that is returned is proved by opening it.
+// The file functions on the real host. Returned paths are checked by opening them.
 #include "KelRT/Kel_Util.h"
 #include "outcome.h"
 #include "test_host.h"
@@ -32,7 +32,7 @@ std::string library(const std::string& name) {
     return name + (WINDOWS ? ".dll" : ".so");
 }
 
-/// What getDirectoryFileList makes of a list, in a certain order.
+/// `list` after getDirectoryFileList, sorted.
 Texts listed(const std::string& directory, bool listFlag, Texts list = {"old"}) {
     Kel_Util::getDirectoryFileList(directory, listFlag, list);
     std::sort(list.begin(), list.end());
@@ -99,11 +99,11 @@ TEST_F(Files, TemporaryFileTakesTheLowestFreeNumber) {
     EXPECT_EQ(readWholeFile(temporary("trace0")), "kept");
     const std::string inside = below("sub", "trace");
     EXPECT_EQ(Kel_Util::createDotLumatraceTempFile(inside), temporary(inside + "0"));
-    EXPECT_FALSE(opens(temporary(inside + "0"))); // it cannot be made, and that is not told
+    EXPECT_FALSE(opens(temporary(inside + "0"))); // creation fails, which is not reported
 }
 
-// The first use of a home, and every number after it, by many at once.
-TEST_F(Files, EachTemporaryFileIsHandedOutOnceAndKeepsWhatIsWritten) {
+// Several threads use a new home directory at once.
+TEST_F(Files, EachTemporaryFileIsReturnedOnceAndKeepsItsContent) {
     constexpr int ROUNDS = 20;
     constexpr int CALLERS = 8;
     for (int round = 0; round < ROUNDS; ++round) {
@@ -247,10 +247,10 @@ TEST_F(Files, PathOnADriveCountsFromTheCurrentDirectoryThere) {
     EXPECT_EQ(listed(drive, false), Texts());
 }
 
-TEST_F(Files, CurrentDirectoryMayHaveAnyNameAndLengthAndBeLost) {
+TEST_F(Files, CurrentDirectoryMayHaveAnyNameAndLengthAndBeRemoved) {
     if (WINDOWS)
-        GTEST_SKIP()
-            << "names there hold no separators, paths are short, and what is current stays";
+        GTEST_SKIP() << "Windows allows no separators in names, limits paths and locks the current "
+                        "directory";
     std::string expected = here / "a\\b";
     makeDirectories({"a\\b"});
     std::filesystem::current_path(expected);
@@ -285,11 +285,11 @@ TEST_F(Files, ListingReplacesTheListOrKeepsIt) {
         EXPECT_EQ(outcome(read), "Could not open the directory: " + directory + "\n");
         EXPECT_EQ(list, (Texts{"kept", "d/sub"}));
     }
-    Kel_Util::getDirectoryFileList(list[1], false, list); // the name goes with the list
+    Kel_Util::getDirectoryFileList(list[1], false, list); // the argument is an element of the list
     EXPECT_EQ(list, Texts());
 }
 
-// 0x80 to 0x9F are where a code page and the first 256 characters of Unicode differ.
+// Code pages differ from the first 256 characters of Unicode at 0x80 to 0x9F.
 TEST_F(Files, NamesOutsideAsciiAreTheBytesThatFopenTakes) {
     const std::string name = "\x80 gr\xFC\xDF";
     for (const std::string& file : {name + "0", name + "1"}) {
@@ -321,13 +321,13 @@ TEST(LocalizedMessage, IsCutAt2047BytesBetweenCharacters) {
     EXPECT_EQ(Kel_Util::getLocalizedPortMsg(std::wstring(5000, L'm').c_str()),
               std::string(2047, 'm'));
     const std::string before = std::setlocale(LC_CTYPE, nullptr);
-    std::string form; // of a character of several bytes, in the first locale that has one
+    std::string form; // a multibyte character in the first available locale
     if (std::setlocale(LC_CTYPE, "C.UTF-8") != nullptr)
         form = "\xE3\x81\x82";
     else if (std::setlocale(LC_CTYPE, ".932") != nullptr)
         form = "\x82\xA0";
     else
-        GTEST_SKIP() << "no locale with characters of several bytes";
+        GTEST_SKIP() << "no locale with multibyte characters";
     for (std::size_t fit = 2043; fit <= 2047; ++fit) {
         const std::wstring message = std::wstring(fit, L'm') + L"\u3042x";
         EXPECT_EQ(

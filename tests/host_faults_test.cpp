@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Logging to a full disk and to a pipe without a reader: the program goes on. Files that keep their
-// opener waiting, and processes that want the same file. A standard output that is closed is tested
-// in logging_process/, a current directory that is lost in files_test.cpp.
+// Faults that POSIX hosts can inject: a full disk, a pipe without a reader, cancelled threads,
+// files that block on opening, processes that race for a file. logging_process/ tests a closed
+// standard output, files_test.cpp a removed current directory.
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
@@ -87,8 +87,8 @@ TEST(HostFaults, PipeWhoseReaderIsGone) {
     EXPECT_FALSE(logger.shouldPrintLog(0));
 }
 
-// Makes a call in a thread whose cancellation is pending and would take effect at the first
-// cancellation point of the host, and records whether the call returned.
+// Makes a call in a thread with a pending cancellation, which takes effect at the first enabled
+// cancellation point, and records whether the call returned.
 struct CancelledCall {
     std::function<void()> call;
     bool returned = false;
@@ -140,12 +140,12 @@ TEST(HostFaults, CancelledThreadsFinishTheirLogCalls) {
         EXPECT_NE(text.find(piece), std::string::npos) << piece;
 }
 
-// The most bytes of its stack that a thread uses for `call`.
+// The bytes of stack that `call` uses: a thread runs it on a stack filled with a pattern.
 std::size_t stackOf(const std::function<void()>& call) {
-    constexpr unsigned char PAINT = 0xA5;
+    constexpr unsigned char PATTERN = 0xA5;
     static std::array<unsigned char, 1 << 18> stack;
     static const unsigned char* top = nullptr;
-    stack.fill(PAINT);
+    stack.fill(PATTERN);
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     EXPECT_EQ(pthread_attr_setstack(&attributes, stack.data(), stack.size()), 0);
@@ -160,14 +160,14 @@ std::size_t stackOf(const std::function<void()>& call) {
     EXPECT_EQ(pthread_create(&thread, &attributes, run, &made), 0);
     EXPECT_EQ(pthread_join(thread, nullptr), 0);
     pthread_attr_destroy(&attributes);
-    const auto* const deepest =
-        std::find_if(stack.begin(), stack.end(), [](unsigned char byte) { return byte != PAINT; });
+    const auto* const deepest = std::find_if(stack.begin(), stack.end(),
+                                             [](unsigned char byte) { return byte != PATTERN; });
     return static_cast<std::size_t>(top - deepest);
 }
 
 TEST(HostFaults, LogCallsTakeLessThan8KilobytesOfStack) {
     if (SANITIZED)
-        GTEST_SKIP() << "the checks of a sanitizer take stack of their own";
+        GTEST_SKIP() << "sanitizers use stack of their own";
     const test_host::TemporaryDirectory directory;
     const std::string file = directory / "trace.log";
     const std::string format = "%2$*1$d %4$.*3$f %5$s\n";
@@ -222,11 +222,11 @@ TEST(HostFaults, LongPathOfTheLogIsCutBeforeTheNewline) {
               line.substr(0, 2046) + "\n" + "ENVIRONMENT::");
 }
 
-TEST(HostFaults, WhateverOpensIsALibraryAndNothingIsWaitedFor) {
+TEST(HostFaults, AnyFileThatOpensIsALibraryAndOpeningDoesNotWait) {
     const test_host::TemporaryDirectory directory;
     const test_host::Variable searchPath("PATH", directory.path());
     const std::string file = directory / "libFoo.so";
-    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0); // nobody writes to it
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0); // without a writer
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
     ASSERT_EQ(unlink(file.c_str()), 0);
     test_host::writeFile(file);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Records, traces and dumps within one process. Start-up, copies and the end of logging are tested
-// from outside, by the golden tests in logging_process/.
+// Records, traces and dumps within one process. The golden tests in logging_process/ cover start,
+// copies and end of logging.
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
@@ -62,7 +62,7 @@ TEST(LogRecord, NullOrEmptyFormatFlushesThroughTheLevelFilter) {
     std::string expected;
     for (const auto& flush : flushes) {
         logger.printLog(1, "x%cy", '\0');
-        logger.printLog(2, nullptr); // a level that is not written
+        logger.printLog(2, nullptr); // filtered out
         logger.dumpBuffer(2, "", nullptr, 0);
         EXPECT_EQ(log.text(), expected);
         flush();
@@ -70,7 +70,7 @@ TEST(LogRecord, NullOrEmptyFormatFlushesThroughTheLevelFilter) {
         EXPECT_EQ(log.text(), expected);
     }
     logger.printLog(1, "\n");
-    if (test_host::WINDOWS) // which knows no line buffering
+    if (test_host::WINDOWS) // has no line buffering
         logger.flush();
     EXPECT_EQ(log.text(), expected + "\n");
 }
@@ -83,13 +83,13 @@ TEST(LogRecord, RunTimeFormatsDoNotEndTheProcess) {
     logger.printLog(1, counting.c_str(), &count);
     for (const std::string format : {"%2$d\n", "%3$d%1$d\n", "%2$-8.3d|%4$d\n"})
         logger.printLog(1, format.c_str(), 1, 2, 3, 4);
-    if (test_host::WINDOWS) // whose C library knows no numbered arguments
+    if (test_host::WINDOWS) // has no numbered arguments
         return;
     EXPECT_EQ(count, 2);
     EXPECT_EQ(log.finish(), "abc\n2\n31\n002     |4\n");
 }
 
-// As many characters of `text` as fit into a line beside `others` more.
+// `text`, cut to fit in a record with `others` more characters.
 std::string cut(const std::string& text, std::size_t others) {
     return text.substr(0, 2047 - others);
 }
@@ -116,7 +116,7 @@ TEST(LogLine, LongNamesAndResultsAreCutBeforeTheNewline) {
         logger.logMethodExit(result.c_str());
         expected += "EXITING f -- returning " + cut(result, 24) + "\n";
         enter(name);
-        logger.logMethodExit(result.c_str()); // the result gives way first
+        logger.logMethodExit(result.c_str()); // the result is cut first
         expected += "EXITING " + cut(name, 23) + " -- returning " +
                     cut(result, 23 + cut(name, 23).size()) + "\n";
         enter("g");
@@ -127,7 +127,7 @@ TEST(LogLine, LongNamesAndResultsAreCutBeforeTheNewline) {
     EXPECT_EQ(log.finish(), expected);
 }
 
-TEST(LogTimes, LeaveTheTimeThatAClientHolds) {
+TEST(LogTimes, LeaveStaticTimesOfTheClientUnchanged) {
     const test_host::TemporaryDirectory directory;
     const test_host::Variable file("TOR_KEL_LOGFILE", directory / "trace.log");
     const test_host::Variable level("TOR_KEL_LOGDETAIL", "2");
@@ -147,7 +147,7 @@ TEST(LogTimes, LeaveTheTimeThatAClientHolds) {
 void logWithList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a list is made
     std::va_list arguments;
     va_start(arguments, format);
-    logger.vprintLog(5, format, arguments); // beyond the level
+    logger.vprintLog(5, format, arguments); // filtered out
     va_end(arguments);
     va_start(arguments, format);
     logger.logMethodEntry("list", format, arguments);
@@ -165,7 +165,7 @@ TEST(LogEntry, OnlyAListReachesTheFormWithAList) {
     const char* const constText = text;
     logger.logMethodEntry("m", "count=%d", 0); // a null pointer constant
     logger.logMethodEntry("m", "text=%s", constText);
-    if (typeid(std::va_list) != typeid(char*)) // or else a char* is a list
+    if (typeid(std::va_list) != typeid(char*)) // otherwise a char* is a list
         logger.logMethodEntry("m", "text=%s", text);
     else
         logger.logMethodEntry("m", "text=%s", constText);
@@ -234,7 +234,7 @@ TEST(LogDump, TitlesAreTextsAndMayBeLeftOut) {
     const unsigned char bytes[] = {0x55, 0x0A};
     const std::string table = "\n(MSB<-LSB)  1  0\n00000000h: 0a 55 \n";
     logger.dumpBuffer(1, bytes, 12);
-    logger.dumpBuffer(1, "100%% of %s", bytes, 12); // from outside: never a format
+    logger.dumpBuffer(1, "100%% of %s", bytes, 12); // untrusted: never a format
     logger.dumpBuffer(1, nullptr, bytes, 12);
     EXPECT_EQ(log.finish(), "[Buffer Dump]" + table + "100% of %s" + table + table);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Exhausted memory: every operation that allocates is repeated, and each time another one of its
-// allocations fails. It either completes, or throws std::bad_alloc and leaves its object unchanged.
+// Exhausted memory: every operation that allocates runs once for each of its allocations, which
+// fails. It either completes, or throws std::bad_alloc and leaves its object unchanged.
 // The sanitized build also checks for leaks.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Exception.h"
@@ -33,7 +33,7 @@ using test::Failure;
 
 namespace {
 
-// NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a false alarm, it refers to the global.
+// NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a false positive: it refers to the global.
 Logger& logger = Logger::logger;
 
 class ExhaustedMemory : public testing::Test {
@@ -44,7 +44,7 @@ protected:
     }
 };
 
-/// Calls \a action while memory is exhausted, and expects that it allocates.
+/// Calls \a action while every allocation fails, and expects that one is tried.
 void whileExhausted(const std::function<void()>& action) {
     {
         const FailingNew noMemory;

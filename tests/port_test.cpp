@@ -26,18 +26,18 @@ using Texts = std::vector<std::string>;
 namespace {
 
 struct FakeHost {
-    std::set<std::string> readable;      ///< files that open for reading
-    std::set<std::string> madeMeanwhile; ///< by another process, just before they would be made
-    std::set<std::string> directories;   ///< those of them that are directories
-    bool everythingExists = false;       ///< otherwise nothing, and no directory can be made
-    bool listingBreaksOff = false;
-    std::map<char, std::string> currentDirectories; ///< of a drive, or of 0; missing: unreadable
+    std::set<std::string> readable;        ///< files that open for reading
+    std::set<std::string> createdByOthers; ///< just before the library would create them
+    std::set<std::string> directories;     ///< those of them that are directories
+    bool everythingExists = false;
+    bool listingFails = false;
+    std::map<char, std::string> currentDirectories; ///< by drive, 0 for the current one
 
     std::vector<std::string> calls; ///< such as "exist NAME"
 };
-FakeHost host; // each test begins with a new one
+FakeHost host; // reset for each test
 
-void note(const std::string& call, const char* path) {
+void record(const std::string& call, const char* path) {
     host.calls.push_back(call + " " + path);
 }
 
@@ -46,30 +46,30 @@ void note(const std::string& call, const char* path) {
 namespace Port {
 
 bool File::exist(const char* path) {
-    note("exist", path);
+    record("exist", path);
     return host.everythingExists || host.directories.contains(path);
 }
 
 bool File::isdir(const char* path) {
-    note("isdir", path);
+    record("isdir", path);
     return false;
 }
 
 bool File::mkdir(const char* path, bool flag) {
-    note(flag ? "mkdir with flag" : "mkdir", path);
-    if (host.madeMeanwhile.contains(path))
+    record(flag ? "mkdir with flag" : "mkdir", path);
+    if (host.createdByOthers.contains(path))
         host.directories.insert(path);
     return false;
 }
 
 bool File::readable(const char* path) {
-    note("readable", path);
+    record("readable", path);
     return host.readable.contains(path);
 }
 
 Creation File::create(const char* path) {
-    note("create", path);
-    return host.madeMeanwhile.contains(path) ? Creation::nameTaken : Creation::refused;
+    record("create", path);
+    return host.createdByOthers.contains(path) ? Creation::nameTaken : Creation::refused;
 }
 
 bool isLeadByte(char /*byte*/) {
@@ -82,16 +82,16 @@ std::string currentDirectory(char drive) {
 }
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
-    note("list " + std::to_string(flag), directory);
+    record("list " + std::to_string(flag), directory);
     entries = {"first", "second"};
-    valid = !host.listingBreaksOff;
+    valid = !host.listingFails;
 }
 
 } // namespace Port
 
 namespace {
 
-constexpr const char* LOST = "Could not read the current directory.\n";
+constexpr const char* UNREADABLE = "Could not read the current directory.\n";
 
 std::string absolute(const Port::Conventions& conventions, const std::string& path) {
     return Port::FileName(path.c_str(), conventions).GetAbsolutePath(false).c_str();
@@ -122,12 +122,12 @@ TEST_F(OnWindows, All32002NamesAreTriedInOrder) {
     Texts expected{"exist C:\\Users\\user\\.kel"};
     for (int number = 0; number <= 32001; ++number)
         expected.push_back("exist C:\\Users\\user\\.kel\\trace" + std::to_string(number));
-    EXPECT_EQ(host.calls, expected); // and none is created
+    EXPECT_EQ(host.calls, expected); // and no file is created
 }
 
-TEST_F(OnWindows, WhatSomebodyElseMakesMeanwhileIsNotMadeAgain) {
+TEST_F(OnWindows, WhatAnotherProcessCreatesIsNotCreatedAgain) {
     const std::string kel = "C:\\Users\\user\\.kel";
-    host.madeMeanwhile = {kel, kel + "\\trace0", kel + "\\trace1"};
+    host.createdByOthers = {kel, kel + "\\trace0", kel + "\\trace1"};
     EXPECT_EQ(outcome(files::createTempFile, WINDOWS, "trace"), kel + "\\trace2");
     Texts expected{"exist " + kel, "mkdir " + kel, "exist " + kel};
     for (const char* const name : {"trace0", "trace1", "trace2"})
@@ -135,7 +135,7 @@ TEST_F(OnWindows, WhatSomebodyElseMakesMeanwhileIsNotMadeAgain) {
             expected.push_back(call + kel + "\\" + name);
     EXPECT_EQ(host.calls, expected);
     for (int number = 0; number <= 32001; ++number)
-        host.madeMeanwhile.insert(kel + "\\trace" + std::to_string(number));
+        host.createdByOthers.insert(kel + "\\trace" + std::to_string(number));
     EXPECT_EQ(outcome(files::createTempFile, WINDOWS, "trace"),
               "Too many temporary files exist in the .kel directory with the name trace\n");
     EXPECT_EQ(host.calls.back(), "create " + kel + "\\trace32001");
@@ -143,7 +143,7 @@ TEST_F(OnWindows, WhatSomebodyElseMakesMeanwhileIsNotMadeAgain) {
 
 TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
     const char* const cases[][4] = {
-        // PATH, the name, what can be opened, the result
+        // PATH, name, readable file, result
         {"C:\\a;;C:\\b", "foo", "C:\\b\\foo.dll", "C:\\b"},
         {"C:\\a;;C:\\b", "foo.dll", "C:\\a\\foo.dll", "C:\\a"},
         {"", "foo", ".\\foo.dll", "."},
@@ -165,7 +165,7 @@ TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
     EXPECT_EQ(files::dataDirectory(WINDOWS, "../e/"), "C:\\e\\");
 }
 
-TEST_F(OnWindows, NormalizedPathsKeepOrLackTheirLastSeparator) {
+TEST_F(OnWindows, NormalizedPathsEndInASeparatorIfGivenOne) {
     const char* const cases[][2] = {{"", ""},
                                     {".", "C:\\work"},
                                     {"./sub\\", "C:\\work\\sub\\"},
@@ -180,21 +180,21 @@ TEST_F(OnWindows, NormalizedPathsKeepOrLackTheirLastSeparator) {
     EXPECT_EQ(files::normalize(WINDOWS, ".\\a"), "C:\\a");
     host.currentDirectories.clear();
     for (const char* const path : {".", ".\\", "./x", ".x", "..", "..\\x", "x/y"}) {
-        EXPECT_EQ(outcome(files::normalize, WINDOWS, path), LOST) << path;
-        EXPECT_EQ(outcome(files::normalize, POSIX, path), LOST) << path;
+        EXPECT_EQ(outcome(files::normalize, WINDOWS, path), UNREADABLE) << path;
+        EXPECT_EQ(outcome(files::normalize, POSIX, path), UNREADABLE) << path;
     }
     for (const char* const path : {"\\x", "C:x"})
-        EXPECT_EQ(outcome(files::normalize, WINDOWS, path), LOST);
+        EXPECT_EQ(outcome(files::normalize, WINDOWS, path), UNREADABLE);
     EXPECT_EQ(files::normalize(WINDOWS, "C:/x"), "C:\\x");
     EXPECT_EQ(files::normalize(POSIX, "\\x"), "/x");
 }
 
-TEST_F(OnWindows, ListingThatBreaksOffKeepsTheList) {
-    host.listingBreaksOff = true;
+TEST_F(OnWindows, FailedListingKeepsTheList) {
+    host.listingFails = true;
     Texts list{"kept"};
     EXPECT_THROW(Kel_Util::getDirectoryFileList("dir", true, list), Kel_Exception);
     EXPECT_EQ(list, Texts{"kept"});
-    host.listingBreaksOff = false;
+    host.listingFails = false;
     Kel_Util::getDirectoryFileList("dir", false, list);
     EXPECT_EQ(list, (Texts{"first", "second"}));
     EXPECT_EQ(host.calls, (Texts{"list 0 dir", "list 1 dir"}));
@@ -202,7 +202,7 @@ TEST_F(OnWindows, ListingThatBreaksOffKeepsTheList) {
 
 TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
     const char* const cases[][3] = {
-        // the path, its absolute form in C:\work and in /here
+        // path, absolute form in C:\work, absolute form in /here
         {"c:/a/../b", "c:\\b", "/here/c:/b"},
         {"//", "C:\\", "/"},
         {"C:", "C:\\work", "/here/C:"},
@@ -229,7 +229,7 @@ TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
     host.currentDirectories[0] = "\\\\srv\\share\\deep";
     EXPECT_EQ(absolute(WINDOWS, "..\\..\\..\\x"), "\\\\srv\\share\\x");
     EXPECT_EQ(absolute(WINDOWS, "\\x"), "\\\\srv\\share\\x");
-    host.currentDirectories[0] = "/a\\b"; // one name on that host
+    host.currentDirectories[0] = "/a\\b"; // a single name on POSIX
     EXPECT_EQ(absolute(POSIX, ".."), "/");
     EXPECT_EQ(absolute(POSIX, "c\\d"), "/a\\b/c/d");
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What tests need from the host: the one place in the tests that knows which host it is.
+// What tests need from the host. Only this file of the tests distinguishes hosts.
 #pragma once
 
 #include <cstdint>
@@ -69,10 +69,10 @@ inline std::string readWholeFile(const std::string& path) {
 /// True when `fopen` opens \a path for reading, as a caller would.
 inline bool opens(const std::string& path) {
     std::FILE* const stream = std::fopen(path.c_str(), "rb");
-    return stream != nullptr && (std::fclose(stream), true);
+    return stream != nullptr && std::fclose(stream) == 0;
 }
 
-/// Creates or replaces a file; throws when it cannot.
+/// Creates or replaces a file; throws on failure.
 inline void writeFile(const std::string& path, const std::string& text = "") {
     std::ofstream stream(path, std::ios::binary);
     if (!(stream << text).flush())
@@ -95,7 +95,7 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(location, ignored);
     }
-    /// Without a separator at its end.
+    /// Without a trailing separator.
     std::string path() const { return location.string(); }
     /// The path of \a name in the directory, in the host's style.
     std::string operator/(const std::string& name) const { return below(path(), name); }

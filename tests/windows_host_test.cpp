@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// What only Windows has: drives, limited paths and links to directories. A fake
-// host injects links and failing searches, which not every host and user can make: this file
-// defines the pointers through which the library's objects call the system.
+// Drives, limited paths and links to directories, which only Windows has. A fake host injects links
+// and failing searches: this file defines the import pointers through which the library calls the
+// system.
 #include "KelRT/Kel_Util.h"
 #include "outcome.h"
 #include "test_host.h"
@@ -26,8 +26,8 @@ using Texts = std::vector<std::string>;
 namespace {
 
 struct FakeHost {
-    std::set<std::string> links; ///< to directories, as the system shows them
-    bool searchesBreakOff = false;
+    std::set<std::string> links; ///< reported as links to directories
+    bool searchesFail = false;
 };
 FakeHost host;
 
@@ -44,7 +44,7 @@ DWORD WINAPI attributes(LPCSTR path) {
 }
 
 BOOL WINAPI findNext(HANDLE search, LPWIN32_FIND_DATAA entry) {
-    if (!host.searchesBreakOff)
+    if (!host.searchesFail)
         return systems(findNext, "FindNextFileA")(search, entry);
     SetLastError(ERROR_NETNAME_DELETED);
     return FALSE;
@@ -59,7 +59,7 @@ decltype(&FindNextFileA) __imp_FindNextFileA = findNext;             // NOLINT(*
 
 namespace {
 
-/// What getDirectoryFileList makes of a list, in a certain order, or its message.
+/// The sorted list from getDirectoryFileList, or its message.
 Texts listed(const std::string& directory) {
     Texts list;
     const std::string message = outcome([&] {
@@ -76,7 +76,7 @@ Texts refused(const std::string& directory) {
     return {"Could not open the directory: " + directory + "\n"};
 }
 
-/// An empty drive: prepared before under Wine, elsewhere a directory.
+/// An empty drive: under Wine the test task provides it, elsewhere it is a directory.
 class EmptyDrive : public ::testing::Test {
 protected:
     EmptyDrive() {
@@ -112,13 +112,13 @@ TEST_F(EmptyDrive, IsListedAndHasACurrentDirectoryOfItsOwn) {
     std::filesystem::remove_all("W:\\sub");
 }
 
-/// A path that has no limit, for the system's wide functions.
+/// A path without the length limit, for the system's wide functions.
 std::wstring unlimited(const std::string& path) {
     const std::string text = "\\\\?\\" + path;
     return {text.begin(), text.end()};
 }
 
-TEST(WindowsHost, LongDirectoryIsListedRightOrRefused) {
+TEST(WindowsHost, LongDirectoryIsListedCorrectlyOrRefused) {
     const test_host::TemporaryDirectory here;
     const std::string parent = here / std::string(230 - here.path().size(), 'p');
     std::filesystem::create_directory(parent);
@@ -130,7 +130,7 @@ TEST(WindowsHost, LongDirectoryIsListedRightOrRefused) {
         ASSERT_TRUE(CreateDirectoryW(unlimited(path).c_str(), nullptr));
         ASSERT_TRUE(CreateDirectoryW(inside.c_str(), nullptr));
         for (const std::string& directory : {path, name}) {
-            EXPECT_EQ(listed(parent), Texts{name}); // which must not come again
+            EXPECT_EQ(listed(parent), Texts{name}); // which a truncated path would list
             const Texts found = listed(directory);
             EXPECT_TRUE(found == Texts{"inside"} || found == refused(directory)) << length;
         }
@@ -150,9 +150,9 @@ TEST(WindowsHost, LinkIsADirectoryWhereItsTargetIsOne) {
     host = {};
 }
 
-TEST(WindowsHost, SearchThatBreaksOffIsRefused) {
+TEST(WindowsHost, FailedSearchIsReported) {
     const test_host::TemporaryDirectory here;
-    host.searchesBreakOff = true;
+    host.searchesFail = true;
     EXPECT_EQ(listed(here.path()), refused(here.path()));
     host = {};
 }

@@ -41,7 +41,7 @@ struct Log {
             names.push_back(name);
         depth += level >= 4 ? 1 : 0;
     }
-    /// Where a line is too long, \a value is cut, then the name; \a result never is.
+    /// In a line that is too long, \a value is cut first, then the name, never \a result.
     void exit(const std::string& result, const std::string& value = "") {
         if (level < 4 || names.empty())
             return;
@@ -55,7 +55,7 @@ struct Log {
             (value.empty() ? name : value).pop_back();
         record(4, "EXITING " + name + result + value + "\n");
     }
-    /// \a title is the text that it shows; an empty one writes no record.
+    /// \a title is the text of the record; an empty one writes none.
     void dump(const std::string& title, const std::vector<unsigned char>& buffer,
               std::uint64_t bitCount) {
         const std::uint64_t bytes = bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0);
@@ -97,7 +97,7 @@ private:
     }
 };
 
-/// Logging to a file of its own, which a process can start once.
+/// Logs to a new file. A process can start logging only once.
 class LogFile {
 public:
     LogFile() {
@@ -110,9 +110,9 @@ public:
     }
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
-    ~LogFile() { KelRT::Logger::logger.endLogging(); } // a host may not remove an open file
+    ~LogFile() { KelRT::Logger::logger.endLogging(); } // Windows does not remove open files
 
-    /// All that has reached the file, without the lines that start-up wrote.
+    /// The content of the file after the opening lines.
     [[nodiscard]] std::string text() const {
         return test_host::readWholeFile(path).substr(openingSize);
     }
