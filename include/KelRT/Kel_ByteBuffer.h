@@ -365,7 +365,7 @@ public:
     /// @}
 
 private:
-    /// The realignment. Only a test while no shift is pending.
+    /// The realignment; just one test if no shift is pending.
     void byteAlign() noexcept {
         if (pendingBitShift != 0)
             byteAlignSlowCase();

@@ -56,8 +56,8 @@ namespace KelRT {
 ///
 /// **Processes.** A child process inherits the descriptor of the log file, also across `exec`. A
 /// forked child that calls `exit` ends logging as its parent does: it writes once more what the
-/// stream still held when it was forked, and the closing line. It calls `_exit` instead, or the
-/// parent flushes before it forks and the child sets the detail level to 0.
+/// stream still held when it was forked, and the closing line. To avoid this, it calls `_exit`, or
+/// the parent flushes before it forks and the child sets the detail level to 0.
 class Logger {
     /// Declared only. Its argument fits a function of T exactly when T is passed as lists are.
     static void onlyForLists(void (*function)(std::va_list));

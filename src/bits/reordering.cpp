@@ -27,7 +27,7 @@ void Kel_ByteBuffer::swapByteOrder(std::uint64_t fromByte, std::uint64_t byteCou
     unsigned char* high = low + byteCount;
     constexpr std::ptrdiff_t WORD = WORD_BYTES;
     for (; high - low >= WORD; low += WORD, high -= WORD) {
-        // The last two words may overlap. They agree on the bytes that they share.
+        // The last two words may overlap. Both stores write the same values to the shared bytes.
         const std::uint64_t lowWord = loadWord(low);
         const std::uint64_t highWord = loadWord(high - WORD);
         storeWord(low, swapBytes(highWord));

@@ -18,7 +18,7 @@ namespace {
 
 using Block = std::unique_ptr<unsigned char[]>;
 
-// Throws std::bad_alloc if a block cannot have the size. Checked terms cannot overflow the sum.
+// Throws std::bad_alloc if no block can have this size. Each term is checked, so no sum overflows.
 std::size_t sumOfSizes(std::initializer_list<std::uint64_t> sizes) {
     std::uint64_t sum = 0;
     for (const std::uint64_t size : sizes)
@@ -39,7 +39,8 @@ Block paddedCopy(const Block& block, std::size_t size, std::uint64_t before, std
     return copy;
 }
 
-// The functions below shift bytes down by 1 to 7 bits in place. Zeros enter at the top.
+// Functions up to shiftDown(): a shift of a byte string down by 1 to 7 bits, in place. Zeros enter
+// at the top.
 
 // Fewer than VECTOR_BYTES bytes.
 void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
@@ -58,9 +59,11 @@ common::WordVector shifted(common::WordVector words, common::WordVector next, un
     return words >> shift | next << (64 - shift);
 }
 
-// Blocks of four vectors before `end`. Returns where the last block ends. Words are loaded twice,
-// so that no vector waits for another. All loads precede the stores, or the processor may predict a
-// false store-to-load dependency. Word by word, the row "shift, 4 KiB" takes 40 % longer.
+// Shifts all whole blocks of four vectors before `end`; returns the end of the last one. A second,
+// overlapping load gives the following words, so the vectors are independent of each other. All
+// loads of a block precede its stores, or the processor may predict a
+// false store-to-load dependency. Word by word, the benchmark row "shift by 3 bits, 4 KiB" takes 40
+// % longer.
 unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, unsigned shift) {
     using namespace common;
     constexpr std::ptrdiff_t BLOCK = 4 * VECTOR_BYTES;
@@ -86,8 +89,9 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     const WordVector last = loadWords(end);
     const WordVector top = shifted(last, middleWords(last, WordVector{}), shift);
     bytes = shiftBlocksDown(bytes, end, shift);
-    // Loads do not overlap: one that spans two recent stores, such as those of a previous shift,
-    // waits for both. Word by word, the row "shift, 64 B" takes 26 % longer.
+    // Here no loads overlap: a load that spans two recent stores, such as those of a previous
+    // shift, cannot be forwarded and waits for both. Word by word, the benchmark row "shift by 3
+    // bits, 64 B" takes 26 % longer.
     constexpr std::ptrdiff_t VECTOR = VECTOR_BYTES;
     WordVector words = loadWords(bytes);
     for (; end - bytes >= VECTOR; bytes += VECTOR) {
@@ -100,7 +104,7 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     storeWords(end, top);
 }
 
-// Aligned memory from malloc(). The pointer that malloc() returned precedes the aligned address.
+// Aligned memory from malloc(), whose original pointer is stored just before the aligned address.
 
 void* alignedBlock(std::size_t bytes, std::align_val_t alignment) noexcept {
     const std::size_t extra = static_cast<std::size_t>(alignment) + sizeof(void*);

@@ -31,7 +31,8 @@ public:
     constexpr DoubleWord(std::uint64_t newHigh, std::uint64_t newLow)
         : high(newHigh), low(newLow) {}
 
-    // To any integer type, by way of the low word.
+    // Truncates to an integer type. Not for bool: unlike the compiler's type, it ignores the high
+    // word.
     template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
     constexpr explicit operator Integer() const {
         return static_cast<Integer>(low);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Hexadecimal digits: single ones by a table, up to sixteen at once by vectors. Digits of both
-// cases are read, independent of the locale.
+// Hexadecimal digits: a table converts single digits, vectors convert up to sixteen at once. Digits
+// of either case are read, independently of the locale.
 #pragma once
 
 #include "common/vectors.h"
@@ -38,7 +38,8 @@ constexpr std::int32_t lenientHexValue(char character) {
     return value != NO_DIGIT ? value : static_cast<signed char>(character) - 48;
 }
 
-// The values of digits, of which `letters` marks the letters: their low four bits count from 1.
+// The values of digits; `letters` is the mask of those that are letters. The low four bits of 'A'
+// and 'a' are 1, so 9 is added.
 inline Vector hexValues(Vector characters, Vector letters) {
     return (characters & broadcastVector(15)) + (letters & broadcastVector(9));
 }
@@ -70,7 +71,7 @@ inline void writeHex(char* end, std::uint64_t number, unsigned count, char lette
     const Vector values = interleave(bytes >> 4, bytes & broadcastVector(15));
     const auto gap = static_cast<unsigned char>(letters - ('9' + 1));
     const Vector digits = values + broadcastVector('0') + (above(values, 9) & broadcastVector(gap));
-    if (count == VECTOR_BYTES)
+    if (count == HEX_DIGITS_PER_WORD)
         return storeVector(end - VECTOR_BYTES, digits);
     const unsigned low = count < 8 ? count : 8;
     storeHighBytes(end - low, secondWord(digits), low);

@@ -18,7 +18,8 @@ constexpr std::size_t checkedCount(std::uint64_t count) {
     return static_cast<std::size_t>(count);
 }
 
-// Whether two blocks of memory share a byte. They may belong to different objects.
+// Whether two blocks of memory overlap. An empty block strictly inside the other one counts as
+// overlapping. The blocks may belong to different objects.
 inline bool overlap(const void* a, std::uint64_t aSize, const void* b,
                     std::uint64_t bSize) noexcept {
     const std::less<> before; // orders pointers into different objects, too

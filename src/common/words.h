@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Words: 64 bits out of byte arrays at any address. A word is little-endian on every host: bit n of
+// 64-bit words in byte arrays, at any alignment. A word is little-endian on every host: bit n of
 // the word at p is bit n mod 8 of p[n / 8], the bit numbering of the whole library.
 #pragma once
 
@@ -57,7 +57,7 @@ inline void storeHalf(void* to, std::uint64_t word) {
 }
 
 // `count` bytes (0 to 8) as the low bytes of a word; the others are 0. The loads overlap. With a
-// memcpy() of `count` bytes, the row "parse hexadecimal, mixed" takes 2.9 times as long.
+// memcpy() of `count` bytes, the benchmark row "parse hexadecimal, mixed" takes 2.9 times as long.
 inline std::uint64_t loadBytes(const void* from, std::uint64_t count) {
     const auto* const p = static_cast<const unsigned char*>(from);
     if (count >= WORD_BYTES)
@@ -105,7 +105,7 @@ constexpr std::uint64_t lowBits(std::uint64_t count) {
 inline std::uint64_t loadHighBytes(const void* from, unsigned count, unsigned char filler) {
     if (count == WORD_BYTES)
         return loadWord(from);
-    const std::uint64_t half = (WORD_BYTES - count) * 4; // bits; a shift by 64 takes two steps
+    const std::uint64_t half = (WORD_BYTES - count) * 4; // two steps: a shift by 64 is undefined
     return loadBytes(from, count) << half << half | (broadcast(filler) & lowBits(2 * half));
 }
 
@@ -135,7 +135,7 @@ constexpr std::uint64_t spreadBits(std::uint8_t bits) {
 
 // The inverse of spreadBits().
 constexpr std::uint8_t packBits(std::uint64_t word) {
-    // The factor moves bit 8n to bit 56 + n. No two bits of the products coincide.
+    // The factor moves bit 8n to bit 56 + n. No partial products overlap, so nothing carries.
     return static_cast<std::uint8_t>(word * 0x0102040810204080 >> 56);
 }
 
@@ -148,7 +148,7 @@ inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
     const unsigned shift = position % 8;
     if (available <= WORD_BYTES)
         return loadBytes(p, available) >> shift & lowBits(count);
-    // The field may reach into a ninth byte. For a shift of 0, its bits are shifted out.
+    // The field may reach into a ninth byte. If the shift is 0, that byte is shifted out entirely.
     const std::uint64_t ninth = std::uint64_t{p[WORD_BYTES]} << 1 << (63 - shift);
     return (loadWord(p) >> shift | ninth) & lowBits(count);
 }

@@ -21,8 +21,8 @@ std::string withSeparator(const Conventions& conventions, const std::string& dir
                                                          : Port::join(conventions, directory, "");
 }
 
-// The directory of a family of data in the installation tree. The tree's root is two levels above
-// the directory of the library.
+// The directory data/FAMILY in the installation tree, whose root is two levels above the directory
+// of the library.
 std::string installedDirectory(const Conventions& conventions, const char* library,
                                const char* family) {
     std::string directory = files::findLibrary(conventions, library);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Functions of Kel_Util under the conventions of any host; the public ones pass the native ones.
+// Functions of Kel_Util with the host's conventions as an argument; Kel_Util passes Port::NATIVE.
 #pragma once
 
 #include "port/file_name.h"
@@ -12,7 +12,7 @@ namespace KelRT::files {
 // Kel_Util::findLibInPath
 std::string findLibrary(const Port::Conventions& conventions, const std::string& libraryName);
 
-// Kel_Util::getDataDirPath; an empty userDataDir is not set.
+// Kel_Util::getDataDirPath; an empty userDataDir counts as unset.
 std::string dataDirectory(const Port::Conventions& conventions, const std::string& userDataDir);
 
 // Kel_Util::getSorvaDataDirPath

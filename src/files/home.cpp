@@ -18,7 +18,7 @@ constexpr unsigned LAST_TEMP_NUMBER = 32001;
 std::string files::createUserDirectory(const Port::Conventions& conventions) {
     std::string directory = Port::join(conventions, Kel_Util::getHomePath(), USER_DIRECTORY);
     const auto exists = [&] { return Port::File::exist(directory.c_str()); };
-    // Another thread or process may create it in between.
+    // Another thread or process may create it between the check and mkdir.
     if (!exists() && !Port::File::mkdir(directory.c_str(), false) && !exists())
         throw Kel_Exception("Cannot create " + directory + " directory, check the " +
                             HOME_VARIABLE + " variable.\n");

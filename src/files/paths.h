@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Functions of Kel_Util under the conventions of any host; the public ones pass the native ones.
+// Functions of Kel_Util with the host's conventions as an argument; Kel_Util passes Port::NATIVE.
 #pragma once
 
 #include "port/file_name.h"

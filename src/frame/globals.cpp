@@ -3,7 +3,8 @@
 // Every global object that needs construction, in the order of construction; destruction is in the
 // reverse order. The language fixes the order only within one file, so any new global belongs here.
 //
-// A function-local static would be destroyed before exit handlers that a client registered earlier.
+// A function-local static, if first used after a client registered an exit handler, would be
+// destroyed before that handler runs.
 #include "frame/globals.h"
 
 #include "KelRT/Kel_Number.h"
@@ -33,7 +34,7 @@ const Port::FileInit fileServices;
 // 8: the caller's data directory.
 std::string Kel_Util::userDataDir;
 
-// Constants, with their values in the headers, need no code at load.
+// Constants, initialised in the headers, need no dynamic initialisation.
 const std::uint32_t Kel_Number::WORD_LENGTH;
 const std::uint32_t Kel_Number::WORD_BASE;
 

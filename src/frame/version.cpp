@@ -16,10 +16,10 @@ constexpr const char* BUILD_TIMESTAMP = __DATE__ " " __TIME__;
 // Guards the five texts. Constant-initialised, so it takes no part in the order of the globals.
 std::mutex fillMutex;
 
-// Composes a text that is still empty. The caller holds the lock. If memory is exhausted, the text
-// stays empty.
 using Compose = std::string (*)();
 
+// Composes a text that is still empty. The caller holds the lock. If memory is exhausted, the text
+// stays empty.
 const std::string& fill(std::string& text, Compose compose) {
     if (text.empty())
         text = compose();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Buffer dumps. Title and label are records, so they may be indented. The table goes directly to
-// the stream, in large pieces.
+// the stream, in large blocks.
 #include "KelRT/Logger.h"
 
 #include "common/hex.h"
@@ -18,14 +18,14 @@
 namespace KelRT {
 namespace {
 
-constexpr std::uint64_t SHOWN_BYTES = 10000;
+constexpr std::uint64_t MAX_SHOWN_BYTES = 10000;
 constexpr std::string_view LABEL = "\n(MSB<-LSB)";
-constexpr std::string_view CUT_MESSAGE =
+constexpr std::string_view TRUNCATION_MESSAGE =
     "... (To display buffers larger than 10000, enable the print large\n"
     "buffer flag in TOR_KEL_LOGFLAGS. Set bit 1 high, where bit 0 is LSB.)";
 
-// Writes text to a line-buffered stream in whole blocks, which the stream passes on unseen. It
-// would search smaller pieces for line ends and write each line.
+// Writes text to a line-buffered stream in whole blocks, which the C library passes on without
+// scanning them. Smaller writes would be scanned for newlines and flushed line by line.
 //
 // The buffer is too large for the stacks of some threads. One is enough for all Loggers, since
 // callers serialise every log call.
@@ -38,7 +38,7 @@ public:
     // Where the next piece goes, of up to MAX_PIECE characters.
     char* next() const { return text + used; }
     // Adds the piece from next() to `end`.
-    void addUpTo(const char* end) {
+    void commit(const char* end) {
         used = static_cast<std::size_t>(end - text);
         if (used >= SIZE)
             flush(SIZE);
@@ -86,8 +86,8 @@ char* putAddress(char* out, std::uint64_t index) {
     return put(out + DIGITS, "h: ");
 }
 
-// The text of each byte in the hexadecimal form, padded to four characters, which are copied at
-// once.
+// The two digits and the space of each byte, padded so that one four-byte copy writes them. What
+// follows overwrites the fourth character.
 constexpr auto HEX_CELLS = [] {
     std::array<std::array<char, 4>, 256> cells{};
     for (unsigned byte = 0; byte != cells.size(); ++byte)
@@ -118,7 +118,7 @@ struct BitForm {
     static void blankBits(char* cell, std::uint64_t count) { putBlanks(cell, count); }
 };
 
-// The column numbers, each above the last character of its column.
+// The column numbers, each above the last digit of its column.
 template <typename Form>
 char* putHeader(char* out, std::uint64_t bytes) {
     for (std::uint64_t column = std::min(bytes, Form::ROW_BYTES); column-- > 0;) {
@@ -128,7 +128,7 @@ char* putHeader(char* out, std::uint64_t bytes) {
     return out;
 }
 
-// The bytes of a row, in falling order.
+// The bytes of a row, in descending order of index.
 template <typename Form>
 char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
     for (std::uint64_t i = count; i-- > 0;)
@@ -137,14 +137,14 @@ char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
 }
 
 // The row that begins at `index`; `end` is the number of bytes shown. A short last row is padded on
-// the left. A short first row is not: the header has only as many columns.
+// the left. A short first row is not: its header is equally short.
 template <typename Form>
 char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::uint64_t end,
              std::uint64_t bitCount) {
     out = putAddress(out, index);
     const std::uint64_t count = std::min(end - index, Form::ROW_BYTES);
     if (count == Form::ROW_BYTES && 8 * (index + count) <= bitCount)
-        return putBytes<Form>(out, buffer + index, Form::ROW_BYTES); // a loop of known length
+        return putBytes<Form>(out, buffer + index, Form::ROW_BYTES); // constant trip count
     if (index != 0)
         out = putBlanks(out, (Form::ROW_BYTES - count) * Form::CELL);
     char* const highest = out;
@@ -157,13 +157,13 @@ char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::u
 template <typename Form>
 void putTable(BlockWriter& table, const unsigned char* buffer, std::uint64_t bitCount, bool whole) {
     const std::uint64_t bytes = (bitCount + 7) / 8;
-    const std::uint64_t shown = whole ? bytes : std::min(bytes, SHOWN_BYTES);
-    table.addUpTo(putHeader<Form>(table.next(), bytes));
+    const std::uint64_t shown = whole ? bytes : std::min(bytes, MAX_SHOWN_BYTES);
+    table.commit(putHeader<Form>(table.next(), bytes));
     for (std::uint64_t index = 0; index < shown; index += Form::ROW_BYTES)
-        table.addUpTo(putRow<Form>(table.next(), buffer, index, shown, bitCount));
+        table.commit(putRow<Form>(table.next(), buffer, index, shown, bitCount));
     if (shown < bytes)
-        table.addUpTo(put(putAddress(table.next(), shown), CUT_MESSAGE));
-    table.addUpTo(put(table.next(), "\n"));
+        table.commit(put(putAddress(table.next(), shown), TRUNCATION_MESSAGE));
+    table.commit(put(table.next(), "\n"));
     table.finish();
 }
 
@@ -174,7 +174,7 @@ void Logger::dumpBuffer(int level, const char* title, const unsigned char* buffe
     assert((buffer != nullptr || bitCount == 0) && "buffer holds the given number of bits");
     if (!shouldPrintLog(level))
         return;
-    const Port::CancellationDisabled uncancelled;
+    const Port::CancellationDisabled cancellationGuard;
     if (title != nullptr)
         writeTitle(title);
     write(LABEL.data(), LABEL.size());
@@ -190,12 +190,12 @@ void Logger::dumpBuffer(int level, const unsigned char* buffer, unsigned int bit
     dumpBuffer(level, "[Buffer Dump]", buffer, bitCount);
 }
 
-// Writes the title as a record. It may be untrusted, so it is not used as a format: only "%%" is
-// replaced.
+// Writes the title as a record. It may be untrusted, so it is not used as a format: "%%" becomes
+// "%", and nothing else is interpreted.
 void Logger::writeTitle(const char* title) noexcept {
     if (*title == '\0')
         return flush();
-    char text[logging::RECORD_SIZE];
+    char text[logging::MAX_RECORD_LENGTH];
     std::size_t length = 0;
     for (const char* from = title; *from != '\0' && length < sizeof text; ++from) {
         if (from[0] == '%' && from[1] == '%')

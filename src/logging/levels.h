@@ -12,11 +12,11 @@ constexpr int BANNER_LEVEL = 2;      // banner, start and end of logging
 constexpr int TRACE_LEVEL = 4;       // method entries and exits
 
 // The maximum length of a record.
-constexpr std::size_t RECORD_SIZE = 2047;
+constexpr std::size_t MAX_RECORD_LENGTH = 2047;
 
-// The room for a text in a record beside `others`, as the precision of `%.*s`.
-constexpr int roomBeside(std::string_view others) {
-    return static_cast<int>(RECORD_SIZE - others.size());
+// The precision for a "%.*s" whose record also holds the text `others`.
+constexpr int precisionBeside(std::string_view others) {
+    return static_cast<int>(MAX_RECORD_LENGTH - others.size());
 }
 
 } // namespace KelRT::logging

@@ -19,16 +19,16 @@ using logging::ENVIRONMENT_LEVEL;
 
 namespace {
 
-// Not 0 once any Logger of the process has started.
-std::int32_t loggingStarted = 0;
+// True once any Logger of the process has started.
+bool loggingStarted = false;
 
 // The stream that Loggers share; the last one closes it.
-struct OpenStream {
-    OpenStream() = default;
-    OpenStream(const OpenStream&) = delete;
-    OpenStream& operator=(const OpenStream&) = delete;
-    ~OpenStream() {
-        const Port::CancellationDisabled uncancelled;
+struct StreamOwner {
+    StreamOwner() = default;
+    StreamOwner(const StreamOwner&) = delete;
+    StreamOwner& operator=(const StreamOwner&) = delete;
+    ~StreamOwner() {
+        const Port::CancellationDisabled cancellationGuard;
         if (handle != nullptr)
             static_cast<void>(std::fclose(handle));
     }
@@ -49,12 +49,12 @@ std::FILE* selectStream(const std::string& name) {
 
 // The stream of that name, or null. Throws if memory is exhausted, before it opens anything.
 std::shared_ptr<std::FILE> openStream(const std::string& name) {
-    const auto holder = std::make_shared<OpenStream>();
-    holder->handle = selectStream(name);
-    if (holder->handle == nullptr)
+    const auto owner = std::make_shared<StreamOwner>();
+    owner->handle = selectStream(name);
+    if (owner->handle == nullptr)
         return nullptr;
-    static_cast<void>(std::setvbuf(holder->handle, nullptr, _IOLBF, 1024));
-    return {holder, holder->handle};
+    static_cast<void>(std::setvbuf(owner->handle, nullptr, _IOLBF, 1024));
+    return {owner, owner->handle};
 }
 
 // "----- Logging EVENT - TIME". TIME is empty if the C library cannot convert it.
@@ -90,10 +90,10 @@ Logger::~Logger() {
 }
 
 void Logger::startLogging() noexcept {
-    const Port::CancellationDisabled uncancelled;
-    if (loggingStarted != 0)
+    const Port::CancellationDisabled cancellationGuard;
+    if (loggingStarted)
         return;
-    loggingStarted = 1;
+    loggingStarted = true;
     nestingDepth = 0;
     stream.reset();
     detailLevel = 1;
@@ -121,7 +121,7 @@ void Logger::readOutput() noexcept {
         stream = openStream(name);
         countWrittenLevels();
         logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFILE=%.*s\n",
-                        logging::roomBeside("ENVIRONMENT::TOR_KEL_LOGFILE=\n"), name.c_str());
+                        logging::precisionBeside("ENVIRONMENT::TOR_KEL_LOGFILE=\n"), name.c_str());
     } catch (...) { // out of memory: logging stays off
         return;
     }
@@ -151,7 +151,7 @@ void Logger::readFlags() noexcept {
 }
 
 void Logger::endLogging() noexcept {
-    const Port::CancellationDisabled uncancelled;
+    const Port::CancellationDisabled cancellationGuard;
     popAllMethods();
     writeTimeLine("Ended");
     flush();

@@ -49,8 +49,8 @@ void MethodLogger::addArgument(std::string /*name*/, unsigned int /*value*/) noe
 // NOLINTEND(performance-unnecessary-value-param)
 
 unsigned int MethodLogger::setReturnStatus(unsigned int status) noexcept {
-    constexpr unsigned int FAILURE = 0x80000000U;
-    if ((status & FAILURE) == 0) {
+    constexpr unsigned int FAILURE_BIT = 0x80000000U;
+    if ((status & FAILURE_BIT) == 0) {
         copyText(returnText, "KEL_SUCCESS");
         return status;
     }
@@ -78,7 +78,7 @@ const char* MethodLogger::setReturn(const char* text) noexcept {
 
 int MethodLogger::setReturn(unsigned int value) noexcept {
     const auto shown = static_cast<int>(value);
-    copyText(returnText, std::to_string(shown)); // short enough to allocate nothing
+    copyText(returnText, std::to_string(shown)); // 11 characters at most: cannot throw
     return shown;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Formats records and writes them with their indentation. Tables of dumps bypass it.
+// Formats records and writes them, indented. The tables of dumps bypass this file.
 #include "KelRT/Logger.h"
 #include "logging/levels.h"
 #include "port/runtime.h"
@@ -22,18 +22,18 @@ void Logger::printLog(int level, const char* format, ...) noexcept {
 void Logger::vprintLog(int level, const char* format, std::va_list arguments) noexcept {
     if (!shouldPrintLog(level))
         return;
-    const Port::CancellationDisabled uncancelled;
+    const Port::CancellationDisabled cancellationGuard;
     if (format == nullptr || *format == '\0')
         return flush();
-    char text[logging::RECORD_SIZE + 1];
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false positive, printLog starts it.
+    char text[logging::MAX_RECORD_LENGTH + 1];
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false positive, the caller starts it.
     const int length = Port::formatText(text, sizeof text, format, arguments);
     if (length >= 0) // otherwise formatting failed and the record is lost
-        write(text, std::min(static_cast<std::size_t>(length), logging::RECORD_SIZE));
+        write(text, std::min(static_cast<std::size_t>(length), logging::MAX_RECORD_LENGTH));
 }
 
 void Logger::flush() noexcept {
-    const Port::CancellationDisabled uncancelled;
+    const Port::CancellationDisabled cancellationGuard;
     if (stream != nullptr)
         static_cast<void>(std::fflush(stream.get()));
 }
@@ -48,12 +48,12 @@ void Logger::write(const char* text, std::size_t length) noexcept {
 }
 
 void Logger::writeIndentation() noexcept {
-    constexpr std::int32_t UNITS = 32; // written at once
-    static constexpr char BLANKS[2 * UNITS + 1] =
+    constexpr std::int32_t LEVELS_PER_WRITE = 32;
+    static constexpr char BLANKS[2 * LEVELS_PER_WRITE + 1] =
         "                                                                ";
-    for (std::int32_t units = nestingDepth; units > 0; units -= UNITS) {
-        const auto now = static_cast<std::size_t>(std::min(units, UNITS));
-        static_cast<void>(std::fwrite(BLANKS, 2, now, stream.get()));
+    for (std::int32_t units = nestingDepth; units > 0; units -= LEVELS_PER_WRITE) {
+        const auto count = static_cast<std::size_t>(std::min(units, LEVELS_PER_WRITE));
+        static_cast<void>(std::fwrite(BLANKS, 2, count, stream.get()));
     }
 }
 

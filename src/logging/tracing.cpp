@@ -11,11 +11,11 @@
 
 namespace KelRT {
 
-using logging::roomBeside;
+using logging::precisionBeside;
 using logging::TRACE_LEVEL;
 
 // The room for name and result in an exit line. A text result is cut before the name is.
-constexpr int ROOM_BESIDE_RESULT = roomBeside("EXITING  -- returning \n");
+constexpr int ROOM_FOR_NAME_AND_RESULT = precisionBeside("EXITING  -- returning \n");
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
 void Logger::logMethodEntry(const char* name, const char* format, ...) noexcept {
@@ -36,7 +36,7 @@ void Logger::traceEntry(const char* name, const char* format, std::va_list argum
     assert(name != nullptr && "name is not null");
     if (!shouldPrintLog(TRACE_LEVEL))
         return;
-    printLog(TRACE_LEVEL, "ENTERING %.*s ", roomBeside("ENTERING  "), name);
+    printLog(TRACE_LEVEL, "ENTERING %.*s ", precisionBeside("ENTERING  "), name);
     if (format != nullptr)
         vprintLog(TRACE_LEVEL, format, arguments);
     printLog(TRACE_LEVEL, "\n");
@@ -47,7 +47,7 @@ void Logger::traceEntry(const char* name, const char* format, std::va_list argum
 void Logger::logMethodExit() noexcept {
     if (!beginExit())
         return;
-    printLog(TRACE_LEVEL, "EXITING %.*s\n", roomBeside("EXITING \n"), methodStack.top());
+    printLog(TRACE_LEVEL, "EXITING %.*s\n", precisionBeside("EXITING \n"), methodStack.top());
     methodStack.pop();
 }
 
@@ -65,9 +65,9 @@ void Logger::logMethodExit(const char* text) noexcept {
         return;
     const char* const name = methodStack.top();
     const auto nameLength =
-        static_cast<int>(std::min<std::size_t>(std::strlen(name), ROOM_BESIDE_RESULT));
+        static_cast<int>(std::min<std::size_t>(std::strlen(name), ROOM_FOR_NAME_AND_RESULT));
     printLog(TRACE_LEVEL, "EXITING %.*s -- returning %.*s\n", nameLength, name,
-             ROOM_BESIDE_RESULT - nameLength, text);
+             ROOM_FOR_NAME_AND_RESULT - nameLength, text);
     methodStack.pop();
 }
 
@@ -79,7 +79,7 @@ void Logger::logMethodExit(const char* name, int value) noexcept {
     writeResult(name, value);
 }
 
-// If an entry is open, decrements the depth and returns true.
+// If tracing is active and an entry is open, decrements the depth and returns true.
 bool Logger::beginExit() noexcept {
     if (!shouldPrintLog(TRACE_LEVEL) || methodStack.empty())
         return false;
@@ -89,7 +89,7 @@ bool Logger::beginExit() noexcept {
 
 void Logger::writeResult(const char* name, int value) noexcept {
     const int digits = std::snprintf(nullptr, 0, "%d", value);
-    printLog(TRACE_LEVEL, "EXITING %.*s -- returning %d\n", ROOM_BESIDE_RESULT - digits, name,
+    printLog(TRACE_LEVEL, "EXITING %.*s -- returning %d\n", ROOM_FOR_NAME_AND_RESULT - digits, name,
              value);
 }
 

@@ -12,7 +12,7 @@
 
 namespace KelRT::numbers {
 
-constexpr unsigned STEP = 8; // characters in a word
+constexpr unsigned CHARACTERS_PER_WORD = 8; // in a word of 64 bits
 
 // Bit i is set if character i of `count` (0 to 64) is '1'.
 inline std::uint64_t onesIn(const char* text, unsigned count) {
@@ -26,7 +26,7 @@ inline std::uint64_t onesIn(const char* text, unsigned count) {
     return ones;
 }
 
-// Spreads 24 bits to eight bytes of three, the lowest bits to the lowest byte.
+// Spreads 24 bits over eight bytes, three bits each, the lowest bits in the lowest byte.
 constexpr std::uint64_t spreadOctal(std::uint64_t value) {
     value = (value | value << 20) & 0x00000FFF00000FFF;
     value = (value | value << 10) & 0x003F003F003F003F;
@@ -71,10 +71,10 @@ void writeDigits(char* end, std::uint64_t value, unsigned count, Spread spread) 
     const auto characters = [&] {
         return common::swapBytes(spread(value) + common::broadcast('0'));
     };
-    for (; count >= STEP; count -= STEP) {
-        end -= STEP;
+    for (; count >= CHARACTERS_PER_WORD; count -= CHARACTERS_PER_WORD) {
+        end -= CHARACTERS_PER_WORD;
         common::storeWord(end, characters());
-        value >>= STEP * DIGIT_BITS;
+        value >>= CHARACTERS_PER_WORD * DIGIT_BITS;
     }
     if (count > 0)
         common::storeHighBytes(end - count, characters(), count);
@@ -90,10 +90,10 @@ inline void writeBits(char* end, std::uint64_t value, unsigned count) {
 // 0 to 21 digits.
 inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
     const auto spread = [](std::uint64_t bits) { return spreadOctal(bits & 0xFFFFFF); };
-    // A constant count unrolls the loop. Without it, the row "print radix 8, 4096 b" takes 19 %
-    // longer.
-    if (count == 2 * STEP)
-        writeDigits<3>(end, value, 2 * STEP, spread);
+    // A constant count unrolls the loop. Without it, the benchmark row "print radix 8, 4096 b"
+    // takes 19 % longer.
+    if (count == 2 * CHARACTERS_PER_WORD)
+        writeDigits<3>(end, value, 2 * CHARACTERS_PER_WORD, spread);
     else
         writeDigits<3>(end, value, count, spread);
 }

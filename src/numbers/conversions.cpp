@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Text of bits and of hexadecimal digits. It is converted from its end, the least significant
-// digit, in 64-bit words.
+// Text of bits and of hexadecimal digits. It is converted from the least significant digit on: from
+// its end, but reverse binary strings from their start.
 #include "KelRT/Kel_NumberUtil.h"
 
 #include "common/hex.h"
@@ -31,7 +31,7 @@ struct Input {
     const char* end() const { return data() + size; }
 };
 
-// Empties `output` and keeps what is part of it. Never fails.
+// Empties `output`. If the input is part of it, the old output is kept in the result. Never fails.
 Input detach(const char* data, std::size_t size, std::string& output) {
     const std::less<> before; // orders pointers into different objects, too
     const char* const begin = output.data();
@@ -66,7 +66,7 @@ std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     return common::packHex(values & common::broadcastVector(15));
 }
 
-// The number in `text` modulo 2^64. It depends on the last 16 characters only.
+// The number in `text` modulo 2^64, to which only the last 16 characters contribute.
 std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
     if (static_cast<std::int32_t>(length) < 1)

@@ -12,7 +12,8 @@
 namespace KelRT::numbers {
 namespace {
 
-// The most decimals of a double: the smallest is 2^-1074. Further ones are 0.
+// The most decimal places that a double can need: 2^-1074, the smallest positive one, has 1074.
+// Further ones are 0.
 constexpr std::uint32_t EXACT_DECIMALS = 1074;
 
 // A sign, 309 digits, a decimal point of several bytes, the decimals and the NUL.
@@ -21,7 +22,7 @@ constexpr std::size_t LONGEST_TEXT = 1 + 309 + 32 + EXACT_DECIMALS + 1;
 } // namespace
 
 std::string fixedText(double value, std::uint32_t precision) {
-    if (precision > MOST_DECIMALS)
+    if (precision > MAX_PRECISION)
         throw std::length_error("Kel: precision above 2147483136");
     const std::uint32_t printed = std::min(precision, EXACT_DECIMALS);
     const std::size_t zeros = std::isfinite(value) ? precision - printed : 0;

@@ -7,10 +7,10 @@
 namespace KelRT::numbers {
 
 // With at most this many decimals, the length of a text fits an int, as printf() requires.
-constexpr std::uint32_t MOST_DECIMALS = 0x7FFF'FE00;
+constexpr std::uint32_t MAX_PRECISION = 0x7FFF'FE00;
 
 // The whole text of printf("%.*f", precision, value), with the decimal point of LC_NUMERIC. Throws
-// std::length_error for a precision above MOST_DECIMALS, and std::bad_alloc.
+// std::length_error for a precision above MAX_PRECISION, and std::bad_alloc.
 std::string fixedText(double value, std::uint32_t precision);
 
 } // namespace KelRT::numbers

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Numbers from text. A refused digit sets the whole number to 0, and excess digits are dropped at
-// the top, so text of radix 2, 8, 16 and 256 is read from its end, where the bits of each digit are
-// known.
+// Numbers from text. Text of radix 2, 8, 16 and 256 is read from its end: counted from there, the
+// bit position of each digit is known, and excess digits are simply dropped at the top. A refused
+// digit anywhere sets the whole number to 0.
 #include "KelRT/Kel_Number.h"
 
 #include "common/hex.h"
@@ -19,8 +19,8 @@ namespace KelRT {
 namespace numbers {
 namespace {
 
-// Reads characters of which one is not a digit, from the last one backwards. False if a digit is
-// refused.
+// Reads characters of which at least one is not a digit, from the last one backwards. False if a
+// digit is refused.
 bool readOneByOne(const char* text, unsigned count, unsigned digitBits, WordSink& sink,
                   bool& negative) {
     if (digitBits == 8)
@@ -68,16 +68,16 @@ bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std:
     const WordSink sink(words, wordCount);
     switch (radixOf(radix)) {
     case 2:
-        return parsePowerOfTwo<1, STEP, readBinary>(text, sink, negative);
+        return parsePowerOfTwo<1, CHARACTERS_PER_WORD, readBinary>(text, sink, negative);
     case 8:
-        return parsePowerOfTwo<3, STEP, readOctal>(text, sink, negative);
+        return parsePowerOfTwo<3, CHARACTERS_PER_WORD, readOctal>(text, sink, negative);
     case 10:
         return parseDecimal(text, words, wordCount, negative);
     case 16:
         return parsePowerOfTwo<4, common::HEX_DIGITS_PER_WORD, common::readHex>(text, sink,
                                                                                 negative);
     case 256:
-        return parsePowerOfTwo<8, STEP, readBytes>(text, sink, negative);
+        return parsePowerOfTwo<8, CHARACTERS_PER_WORD, readBytes>(text, sink, negative);
     default:
         return parseWithoutRadix(text, sink);
     }

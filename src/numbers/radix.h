@@ -33,13 +33,13 @@ constexpr bool printsSigned(char letter) {
     return letter != 'U' && letter != 'u';
 }
 
-// The fewest digits that a number of `bitCount` bits prints in radix 2^digitBits. The count has 32
-// bits: for wider numbers it wraps.
+// The minimum number of digits printed for `bitCount` bits in radix 2^digitBits, modulo 2^32.
 constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits) {
     return static_cast<std::uint32_t>(common::divideUp(bitCount, digitBits));
 }
 
-// What a character means in a radix other than 256.
+// What a character means in a radix other than 256: a hexadecimal digit that the radix does not
+// have is refused, a character that is neither a hexadecimal digit nor a '-' is skipped.
 enum class CharacterClass : std::uint8_t { digit, refused, sign, skipped };
 
 inline CharacterClass classify(char character, unsigned radix) {

@@ -7,15 +7,15 @@
 namespace Port {
 namespace {
 
-// What the parts of a path are relative to.
+// What the components of a path are relative to.
 enum class Start : std::uint8_t { root, rootOfCurrentDirectory, currentDirectory };
 
-// A path split into its root and the parts after it.
+// A path split into its root and the components after it.
 struct SplitPath {
     Start start;
-    std::string root;       // what ".." cannot remove, without the separator after it
-    char drive;             // the drive whose current directory is used; 0 for the current drive
-    std::string_view parts; // everything after the root
+    std::string root; // what ".." cannot remove, without the separator after it
+    char drive;       // the drive whose current directory is used; 0 for the current drive
+    std::string_view components; // everything after the root
 };
 
 constexpr bool hasDrives(const Conventions& conventions) {
@@ -31,21 +31,21 @@ constexpr bool isLetter(char character) {
     return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
 }
 
-// Removes the first part and its separator from path, and returns the part.
-std::string_view takePart(const Conventions& conventions, std::string_view& path,
-                          std::string_view separators = "/\\") {
+// Removes the first component and its separator from path, and returns the component.
+std::string_view takeComponent(const Conventions& conventions, std::string_view& path,
+                               std::string_view separators = "/\\") {
     const std::size_t end = findSeparator(conventions, path, separators);
-    const std::string_view part = path.substr(0, end);
+    const std::string_view component = path.substr(0, end);
     path.remove_prefix(end == std::string_view::npos ? path.size() : end + 1);
-    return part;
+    return component;
 }
 
 // A path that begins with `\\server\share`.
 SplitPath splitShare(std::string_view path, const Conventions& conventions) {
     path.remove_prefix(2);
     std::string root(2, conventions.separator);
-    root += takePart(conventions, path);
-    const std::string_view share = takePart(conventions, path);
+    root += takeComponent(conventions, path);
+    const std::string_view share = takeComponent(conventions, path);
     if (!share.empty())
         root.append(1, conventions.separator).append(share);
     return {Start::root, root, 0, path};
@@ -72,33 +72,33 @@ SplitPath split(std::string_view path, const Conventions& conventions) {
     return {isSeparator(path[0]) ? Start::root : Start::currentDirectory, {}, 0, path};
 }
 
-using Parts = std::vector<std::string_view>;
+using Components = std::vector<std::string_view>;
 
-// Appends the parts of path to parts, folding "." and "..".
-void appendParts(Parts& parts, const Conventions& conventions, std::string_view path,
-                 std::string_view separators) {
+// Appends the components of path to components, folding "." and "..".
+void appendComponents(Components& components, const Conventions& conventions, std::string_view path,
+                      std::string_view separators) {
     while (!path.empty()) {
-        const std::string_view part = takePart(conventions, path, separators);
-        if (part == "..") {
-            if (!parts.empty())
-                parts.pop_back();
-        } else if (!part.empty() && part != ".") {
-            parts.push_back(part);
+        const std::string_view component = takeComponent(conventions, path, separators);
+        if (component == "..") {
+            if (!components.empty())
+                components.pop_back();
+        } else if (!component.empty() && component != ".") {
+            components.push_back(component);
         }
     }
 }
 
-std::string compose(const std::string& root, const Parts& parts, char separator) {
+std::string compose(const std::string& root, const Components& components, char separator) {
     std::string text = root;
-    for (const std::string_view part : parts)
-        text.append(1, separator).append(part);
+    for (const std::string_view component : components)
+        text.append(1, separator).append(component);
     return text;
 }
 
 std::string absolutePath(std::string_view path, const Conventions& conventions) {
     SplitPath given = split(path, conventions);
     std::string current;
-    Parts parts;
+    Components components;
     if (given.start != Start::root) {
         current = currentDirectory(given.drive);
         if (current.empty())
@@ -106,12 +106,13 @@ std::string absolutePath(std::string_view path, const Conventions& conventions) 
         // Here a "\" on POSIX is a character of a name.
         const SplitPath base = split(current, conventions);
         if (given.start == Start::currentDirectory)
-            appendParts(parts, conventions, base.parts, hasDrives(conventions) ? "/\\" : "/");
+            appendComponents(components, conventions, base.components,
+                             hasDrives(conventions) ? "/\\" : "/");
         given.root = base.root;
     }
-    appendParts(parts, conventions, given.parts, "/\\");
-    std::string text = compose(given.root, parts, conventions.separator);
-    const bool bareRoot = parts.empty() && given.root.size() <= 2; // "/" and "C:\"
+    appendComponents(components, conventions, given.components, "/\\");
+    std::string text = compose(given.root, components, conventions.separator);
+    const bool bareRoot = components.empty() && given.root.size() <= 2; // "/" and "C:\"
     if (bareRoot || endsInSeparator(conventions, path))
         text += conventions.separator;
     return text;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The text of paths: nothing here needs to exist. Each function takes the conventions of a host as
+// Paths as text: none of them needs to exist. Each function takes the conventions of a host as
 // an argument, so the tests of either host run on both.
 #pragma once
 
@@ -14,7 +14,7 @@
 namespace Port {
 
 struct Conventions {
-    char separator;               // joins the parts of a path
+    char separator;               // joins the components of a path
     const char* listSeparator;    // between the directories of PATH
     const char* libraryExtension; // at the end of a library's file name
     // True for the first byte of a two-byte character, whose second byte may look like a separator;
@@ -30,13 +30,13 @@ inline constexpr const Conventions& NATIVE = WINDOWS;
 inline constexpr const Conventions& NATIVE = POSIX;
 #endif
 
-// Both characters separate the parts of a given path, on every host.
+// Both characters separate the components of a given path, on every host.
 constexpr bool isSeparator(char character) {
     return character == '/' || character == '\\';
 }
 
-// The index of the first character of path that is in separators, or npos. The path begins with a
-// whole character.
+// The index of the first character of path that is in separators, or npos. The path begins at a
+// character boundary.
 //     "a\\b"       => 1
 //     "\x83\\a\\b" => 3     WINDOWS in code page 932, where \x83\\ is one character
 std::size_t findSeparator(const Conventions& conventions, std::string_view path,
@@ -69,9 +69,10 @@ public:
         : name(path), conventions(host) {}
 
     // The absolute form, computed from the text and the current directory; links are not followed.
-    // "." and ".." are folded, ".." at the root being the root. Separators become the host's,
-    // repeated ones one, and one at the end stays. The result is empty if the current directory is
-    // needed and cannot be read. The flag is ignored.
+    // "." and ".." are resolved; ".." at the root stays there. Separators become the host's, runs
+    // of them collapse into one, and a trailing one is kept. The root of a drive or of POSIX always
+    // ends in one. The result is empty if the current directory is needed and cannot be read. The
+    // flag is ignored.
     //
     // On Windows a path may begin with a drive or a share, from which ".." removes nothing. A path
     // such as `C:x` is relative to the current directory of its drive.

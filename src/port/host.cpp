@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// On Windows these are the narrow system calls, which take the bytes that fopen takes.
-// std::filesystem::path would not read them in the ANSI code page.
+// On Windows this file calls the narrow (ANSI) functions, which take the bytes that fopen takes.
+// Not every std::filesystem::path reads them in the ANSI code page.
 #include "port/host.h"
 
 #include <cassert>
@@ -41,7 +41,7 @@ namespace {
 struct CloseFile {
     void operator()(HANDLE file) const { CloseHandle(file); }
 };
-using OpenFile = std::unique_ptr<void, CloseFile>;
+using FileHandle = std::unique_ptr<void, CloseFile>;
 
 struct CloseSearch {
     void operator()(HANDLE search) const { FindClose(search); }
@@ -49,15 +49,15 @@ struct CloseSearch {
 using Search = std::unique_ptr<void, CloseSearch>;
 
 // Opens a file without locking it; null if the host refuses.
-OpenFile openFile(const char* path, DWORD access, DWORD disposition, DWORD flags) {
+FileHandle openFile(const char* path, DWORD access, DWORD disposition, DWORD flags) {
     constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const HANDLE file = CreateFileA(path, access, SHARED, nullptr, disposition, flags, nullptr);
-    return OpenFile(file != INVALID_HANDLE_VALUE ? file : nullptr);
+    return FileHandle(file != INVALID_HANDLE_VALUE ? file : nullptr);
 }
 
 // The attributes of a link's target, INVALID_FILE_ATTRIBUTES if there is none.
 DWORD attributesOfTarget(const char* path) {
-    const OpenFile target =
+    const FileHandle target =
         openFile(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     BY_HANDLE_FILE_INFORMATION information;
     return target && GetFileInformationByHandle(target.get(), &information) != 0
@@ -142,7 +142,7 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
 
 namespace {
 
-// An open file. Opening is repeated if a signal interrupts it.
+// Owns a file descriptor, if opening succeeded. Opening is retried if a signal interrupts it.
 class Descriptor {
 public:
     Descriptor(const char* path, int flags) {
@@ -191,7 +191,7 @@ bool File::mkdir(const char* path, bool /*flag*/) {
 
 bool File::readable(const char* path) {
     assertReady();
-    // Without O_NONBLOCK, opening a FIFO without a writer or a device could wait.
+    // Without O_NONBLOCK, opening a device, or a FIFO that has no writer, could block.
     const Descriptor file(path, O_RDONLY | O_NONBLOCK);
     return file.isOpen() && !file.isDirectory();
 }

@@ -39,7 +39,7 @@ bool isLeadByte(char byte);
 enum class Creation : std::uint8_t { created, nameTaken, refused };
 
 struct File {
-    // True if anything of that name exists, even a symbolic link without a target.
+    // True if anything of that name exists, even a dangling symbolic link.
     static bool exist(const char* path);
 
     // True if path names an existing directory or a symbolic link to one.
@@ -48,10 +48,10 @@ struct File {
     // Creates one directory, not its parents; true if it was created. The flag is ignored.
     static bool mkdir(const char* path, bool flag);
 
-    // True if path is not a directory and opens for reading. Opening does not wait.
+    // True if path is not a directory and opens for reading. Opening does not block.
     static bool readable(const char* path);
 
-    // Creates an empty file if nothing of that name exists, not even a link without a target.
+    // Creates an empty file if nothing of that name exists, not even a dangling symbolic link.
     static Creation create(const char* path);
 };
 

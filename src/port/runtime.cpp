@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A hardened C library ends the process on some formats that the standard allows (%n in writable
-// memory, gaps in numbered arguments), so this file alone is compiled without hardening.
+// With _FORTIFY_SOURCE the C library ends the process on some formats that it otherwise accepts (%n
+// in writable memory, gaps in numbered arguments), so this file alone is compiled without it.
 #undef _FORTIFY_SOURCE
 #include "port/runtime.h"
 
@@ -22,7 +22,7 @@ const char* environment(const char* name) noexcept {
 
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept {
 #if defined(_MSC_VER)
-    // This C library ends the process on a format that it rejects, unless the thread has a handler.
+    // On a format that it rejects, this C library ends the process unless a handler is installed.
     const auto ignore = [](const wchar_t*, const wchar_t*, const wchar_t*, unsigned,
                            std::uintptr_t) {};
     const auto previous = _set_thread_local_invalid_parameter_handler(ignore);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Services of the host's C library, in the form in which the library can use them.
+// Wrappers of the host's run-time services, in the form that this library needs.
 #pragma once
 
 #include <cstdarg>
@@ -9,7 +9,8 @@
 
 namespace Port {
 
-// The value of an environment variable, "" if it is unset. The one reader of the environment.
+// The value of an environment variable, "" if it is unset. All variables of the library are read
+// here.
 const char* environment(const char* name) noexcept;
 
 // As std::vsnprintf. A format that the host rejects gives a negative result and never ends the
@@ -20,8 +21,8 @@ int formatText(char* text, std::size_t size, const char* format, std::va_list ar
 // convert the time.
 bool localTime(std::time_t time, std::tm& local) noexcept;
 
-// While one lives, its thread cannot be cancelled: a cancellation stays pending. On Linux
-// cancelling unwinds the stack, which ends the process at a `noexcept` function.
+// While an instance exists, its thread cannot be cancelled: a request stays pending. With glibc,
+// cancellation unwinds the stack, which ends the process at a `noexcept` function.
 class CancellationDisabled {
 public:
     CancellationDisabled() noexcept;

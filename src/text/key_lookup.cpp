@@ -25,19 +25,19 @@ std::string findIn(const Entry* entries, std::uint32_t count, const std::string&
     return {};
 }
 
-[[maybe_unused]] bool holdsPointers(char* const* argv, std::uint32_t argc) {
+[[maybe_unused]] bool holdsNoNull(char* const* argv, std::uint32_t argc) {
     return argc == 0 || (argv != nullptr && std::find(argv, argv + argc, nullptr) == argv + argc);
 }
 
 } // namespace
 
 std::string Kel_Util::findKey(std::vector<std::string>& entries, const std::string& key) {
-    // Entries are counted in 32 bits, as in the other form.
+    // The count is truncated to 32 bits, the width of argc in the other overload.
     return findIn(entries.data(), static_cast<std::uint32_t>(entries.size()), key);
 }
 
 std::string Kel_Util::findKey(std::uint32_t argc, char** argv, const std::string& key) {
-    assert(holdsPointers(argv, argc) && "argv holds argc pointers, none of them null");
+    assert(holdsNoNull(argv, argc) && "argv holds argc pointers, none of them null");
     return findIn(argv, argc, key);
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t MAX_MESSAGE_BYTES = 2047;
 
-// The length in units of the character at `message`: 2 for a surrogate pair, otherwise 1.
+// The length in code units of the character at `message`: 2 for a surrogate pair, otherwise 1.
 int unitsAt(const wchar_t* message) {
     constexpr bool HAS_PAIRS = sizeof(wchar_t) == 2;
     const auto isSurrogate = [](wchar_t unit, unsigned first) {
@@ -18,7 +18,7 @@ int unitsAt(const wchar_t* message) {
     return HAS_PAIRS && isSurrogate(message[0], 0xD800) && isSurrogate(message[1], 0xDC00) ? 2 : 1;
 }
 
-// The multibyte form of the character of `count` units at `message`; "?" if it has none.
+// The multibyte form of the character of `count` code units at `message`; "?" if it has none.
 std::string narrow(const wchar_t* message, int count) {
     std::string text;
     std::mbstate_t state{};

@@ -59,12 +59,12 @@ void Kel_Util::unQuote(std::vector<std::string>& texts) {
 }
 
 std::string Kel_Util::trimWhitespace(const std::string& text) {
-    const auto whole = std::string_view(text).substr(0, text.find('\0'));
-    const auto first = whole.find_first_not_of(Kel_StrTok::WHITE_SPACE);
+    const auto content = std::string_view(text).substr(0, text.find('\0'));
+    const auto first = content.find_first_not_of(Kel_StrTok::WHITE_SPACE);
     if (first == std::string_view::npos)
         return {};
-    const auto last = whole.find_last_not_of(Kel_StrTok::WHITE_SPACE);
-    return std::string(whole.substr(first, last - first + 1));
+    const auto last = content.find_last_not_of(Kel_StrTok::WHITE_SPACE);
+    return std::string(content.substr(first, last - first + 1));
 }
 
 } // namespace KelRT

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// The first engine of decimal text, for numbers of up to some thousand bits: schoolbook radix
-// conversion on 64-bit limbs. A chunk of digits is read by one multiplication with a power of ten
-// and written by one division, each a pass over all limbs. The cost is quadratic: n limbs have
-// about n chunks, so n^2 steps, of which reading saves half, because the number grows with the
-// text.
+// The schoolbook engine of decimal text, for numbers below the sizes in wide.h. Reading multiplies
+// the number by a power of ten and adds a chunk of digits. Printing divides it by 10^19; the
+// remainder is a chunk. A pass over the limbs serves two chunks when reading, four when printing.
+// The cost is quadratic: n limbs have about n chunks, and n / 2 limbs are in use on average, as the
+// number grows or shrinks with every chunk.
 //
-// A chunk has 19 digits, as 10^19 is the largest power of ten that fits a limb. It has its top bit
-// set, as the division demands.
+// A chunk has 19 digits, as 10^19 is the largest power of ten that fits a limb. The top bit
+// of 10^19 is set, as divideLimb() requires.
 #pragma once
 
 #include "numbers/decimal/powers_of_ten.h"
@@ -35,23 +35,23 @@ inline Limb divideLimb(Limb limb, Limb& remainder) {
     const Limb low = static_cast<Limb>(product) + limb;
     const Limb carry = low < limb ? 1 : 0;
     Limb quotient = static_cast<Limb>(product >> LIMB_BITS) + remainder + carry + 1;
-    Limb rest = limb - quotient * DIVISOR;
+    Limb newRemainder = limb - quotient * DIVISOR;
     // Half of these quotients are one too high, at random: with a branch, random numbers of 4096
     // bits take 3 times as long to print. The row "print decimal, 4096 b" does not show it, because
     // it repeats one number.
-    const Limb tooHigh = 0 - static_cast<Limb>(rest > low);
+    const Limb tooHigh = 0 - static_cast<Limb>(newRemainder > low);
     quotient += tooHigh;
-    rest += tooHigh & DIVISOR;
-    if (rest >= DIVISOR) [[unlikely]] {
+    newRemainder += tooHigh & DIVISOR;
+    if (newRemainder >= DIVISOR) [[unlikely]] {
         ++quotient;
-        rest -= DIVISOR;
+        newRemainder -= DIVISOR;
     }
-    remainder = rest;
+    remainder = newRemainder;
     return quotient;
 }
 
-// An unsigned number without leading zero limbs, up to a fixed capacity. Up to 512 bits it needs no
-// memory of its own.
+// An unsigned number with a fixed capacity in limbs. Up to 512 bits it allocates nothing. There are
+// no leading zero limbs, except after a multiplyAdd() that wrapped; store() does not mind them.
 class Limbs {
 public:
     // The value 0. Throws std::bad_alloc.
@@ -68,7 +68,7 @@ public:
     // Stores the value modulo 2^(16 * wordCount).
     void store(std::uint16_t* words, std::size_t wordCount) const;
 
-    // The two's complement over `bitCount` bits. Bit bitCount - 1 must be set.
+    // Replaces the value by its two's complement in `bitCount` bits. Bit bitCount - 1 must be set.
     void negate(std::uint64_t bitCount);
 
     // 0 for the value 0.
@@ -79,15 +79,15 @@ public:
 
     Limb lowest() const { return used == 0 ? 0 : limbs[0]; }
 
-    // value * factor + addend, modulo the capacity.
+    // value = value * factor + addend, modulo 2^(64 * capacity).
     void multiplyAdd(DoubleLimb factor, DoubleLimb addend);
 
     // Divides by 10^19 and returns the remainder: the lowest chunk.
     Limb takeChunk();
 
-    // The four lowest chunks, the lowest first, in one pass. Each division of a pass waits for the
-    // previous one; four interleaved passes hide that. One at a time, the row "print decimal, 4096
-    // b" takes 2.6 times as long.
+    // Takes the four lowest chunks, the lowest first, in one pass. Each division for a chunk waits
+    // for the previous one; interleaving four chains of divisions hides that latency. With one
+    // chunk a pass, the benchmark row "print decimal, 4096 b" takes 2.6 times as long.
     std::array<Limb, 4> takeFourChunks();
 
 private:

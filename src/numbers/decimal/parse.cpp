@@ -50,8 +50,8 @@ public:
         return chunk.digits != 0;
     }
 
-    bool metSign() const { return sign; }
-    bool metRefusedDigit() const { return refused; }
+    bool sawSign() const { return sign; }
+    bool sawRefusedDigit() const { return refused; }
 
 private:
     std::size_t left() const { return static_cast<std::size_t>(end - at); }
@@ -70,10 +70,10 @@ private:
         const std::uint64_t last = common::loadWord(at + DIGITS - STEP);
         if (!areDecimalDigits(first) || !areDecimalDigits(second) || !areDecimalDigits(last))
             return false;
-        constexpr Limb REST = POWERS_OF_TEN[DIGITS - 2 * STEP];
+        constexpr Limb TAIL_WEIGHT = POWERS_OF_TEN[DIGITS - 2 * STEP];
         const Limb high = valueOfEightDigits(first) * POWERS_OF_TEN[STEP];
-        const Limb low = valueOfEightDigits(last) % REST;
-        chunk = {(high + valueOfEightDigits(second)) * REST + low, DIGITS};
+        const Limb low = valueOfEightDigits(last) % TAIL_WEIGHT;
+        chunk = {(high + valueOfEightDigits(second)) * TAIL_WEIGHT + low, DIGITS};
         at += DIGITS;
         return true;
     }
@@ -99,37 +99,38 @@ bool parseNarrow(const std::string& text, std::uint16_t* words, std::size_t word
                  std::size_t limbCount, bool& negative) {
     Limbs value(limbCount);
     ChunkReader<CHUNK_DIGITS> reader(text);
-    // Two chunks per pass halve the loads and stores of limbs. With one, the row "parse decimal,
-    // 4096 b" takes 70 % longer.
+    // Two chunks per pass halve the loads and stores of limbs. With one, the benchmark row "parse
+    // decimal, 4096 b" takes 70 % longer.
     for (Chunk high, low; reader.next(high);) {
         reader.next(low); // an empty chunk at the end multiplies by 1 and adds 0
         const Limb power = POWERS_OF_TEN[low.digits];
         value.multiplyAdd(DoubleLimb{POWERS_OF_TEN[high.digits]} * power,
                           DoubleLimb{high.value} * power + low.value);
     }
-    if (reader.metRefusedDigit())
+    if (reader.sawRefusedDigit())
         return false;
-    negative = negative || reader.metSign();
+    negative = negative || reader.sawSign();
     value.store(words, wordCount);
     return true;
 }
 
 bool parseWide(const std::string& text, std::uint16_t* words, std::size_t wordCount,
                bool& negative) {
-    ChunkReader<READ_CHUNK_DIGITS> reader(text);
+    ChunkReader<WIDE_READ_CHUNK_DIGITS> reader(text);
     std::vector<Limb> chunks;
-    chunks.reserve(text.size() / READ_CHUNK_DIGITS + 1);
+    chunks.reserve(text.size() / WIDE_READ_CHUNK_DIGITS + 1);
     unsigned lastDigits = 0;
     for (Chunk chunk; reader.next(chunk); lastDigits = chunk.digits)
         chunks.push_back(chunk.value);
-    if (reader.metRefusedDigit())
+    if (reader.sawRefusedDigit())
         return false;
-    negative = negative || reader.metSign();
+    negative = negative || reader.sawSign();
     // The product may exceed std::size_t; the quotient does not.
-    const auto room = static_cast<std::size_t>(std::uint64_t{16} * wordCount / READ_LIMB_BITS + 1);
+    const auto room =
+        static_cast<std::size_t>(std::uint64_t{16} * wordCount / WIDE_READ_LIMB_BITS + 1);
     WordSink target(words, wordCount);
     for (const Limb limb : fromDecimalChunks(chunks, lastDigits, room))
-        target.put(limb, READ_LIMB_BITS);
+        target.put(limb, WIDE_READ_LIMB_BITS);
     target.finish();
     return true;
 }

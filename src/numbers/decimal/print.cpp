@@ -31,10 +31,10 @@ char* writeNarrow(char* end, Limbs& value, bool negative) {
 }
 
 std::string narrowText(Limbs& value, bool negative) {
-    // Text of up to 512 bits is written on the stack first. Written into a string, the row "print
-    // decimal, 64 b" takes 20 % longer.
-    std::array<char, MOST_DECIMAL_DIGITS * 8 + 1> small;
-    const std::size_t room = MOST_DECIMAL_DIGITS * std::max<std::size_t>(value.size(), 1) + 1;
+    // The text of a number of up to 512 bits is first written to the stack. Written straight into
+    // a string, it makes the benchmark row "print decimal, 64 b" take 20 % longer.
+    std::array<char, MAX_DIGITS_64 * 8 + 1> small;
+    const std::size_t room = MAX_DIGITS_64 * std::max<std::size_t>(value.size(), 1) + 1;
     if (room <= small.size()) {
         char* const end = small.data() + small.size();
         return {writeNarrow(end, value, negative), end};
@@ -47,13 +47,13 @@ std::string narrowText(Limbs& value, bool negative) {
 
 std::string wideText(const Limbs& value, bool negative) {
     const std::vector<Limb> chunks = toDecimalChunks(value.data(), value.size());
-    std::array<char, MOST_DECIMAL_DIGITS> highest;
+    std::array<char, MAX_DIGITS_64> highest;
     char* const highestEnd = highest.data() + highest.size();
     std::string text(negative ? "-" : "");
     text.append(writeDecimal(highestEnd, chunks.back()), highestEnd);
-    text.resize(common::checkedCount<char>(text.size() + std::uint64_t{PRINTED_CHUNK_DIGITS} *
+    text.resize(common::checkedCount<char>(text.size() + std::uint64_t{WIDE_PRINT_CHUNK_DIGITS} *
                                                              (chunks.size() - 1)));
-    static_assert(PRINTED_CHUNK_DIGITS == 17);
+    static_assert(WIDE_PRINT_CHUNK_DIGITS == 17);
     char* end = text.data() + text.size();
     for (std::size_t i = 0; i + 1 < chunks.size(); ++i)
         end = writeSeventeenDigits(end, chunks[i]);

@@ -21,44 +21,44 @@ namespace {
 
 using Digits = std::vector<Limb>; // of the target radix, the lowest first
 
-// Policies: BASE is the target radix, below 2^64, and WEIGHT the source radix. split() divides a
-// sum of at most GREATEST_SUM by BASE: the remainder is a digit, the quotient the carry.
+// Policies: BASE is the target radix, at most 2^63, and WEIGHT the source radix. split() divides a
+// sum of at most MAX_SUM by BASE: the remainder is a digit, the quotient the carry.
 
-struct ToDecimal {
-    static constexpr Limb BASE = POWERS_OF_TEN[PRINTED_CHUNK_DIGITS];
+struct DecimalTarget {
+    static constexpr Limb BASE = POWERS_OF_TEN[WIDE_PRINT_CHUNK_DIGITS];
     static constexpr DoubleLimb WEIGHT = DoubleLimb{1} << LIMB_BITS;
-    static constexpr DoubleLimb GREATEST_SUM = BASE * WEIGHT - 1; // the carry fits a limb
+    static constexpr DoubleLimb MAX_SUM = BASE * WEIGHT - 1; // the carry fits a limb
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
-        // divideLimb() wants the top bit set, so both numbers are scaled.
+        // divideLimb() requires the divisor's top bit, so divisor and dividend are scaled.
         constexpr unsigned SCALE = 7;
         static_assert(BASE >> (LIMB_BITS - SCALE - 1) == 1);
         const DoubleLimb scaled = sum << SCALE;
-        auto rest = static_cast<Limb>(scaled >> LIMB_BITS);
-        carry = divideLimb<(BASE << SCALE)>(static_cast<Limb>(scaled), rest);
-        return rest >> SCALE;
+        auto remainder = static_cast<Limb>(scaled >> LIMB_BITS);
+        carry = divideLimb<(BASE << SCALE)>(static_cast<Limb>(scaled), remainder);
+        return remainder >> SCALE;
     }
 };
 
-struct FromDecimal {
-    static constexpr Limb BASE = Limb{1} << READ_LIMB_BITS;
-    static constexpr DoubleLimb WEIGHT = POWERS_OF_TEN[READ_CHUNK_DIGITS];
-    static constexpr DoubleLimb GREATEST_SUM = ~DoubleLimb{0};
+struct BinaryTarget {
+    static constexpr Limb BASE = Limb{1} << WIDE_READ_LIMB_BITS;
+    static constexpr DoubleLimb WEIGHT = POWERS_OF_TEN[WIDE_READ_CHUNK_DIGITS];
+    static constexpr DoubleLimb MAX_SUM = ~DoubleLimb{0};
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
-        carry = sum >> READ_LIMB_BITS;
+        carry = sum >> WIDE_READ_LIMB_BITS;
         return static_cast<Limb>(sum) & (BASE - 1);
     }
 };
 
 // sum += addend, which is no longer than sum. Returns the carry.
-template <typename To>
+template <typename Target>
 Limb add(Limb* sum, std::size_t sumSize, const Limb* addend, std::size_t size) {
     Limb carry = 0;
     const auto step = [&carry](Limb& digit, Limb other) {
         const Limb total = digit + other + carry;
-        carry = total >= To::BASE ? 1 : 0;
-        digit = total - (To::BASE & (0 - carry));
+        carry = total >= Target::BASE ? 1 : 0;
+        digit = total - (Target::BASE & (0 - carry));
     };
     for (std::size_t i = 0; i < size; ++i)
         step(sum[i], addend[i]);
@@ -67,15 +67,15 @@ Limb add(Limb* sum, std::size_t sumSize, const Limb* addend, std::size_t size) {
     return carry;
 }
 
-// difference -= subtrahend, which is no longer. Returns the borrow.
-template <typename To>
+// difference -= subtrahend, which has no more digits than `difference`. Returns the borrow.
+template <typename Target>
 Limb subtract(Limb* difference, std::size_t differenceSize, const Limb* subtrahend,
               std::size_t size) {
     Limb borrow = 0;
     const auto step = [&borrow](Limb& digit, Limb other) {
         const Limb result = digit - other - borrow;
         borrow = result >> (LIMB_BITS - 1);
-        digit = result + (To::BASE & (0 - borrow));
+        digit = result + (Target::BASE & (0 - borrow));
     };
     for (std::size_t i = 0; i < size; ++i)
         step(difference[i], subtrahend[i]);
@@ -85,7 +85,7 @@ Limb subtract(Limb* difference, std::size_t differenceSize, const Limb* subtrahe
 }
 
 // difference = |a - b|, of size digits; b has bSize <= size digits. Returns whether a < b.
-template <typename To>
+template <typename Target>
 bool absoluteDifference(Limb* difference, const Limb* a, std::size_t size, const Limb* b,
                         std::size_t bSize) {
     std::size_t top = size; // the digits above it are equal
@@ -97,24 +97,24 @@ bool absoluteDifference(Limb* difference, const Limb* a, std::size_t size, const
     std::fill(difference + top, difference + size, 0);
     const Limb* const larger = isLess ? b : a;
     std::copy(larger, larger + top, difference);
-    subtract<To>(difference, top, isLess ? a : b, std::min(top, bSize));
+    subtract<Target>(difference, top, isLess ? a : b, std::min(top, bSize));
     return isLess;
 }
 
-// product = a * b, column by column. The shorter factor has less than KARATSUBA_SIZE digits, so a
-// column has no more products than fit GREATEST_SUM beside the carry.
-template <typename To>
+// product = a * b, column by column. The shorter factor has fewer than KARATSUBA_SIZE digits, so
+// the products of a column plus the carry never exceed MAX_SUM.
+template <typename Target>
 void multiplyColumns(Limb* product, const Limb* a, std::size_t aSize, const Limb* b,
                      std::size_t bSize) {
-    constexpr DoubleLimb GREATEST_CARRY = To::GREATEST_SUM / To::BASE;
-    constexpr DoubleLimb GREATEST_PRODUCT = DoubleLimb{To::BASE - 1} * (To::BASE - 1);
-    static_assert((To::GREATEST_SUM - GREATEST_CARRY) / GREATEST_PRODUCT >= KARATSUBA_SIZE);
+    constexpr DoubleLimb MAX_CARRY = Target::MAX_SUM / Target::BASE;
+    constexpr DoubleLimb MAX_PRODUCT = DoubleLimb{Target::BASE - 1} * (Target::BASE - 1);
+    static_assert((Target::MAX_SUM - MAX_CARRY) / MAX_PRODUCT >= KARATSUBA_SIZE);
     DoubleLimb carry = 0;
     for (std::size_t column = 0; column + 1 < aSize + bSize; ++column) {
         const std::size_t end = std::min(column + 1, aSize);
         std::size_t i = column < bSize ? 0 : column - bSize + 1;
-        // Two sums, so that neither waits for the other; with one, the row "parse decimal, 65536 b"
-        // takes 7 % longer.
+        // Two sums, so that neither waits for the other; with one, the benchmark row "parse
+        // decimal, 65536 b" takes 7 % longer.
         DoubleLimb even = carry;
         DoubleLimb odd = 0;
         for (; i + 1 < end; i += 2) {
@@ -123,7 +123,7 @@ void multiplyColumns(Limb* product, const Limb* a, std::size_t aSize, const Limb
         }
         if (i < end)
             even += DoubleLimb{a[i]} * b[column - i];
-        product[column] = To::split(even + odd, carry);
+        product[column] = Target::split(even + odd, carry);
     }
     product[aSize + bSize - 1] = static_cast<Limb>(carry);
 }
@@ -136,93 +136,93 @@ constexpr std::size_t scratchFor(std::size_t size) {
 
 // product = a * b, both of size digits, by three products of halves:
 // a1 b0 + a0 b1 = a0 b0 + a1 b1 - (a0 - a1)(b0 - b1).
-template <typename To>
+template <typename Target>
 void multiplyKaratsuba(Limb* product, const Limb* a, const Limb* b, std::size_t size,
                        Limb* scratch) {
     if (size < KARATSUBA_SIZE)
-        return multiplyColumns<To>(product, a, size, b, size);
+        return multiplyColumns<Target>(product, a, size, b, size);
     const std::size_t low = (size + 1) / 2;
     const std::size_t high = size - low;
     Limb* const cross = scratch;
     Limb* const middle = cross + 2 * low;
     Limb* const rest = middle + 2 * low + 1;
     // The differences use the space of the product.
-    const bool aLess = absoluteDifference<To>(product, a, low, a + low, high);
-    const bool bLess = absoluteDifference<To>(product + low, b, low, b + low, high);
-    multiplyKaratsuba<To>(cross, product, product + low, low, rest);
-    multiplyKaratsuba<To>(product, a, b, low, rest);
-    multiplyKaratsuba<To>(product + 2 * low, a + low, b + low, high, rest);
+    const bool aLess = absoluteDifference<Target>(product, a, low, a + low, high);
+    const bool bLess = absoluteDifference<Target>(product + low, b, low, b + low, high);
+    multiplyKaratsuba<Target>(cross, product, product + low, low, rest);
+    multiplyKaratsuba<Target>(product, a, b, low, rest);
+    multiplyKaratsuba<Target>(product + 2 * low, a + low, b + low, high, rest);
 
     std::copy(product, product + 2 * low, middle);
-    Limb top = add<To>(middle, 2 * low, product + 2 * low, 2 * high);
+    Limb top = add<Target>(middle, 2 * low, product + 2 * low, 2 * high);
     if (aLess == bLess)
-        top -= subtract<To>(middle, 2 * low, cross, 2 * low);
+        top -= subtract<Target>(middle, 2 * low, cross, 2 * low);
     else
-        top += add<To>(middle, 2 * low, cross, 2 * low);
+        top += add<Target>(middle, 2 * low, cross, 2 * low);
     middle[2 * low] = top;
-    add<To>(product + low, 2 * size - low, middle, 2 * low + 1);
+    add<Target>(product + low, 2 * size - low, middle, 2 * low + 1);
 }
 
 // product = a * b, of at least one digit each. The product has aSize + bSize digits.
-template <typename To>
+template <typename Target>
 void multiply(Limb* product, const Limb* a, std::size_t aSize, const Limb* b, std::size_t bSize,
               Limb* scratch) {
     if (aSize < bSize)
-        return multiply<To>(product, b, bSize, a, aSize, scratch);
+        return multiply<Target>(product, b, bSize, a, aSize, scratch);
     if (bSize < KARATSUBA_SIZE)
-        return multiplyColumns<To>(product, a, aSize, b, bSize);
+        return multiplyColumns<Target>(product, a, aSize, b, bSize);
     // The longer factor in pieces of bSize digits; the last may be shorter.
-    multiplyKaratsuba<To>(product, a, b, bSize, scratch);
+    multiplyKaratsuba<Target>(product, a, b, bSize, scratch);
     Digits part(2 * bSize);
     for (std::size_t at = bSize; at < aSize; at += bSize) {
         const std::size_t size = std::min(bSize, aSize - at);
         if (size == bSize)
-            multiplyKaratsuba<To>(part.data(), a + at, b, size, scratch);
+            multiplyKaratsuba<Target>(part.data(), a + at, b, size, scratch);
         else
-            multiply<To>(part.data(), b, bSize, a + at, size, scratch);
+            multiply<Target>(part.data(), b, bSize, a + at, size, scratch);
         std::fill(product + at + bSize, product + at + bSize + size, 0);
-        add<To>(product + at, bSize + size, part.data(), bSize + size);
+        add<Target>(product + at, bSize + size, part.data(), bSize + size);
     }
 }
 
 // number = number * factor + addend
-template <typename To>
+template <typename Target>
 void multiplyAdd(Digits& number, DoubleLimb factor, Limb addend) {
     DoubleLimb carry = addend;
     for (Limb& digit : number)
-        digit = To::split(digit * factor + carry, carry);
+        digit = Target::split(digit * factor + carry, carry);
     while (carry != 0)
-        number.push_back(To::split(carry, carry));
+        number.push_back(Target::split(carry, carry));
 }
 
-// Equal-sized numbers; number i counts weight^i times. Their size is that of the weight; only the
-// last may have fewer digits.
+// Numbers of as many digits as the weight; only the last may have fewer. Together they stand for
+// the sum of number i * weight^i.
 struct Groups {
     Digits digits;
     Digits weight;
 };
 
-// The most digits of the source radix in a group, which is small enough for the quadratic
-// multiplyAdd(). Measured with the row "print decimal, 65536 b": 6 take the same, 24 take 8 %
-// longer.
+// The most source digits in a first group: few, because building a group by repeated multiplyAdd()
+// takes quadratic time. Measured with the benchmark row "print decimal, 65536 b": 6 take the same,
+// 24 take 8 % longer.
 constexpr std::size_t GROUP_SIZE = 12;
 
-// Groups of nearly equal size.
-template <typename To>
+// Joins the source digits in groups of equal size; only the last may have fewer source digits.
+template <typename Target>
 Groups firstGroups(const Limb* source, std::size_t count) {
-    const std::size_t most = std::bit_ceil((count + GROUP_SIZE - 1) / GROUP_SIZE); // groups
-    const std::size_t groupSize = (count + most - 1) / most;
+    const std::size_t maxGroups = std::bit_ceil((count + GROUP_SIZE - 1) / GROUP_SIZE);
+    const std::size_t groupSize = (count + maxGroups - 1) / maxGroups;
     Groups groups{{}, {1}};
     for (std::size_t i = 0; i < groupSize; ++i)
-        multiplyAdd<To>(groups.weight, To::WEIGHT, 0);
+        multiplyAdd<Target>(groups.weight, Target::WEIGHT, 0);
     const std::size_t size = groups.weight.size();
-    groups.digits.reserve(size * most);
+    groups.digits.reserve(size * maxGroups);
     Digits number;
     number.reserve(size);
     for (std::size_t at = 0; at < count; at += groupSize) {
         number.clear();
         for (std::size_t i = std::min(at + groupSize, count); i-- > at;)
-            multiplyAdd<To>(number, To::WEIGHT, source[i]);
+            multiplyAdd<Target>(number, Target::WEIGHT, source[i]);
         number.resize(size);
         groups.digits.insert(groups.digits.end(), number.begin(), number.end());
     }
@@ -230,7 +230,7 @@ Groups firstGroups(const Limb* source, std::size_t count) {
 }
 
 // 10^k is divisible by 2^k, so the low limbs of a weight may be zero; products skip them. Otherwise
-// the row "parse decimal, 65536 b" takes 23 % longer.
+// the benchmark row "parse decimal, 65536 b" takes 23 % longer.
 std::size_t lowZeros(const Digits& weight) {
     const auto isSet = [](Limb digit) { return digit != 0; };
     return static_cast<std::size_t>(std::find_if(weight.begin(), weight.end(), isSet) -
@@ -238,42 +238,43 @@ std::size_t lowZeros(const Digits& weight) {
 }
 
 // weight^2, without a leading zero digit.
-template <typename To>
+template <typename Target>
 Digits squareOf(const Digits& weight, std::size_t zeros, Limb* scratch) {
     const Limb* const factor = weight.data() + zeros;
     Digits square(2 * weight.size());
-    multiplyKaratsuba<To>(square.data() + 2 * zeros, factor, factor, weight.size() - zeros,
-                          scratch);
+    multiplyKaratsuba<Target>(square.data() + 2 * zeros, factor, factor, weight.size() - zeros,
+                              scratch);
     if (square.back() == 0)
         square.pop_back();
     return square;
 }
 
 // Joins the groups, at least two, in pairs: high * weight + low. Drops what exceeds `room` digits.
-template <typename To>
+template <typename Target>
 Groups joinPairs(const Groups& groups, std::size_t room) {
     const Digits& weight = groups.weight;
     const std::size_t size = weight.size();
-    const std::size_t count = groups.digits.size();
+    const std::size_t digitCount = groups.digits.size();
     const std::size_t zeros = lowZeros(weight);
-    if (zeros == size) // the weight is 0 modulo the result's size, so only the lowest group matters
+    if (zeros == size) // the weight is 0 modulo BASE^room, so only the lowest group matters
         return {Digits(groups.digits.begin(), groups.digits.begin() + std::ptrdiff_t(size)),
                 weight};
     Digits scratch(scratchFor(size));
     // After the last round only the size of the weight matters.
-    Groups joined{
-        {}, count <= 2 * size ? Digits(2 * size) : squareOf<To>(weight, zeros, scratch.data())};
+    Groups joined{{},
+                  digitCount <= 2 * size ? Digits(2 * size)
+                                         : squareOf<Target>(weight, zeros, scratch.data())};
     joined.weight.resize(std::min(joined.weight.size(), room));
-    joined.digits.reserve((count / (2 * size) + 1) * joined.weight.size());
+    joined.digits.reserve((digitCount / (2 * size) + 1) * joined.weight.size());
     Digits pair(2 * size);
-    for (std::size_t at = 0; at < count; at += 2 * size) {
+    for (std::size_t at = 0; at < digitCount; at += 2 * size) {
         const Limb* const low = groups.digits.data() + at;
-        const std::size_t pairSize = std::min(2 * size, count - at);
+        const std::size_t pairSize = std::min(2 * size, digitCount - at);
         std::fill(pair.begin(), pair.end(), 0);
         if (pairSize > size)
-            multiply<To>(pair.data() + zeros, weight.data() + zeros, size - zeros, low + size,
-                         pairSize - size, scratch.data());
-        add<To>(pair.data(), 2 * size, low, std::min(size, pairSize));
+            multiply<Target>(pair.data() + zeros, weight.data() + zeros, size - zeros, low + size,
+                             pairSize - size, scratch.data());
+        add<Target>(pair.data(), 2 * size, low, std::min(size, pairSize));
         const std::size_t kept = std::min(pairSize, joined.weight.size());
         joined.digits.insert(joined.digits.end(), pair.begin(),
                              pair.begin() + static_cast<std::ptrdiff_t>(kept));
@@ -282,11 +283,11 @@ Groups joinPairs(const Groups& groups, std::size_t room) {
 }
 
 // Up to `room` digits, without leading zeros; at least one digit.
-template <typename To>
+template <typename Target>
 Digits convert(const Limb* source, std::size_t count, std::size_t room) {
-    Groups groups = firstGroups<To>(source, count);
+    Groups groups = firstGroups<Target>(source, count);
     while (groups.digits.size() > groups.weight.size())
-        groups = joinPairs<To>(groups, room);
+        groups = joinPairs<Target>(groups, room);
     Digits& digits = groups.digits;
     digits.resize(std::min(digits.size(), room));
     while (digits.size() > 1 && digits.back() == 0)
@@ -297,7 +298,8 @@ Digits convert(const Limb* source, std::size_t count, std::size_t room) {
 } // namespace
 
 std::vector<Limb> toDecimalChunks(const Limb* limbs, std::size_t count) {
-    return convert<ToDecimal>(limbs, count, 2 * count);
+    // Drops nothing: two chunks hold more than a limb.
+    return convert<DecimalTarget>(limbs, count, 2 * count);
 }
 
 std::vector<Limb> fromDecimalChunks(const std::vector<Limb>& chunks, unsigned lastDigits,
@@ -307,9 +309,9 @@ std::vector<Limb> fromDecimalChunks(const std::vector<Limb>& chunks, unsigned la
     Digits number;
     if (chunks.size() > 1) {
         const Digits upper(chunks.rbegin() + 1, chunks.rend());
-        number = convert<FromDecimal>(upper.data(), upper.size(), room);
+        number = convert<BinaryTarget>(upper.data(), upper.size(), room);
     }
-    multiplyAdd<FromDecimal>(number, POWERS_OF_TEN[lastDigits], chunks.back());
+    multiplyAdd<BinaryTarget>(number, POWERS_OF_TEN[lastDigits], chunks.back());
     return number;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The decimal text of single words. Readers take eight characters as a word, the first in the
-// lowest byte. Writers write before `end` and return the first character written.
+// The decimal text of single 64-bit values. Readers take eight characters as one 64-bit value, the
+// first in the lowest byte. Writers write before `end` and return a pointer to the first character.
 #pragma once
 
 #include "common/words.h"
@@ -26,7 +26,7 @@ constexpr std::uint32_t valueOfEightDigits(std::uint64_t characters) {
 }
 
 // The most digits of a 64-bit value.
-constexpr unsigned MOST_DECIMAL_DIGITS = 20;
+constexpr unsigned MAX_DIGITS_64 = 20;
 
 // Without leading zeros.
 char* writeDecimal(char* end, std::uint64_t value);
