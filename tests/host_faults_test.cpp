@@ -133,10 +133,11 @@ TEST(HostFaults, CancelledThreadsFinishTheirLogCalls) {
     for (const auto& call : calls)
         EXPECT_TRUE(CancelledCall{call}.isCancelledAfterwards()) << &call - calls;
     const std::string text = test_host::readWholeFile(file);
-    for (const char* const piece :
-         {"ENVIRONMENT::TOR_KEL_LOGFILE=", "\nopen line\nrecord ", "1\ntitle\n(MSB<-LSB)",
-          "00002710h: ", "is LSB.)\nENTERING f 1\n  ENTERING g \n  EXITING g\n",
-          "  EXITING g\nEXITING f -- returning result\n----- Logging Ended - "})
+    const char* const end =
+        "is LSB.)\nENTERING f 1\n  ENTERING g \n  EXITING g\nEXITING f -- returning result\n"
+        "----- Logging Ended - ";
+    for (const char* const piece : {"ENVIRONMENT::TOR_KEL_LOGFILE=", "\nopen line\nrecord ",
+                                    "1\ntitle\n(MSB<-LSB)", "00002710h: ", end})
         EXPECT_NE(text.find(piece), std::string::npos) << piece;
 }
 
