@@ -144,8 +144,10 @@ TEST(ByteBufferStorage, MovesLeaveADefaultBuffer) {
     EXPECT_EQ(bytesOf(moved), Bytes({0}));
     // NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
     Kel_ByteBuffer& same = original;
+    const char* const block = original.ptr();
     original = same;
     original = std::move(same);
+    EXPECT_EQ(original.ptr(), block);
     original.moveStartPositionForward(-2);
     EXPECT_EQ(bytesOf(original), Bytes({0, 0x21, 0x54, 0x06}));
 }

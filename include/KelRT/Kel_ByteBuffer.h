@@ -78,7 +78,9 @@ public:
     /// Takes over the block of \a other, which becomes as default-constructed.
     KELRT_API Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept;
 
-    /// A deep copy; on failure this buffer is unchanged. \throws std::bad_alloc
+    /// A deep copy; on failure this buffer is unchanged. Assigning a buffer to itself changes
+    /// nothing.
+    /// \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer& operator=(const Kel_ByteBuffer& other);
 
     /// Takes over the block of \a other, which becomes as default-constructed. Assigning a buffer
