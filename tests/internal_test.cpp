@@ -65,14 +65,14 @@ TEST(Vectors, ComparisonsMarkEachByteAlone) {
         // The neighbours are 0xFF and 0, so that a carry out of a byte changes the next one.
         unsigned char text[VECTOR_BYTES];
         unsigned char isDigit[VECTOR_BYTES] = {};
-        unsigned char isAbove9[VECTOR_BYTES] = {};
+        unsigned char isGreaterThan9[VECTOR_BYTES] = {};
         for (unsigned i = 0; i < VECTOR_BYTES; ++i) {
             text[i] = i % 3 == 0 ? static_cast<unsigned char>(code) : i % 3 == 1 ? 0xFF : 0;
             isDigit[i] = text[i] >= '0' && text[i] <= '9' ? MARK : 0;
-            isAbove9[i] = text[i] > 9 && text[i] < 0x80 ? MARK : 0;
+            isGreaterThan9[i] = text[i] > 9 && text[i] < 0x80 ? MARK : 0;
         }
         check(between(loadVector(text), '0', '9'), isDigit);
-        check(above(loadVector(text), 9), isAbove9);
+        check(greater(loadVector(text), 9), isGreaterThan9);
     }
 }
 

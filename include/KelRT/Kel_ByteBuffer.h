@@ -33,8 +33,8 @@ namespace KelRT {
 /// **Pending shift.** shiftBitsDown() drops whole bytes at once and leaves up to 7 bits pending.
 /// Every operation that returns, reads or changes the used bytes first applies the pending shift in
 /// one pass (the *realignment*), even if it then throws or does nothing. getSize(), clear(),
-/// init(), construction, copying and moving do not realign. The realignment also sets the first
-/// byte of the high reserve, if there is one, to 0.
+/// init(), shiftBitsDown(), construction, copying and moving do not realign. The realignment also
+/// sets the first byte of the high reserve, if there is one, to 0.
 ///
 /// **Ownership.** A buffer owns its block. The caller deletes a `Kel_ByteBuffer*` that a function
 /// returns. The class has its own `operator new` and `operator delete`, so this works whatever
@@ -42,12 +42,12 @@ namespace KelRT {
 /// the buffer takes a new block (init(), insertBytes() if a reserve grows, filling it as a target,
 /// assignment) or is destroyed.
 ///
-/// **Limits.** `startPosition + size` must stay below 2^31, since indices and shifts are 32-bit;
-/// this is not checked. It also limits text: the whole text of 2^30 bytes or more is too long.
-/// Cutting has no such limit: setHexStringBitCount() cuts a text of any length, and bin2HexString()
-/// with a bit count makes only the digits that stay. A size that memory cannot hold, because it
-/// exceeds 64 bits or the host's `std::size_t`, throws `std::bad_alloc`; the buffer (or target)
-/// then keeps its old contents.
+/// **Limits.** `startPosition + size` must stay below 2^31, since operator[](),
+/// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked. So the
+/// whole text of 2^30 bytes or more is too long. bin2HexString() with a bit count converts only the
+/// bytes that hold these bits, and setHexStringBitCount() also cuts a text beyond the limit. A size
+/// of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as exhausted memory does; the buffer (or
+/// target) then keeps its old contents.
 ///
 /// **Preconditions** are marked as such. Debug builds assert them; release builds do not check
 /// them.
@@ -75,7 +75,7 @@ public:
     /// included. \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer(const Kel_ByteBuffer& other);
 
-    /// Takes over the block of \a other, which becomes as default-constructed.
+    /// Takes over the block of \a other, which is left as if default-constructed.
     KELRT_API Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept;
 
     /// A deep copy; on failure this buffer is unchanged. Assigning a buffer to itself changes
@@ -83,8 +83,8 @@ public:
     /// \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer& operator=(const Kel_ByteBuffer& other);
 
-    /// Takes over the block of \a other, which becomes as default-constructed. Assigning a buffer
-    /// to itself changes nothing.
+    /// Takes over the block of \a other, which is left as if default-constructed. Assigning a
+    /// buffer to itself changes nothing.
     KELRT_API Kel_ByteBuffer& operator=(Kel_ByteBuffer&& other) noexcept;
 
     /// Releases the block.
@@ -145,8 +145,8 @@ public:
     /// @}
     /// \name Bit fields
     /// A field is the \a bitCount bits from bit \a bitPosition on, least significant first. It must
-    /// end within the used bytes; a field whose end exceeds 64 bits does not. The buffer never
-    /// grows to take a field.
+    /// end within the used bytes; a field for which bitPosition + bitCount exceeds 2^64 - 1 is
+    /// rejected, too. The buffer never grows to take a field.
     /// @{
 
     /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, zeros enter
@@ -244,7 +244,8 @@ public:
     [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte);
 
     /// The text of the bytes from \a fromByte on, cut to \a bitCount bits as setHexStringBitCount()
-    /// does, in a new buffer, which the caller deletes. It makes only the digits that stay.
+    /// does, in a new buffer, which the caller deletes. Only the bytes that hold these bits are
+    /// converted.
     /// \code
     /// 21 43: bin2HexString(0, 12) => "321\0"
     /// FF FF: bin2HexString(0, 10) => "3FF\0"
@@ -256,8 +257,8 @@ public:
     /// Reads the characters \a firstChar to \a lastChar of this buffer as digits, \a lastChar the
     /// least significant, into ceil(digits / 2) bytes at \a out, least significant byte first. If
     /// the count is odd, the last byte holds the first digit alone. A reversed range writes
-    /// nothing. A character that is not a hexadecimal digit counts as its code minus the code of
-    /// '0', in 8 bits.
+    /// nothing. A character that is not a hexadecimal digit has the value of its code minus the
+    /// code of '0'. Each byte is 16 * first value + second value, modulo 256.
     /// \code
     /// "4321": hex2Bin(0, 3, out) => 21 43, hex2Bin(1, 3, out) => 21 03
     /// \endcode
@@ -332,7 +333,7 @@ public:
     KELRT_API static void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept;
     /// An array at \a place.
     KELRT_API static void* operator new[](std::size_t bytes, void* place) noexcept;
-    /// One object of a derived class that is aligned more strictly. \throws std::bad_alloc
+    /// One object of an over-aligned derived class. \throws std::bad_alloc
     KELRT_API static void* operator new(std::size_t bytes, std::align_val_t alignment);
     /// The same; null when memory is exhausted.
     KELRT_API static void* operator new(std::size_t bytes, std::align_val_t alignment,
@@ -350,18 +351,18 @@ public:
     KELRT_API static void operator delete(void* memory, void* place) noexcept;
     /// Releases an array.
     KELRT_API static void operator delete[](void* memory) noexcept;
-    /// Releases an array of which a constructor has thrown.
+    /// Releases an array after the constructor of an element has thrown.
     KELRT_API static void operator delete[](void* memory, const std::nothrow_t&) noexcept;
     /// Releases nothing: the place is the caller's.
     KELRT_API static void operator delete[](void* memory, void* place) noexcept;
-    /// Releases one more strictly aligned object.
+    /// Releases one over-aligned object.
     KELRT_API static void operator delete(void* memory, std::align_val_t) noexcept;
     /// The same, of an object whose constructor has thrown.
     KELRT_API static void operator delete(void* memory, std::align_val_t,
                                           const std::nothrow_t&) noexcept;
     /// Releases an array of such objects.
     KELRT_API static void operator delete[](void* memory, std::align_val_t) noexcept;
-    /// The same, of an array of which a constructor has thrown.
+    /// The same, of an array after the constructor of an element has thrown.
     KELRT_API static void operator delete[](void* memory, std::align_val_t,
                                             const std::nothrow_t&) noexcept;
     /// @}
@@ -373,7 +374,8 @@ private:
             byteAlignSlowCase();
     }
     KELRT_API void byteAlignSlowCase() noexcept;
-    /// The first \a bytes used bytes leave; a count that is negative modulo 2^64 takes bytes back.
+    /// Moves the first \a bytes used bytes into the low reserve. A negative count, converted to
+    /// unsigned, moves bytes back.
     void giveToLowReserve(std::uint64_t bytes) noexcept {
         startPosition += bytes;
         size -= bytes;
@@ -385,9 +387,10 @@ private:
     [[nodiscard]] std::size_t blockSize() const noexcept {
         return static_cast<std::size_t>(padLow + size + padHigh);
     }
-    /// True for a field of 1 to 64 bits that needs no realignment and lies within whole words,
-    /// counted from the first used byte. Such words rarely cross a cache line, and a load after a
-    /// store of the same word can be forwarded.
+    /// True for a field of 1 to 64 bits that needs no realignment and lies within whole 8-byte
+    /// words, counted from the first used byte. The inline paths access only these words, not the
+    /// word at byte bitPosition / 8: they rarely cross a cache line, and a load after a store of
+    /// the same word can be forwarded.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
         return pendingBitShift == 0 && bitCount - 1 < 64 &&

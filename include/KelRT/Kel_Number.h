@@ -28,7 +28,7 @@ namespace KelRT {
 /// | 'U', 'u'           | 10   | decimal, printed as an unsigned number                     |
 /// | 'X', 'x'           | 16   | hexadecimal, printed with letters of the same case         |
 /// | 'S', 's'           | 256  | characters: the code of each is one digit                  |
-/// | every other        | none | refused where there is a digit to read or to print         |
+/// | every other        | none | `set` refuses every digit; `toString` gives an error text  |
 ///
 /// **Ownership.** A number owns its words. It is copied by assignment alone. The copy constructor
 /// is private, so a number is not passed or returned by value: pass references.
@@ -67,7 +67,7 @@ public:
     /// True when every bit is 0.
     KELRT_API bool isZero() const noexcept;
 
-    /// True when the sign bit, bit width - 1, is set. A number of 1 bit is negative if it is set.
+    /// True when the sign bit, bit width - 1, is set. In a number of 1 bit that is bit 0.
     KELRT_API bool isNegative() const noexcept;
 
     /// Replaces the value by its two's complement, 2^width - value. 0 and the most negative value
@@ -90,7 +90,7 @@ public:
     /// \param text  any bytes, NUL included
     /// \return false, with the value 0, if \a text holds a digit that the base does not have (for a
     ///         letter outside the table, any digit); true otherwise
-    /// \throws std::bad_alloc (only for decimal texts and widths above 512 bits)
+    /// \throws std::bad_alloc (only for a decimal text read into more than 512 bits)
     /// \code
     /// set('x', "0x1F")      => 31, true       set('d', "1A") => 0, false
     /// set('b', "1010_1010") => 170, true      set('b', "2")  => 0, false
@@ -125,7 +125,7 @@ public:
     /// prints as '-' and its magnitude. The other bases print the pattern as an unsigned number
     /// with every digit of the width: width digits in base 2, (width + 2) / 3 in base 8, (width +
     /// 3) / 4 in base 16, filled with '0' at the front. Base 256 prints (width + 7) / 8 characters,
-    /// filled with blanks at the front; the value 0 has one digit, NUL. (Beyond 4 Gbit the digit
+    /// filled with blanks at the front; the value 0 has one digit, NUL. (The digit
     /// count of the width is taken modulo 2^32; significant digits are never cut.)
     ///
     /// \param radix a radix letter of the table above; any other letter gives the text
@@ -149,8 +149,8 @@ public:
     /// \param offset    the value of the number 0
     /// \param precision how many digits follow the decimal point, which is that of `LC_NUMERIC`; 0
     ///                  omits the point
-    /// \return the text that the C library's `printf` makes of "%.Nf", whole, whatever its length;
-    ///         that holds for results that are not finite too
+    /// \return the text that the C library's `printf` prints for "%.*f" with \a precision, in full,
+    ///         whatever its length; this holds for infinities and NaN too
     /// \throws std::length_error for a \a precision above 2^31 - 512, before anything is printed;
     ///         up to there the length of every text fits an `int`
     /// \throws std::bad_alloc

@@ -24,7 +24,7 @@ namespace KelRT {
 /// 64-bit. A "character code" is a signed 8-bit value, -128 to 127, also on hosts whose `char` is
 /// unsigned.
 ///
-/// Four rules for hexadecimal digits differ on purpose:
+/// Hexadecimal digits are read by three different rules, on purpose:
 ///
 /// | member          | '0'-'9' | 'A'-'F' | 'a'-'f'   | other characters                      |
 /// |-----------------|---------|---------|-----------|---------------------------------------|
@@ -35,7 +35,7 @@ namespace KelRT {
 ///
 /// **Output strings.** A member that produces text fills a string passed by reference and returns
 /// that reference. Input may point into the output: `binStr2HexStr(s.c_str(), s)` works. A member
-/// that checks its arguments first clears the output, which stays empty if it throws.
+/// that checks its arguments leaves the output empty if it throws.
 ///
 /// **Errors.** A member checks only what it lists, and throws `std::logic_error` with the given
 /// message. Everything else is converted by the rules above. Members that fill a string also throw
@@ -136,7 +136,7 @@ public:
     /// The characters of a reverse binary string as bits 0, 1, ... of \a binArray. It writes the
     /// (length + 7) / 8 bytes that hold them, unused high bits as 0, and no byte after them; an
     /// empty text writes nothing.
-    /// \pre binArray holds those bytes, and binArray does not overlap binStr
+    /// \pre binArray has room for those bytes, and binArray does not overlap binStr
     /// \throws std::logic_error for a null \a binStr:
     ///         "Internal error: bad binStr in Kel_NumberUtil::reverseBinStr2Bin"; then for a null
     ///         \a binArray: "Internal error: bad binArray in Kel_NumberUtil::reverseBinStr2Bin"
@@ -167,7 +167,7 @@ public:
 
     /// The first \a length characters of \a src in the opposite order, and a terminating NUL.
     /// \a src needs no terminator.
-    /// \pre dst holds length + 1 characters, and dst does not overlap src
+    /// \pre dst has room for length + 1 characters, and dst does not overlap src
     /// \code
     /// "abc", 3 => "cba"     length 0 => ""
     /// \endcode
@@ -185,8 +185,7 @@ public:
     KELRT_API static std::uint32_t binStr2UInt(const char* binStr) noexcept;
 
     /// Hexadecimal text of either case as a number modulo 2^32. Other characters count as their
-    /// code minus 48. An empty text, and one whose length is negative as a signed 32-bit number,
-    /// gives 0.
+    /// code minus 48. A text whose length, cut to a signed 32-bit number, is 0 or negative gives 0.
     /// \throws std::logic_error for a null pointer:
     ///         "Kel_NumberUtil::hexStr2UInt called with null ptr"
     /// \code

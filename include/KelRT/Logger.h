@@ -12,9 +12,9 @@
 
 namespace KelRT {
 
-/// Writes leveled records, method traces and buffer dumps to one output stream.
+/// Writes levelled records, method traces and buffer dumps to one output stream.
 ///
-/// Logging is off until startLogging() has obtained a stream; without one every operation returns
+/// Logging is off until startLogging() has obtained a stream; without one every log call returns
 /// at once and writes nothing. The library itself writes no records: `Logger::logger` serves the
 /// programs and libraries that load it.
 ///
@@ -22,7 +22,7 @@ namespace KelRT {
 /// Logger's own lines have level 1 (what was read from the environment), 2 (banner, start and end
 /// of logging) and 4 (method entries and exits); callers choose the levels of their records.
 ///
-/// **Lines.** A record contains its own newlines: if it does not end in one, the next record
+/// **Lines.** No newline is added to a record: if it does not end in one, the next record
 /// continues the line. A record that begins at the start of a line is indented by two spaces for
 /// each open method entry; only its first line is indented. With two entries open, the four records
 /// "a\nb\n", "c", "d\n" and "e\n" read
@@ -46,33 +46,36 @@ namespace KelRT {
 /// of a pipe is gone, SIGXFSZ at the limit for the size of a file. A program that must survive
 /// ignores them. If memory is exhausted, startLogging() obtains no stream or drops the banner, and
 /// an entry is kept without its name, so every exit still closes its entry and the indentation
-/// stays right. Writing allocates nothing. Conversions are those of the C library: floating-point
-/// conversions in records follow the process's `LC_NUMERIC`, the time lines `LC_TIME`.
+/// stays right. The library allocates nothing to write a record; the C library may. Conversions are
+/// those of the C library: floating-point conversions in records follow the process's `LC_NUMERIC`,
+/// the time lines `LC_TIME`.
 ///
 /// **Threads.** Nothing here is locked. Callers serialise every use of every Logger,
-/// startLogging(), endLogging() and destruction included: all of them write to the one stream of
-/// the process or to `Logger::logger`. A cancellation (`pthread_cancel`) waits until the log call
-/// has returned. A thread whose cancellation is asynchronous must not log.
+/// startLogging(), endLogging() and destruction included: Loggers share the one stream of the
+/// process, and `Logger::logger` writes the lines about start and end for all. A cancellation
+/// (`pthread_cancel`) waits until the log call has returned. A thread whose cancellation is
+/// asynchronous must not log.
 ///
 /// **Processes.** A child process inherits the descriptor of the log file, also across `exec`. A
 /// forked child that calls `exit` ends logging as its parent does: it writes once more what the
 /// stream still held when it was forked, and the closing line. To avoid this, it calls `_exit`, or
 /// the parent flushes before it forks and the child sets the detail level to 0.
 class Logger {
-    /// Declared only. Its argument fits a function of T exactly when T is passed as lists are.
-    static void onlyForLists(void (*function)(std::va_list));
+    /// Never defined. A pointer to a function with one parameter of type T converts to the type of
+    /// its parameter only if T is the type of a `std::va_list` parameter.
+    static void acceptVaListFunction(void (*function)(std::va_list));
 
-    /// `void` for the host's `std::va_list`; any other type takes a template that names it out of
-    /// the overloads.
+    /// `void` if List is the host's `std::va_list`. For any other type substitution fails, which
+    /// removes the overload (SFINAE).
     template <typename List>
-    using VoidIfVaList = decltype(onlyForLists(static_cast<void (*)(List)>(nullptr)));
+    using VoidIfVaList = decltype(acceptVaListFunction(static_cast<void (*)(List)>(nullptr)));
 
 public:
     /// The process-wide instance, from the loading of the library to its unloading. Its destruction
     /// ends logging, so a client may log from the destructors of its own static objects.
     KELRT_API static Logger logger;
 
-    /// A Logger without a stream: detail level 0, no open entries, dumps in hexadecimal and cut.
+    /// A Logger without a stream: detail level 0, no open entries, no flags.
     KELRT_API Logger() noexcept;
 
     /// Copies everything and shares the stream. If memory for the method names is exhausted, the
@@ -86,12 +89,12 @@ public:
     /// `Logger::logger` while that one is logging at level 2 or more.
     KELRT_API ~Logger();
 
-    /// Starts logging as the environment says. Only the first call in a process has an effect, on
-    /// any Logger; logging that has ended cannot be started again.
+    /// Starts logging as the environment says. Only the first call in a process has an effect,
+    /// whichever Logger it is made on; logging that has ended cannot be started again.
     ///
-    /// This Logger gets no open entries, detail level 1, no stream and no flags, then the settings
-    /// of the variables. `Logger::logger` writes the lines about them, so they appear only if it is
-    /// the Logger that is started.
+    /// This Logger is reset (no open entries, detail level 1, no stream, no flags) and then takes
+    /// the settings of the variables. `Logger::logger` writes the lines about them, the banner and
+    /// the start line, so they appear only if it is the Logger that is started.
     ///
     /// - `TOR_KEL_LOGFILE`: where to write. White space around it is removed. "stdout" and "stderr"
     ///   (exactly so) are the standard streams; any other name is a file in the host's narrow
@@ -102,7 +105,7 @@ public:
     /// - `TOR_KEL_LOGFLAGS`: a decimal number, as `atoi` reads it. Bit 0: dumps show bits; bit 1:
     ///   dumps are not cut. Other bits are ignored.
     ///
-    /// A log that starts with the flags 3 at level 2 begins
+    /// At level 2 with the flags 3 a log begins
     /// \code
     /// ENVIRONMENT::TOR_KEL_LOGFILE=trace.log
     /// ENVIRONMENT::TOR_KEL_LOGDETAIL=2
@@ -115,10 +118,10 @@ public:
     /// \endcode
     KELRT_API void startLogging() noexcept;
 
-    /// Ends logging: forgets the names of the open entries (their indentation stays), writes the
+    /// Ends logging: discards the open entries (their indentation stays), writes the
     /// closing line at level 2 through `Logger::logger`, flushes the stream of this Logger and
     /// releases it. The last Logger that holds the stream closes it, even a standard stream.
-    /// Without a stream it only forgets the names and writes the closing line.
+    /// Without a stream it only discards the entries and writes the closing line.
     KELRT_API void endLogging() noexcept;
 
     /// Sets the detail level; only 0 to 10 are accepted, any other \a level is ignored.
@@ -130,7 +133,7 @@ public:
     /// True if a record of this level would be written. It is inlined, so a caller can avoid the
     /// cost of a record that is filtered out.
     [[nodiscard]] bool shouldPrintLog(int level) const noexcept {
-        return placeOf(level) < writtenLevels;
+        return rankOf(level) < levelBound;
     }
 
     /// Writes a record: \a format with the arguments that follow, as `printf` formats them. A null
@@ -142,7 +145,7 @@ public:
     /// Never pass untrusted text as the format: `printLog(1, "%s", text)`.
     KELRT_API void printLog(int level, const char* format, ...) noexcept KELRT_FORMAT(3, 4);
 
-    /// As printLog, with a list of arguments that the caller has started and ends.
+    /// As printLog, with a `va_list`; the caller calls `va_start` and `va_end`.
     KELRT_API void vprintLog(int level, const char* format, std::va_list arguments) noexcept
         KELRT_FORMAT(3, 0);
 
@@ -158,10 +161,10 @@ public:
     /// \endcode
     /// @{
 
-    /// The entry line with an argument text, formatted from a list that the caller has started and
-    /// ends. This form is selected only for an argument of exactly the host's `std::va_list` type
-    /// (as passed to functions). The literal 0, null pointers and everything else select the form
-    /// below.
+    /// The entry line with an argument text, formatted from a `va_list`; the caller calls
+    /// `va_start` and `va_end`. This form is selected only for an argument of exactly the host's
+    /// `std::va_list` type (as passed to functions). The literal 0, null pointers and everything
+    /// else select the form below.
     ///
     /// Where `std::va_list` is `char*` (Windows, and Linux on 32-bit x86), a single argument of
     /// type `char*` counts as a list. Pass it as `const char*` there.
@@ -173,8 +176,8 @@ public:
         traceEntry(name, format, arguments);
     }
 
-    /// The entry line with an argument text, as printLog formats it. A null \a format gives the
-    /// line without argument text, an empty one flushes the stream instead.
+    /// The entry line with an argument text, as printLog formats it. A null or empty \a format
+    /// gives the line without argument text; an empty one also flushes the stream.
     /// \pre \a name is not null
     KELRT_API void logMethodEntry(const char* name, const char* format, ...) noexcept
         KELRT_FORMAT(3, 4);
@@ -193,14 +196,14 @@ public:
     /// is null or empty.
     KELRT_API void logMethodExit(const char* text) noexcept;
 
-    /// Writes "EXITING name -- returning value" with this name and decrements the depth, even below
-    /// 0. It does not close an open entry: the matching name stays, and one of the exits above
-    /// closes it again.
+    /// Writes "EXITING name -- returning value" with this name and decrements the nesting depth,
+    /// even below 0. It closes no entry: an entry of that name stays open, and the exit that closes
+    /// it decrements the depth once more.
     /// \pre \a name is not null
     KELRT_API void logMethodExit(const char* name, int value) noexcept;
 
-    /// Forgets the names of all open entries, whether tracing is active or not. Writes nothing and
-    /// leaves the indentation as it is.
+    /// Discards all open entries, whether tracing is active or not; later exits do not find them.
+    /// Writes nothing and leaves the indentation as it is.
     KELRT_API void popAllMethods() noexcept;
     /// @}
 
@@ -224,10 +227,10 @@ public:
     /// of `TOR_KEL_LOGFLAGS`).
     ///
     /// The title is a record of its own, cut at 2,047 characters. A null title writes no record, an
-    /// empty one flushes the stream. It does not end in a newline, since the table begins with one.
+    /// empty one flushes the stream. It should not end in a newline: the table begins with one.
     /// It is never used as a format: "%%" in it writes one '%', and any other '%' stands for
     /// itself. Indentation applies to the title. Where the table begins at the start of a line
-    /// (without a title, or after one that ends in a newline all the same), a line of nothing but
+    /// (without a title, or after one that ends in a newline), a line of nothing but
     /// the indentation comes before it. Rows are never indented.
     /// \pre \a buffer holds the given number of bits
     KELRT_API void dumpBuffer(int level, const char* title, const unsigned char* buffer,
@@ -257,15 +260,15 @@ private:
 
     private:
         std::vector<std::string> names;
-        std::uint64_t nameless = 0; ///< entries above all of names
+        std::uint64_t nameless = 0; ///< open entries without a name, all above those in names
     };
 
-    /// The place of \a level among all levels, the lowest one at 0.
-    static constexpr std::uint64_t placeOf(int level) noexcept {
+    /// The rank of \a level among all values of int; the lowest has rank 0.
+    static constexpr std::uint64_t rankOf(int level) noexcept {
         return static_cast<std::uint64_t>(std::int64_t{level} - INT32_MIN);
     }
-    void countWrittenLevels() noexcept;
-    void readOutput() noexcept;
+    void updateLevelBound() noexcept;
+    void openOutput() noexcept;
     void readDetailLevel() noexcept;
     void readFlags() noexcept;
 
@@ -281,9 +284,9 @@ private:
     std::shared_ptr<std::FILE> stream; ///< null: logging is off
     std::int32_t detailLevel = 0;
     std::int32_t nestingDepth = 0; ///< entries less exits; may be negative
-    /// Exclusive upper bound of the enabled levels, as placeOf() counts them; 0 disables all, as it
-    /// does without a stream and before construction.
-    std::uint64_t writtenLevels = 0;
+    /// Exclusive upper bound of the ranks of the enabled levels. It is 0, which enables none,
+    /// without a stream and before construction (static storage is zeroed).
+    std::uint64_t levelBound = 0;
     bool atLineStart = false; ///< the last character written ended a line
     MethodStack methodStack;
     bool printBits = false;

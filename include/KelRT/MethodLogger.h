@@ -61,7 +61,7 @@ public:
     /// @}
 
     /// Records a status code and returns it unchanged. Bit 31 marks a failure. The low 16 bits are
-    /// the error number, shown in upper-case hexadecimal without leading zeros. The bits between
+    /// the error code, shown in upper-case hexadecimal without leading zeros. The bits between
     /// them are not shown.
     /// \code
     /// setReturnStatus(0)          => KEL_SUCCESS
@@ -72,7 +72,7 @@ public:
     KELRT_API unsigned int setReturnStatus(unsigned int status) noexcept;
 
     /// \name Results
-    /// Each replaces what was recorded before and returns its argument unchanged. A pointer to
+    /// Each replaces what was recorded before and returns its argument. A pointer to
     /// characters is text, never a `bool`. A call with an `int` is ambiguous: convert it to
     /// `unsigned int`.
     /// \code

@@ -31,8 +31,8 @@ public:
     constexpr DoubleWord(std::uint64_t newHigh, std::uint64_t newLow)
         : high(newHigh), low(newLow) {}
 
-    // Truncates to an integer type. Not for bool: unlike the compiler's type, it ignores the high
-    // word.
+    // Truncates to an integer type. Do not convert to bool: it compiles but, unlike the conversion
+    // of the compiler's type, ignores the high word.
     template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
     constexpr explicit operator Integer() const {
         return static_cast<Integer>(low);
@@ -58,7 +58,8 @@ public:
         return {product.high + a.high * b.low + a.low * b.high, product.low};
     }
 
-    // Bit by bit: for constants. The divisor is at most 2^127.
+    // Slow bitwise long division, only for compile-time constants. The divisor is 1 to 2^127, so
+    // the remainder can be doubled.
     friend constexpr DoubleWord operator/(DoubleWord dividend, DoubleWord divisor) {
         DoubleWord quotient;
         DoubleWord remainder;

@@ -38,8 +38,8 @@ constexpr std::int32_t lenientHexValue(char character) {
     return value != NO_DIGIT ? value : static_cast<signed char>(character) - 48;
 }
 
-// The values of digits; `letters` is the mask of those that are letters. The low four bits of 'A'
-// and 'a' are 1, so 9 is added.
+// The values of digits; `letters` is the mask of those that are letters. The low nibbles
+// of 'A' and 'a' have the value 1, so 9 is added.
 inline Vector hexValues(Vector characters, Vector letters) {
     return (characters & broadcastVector(15)) + (letters & broadcastVector(9));
 }
@@ -65,16 +65,17 @@ inline bool readHex(const char* p, unsigned count, std::uint64_t& number) {
     return allSet(valid);
 }
 
-// Writes the low `count` digits (1 to 16) of `number` before `end`. `letters` is 'A' or 'a'.
-inline void writeHex(char* end, std::uint64_t number, unsigned count, char letters) {
+// Writes the low `count` digits (1 to 16) of `number` before `end`. `firstLetter` is 'A' or 'a'.
+inline void writeHex(char* end, std::uint64_t number, unsigned count, char firstLetter) {
     const Vector bytes = bytesOf(WordVector{swapBytes(number), 0});
     const Vector values = interleave(bytes >> 4, bytes & broadcastVector(15));
-    const auto gap = static_cast<unsigned char>(letters - ('9' + 1));
-    const Vector digits = values + broadcastVector('0') + (above(values, 9) & broadcastVector(gap));
+    const auto gap = static_cast<unsigned char>(firstLetter - ('9' + 1));
+    const Vector digits =
+        values + broadcastVector('0') + (greater(values, 9) & broadcastVector(gap));
     if (count == HEX_DIGITS_PER_WORD)
         return storeVector(end - VECTOR_BYTES, digits);
-    const unsigned low = count < 8 ? count : 8;
-    storeHighBytes(end - low, secondWord(digits), low);
+    const unsigned fromSecond = count < 8 ? count : 8;
+    storeHighBytes(end - fromSecond, secondWord(digits), fromSecond);
     if (count > 8)
         storeHighBytes(end - count, firstWord(digits), count - 8);
 }

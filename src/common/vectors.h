@@ -59,7 +59,7 @@ using SignedVector = signed char __attribute__((vector_size(16)));
 
 // vector > bound, for bytes taken as signed, since SSE2 has no unsigned ordering comparison.
 // `bound` is at least 0.
-inline Vector above(Vector vector, signed char bound) {
+inline Vector greater(Vector vector, signed char bound) {
     return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(vector) > bound);
 }
 
@@ -180,13 +180,13 @@ inline Vector equal(Vector vector, char character) {
     });
 }
 
-// The top bit of each byte is set if the byte is in the range `bound` (0 to 128) to 127. The other
-// bits are unspecified.
+// The top bit of each byte tells whether bound <= byte <= 127. The other bits are unspecified.
+// `bound` is 0 to 128.
 inline std::uint64_t atLeast(std::uint64_t word, int bound) {
     return ((word & broadcast(0x7F)) + broadcast(static_cast<unsigned char>(0x80 - bound))) & ~word;
 }
 
-inline Vector above(Vector vector, signed char bound) {
+inline Vector greater(Vector vector, signed char bound) {
     return compare(vector, [bound](std::uint64_t word) { return atLeast(word, bound + 1); });
 }
 

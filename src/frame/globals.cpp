@@ -34,7 +34,7 @@ const Port::FileInit fileServices;
 // 8: the caller's data directory.
 std::string Kel_Util::userDataDir;
 
-// Constants, initialised in the headers, need no dynamic initialisation.
+// Definitions of constants that the header initialises; no dynamic initialisation.
 const std::uint32_t Kel_Number::WORD_LENGTH;
 const std::uint32_t Kel_Number::WORD_BASE;
 

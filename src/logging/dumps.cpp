@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Buffer dumps. Title and label are records, so they may be indented. The table goes directly to
-// the stream, in large blocks.
+// Buffer dumps. Title and label are written as records, so indentation may come before them. The
+// rows go directly to the stream, in large blocks.
 #include "KelRT/Logger.h"
 
 #include "common/hex.h"
@@ -35,7 +35,7 @@ public:
 
     explicit BlockWriter(std::FILE* target) : stream(target) {}
 
-    // Where the next piece goes, of up to MAX_PIECE characters.
+    // Where to write the next piece, of at most MAX_PIECE characters.
     char* next() const { return text + used; }
     // Adds the piece from next() to `end`.
     void commit(const char* end) {
@@ -97,18 +97,18 @@ constexpr auto HEX_CELLS = [] {
 
 struct HexForm {
     static constexpr std::uint64_t ROW_BYTES = 16;
-    static constexpr std::uint64_t CELL = 3; // characters per byte, with the space after it
+    static constexpr std::uint64_t CELL_WIDTH = 3; // characters per byte, with the space after it
 
     static char* putByte(char* out, unsigned char byte) {
         std::memcpy(out, HEX_CELLS[byte].data(), HEX_CELLS[byte].size());
-        return out + CELL;
+        return out + CELL_WIDTH;
     }
     static void blankBits(char* /*cell*/, std::uint64_t /*count*/) {} // all bits are shown
 };
 
 struct BitForm {
     static constexpr std::uint64_t ROW_BYTES = 8;
-    static constexpr std::uint64_t CELL = 9;
+    static constexpr std::uint64_t CELL_WIDTH = 9;
 
     static char* putByte(char* out, unsigned char byte) {
         out = putWord(out, common::spreadBits(byte) + common::broadcast('0'));
@@ -122,7 +122,7 @@ struct BitForm {
 template <typename Form>
 char* putHeader(char* out, std::uint64_t bytes) {
     for (std::uint64_t column = std::min(bytes, Form::ROW_BYTES); column-- > 0;) {
-        out = putBlanks(out, Form::CELL - 1);
+        out = putBlanks(out, Form::CELL_WIDTH - 1);
         *out++ = common::LOWER_DIGITS[column];
     }
     return out;
@@ -146,7 +146,7 @@ char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::u
     if (count == Form::ROW_BYTES && 8 * (index + count) <= bitCount)
         return putBytes<Form>(out, buffer + index, Form::ROW_BYTES); // constant trip count
     if (index != 0)
-        out = putBlanks(out, (Form::ROW_BYTES - count) * Form::CELL);
+        out = putBlanks(out, (Form::ROW_BYTES - count) * Form::CELL_WIDTH);
     char* const highest = out;
     out = putBytes<Form>(out, buffer + index, count);
     if (8 * (index + count) > bitCount)

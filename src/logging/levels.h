@@ -14,9 +14,9 @@ constexpr int TRACE_LEVEL = 4;       // method entries and exits
 // The maximum length of a record.
 constexpr std::size_t MAX_RECORD_LENGTH = 2047;
 
-// The precision for a "%.*s" whose record also holds the text `others`.
-constexpr int precisionBeside(std::string_view others) {
-    return static_cast<int>(MAX_RECORD_LENGTH - others.size());
+// The precision of a "%.*s" that fills the room left by the fixed text of its record.
+constexpr int maxPrecision(std::string_view fixedText) {
+    return static_cast<int>(MAX_RECORD_LENGTH - fixedText.size());
 }
 
 } // namespace KelRT::logging

@@ -97,10 +97,10 @@ void Logger::startLogging() noexcept {
     nestingDepth = 0;
     stream.reset();
     detailLevel = 1;
-    countWrittenLevels();
+    updateLevelBound();
     printBits = false;
     printLargeBufs = false;
-    readOutput();
+    openOutput();
     readDetailLevel();
     readFlags();
     writeBanner();
@@ -109,19 +109,19 @@ void Logger::startLogging() noexcept {
 }
 
 // Must be called after each change of the stream or the detail level.
-void Logger::countWrittenLevels() noexcept {
-    writtenLevels = stream != nullptr ? placeOf(detailLevel) + 1 : 0;
+void Logger::updateLevelBound() noexcept {
+    levelBound = stream != nullptr ? rankOf(detailLevel) + 1 : 0;
 }
 
-void Logger::readOutput() noexcept {
+void Logger::openOutput() noexcept {
     try {
         const std::string name = Kel_Util::trimWhitespace(Port::environment("TOR_KEL_LOGFILE"));
         if (name.empty())
             return;
         stream = openStream(name);
-        countWrittenLevels();
+        updateLevelBound();
         logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGFILE=%.*s\n",
-                        logging::precisionBeside("ENVIRONMENT::TOR_KEL_LOGFILE=\n"), name.c_str());
+                        logging::maxPrecision("ENVIRONMENT::TOR_KEL_LOGFILE=\n"), name.c_str());
     } catch (...) { // out of memory: logging stays off
         return;
     }
@@ -132,7 +132,7 @@ void Logger::readDetailLevel() noexcept {
     if (*text == '\0')
         return;
     detailLevel = numberIn(text);
-    countWrittenLevels();
+    updateLevelBound();
     logger.printLog(ENVIRONMENT_LEVEL, "ENVIRONMENT::TOR_KEL_LOGDETAIL=%d\n", detailLevel);
 }
 
@@ -156,14 +156,14 @@ void Logger::endLogging() noexcept {
     writeTimeLine("Ended");
     flush();
     stream.reset(); // closes it, unless a copy shares it
-    countWrittenLevels();
+    updateLevelBound();
 }
 
 void Logger::setDetailLevel(int level) noexcept {
     if (level < 0 || level > 10)
         return;
     detailLevel = level;
-    countWrittenLevels();
+    updateLevelBound();
 }
 
 } // namespace KelRT

@@ -48,11 +48,11 @@ void Logger::write(const char* text, std::size_t length) noexcept {
 }
 
 void Logger::writeIndentation() noexcept {
-    constexpr std::int32_t LEVELS_PER_WRITE = 32;
-    static constexpr char BLANKS[2 * LEVELS_PER_WRITE + 1] =
+    constexpr std::int32_t INDENTS_PER_WRITE = 32;
+    static constexpr char BLANKS[2 * INDENTS_PER_WRITE + 1] =
         "                                                                ";
-    for (std::int32_t units = nestingDepth; units > 0; units -= LEVELS_PER_WRITE) {
-        const auto count = static_cast<std::size_t>(std::min(units, LEVELS_PER_WRITE));
+    for (std::int32_t remaining = nestingDepth; remaining > 0; remaining -= INDENTS_PER_WRITE) {
+        const auto count = static_cast<std::size_t>(std::min(remaining, INDENTS_PER_WRITE));
         static_cast<void>(std::fwrite(BLANKS, 2, count, stream.get()));
     }
 }

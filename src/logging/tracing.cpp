@@ -11,11 +11,11 @@
 
 namespace KelRT {
 
-using logging::precisionBeside;
+using logging::maxPrecision;
 using logging::TRACE_LEVEL;
 
 // The room for name and result in an exit line. A text result is cut before the name is.
-constexpr int ROOM_FOR_NAME_AND_RESULT = precisionBeside("EXITING  -- returning \n");
+constexpr int ROOM_FOR_NAME_AND_RESULT = maxPrecision("EXITING  -- returning \n");
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
 void Logger::logMethodEntry(const char* name, const char* format, ...) noexcept {
@@ -36,7 +36,7 @@ void Logger::traceEntry(const char* name, const char* format, std::va_list argum
     assert(name != nullptr && "name is not null");
     if (!shouldPrintLog(TRACE_LEVEL))
         return;
-    printLog(TRACE_LEVEL, "ENTERING %.*s ", precisionBeside("ENTERING  "), name);
+    printLog(TRACE_LEVEL, "ENTERING %.*s ", maxPrecision("ENTERING  "), name);
     if (format != nullptr)
         vprintLog(TRACE_LEVEL, format, arguments);
     printLog(TRACE_LEVEL, "\n");
@@ -47,7 +47,7 @@ void Logger::traceEntry(const char* name, const char* format, std::va_list argum
 void Logger::logMethodExit() noexcept {
     if (!beginExit())
         return;
-    printLog(TRACE_LEVEL, "EXITING %.*s\n", precisionBeside("EXITING \n"), methodStack.top());
+    printLog(TRACE_LEVEL, "EXITING %.*s\n", maxPrecision("EXITING \n"), methodStack.top());
     methodStack.pop();
 }
 

@@ -10,32 +10,33 @@
 namespace KelRT {
 namespace {
 
-// The field from bit `low` to bit `high`, or its lowest `most` bits.
+// The field from bit `low` to bit `high`, or its lowest `maxCount` bits.
 std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int32_t low,
-                         std::uint64_t most) {
+                         std::uint64_t maxCount) {
     assert(data != nullptr && "the field lies inside the array");
     const auto first = static_cast<std::uint64_t>(low);
     const std::uint64_t length = static_cast<std::uint64_t>(high) - first + 1;
-    const std::uint64_t count = std::min(length, most);
+    const std::uint64_t count = std::min(length, maxCount);
     return common::readField(data, (first + count + 7) / 8, first, count);
 }
 
 // Bit `firstBit` is the most significant.
 std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
-                         std::uint64_t most) {
+                         std::uint64_t maxCount) {
     if (firstBit < lastBit)
         return 0;
     assert(lastBit >= 0 && "the indices are not negative");
-    return lowestBits(data, firstBit, lastBit, most);
+    return lowestBits(data, firstBit, lastBit, maxCount);
 }
 
-// The mirrored field, or its lowest `most` bits: those visited last, with the last one in bit 0.
+// The mirrored field, or its lowest `maxCount` bits: those visited last, with the last one in bit
+// 0.
 std::uint64_t ascending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
-                        std::int32_t most) {
+                        std::int32_t maxCount) {
     if (firstBit > lastBit)
         return 0;
     assert(firstBit >= 0 && "the indices are not negative");
-    const std::int32_t low = lastBit - firstBit < most ? firstBit : lastBit - most + 1;
+    const std::int32_t low = lastBit - firstBit < maxCount ? firstBit : lastBit - maxCount + 1;
     const std::uint64_t bits = lowestBits(data, lastBit, low, common::WORD_BITS);
     const auto count = static_cast<unsigned>(lastBit - low + 1);
     return common::mirrorWord(bits) >> (common::WORD_BITS - count);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Text in the radices 2, 8 and 256, whose digits have 1, 3 and 8 bits, eight characters at a time.
-// The first character is the most significant digit.
+// Text in the radices 2, 8 and 256, whose digits have 1, 3 and 8 bits. Parsing and printing handle
+// eight characters at a time, onesIn() sixteen. The first character is the most significant digit.
 #pragma once
 
 #include "common/vectors.h"
@@ -12,7 +12,7 @@
 
 namespace KelRT::numbers {
 
-constexpr unsigned CHARACTERS_PER_WORD = 8; // in a word of 64 bits
+constexpr unsigned CHARACTERS_PER_STEP = 8; // they fill 64 bits
 
 // Bit i is set if character i of `count` (0 to 64) is '1'.
 inline std::uint64_t onesIn(const char* text, unsigned count) {
@@ -61,7 +61,7 @@ inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
 
 // The number in the `count` binary digits (0 to 64) before `end`. Any other character counts as 0.
 inline std::uint64_t readBits(const char* end, unsigned count) {
-    // Mirrored, the digits are the high bits.
+    // Mirrored, the digits are the high bits; the rotation moves them to the low end.
     return std::rotl(common::mirrorWord(onesIn(end - count, count)), static_cast<int>(count));
 }
 
@@ -71,10 +71,10 @@ void writeDigits(char* end, std::uint64_t value, unsigned count, Spread spread) 
     const auto characters = [&] {
         return common::swapBytes(spread(value) + common::broadcast('0'));
     };
-    for (; count >= CHARACTERS_PER_WORD; count -= CHARACTERS_PER_WORD) {
-        end -= CHARACTERS_PER_WORD;
+    for (; count >= CHARACTERS_PER_STEP; count -= CHARACTERS_PER_STEP) {
+        end -= CHARACTERS_PER_STEP;
         common::storeWord(end, characters());
-        value >>= CHARACTERS_PER_WORD * DIGIT_BITS;
+        value >>= CHARACTERS_PER_STEP * DIGIT_BITS;
     }
     if (count > 0)
         common::storeHighBytes(end - count, characters(), count);
@@ -92,8 +92,8 @@ inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
     const auto spread = [](std::uint64_t bits) { return spreadOctal(bits & 0xFFFFFF); };
     // A constant count unrolls the loop. Without it, the benchmark row "print radix 8, 4096 b"
     // takes 19 % longer.
-    if (count == 2 * CHARACTERS_PER_WORD)
-        writeDigits<3>(end, value, 2 * CHARACTERS_PER_WORD, spread);
+    if (count == 2 * CHARACTERS_PER_STEP)
+        writeDigits<3>(end, value, 2 * CHARACTERS_PER_STEP, spread);
     else
         writeDigits<3>(end, value, count, spread);
 }

@@ -62,14 +62,14 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
 // the signed code minus 48 below 'A', and of the code minus 55 from 'A' on.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
-    const common::Vector values = common::hexValues(characters, common::above(characters, '@'));
+    const common::Vector values = common::hexValues(characters, common::greater(characters, '@'));
     return common::packHex(values & common::broadcastVector(15));
 }
 
 // The number in `text` modulo 2^64, to which only the last 16 characters contribute.
 std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
-    if (static_cast<std::int32_t>(length) < 1)
+    if (static_cast<std::int32_t>(length) < 1) // documented at hexStr2UInt()
         return 0;
     const unsigned count = limitedTo(common::HEX_DIGITS_PER_WORD, length);
     const char* const end = text + length;
@@ -81,9 +81,9 @@ std::uint64_t lenientNumber(const char* text) {
     });
 }
 
-std::string& writeHexText(std::uint64_t value, std::size_t leastDigits, std::string& out) {
+std::string& writeHexText(std::uint64_t value, std::size_t minDigits, std::string& out) {
     const auto significant = std::max(1U, (static_cast<unsigned>(std::bit_width(value)) + 3) / 4);
-    out.assign(std::max<std::size_t>(significant, leastDigits), '0');
+    out.assign(std::max<std::size_t>(significant, minDigits), '0');
     common::writeHex(out.data() + out.size(), value, significant, 'a');
     return out;
 }
@@ -172,7 +172,7 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
 
 void Kel_NumberUtil::reverseStr(const char* src, std::uint32_t length, char* dst) noexcept {
     const std::size_t size = length;
-    assert(dst != nullptr && "dst holds length + 1 characters");
+    assert(dst != nullptr && "dst has room for length + 1 characters");
     assert(!common::overlap(src, size, dst, size + 1) && "dst does not overlap src");
     std::reverse_copy(src, src + size, dst);
     dst[size] = '\0';

@@ -30,14 +30,14 @@ std::uint64_t significantBits(const std::vector<std::uint16_t>& words) {
 // Text in radix 2^DIGIT_BITS. Groups of digits that fill whole words are written from the last one
 // backwards: write(end, group, count).
 template <unsigned DIGIT_BITS, unsigned GROUP_WORDS, typename Write>
-std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t leastDigits,
+std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t minDigits,
                            char filler, Write write) {
     constexpr unsigned GROUP_BITS = 16 * GROUP_WORDS;
     constexpr std::size_t GROUP_DIGITS = GROUP_BITS / DIGIT_BITS;
     static_assert(GROUP_BITS % DIGIT_BITS == 0);
     const std::uint64_t significant = common::divideUp(significantBits(words), DIGIT_BITS);
     auto digits = common::checkedCount<char>(std::max<std::uint64_t>(significant, 1));
-    std::string text(common::checkedCount<char>(std::max(digits, leastDigits)), filler);
+    std::string text(common::checkedCount<char>(std::max(digits, minDigits)), filler);
     char* end = text.data() + text.size();
     for (std::size_t word = 0; digits > 0; word += GROUP_WORDS) {
         const std::size_t count = std::min(digits, GROUP_DIGITS);
@@ -53,25 +53,26 @@ std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t 
 } // namespace numbers
 
 std::string Kel_Number::toString(char radix) const {
-    const auto least = [this](unsigned digitBits) {
+    const auto minDigits = [this](unsigned digitBits) {
         return numbers::minimumDigits(bitCount, digitBits);
     };
     switch (numbers::radixOf(radix)) {
     case 2:
-        return numbers::powerOfTwoText<1, 4>(words, least(1), '0', numbers::writeBits);
+        return numbers::powerOfTwoText<1, 4>(words, minDigits(1), '0', numbers::writeBits);
     case 8:
-        return numbers::powerOfTwoText<3, 3>(words, least(3), '0', numbers::writeOctal);
+        return numbers::powerOfTwoText<3, 3>(words, minDigits(3), '0', numbers::writeOctal);
     case 10:
         return numbers::decimalText(words, bitCount, numbers::printsSigned(radix) && isNegative());
     case 16: {
         const char lettersFrom = radix == 'x' ? 'a' : 'A';
         return numbers::powerOfTwoText<4, 4>(
-            words, least(4), '0', [lettersFrom](char* end, numbers::Limb group, unsigned count) {
+            words, minDigits(4), '0',
+            [lettersFrom](char* end, numbers::Limb group, unsigned count) {
                 common::writeHex(end, group, count, lettersFrom);
             });
     }
     case 256:
-        return numbers::powerOfTwoText<8, 4>(words, least(8), ' ', numbers::writeBytes);
+        return numbers::powerOfTwoText<8, 4>(words, minDigits(8), ' ', numbers::writeBytes);
     default:
         return "bad format for number";
     }

@@ -24,7 +24,7 @@ namespace {
 bool readOneByOne(const char* text, unsigned count, unsigned digitBits, WordSink& sink,
                   bool& negative) {
     if (digitBits == 8)
-        return false; // every character is a digit
+        return false; // only codes from 0x80 on are not digits, and they are refused
     for (unsigned i = count; i-- > 0;) {
         const CharacterClass kind = classify(text[i], 1U << digitBits);
         if (kind == CharacterClass::refused)
@@ -36,16 +36,16 @@ bool readOneByOne(const char* text, unsigned count, unsigned digitBits, WordSink
     return true;
 }
 
-// READ(p, count, number) reads up to MOST characters. It returns false if one is not a digit.
-template <unsigned DIGIT_BITS, unsigned MOST, auto READ>
+// READ(p, count, number) reads up to MAX_CHARACTERS digits. It returns false if one is not a digit.
+template <unsigned DIGIT_BITS, unsigned MAX_CHARACTERS, auto READ>
 bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
     for (std::size_t left = text.size(); left > 0;) {
-        const auto count = static_cast<unsigned>(std::min<std::size_t>(MOST, left));
+        const auto count = static_cast<unsigned>(std::min<std::size_t>(MAX_CHARACTERS, left));
         left -= count;
         const char* const p = text.data() + left;
         Limb number = 0;
-        if (READ(p, count, number))
-            sink.put(number, MOST * DIGIT_BITS);
+        if (READ(p, count, number)) // a short last step is the top of the number: zeros above it
+            sink.put(number, MAX_CHARACTERS * DIGIT_BITS);
         else if (!readOneByOne(p, count, DIGIT_BITS, sink, negative))
             return false;
     }
@@ -68,16 +68,16 @@ bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std:
     const WordSink sink(words, wordCount);
     switch (radixOf(radix)) {
     case 2:
-        return parsePowerOfTwo<1, CHARACTERS_PER_WORD, readBinary>(text, sink, negative);
+        return parsePowerOfTwo<1, CHARACTERS_PER_STEP, readBinary>(text, sink, negative);
     case 8:
-        return parsePowerOfTwo<3, CHARACTERS_PER_WORD, readOctal>(text, sink, negative);
+        return parsePowerOfTwo<3, CHARACTERS_PER_STEP, readOctal>(text, sink, negative);
     case 10:
         return parseDecimal(text, words, wordCount, negative);
     case 16:
         return parsePowerOfTwo<4, common::HEX_DIGITS_PER_WORD, common::readHex>(text, sink,
                                                                                 negative);
     case 256:
-        return parsePowerOfTwo<8, CHARACTERS_PER_WORD, readBytes>(text, sink, negative);
+        return parsePowerOfTwo<8, CHARACTERS_PER_STEP, readBytes>(text, sink, negative);
     default:
         return parseWithoutRadix(text, sink);
     }

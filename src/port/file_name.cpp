@@ -74,7 +74,7 @@ SplitPath split(std::string_view path, const Conventions& conventions) {
 
 using Components = std::vector<std::string_view>;
 
-// Appends the components of path to components, folding "." and "..".
+// Appends the components of path to components and resolves "." and "..".
 void appendComponents(Components& components, const Conventions& conventions, std::string_view path,
                       std::string_view separators) {
     while (!path.empty()) {
@@ -103,7 +103,7 @@ std::string absolutePath(std::string_view path, const Conventions& conventions) 
         current = currentDirectory(given.drive);
         if (current.empty())
             return {};
-        // Here a "\" on POSIX is a character of a name.
+        // In the current directory of a POSIX host, "\" is an ordinary character.
         const SplitPath base = split(current, conventions);
         if (given.start == Start::currentDirectory)
             appendComponents(components, conventions, base.components,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Paths as text: none of them needs to exist. Each function takes the conventions of a host as
-// an argument, so the tests of either host run on both.
+// Paths as text: none of them needs to exist. The conventions are an argument, so those of both
+// hosts can be tested on either.
 #pragma once
 
 #include "port/host.h"
@@ -18,7 +18,7 @@ struct Conventions {
     const char* listSeparator;    // between the directories of PATH
     const char* libraryExtension; // at the end of a library's file name
     // True for the first byte of a two-byte character, whose second byte may look like a separator;
-    // null if all characters are single bytes.
+    // null where a path is plain bytes (POSIX).
     bool (*isLeadByte)(char byte);
 };
 

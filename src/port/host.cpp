@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // On Windows this file calls the narrow (ANSI) functions, which take the bytes that fopen takes.
-// Not every std::filesystem::path reads them in the ANSI code page.
+// Some implementations of std::filesystem::path decode them in another code page.
 #include "port/host.h"
 
 #include <cassert>

@@ -9,8 +9,8 @@
 
 namespace Port {
 
-// The value of an environment variable, "" if it is unset. All variables of the library are read
-// here.
+// The value of an environment variable, "" if it is unset. The library reads them only through
+// this function.
 const char* environment(const char* name) noexcept;
 
 // As std::vsnprintf. A format that the host rejects gives a negative result and never ends the

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // From decimal text to a number. A reader gathers digits into chunks, the most significant first,
-// and skips signs and separators. Below WIDE_READ_LIMBS limbs, the schoolbook engine (limbs.h)
+// notes signs and skips separators. Below WIDE_READ_LIMBS limbs, the schoolbook engine (limbs.h)
 // converts the chunks, otherwise divide and conquer (wide.h). Gathering is linear; the conversion
 // dominates above some 500 bits.
 #include "numbers/decimal/parse.h"
@@ -32,7 +32,7 @@ class ChunkReader {
 public:
     explicit ChunkReader(const std::string& text) : at(text.data()), end(at + text.size()) {}
 
-    // False at the end of the text, and at a digit that is not decimal.
+    // False at the end of the text, then with an empty chunk, and at a digit that is not decimal.
     bool next(Chunk& chunk) {
         if (left() >= DIGITS && readWhole(chunk))
             return true;
@@ -40,9 +40,9 @@ public:
         while (at != end && chunk.digits < DIGITS) {
             const auto count =
                 static_cast<unsigned>(std::min<std::size_t>({STEP, left(), DIGITS - chunk.digits}));
-            const std::uint64_t step = common::loadHighBytes(at, count, '0');
-            if (areDecimalDigits(step))
-                append(chunk, valueOfEightDigits(step), count);
+            const std::uint64_t characters = common::loadHighBytes(at, count, '0');
+            if (areDecimalDigits(characters))
+                append(chunk, valueOfEightDigits(characters), count);
             else if (!readOneByOne(chunk, count))
                 return false;
             at += count;
@@ -127,10 +127,10 @@ bool parseWide(const std::string& text, std::uint16_t* words, std::size_t wordCo
     negative = negative || reader.sawSign();
     // The product may exceed std::size_t; the quotient does not.
     const auto room =
-        static_cast<std::size_t>(std::uint64_t{16} * wordCount / WIDE_READ_LIMB_BITS + 1);
+        static_cast<std::size_t>(std::uint64_t{16} * wordCount / WIDE_READ_DIGIT_BITS + 1);
     WordSink target(words, wordCount);
-    for (const Limb limb : fromDecimalChunks(chunks, lastDigits, room))
-        target.put(limb, WIDE_READ_LIMB_BITS);
+    for (const Limb digit : fromDecimalChunks(chunks, lastDigits, room))
+        target.put(digit, WIDE_READ_DIGIT_BITS);
     target.finish();
     return true;
 }

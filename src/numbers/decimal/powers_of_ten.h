@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The powers of ten that fit a limb. Decimal digits are converted in chunks, one step of limb
-// arithmetic per chunk; each engine derives the size of its chunks from this table.
+// The powers of ten that fit a limb. Decimal digits are converted in chunks that fit a limb; each
+// engine derives the size of its chunks from this table.
 #pragma once
 
 #include "numbers/limb.h"

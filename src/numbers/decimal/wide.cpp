@@ -21,13 +21,13 @@ namespace {
 
 using Digits = std::vector<Limb>; // of the target radix, the lowest first
 
-// Policies: BASE is the target radix, at most 2^63, and WEIGHT the source radix. split() divides a
-// sum of at most MAX_SUM by BASE: the remainder is a digit, the quotient the carry.
+// Policies: BASE is the target radix, at most 2^63. split() divides a sum of at most MAX_SUM by
+// BASE: the remainder is a digit, the quotient the carry.
 
 struct DecimalTarget {
     static constexpr Limb BASE = POWERS_OF_TEN[WIDE_PRINT_CHUNK_DIGITS];
-    static constexpr DoubleLimb WEIGHT = DoubleLimb{1} << LIMB_BITS;
-    static constexpr DoubleLimb MAX_SUM = BASE * WEIGHT - 1; // the carry fits a limb
+    static constexpr DoubleLimb SOURCE_RADIX = DoubleLimb{1} << LIMB_BITS;
+    static constexpr DoubleLimb MAX_SUM = BASE * SOURCE_RADIX - 1; // the carry fits a limb
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
         // divideLimb() requires the divisor's top bit, so divisor and dividend are scaled.
@@ -41,12 +41,12 @@ struct DecimalTarget {
 };
 
 struct BinaryTarget {
-    static constexpr Limb BASE = Limb{1} << WIDE_READ_LIMB_BITS;
-    static constexpr DoubleLimb WEIGHT = POWERS_OF_TEN[WIDE_READ_CHUNK_DIGITS];
+    static constexpr Limb BASE = Limb{1} << WIDE_READ_DIGIT_BITS;
+    static constexpr DoubleLimb SOURCE_RADIX = POWERS_OF_TEN[WIDE_READ_CHUNK_DIGITS];
     static constexpr DoubleLimb MAX_SUM = ~DoubleLimb{0};
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
-        carry = sum >> WIDE_READ_LIMB_BITS;
+        carry = sum >> WIDE_READ_DIGIT_BITS;
         return static_cast<Limb>(sum) & (BASE - 1);
     }
 };
@@ -214,7 +214,7 @@ Groups firstGroups(const Limb* source, std::size_t count) {
     const std::size_t groupSize = (count + maxGroups - 1) / maxGroups;
     Groups groups{{}, {1}};
     for (std::size_t i = 0; i < groupSize; ++i)
-        multiplyAdd<Target>(groups.weight, Target::WEIGHT, 0);
+        multiplyAdd<Target>(groups.weight, Target::SOURCE_RADIX, 0);
     const std::size_t size = groups.weight.size();
     groups.digits.reserve(size * maxGroups);
     Digits number;
@@ -222,15 +222,15 @@ Groups firstGroups(const Limb* source, std::size_t count) {
     for (std::size_t at = 0; at < count; at += groupSize) {
         number.clear();
         for (std::size_t i = std::min(at + groupSize, count); i-- > at;)
-            multiplyAdd<Target>(number, Target::WEIGHT, source[i]);
+            multiplyAdd<Target>(number, Target::SOURCE_RADIX, source[i]);
         number.resize(size);
         groups.digits.insert(groups.digits.end(), number.begin(), number.end());
     }
     return groups;
 }
 
-// 10^k is divisible by 2^k, so the low limbs of a weight may be zero; products skip them. Otherwise
-// the benchmark row "parse decimal, 65536 b" takes 23 % longer.
+// 10^k is divisible by 2^k, so the low digits of a binary weight may be zero; products skip them.
+// Otherwise the benchmark row "parse decimal, 65536 b" takes 23 % longer.
 std::size_t lowZeros(const Digits& weight) {
     const auto isSet = [](Limb digit) { return digit != 0; };
     return static_cast<std::size_t>(std::find_if(weight.begin(), weight.end(), isSet) -

@@ -12,9 +12,10 @@
 
 namespace KelRT::numbers {
 
-// The smallest sizes for this engine: when printing, the limbs in use; when reading, those that a
-// text of this length can fill, at most the width. Measured on x86-64: it overtakes the schoolbook
-// engine between 120 and 140 limbs when printing, and between 180 and 220 when reading.
+// The smallest sizes for this engine, in 64-bit limbs: when printing, those in use; when reading,
+// those that the text can fill, at most those of the width. Measured on x86-64: it overtakes the
+// schoolbook engine between 120 and 140 limbs when printing, and between 180 and 220 when reading.
+// Any size in these ranges does.
 constexpr std::size_t WIDE_PRINT_LIMBS = 120;
 constexpr std::size_t WIDE_READ_LIMBS = 220;
 
@@ -28,19 +29,19 @@ constexpr std::size_t KARATSUBA_SIZE = 60;
 // has 17 decimal digits.
 constexpr unsigned WIDE_PRINT_CHUNK_DIGITS = digitsWithin(~Limb{0} / KARATSUBA_SIZE);
 
-// When reading, the target is limbs of 60 bits: the sum of a column then fits 128 bits, and 10^18
-// just fits such a limb. So a chunk has 18 decimal digits.
-constexpr unsigned WIDE_READ_LIMB_BITS = 60;
-constexpr unsigned WIDE_READ_CHUNK_DIGITS = digitsWithin(Limb{1} << WIDE_READ_LIMB_BITS);
+// When reading, the digits of the target radix have 60 bits: the sum of a column then fits 128
+// bits, and 10^18 just fits such a digit. So a chunk has 18 decimal digits.
+constexpr unsigned WIDE_READ_DIGIT_BITS = 60;
+constexpr unsigned WIDE_READ_CHUNK_DIGITS = digitsWithin(Limb{1} << WIDE_READ_DIGIT_BITS);
 
 // `count` limbs (at least 1) as chunks of WIDE_PRINT_CHUNK_DIGITS digits, both from the lowest. The
 // highest chunk is 0 only for the value 0. Throws std::bad_alloc.
 std::vector<Limb> toDecimalChunks(const Limb* limbs, std::size_t count);
 
-// The value of chunks of WIDE_READ_CHUNK_DIGITS digits, the most significant first, as limbs of
-// WIDE_READ_LIMB_BITS bits, the lowest first. The last chunk has `lastDigits` digits. Returns at
-// most room + 1 limbs, of which the lowest `room` (at least 1) are exact; none for no chunks.
-// Throws std::bad_alloc.
+// The value of chunks of WIDE_READ_CHUNK_DIGITS digits, the most significant first, in radix
+// 2^WIDE_READ_DIGIT_BITS, the lowest digit first. The last chunk has `lastDigits` decimal digits.
+// Returns at most room + 1 digits, of which the lowest `room` (at least 1) are exact; none for no
+// chunks. Throws std::bad_alloc.
 std::vector<Limb> fromDecimalChunks(const std::vector<Limb>& chunks, unsigned lastDigits,
                                     std::size_t room);
 
