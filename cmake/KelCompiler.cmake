@@ -1,4 +1,5 @@
-# Refuses a compiler that is too old for C++20 and its library: the oldest versions that are tried.
+# Refuses a compiler that is too old for C++20 and its library. Of GCC and Clang these are the oldest
+# versions that are tested; MSVC itself is not.
 set(KELUTIL_OLDEST_GNU 12)
 set(KELUTIL_OLDEST_Clang 14)
 set(KELUTIL_OLDEST_MSVC 19.29)

@@ -21,11 +21,11 @@ endfunction()
 if(MSVC)
   set(KELUTIL_LANGUAGE /utf-8 /permissive- /Zc:__cplusplus /EHsc)
   set(KELUTIL_WARNINGS /W4)
-  set(KELUTIL_NO_WARNINGS /WX)
+  set(KELUTIL_WERROR /WX)
 else()
   set(KELUTIL_LANGUAGE)
   set(KELUTIL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow)
-  set(KELUTIL_NO_WARNINGS -Werror)
+  set(KELUTIL_WERROR -Werror)
 endif()
 
 # Scaled values round after every operation; some compilers fuse operations by default.
@@ -48,7 +48,7 @@ if(NOT KELUTIL_ROUNDS_DOUBLES)
 endif()
 
 # Hardening of what is shipped: checked copies and formats, guarded stacks, tables of addresses that are
-# read-only once they are filled. (Run-time checks need optimised code, and on Windows a DLL more.)
+# read-only once they are filled. (The run-time checks need optimised code. They are left out on Windows, where they need another DLL.)
 set(KELUTIL_HARDENED_CODE)
 if(NOT WIN32)
   kel_accepted(KELUTIL_HARDENED_CODE -fstack-protector-strong)
@@ -77,10 +77,10 @@ endfunction()
 # kel_own_target(TARGET): warnings, hidden visibility, and warnings as errors where asked for.
 function(kel_own_target target)
   target_compile_options(${target} PRIVATE ${KELUTIL_LANGUAGE} ${KELUTIL_WARNINGS} ${KELUTIL_ARITHMETIC})
-  # On 32-bit hosts files pass 2 GiB, and the numbers of files 32 bits, only with wide offsets.
+  # On 32-bit hosts, files above 2 GiB and inode numbers above 32 bits need 64-bit file offsets.
   target_compile_definitions(${target} PRIVATE $<$<PLATFORM_ID:Linux>:_FILE_OFFSET_BITS=64>)
   if(KELUTIL_WARNINGS_AS_ERRORS)
-    target_compile_options(${target} PRIVATE ${KELUTIL_NO_WARNINGS})
+    target_compile_options(${target} PRIVATE ${KELUTIL_WERROR})
   endif()
   set_target_properties(${target} PROPERTIES
     CXX_VISIBILITY_PRESET hidden

@@ -13,7 +13,7 @@ set(CPACK_COMPONENTS_ALL runtime development tools)
 if(KELUTIL_BUILD_DOCS)
   list(APPEND CPACK_COMPONENTS_ALL documentation)
 endif()
-# Settles what belongs to packages alone: licences, changelog, stripped runtime DLLs.
+# Adds what belongs to packages alone: licences, changelog, stripped runtime DLLs.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/KelPackageFiles.cmake)
 set(CPACK_KEL_SOURCE_DIR ${CMAKE_CURRENT_SOURCE_DIR})
 set(CPACK_KEL_STRIP ${CMAKE_STRIP})

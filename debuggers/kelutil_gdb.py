@@ -33,7 +33,7 @@ def owned(value):
 
 
 def shown(count):
-    """How many of COUNT elements to show: no more than "set print elements" has it."""
+    """How many of COUNT elements to show: no more than "set print elements" allows."""
     limit = gdb.parameter("print elements")
     return min(count, limit) if limit else count
 
@@ -131,7 +131,7 @@ def decimal(value):
 
 
 class StrTok:
-    """The text behind the tokens that were taken, and how it is split."""
+    """The text after the tokens that were taken, and how it is split."""
 
     def __init__(self, value):
         self.position, self.length = int(value["position"]), int(value["length"])

@@ -7,7 +7,7 @@
 
 using namespace KelRT;
 
-// The lowest bit that differs although the mask has a 1 there; -1 if there is none.
+// The lowest bit that differs where the mask is 1; -1 if there is none.
 // All three buffers have the same size.
 static std::int64_t firstDifference(Kel_ByteBuffer& actual, Kel_ByteBuffer& expected,
                                     Kel_ByteBuffer& mask) {

@@ -12,7 +12,7 @@ using namespace KelRT;
 #endif
 
 // The plug-in is linked with KelUtil::KelUtil like the tool, so both write into the log of the
-// process. The tool alone starts it and ends it.
+// process. The tool alone starts it.
 extern "C" PLUGIN_API int countDevices() {
     MethodLogger trace;
     trace.setMethodName("countDevices");
