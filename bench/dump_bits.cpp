@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Dumps of buffers in the bit form, 10.5 characters for a byte. No peer has it; beside its limit it
-// should cost in proportion to its text, as the hexadecimal form of dumps.cpp does.
+// Dumps of buffers in the bit form, 10.5 characters per byte. No peer has such a form. Its ratio to
+// the limit should be that of the hexadecimal form in dumps.cpp.
 #include "dumps.h"
 
 using namespace bench;

@@ -31,7 +31,7 @@ struct Process {
     std::string input;
     LogFile file;
 
-    void prepare() const { file.empty(); }
+    void prepare() const { file.truncate(); }
 
     /// Returns the seconds that the process used.
     [[nodiscard]] double run() {

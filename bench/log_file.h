@@ -59,7 +59,7 @@ public:
 
     [[nodiscard]] int descriptor() const { return openDescriptor; }
 
-    void empty() const {
+    void truncate() const {
         if (::lseek(openDescriptor, 0, SEEK_SET) != 0 || ::ftruncate(openDescriptor, 0) != 0)
             LogDirectory::fail("cannot empty " + location);
     }
@@ -97,7 +97,7 @@ struct Writer {
     LogFile file;
     Write write;
     Text text;
-    void prepare() { file.empty(); }
+    void prepare() { file.truncate(); }
     void run() { write(file); }
     std::string result() { return text(file.text()); }
 };

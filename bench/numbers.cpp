@@ -2,7 +2,7 @@
 //
 // Numbers of a fixed width, printed into a new string and read. Every peer makes a new string too:
 // GMP writes into the string itself (mpz_get_str) and, as the library does, looks at each character
-// that it reads (mpz_set_str). APInt and cpp_int are left out where they take most of a second.
+// that it reads (mpz_set_str). APInt and cpp_int are left out where they take 100 ms or more.
 #include "peers.h"
 #include "row.h"
 
@@ -109,7 +109,7 @@ void rows(const char* work, const Base& base, unsigned bits, const Widest& wides
     row.limit(copying(text));
 }
 
-// Decimal beside itself at half the width: four times the cost would be quadratic.
+// Decimal compared with itself at half the width: four times the cost would be quadratic.
 template <template <typename> typename Work>
 struct Agreeing : Work<KelNumber> {
     using Work<KelNumber>::Work;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The peers: what each of them does in the benchmarks, and `Missing` in place of one that was not
-// found (HAVE_...) or that the family is not measured beside. Never part of the library.
+// found (HAVE_...) or that this family is not compared with. Never part of the library.
 #pragma once
 
 #include <cstdint>

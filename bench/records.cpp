@@ -126,7 +126,7 @@ void askedRow(const LogFile& ownFile, const LogDirectory& directory) {
 }
 
 void filteredRow(const LogFile& ownFile, const LogDirectory& directory) {
-    Row row("records", "filtered, written anyway", "-", RECORD_COUNT);
+    Row row("records", "filtered, not asked", "-", RECORD_COUNT);
     row.add("KelUtil",
             Filtered{ownFile, [](const Record& record) { printRecord(FILTERED, record); }});
     row.addPeer<peers::Spdlog>("spdlog", [&](auto spdlog) {
@@ -145,7 +145,7 @@ int main(int argc, char** argv) {
     const LogFile ownFile = startLogging(directory, "0");
     writtenRow(ownFile, directory);
     for (const char* name : {"KelUtil.log", "glog.", "limit.log"})
-        LogFile(directory.file(name)).empty(); // for the proofs below
+        LogFile(directory.file(name)).truncate(); // for the proofs below
     askedRow(ownFile, directory);
     filteredRow(ownFile, directory);
     return runAll(argc, argv);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Realignment after a dropped bit count, mirroring of bits within bytes, reversal of bytes; in
-// place.
+// Realignment after bits were dropped, mirroring of bits within bytes, reversal of bytes; in place.
 #include "peers.h"
 #include "row.h"
 

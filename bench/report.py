@@ -4,10 +4,10 @@
 
 usage: report.py GOALS RESULT.json... [--plain RESULT.json...]
 
-Prints one table per family: work, size, our figure, that of the library without compiler extensions
-(plain), each peer's, the ratio of the first to the best peer and to the limit. Figures are medians of
-the repetitions, processor time of one piece of work. A goal that names a peer wants every other peer
-to be behind. The exit status is 1 when a row misses its goal.
+Prints one table per family: work, size, our figure, with --plain that of the library without compiler
+extensions, each peer's, and the ratios of ours to the best peer's and to the limit. A figure is the
+median, over the repetitions, of the processor time of one piece of work. A goal that names a peer
+requires every other peer to be slower. The exit status is 1 when a row misses its goal.
 """
 import json
 import statistics
@@ -23,9 +23,9 @@ def read_goals(path):
     with open(path, encoding="utf-8") as lines:
         for line in lines:
             if line.strip() and not line.startswith("#"):
-                family, work, sizes, goal, *beside = (part.strip() for part in line.split("|"))
+                family, work, sizes, goal, *may_lead = (part.strip() for part in line.split("|"))
                 for size in sizes.split(","):
-                    goals[family, work, size.strip()] = float(goal), beside
+                    goals[family, work, size.strip()] = float(goal), may_lead
     return goals
 
 
@@ -71,16 +71,16 @@ def table(family, rows, goals):
         median = {name: statistics.median(runs) for name, runs in row.items() if runs}
         best = min((median[name] for name in peers if name in median), default=None)
         ours = median[OURS]
-        goal, beside = goals.get((family, work, size), goals.get((family, work, "*"), (None, [])))
+        goal, may_lead = goals.get((family, work, size), goals.get((family, work, "*"), (None, [])))
         ratio = ours / best if best else None
         faster = [name for name in peers if name in median and median[name] < ours]
-        ahead = not beside or set(faster) <= set(beside)
+        others_behind = not may_lead or set(faster) <= set(may_lead)
         verdict = ""
         if goal is not None:
-            verdict = "no peer" if ratio is None else "ok" if ratio <= goal and ahead else "MISSED"
+            verdict = "no peer" if ratio is None else "ok" if ratio <= goal and others_behind else "MISSED"
         if verdict == "MISSED":
             missed.append(f"{family}, {work}, {size}: {ratio:.2f} instead of {goal}" +
-                          ("" if ahead else f", and behind {', '.join(faster)}"))
+                          ("" if others_behind else f", and behind {', '.join(faster)}"))
         lines.append([
             work, size, duration(ours),
             *(("-" if name not in row else duration(median[name]) if name in median else "missing")

@@ -37,10 +37,10 @@ public:
         std::uint64_t items = 1)
         : prefix(family + '/' + work + '/' + size + '/'), itemCount(items) {}
 
-    /// A contender is an object with `void run()` and `std::string result()`. Each starts from a
-    /// copy of \a contender. The result of the first run must be that of the row's first contender.
-    /// If it has `void prepare()`, that is called before each run, outside the measured time. If
-    /// `run()` returns seconds, these are the measured time.
+    /// A contender is an object with `void run()` and `std::string result()`. Each benchmark starts
+    /// from a copy of \a contender. The result of the first run must be that of the row's first
+    /// contender. If it has `void prepare()`, that is called before each run, outside the measured
+    /// time. If `run()` returns seconds, these are the measured time.
     template <typename Contender>
     Row& add(const std::string& name, const Contender& contender) {
         Contender trial = contender;

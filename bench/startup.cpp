@@ -2,12 +2,12 @@
 //
 // usage: bench_startup LIBRARY YARDSTICK
 //
-// The cost of loading the library, beside that of a library that only uses the standard library:
+// The cost of loading the library, compared with a library that only uses the C++ standard library:
 // size, processor time of dlopen and dlclose in new processes (medians), allocations while loading.
 // The exit status is 1 when the library allocates more than the standard library and the loader do.
 //
-// This program counts the calls of its own malloc. It does not use the standard library, which the
-// measured library must be the first to load.
+// This program counts the calls of its own malloc. It does not use the C++ standard library, which
+// the measured library must be the first to load.
 #include <initializer_list> // of ranges; no code comes with it
 
 #include <dlfcn.h>

@@ -34,8 +34,7 @@ public:
         (this->*input.oneOf(OPERATIONS))();
     }
 
-    /// Compares all that can be observed, the size and every byte of the block, of a copy: reading
-    /// realigns.
+    /// Compares the size and every byte of the block, on a copy, because reading realigns.
     void expectSame() const {
         Kel_ByteBuffer copy(buffer);
         model::ByteBuffer aligned = expected;
@@ -128,7 +127,7 @@ private:
         expected.access();
         require(text == expected.hexText(from), "bin2HexString");
         text.resize(static_cast<std::size_t>(2 * expected.size + 1));
-        take(text, 0, [from](auto& of, auto& target) { of.bin2HexString(from, target); });
+        checkStored(text, 0, [from](auto& of, auto& target) { of.bin2HexString(from, target); });
     }
     void cutHex() {
         const std::uint64_t from = input.below(expected.size + 2);
@@ -151,11 +150,11 @@ private:
                 "hex2Bin to a place");
         const std::unique_ptr<Kel_ByteBuffer> made(buffer.hex2Bin(first, last));
         require(contentOf(*made) == bytes, "hex2Bin");
-        take(bytes, 0, [=](auto& of, auto& target) { of.hex2Bin(first, last, target); });
+        checkStored(bytes, 0, [=](auto& of, auto& target) { of.hex2Bin(first, last, target); });
     }
     void readMirrored() {
         const std::string text = input.text(input.below(60), DIGITS);
-        take(model::mirroredTextToBin(text), 10, [&text](auto&, auto& target) {
+        checkStored(model::mirroredTextToBin(text), 10, [&text](auto&, auto& target) {
             Kel_ByteBuffer::hex2BinReverse(text.c_str(), target);
         });
     }
@@ -186,7 +185,7 @@ private:
     }
 
     /// Checks what an operation stores, in another buffer or in the buffer itself.
-    void take(const Bytes& made, std::size_t reserve, const auto& operation) {
+    void checkStored(const Bytes& made, std::size_t reserve, const auto& operation) {
         if (expected.size < 200 && input.below(2) == 0) {
             operation(buffer, buffer);
             expected = model::ByteBuffer(made, reserve, reserve);

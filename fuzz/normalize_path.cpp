@@ -40,7 +40,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::require(!relative ||
                       Kel_Util::normalizePath(path) == expected('/', "", here + "/" + path),
                   "a relative path");
-    // Any beginning under the other host's conventions, where our current directory has no drive.
+    // Paths with any beginning, under the conventions of Windows. Our current directory has no
+    // drive.
     const std::string any = KelRT::files::normalize(Port::WINDOWS, path);
     fuzz::require(any.find('/') == std::string::npos, "only the host's separator is written");
     return 0;

@@ -82,7 +82,7 @@ TEST(ByteBufferStorage, OverAlignedDerivedObjectsAreAligned) {
     const auto isAligned = [](const auto& objects) {
         return reinterpret_cast<std::uintptr_t>(objects.get()) % alignof(OverAligned) == 0;
     };
-    // GCC for 32-bit Arm places every array 8 bytes after the aligned block.
+    // GCC for 32-bit Arm puts the first element of every array 8 bytes into the aligned block.
     const bool arraysAreAligned = isAligned(std::make_unique<OverAlignedPeer[]>(2));
     for (int round = 0; round < 20; ++round) { // one alone may be aligned by chance
         const std::unique_ptr<OverAligned> one(new OverAligned);

@@ -11,7 +11,7 @@ namespace test {
 /// Which allocations fail: all from the chosen one on, or that one alone.
 enum class Failure : std::uint8_t { persistent, single };
 
-/// While an object is alive, allocations fail after \a successes more of them.
+/// While an object is alive, \a successes more allocations succeed; then one fails, or all do.
 class FailingNew {
 public:
     explicit FailingNew(long successes = 0, Failure failure = Failure::persistent);

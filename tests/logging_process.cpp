@@ -36,7 +36,7 @@ void logWithCopies() {
 
 } // namespace
 
-// The arguments: a mode, and the descriptor that must be closed in the end.
+// The arguments: a mode, and a descriptor that must no longer be open at the end.
 int main(int argc, char** argv) {
     const std::string mode = argc > 1 ? argv[1] : "";
     const auto other = mode == "other" ? std::make_unique<Logger>() : nullptr;

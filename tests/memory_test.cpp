@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Exhausted memory: every operation that allocates runs once for each of its allocations, which
-// fails. It either completes, or throws std::bad_alloc and leaves its object unchanged.
+// Exhausted memory: every operation that allocates runs once for each of its allocations, and this
+// allocation fails. The operation either completes, or throws std::bad_alloc and leaves its object
+// unchanged.
 // The sanitized build also checks for leaks.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Exception.h"
@@ -71,7 +72,8 @@ using Own = std::unique_ptr<Kel_ByteBuffer>;
 
 constexpr unsigned char BYTES[100] = {};
 
-/// The arguments of the operations. The current directory has a library in "a long name of one".
+/// The arguments of the operations. The current directory has a directory "a long name of one" with
+/// libraries, which is in PATH.
 struct State {
     std::string word = std::string(60, 'w');
     std::string setting = "w=" + word;

@@ -81,7 +81,7 @@ TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
     }
 }
 
-// What is joined has zero digits of the wanted base everywhere, also where halves begin and end.
+// The halves that are joined have runs of zero digits in the base of the result, also at the ends.
 TEST(Number, WideDecimalsOfManyZeroDigitsAreThoseOfTheModel) {
     const auto sparse = [](const char* digits, std::size_t base, std::size_t groupSize) {
         std::string text = "1";
@@ -199,13 +199,14 @@ TEST(Number, UpTo512BitsReadWithoutMemory) {
     const std::string text(500, '1');
     const test::FailingNew noMemory;
     EXPECT_TRUE(number.set('d', text));
-    EXPECT_THROW(Kel_Number(~std::uint64_t{0}), std::bad_alloc); // not a number of no words
+    EXPECT_THROW(Kel_Number(~std::uint64_t{0}), std::bad_alloc); // the word count must not wrap
 }
 
 TEST(Number, WidthsMayExceedTheSizesOfTheHost) {
     if (sizeof(std::size_t) > 4)
         GTEST_SKIP() << "sizes have 64 bits, as widths have";
-    EXPECT_THROW(Kel_Number((std::uint64_t{1} << 36) + 16), std::bad_alloc); // not one word
+    EXPECT_THROW(Kel_Number((std::uint64_t{1} << 36) + 16),
+                 std::bad_alloc); // the word count must not be cut
     Kel_Number number(std::uint64_t{1} << 32);
     ASSERT_TRUE(number.set('d', "1" + std::string(5000, '0')));
     EXPECT_FALSE(number.isZero()); // the lowest 5000 bits are

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Death tests: a debug build ends at a violated precondition. preconditions.cmake compares the
-// sentences of all preconditions with those of the headers; here are the conditions at their
-// limits.
+// sentences of all asserts with the preconditions in the headers; this file tests the conditions at
+// their limits.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_NumberUtil.h"
 #include "KelRT/Kel_Util.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What tests need from the host. Only this file of the tests distinguishes hosts.
+// What tests need from the host. The differences between hosts are here, except in the tests that
+// only one kind of host can run.
 #pragma once
 
 #include <cstdint>
@@ -122,6 +123,7 @@ private:
 };
 
 /// An environment variable, set or (without a value) unset. On Windows the empty value unsets, too.
+/// It is not restored: every test has a process of its own.
 struct Variable {
     const char* name;
 

@@ -31,7 +31,8 @@ int main(int argc, char** argv) {
     line = Kel_Util::trimWhitespace(Kel_Util::stripEndingCR(line));
     std::printf("line          %s\n", Kel_Util::unQuote(line).c_str());
 
-    // Settings of the form name=value; the first match counts, and the case of names does not matter.
+    // Settings of the form name=value; the first match counts, and the case of names does not
+    // matter.
     std::vector<std::string> settings = {"mode=fast", "PORT=2", "port=3"};
     std::printf("port          %s\n", Kel_Util::findKey(settings, "Port").c_str());
     const std::string none = Kel_Util::findKey(static_cast<std::uint32_t>(argc), argv, "port");

@@ -21,44 +21,45 @@ using KelRT::Logger;
 
 namespace {
 
-bool isDigit(char character) {
+bool isHexDigit(char character) {
     return std::isxdigit(static_cast<unsigned char>(character)) != 0;
 }
 
-BadInput misfit(std::uint64_t width) {
-    return BadInput("the value does not fit into " + std::to_string(width) + " bits");
+Fault misfit(std::uint64_t width) {
+    return Fault("the value does not fit into " + std::to_string(width) + " bits");
 }
 
 // "0xDEAD_BEEF" => "DEADBEEF"
-void keepDigits(std::string& text) {
+void reduceToDigits(std::string& text) {
     if (text.size() > 1 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X'))
         text.erase(0, 2);
     for (std::size_t at = text.find('_'); at != std::string::npos; at = text.find('_', at + 1))
-        if (at == 0 || at + 1 == text.size() || !isDigit(text[at - 1]) || !isDigit(text[at + 1]))
-            throw BadInput("'_' stands between two digits only");
+        if (at == 0 || at + 1 == text.size() || !isHexDigit(text[at - 1]) ||
+            !isHexDigit(text[at + 1]))
+            throw Fault("'_' may only stand between two digits");
     text.erase(std::remove(text.begin(), text.end(), '_'), text.end());
-    const auto bad = std::find_if_not(text.begin(), text.end(), isDigit);
+    const auto bad = std::find_if_not(text.begin(), text.end(), isHexDigit);
     if (bad != text.end())
-        throw BadInput("'" + std::string(1, *bad) + "' is not a hexadecimal digit");
+        throw Fault("'" + std::string(1, *bad) + "' is not a hexadecimal digit");
     if (text.empty())
-        throw BadInput("the value has no digits");
+        throw Fault("the value has no digits");
 }
 
-// Fills up with zeros to `count` digits, or drops zeros, at the end of the highest digit.
+// Pads with zeros to `count` digits, or drops zeros, at the most significant end.
 void fitDigits(std::string& digits, std::size_t count, ByteOrder order) {
     if (order == ByteOrder::BIG) {
         digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
         digits.insert(0, count - std::min(count, digits.size()), '0');
     } else {
         if (digits.size() % 2 != 0)
-            throw BadInput("with byteorder=little a value has two digits for each byte");
+            throw Fault("with byteorder=little a value has two digits for each byte");
         digits.erase(digits.find_last_not_of('0') + 1);
         digits.append(count - std::min(count, digits.size()), '0');
     }
 }
 
 Kel_ByteBuffer bitsOf(std::string digits, std::uint64_t width, ByteOrder order) {
-    keepDigits(digits);
+    reduceToDigits(digits);
     const std::uint64_t count = (width + 7) / 8 * 2; // digits of whole bytes
     fitDigits(digits, static_cast<std::size_t>(count), order);
     if (digits.size() > count)
@@ -82,10 +83,10 @@ void readScan(const std::string& line, ByteOrder order, Scan& scan) {
     const char* const width = words.getNext();
     const char* group = words.getNext();
     if (group == nullptr)
-        throw BadInput("expected a name, a width in bits and a value");
+        throw Fault("expected a name, a width in bits and a value");
     scan.width = numberOf<std::uint64_t>(width, "the width");
     if (scan.width == 0 || scan.width > MOST_BITS)
-        throw BadInput("a register has 1 to " + std::to_string(MOST_BITS) + " bits");
+        throw Fault("a register has 1 to " + std::to_string(MOST_BITS) + " bits");
     std::string digits;
     for (; group != nullptr; group = words.getNext())
         digits += group;

@@ -24,7 +24,7 @@ enum class ByteOrder : std::uint8_t {
     LITTLE ///< the first two digits are the lowest byte
 };
 
-/// Reads a line of a capture. \throws BadInput; \a scan then has the name that the line begins with
+/// Reads a line of a capture. \throws Fault; \a scan then has the name that the line begins with
 void readScan(const std::string& line, ByteOrder order, Scan& scan);
 
 } // namespace field_report

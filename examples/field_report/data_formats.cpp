@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The forms for programs. Both are UTF-8, whatever the input holds.
+// The formats for programs. Both are UTF-8, whatever the input holds.
 #include "field_text.h"
 #include "formats.h"
 
@@ -12,8 +12,8 @@ namespace field_report {
 
 namespace {
 
-// The first bytes of the characters of one length, and the range of their second byte, which
-// excludes forms that are too long, surrogates, and what is above U+10FFFF.
+// A range of lead bytes, the length of their characters, and the range of the second byte, which
+// excludes overlong encodings, surrogates, and code points above U+10FFFF.
 struct Lead {
     unsigned first, last;
     std::size_t length;
@@ -54,7 +54,7 @@ std::string utf8(std::string_view text) {
     return result;
 }
 
-// A value beyond the range of double has no number.
+// A value beyond the range of double prints as "inf" or "nan", which is no number here.
 bool isNumber(const std::string& value) {
     return !value.empty() && value.find_first_of("in") == std::string::npos; // inf, nan
 }

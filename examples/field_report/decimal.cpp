@@ -20,8 +20,8 @@ std::uint32_t decimalsOf(const std::string& number) {
         decimals -= numberOf<std::int32_t>(number.substr(exponent), "the exponent");
     }
     if (decimals > MOST_DECIMALS)
-        throw BadInput("'" + number + "' has more than " + std::to_string(MOST_DECIMALS) +
-                       " decimals");
+        throw Fault("'" + number + "' has more than " + std::to_string(MOST_DECIMALS) +
+                    " decimals");
     return static_cast<std::uint32_t>(std::max<std::int64_t>(decimals, 0));
 }
 

@@ -13,14 +13,14 @@
 
 namespace field_report {
 
-/// \a text as a decimal number. \throws BadInput if it is none, calling it \a what
+/// \a text as a decimal number. \throws Fault if it is none, calling it \a what
 template <typename Number>
 Number numberOf(const std::string& text, const char* what) {
     Number number{};
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc() || rest != end || !std::isfinite(static_cast<double>(number)))
-        throw BadInput(std::string(what) + " '" + text + "' is not a number");
+        throw Fault(std::string(what) + " '" + text + "' is not a valid number");
     return number;
 }
 

@@ -25,7 +25,7 @@ bool hasOddQuotes(const std::string& text) {
     return std::count(text.begin(), text.end(), '"') % 2 != 0;
 }
 
-// "a ""b""" in quotes => a "b"
+// "a ""b""" => a "b"
 void unquote(std::string& column) {
     if (column[0] != '"')
         return;
@@ -36,33 +36,33 @@ void unquote(std::string& column) {
         if (column[at] != '"')
             continue;
         if (column[++at] != '"') // at the end it is a NUL
-            throw BadInput("a quote within a quoted column has to be doubled");
+            throw Fault("a quote within a quoted column has to be doubled");
     }
     column = std::move(text);
 }
 
-void checkPlace(const Field& field) {
+void checkBitRange(const Field& field) {
     if (field.width == 0 || field.lowest >= MOST_BITS || field.width > MOST_BITS - field.lowest)
-        throw BadInput("field '" + field.name + "' does not lie within the " +
-                       std::to_string(MOST_BITS) + " bits that a register may have");
+        throw Fault("field '" + field.name + "' does not lie within the " +
+                    std::to_string(MOST_BITS) + " bits that a register may have");
 }
 
 void readScale(const std::string& scale, const std::string& offset, Field& field) {
     field.scale = scale.empty() ? 0 : numberOf<double>(scale, "the scale");
     field.offset = offset.empty() ? 0 : numberOf<double>(offset, "the offset");
     if (field.scale == 0 && !(offset.empty() && field.unit.empty()))
-        throw BadInput("an offset or a unit needs a scale");
+        throw Fault("an offset or a unit needs a scale");
     field.decimals = std::max(decimalsOf(scale), decimalsOf(offset));
 }
 
 Field fieldOf(const std::vector<std::string>& columns) {
     if (columns.size() != COLUMNS)
-        throw BadInput("expected " + std::to_string(COLUMNS) + " columns, found " +
-                       std::to_string(columns.size()));
+        throw Fault("expected " + std::to_string(COLUMNS) + " columns, found " +
+                    std::to_string(columns.size()));
     if (columns[0].empty())
-        throw BadInput("the register has no name");
+        throw Fault("the register has no name");
     if (columns[4].size() != 1 || std::strchr("BODIUXSbodiuxs", columns[4][0]) == nullptr)
-        throw BadInput("'" + columns[4] + "' is not a radix letter");
+        throw Fault("'" + columns[4] + "' is not a radix letter");
     Field field;
     field.name = columns[1];
     field.lowest = numberOf<std::uint64_t>(columns[2], "the lowest bit");
@@ -70,7 +70,7 @@ Field fieldOf(const std::vector<std::string>& columns) {
     field.radix = columns[4][0];
     field.unit = columns[7];
     field.description = columns[8];
-    checkPlace(field);
+    checkBitRange(field);
     readScale(columns[5], columns[6], field);
     return field;
 }
@@ -89,8 +89,8 @@ void takeLines(Lines& lines, FieldTable& table, Messages& messages) {
             more = lines.next(line);
             if (more)
                 takeLine(line, lines.place(), table);
-        } catch (const BadInput& fault) {
-            messages.tellFault(lines.place(), fault.what());
+        } catch (const Fault& fault) {
+            messages.reportFault(lines.place(), fault.what());
         }
     }
 }
@@ -102,8 +102,8 @@ bool isSigned(char radix) {
 }
 
 std::vector<std::string> columnsOf(const std::string& line) {
-    // The tokenizer's own quotes end at the next quote, a doubled one too. So it cuts at every
-    // comma, and what belongs to one column is joined here.
+    // With quotes handled, the tokenizer would end a column at a doubled quote. So it cuts at every
+    // comma, and the pieces of a quoted column are joined here.
     Kel_StrTok tokens(line.c_str(), Kel_StrTok::CSV_DELIM, false, false, false);
     std::vector<std::string> columns;
     bool open = false; // within the quotes of the last column
@@ -116,7 +116,7 @@ std::vector<std::string> columnsOf(const std::string& line) {
             open = !open;
     }
     if (open)
-        throw BadInput("a quoted column does not end on its line");
+        throw Fault("a quoted column does not end on its line");
     for (std::string& column : columns)
         column = Kel_Util::trimWhitespace(column);
     std::for_each(columns.begin(), columns.end(), unquote);

@@ -30,21 +30,21 @@ struct Field {
 /// True for the radix letters that read a raw value as signed.
 bool isSigned(char radix);
 
-/// Orders names of registers, which are the same in either case.
-struct WithoutCase {
+/// Orders the names of registers, which are case-insensitive.
+struct CaseInsensitiveLess {
     bool operator()(const std::string& a, const std::string& b) const {
         return KelRT::Kel_Util::stricmp(a, b) < 0;
     }
 };
 
 /// The fields of each register, in the order of the table.
-using FieldTable = std::map<std::string, std::vector<Field>, WithoutCase>;
+using FieldTable = std::map<std::string, std::vector<Field>, CaseInsensitiveLess>;
 
 /// The columns of a line. One in double quotes may hold commas, and a doubled quote for each quote.
-/// \throws BadInput
+/// \throws Fault
 std::vector<std::string> columnsOf(const std::string& line);
 
-/// Reads the table in \a path. A line with a fault is told and left out.
+/// Reads the table in \a path. A line with a fault is reported and left out.
 FieldTable readTable(const std::string& path, Messages& messages);
 
 } // namespace field_report

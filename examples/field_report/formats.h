@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The forms of a report. A form gets one field of a scan after the other, in the order of the
-// report, and appends its text to a string.
+// The formats of a report. A format gets one scan after the other, in the order of the report, with
+// all its fields at once, and appends their text to a string.
 #pragma once
 
 #include "field_table.h"

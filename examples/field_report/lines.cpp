@@ -43,7 +43,7 @@ Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(LONGES
 bool Lines::next(std::string& line) {
     while (read(line)) {
         if (line.find('\0') != std::string::npos)
-            throw BadInput("the line holds a NUL character");
+            throw Fault("the line holds a NUL character");
         line = Kel_Util::trimWhitespace(Kel_Util::stripEndingCR(line));
         if (!line.empty() && line[0] != '#')
             return true;
@@ -60,15 +60,15 @@ bool Lines::read(std::string& line) {
     consumed += count;
     if (stream->bad()) {
         failed = true;
-        throw hostFault("the file cannot be read on");
+        throw hostFault("the rest of the file cannot be read");
     }
-    if (count == 0) // also a second time at the end
+    if (count == 0) // at the end, however often it is reached
         return false;
     ++number;
     if (stream->fail() && !stream->eof()) {
         stream->clear();
         stream->ignore(std::numeric_limits<std::streamsize>::max(), '\n');
-        throw BadInput("the line is longer than " + std::to_string(LONGEST_LINE) + " characters");
+        throw Fault("the line is longer than " + std::to_string(LONGEST_LINE) + " characters");
     }
     line.assign(buffer.data(), stream->eof() ? count : count - 1);
     if (number == 1 && line.compare(0, 3, BYTE_ORDER_MARK) == 0)
@@ -79,8 +79,8 @@ bool Lines::read(std::string& line) {
 std::unique_ptr<Lines> openLines(const std::string& path, Messages& messages) {
     try {
         return std::make_unique<Lines>(path);
-    } catch (const BadInput& fault) {
-        messages.tellFault(path, fault.what());
+    } catch (const Fault& fault) {
+        messages.reportFault(path, fault.what());
         return nullptr;
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The lines of a text file as editors and hosts write it.
+// The lines of a text file, without comments, blank lines, byte order mark and carriage returns.
 #pragma once
 
 #include "messages.h"
@@ -16,13 +16,13 @@ namespace field_report {
 
 class Lines {
 public:
-    /// Opens \a path; "-" is standard input. \throws BadInput with the host's reason
+    /// Opens \a path; "-" is standard input. \throws Fault with the host's reason
     explicit Lines(const std::string& path);
 
     /// The next line that holds something, without white space at its ends. Lines that begin with
     /// '#' are comments. A byte order mark and carriage returns at line ends are dropped.
     /// \return false at the end of the file
-    /// \throws BadInput for a line that cannot be read; the next call goes on after it
+    /// \throws Fault for a line that cannot be read; the next call goes on after it
     bool next(std::string& line);
 
     /// False after a failure of the host, which ends the file early.
@@ -52,7 +52,7 @@ private:
     bool failed = false;
 };
 
-/// The lines of \a path; null after telling why it cannot be opened.
+/// The lines of \a path; null, after the fault is reported, if it cannot be opened.
 std::unique_ptr<Lines> openLines(const std::string& path, Messages& messages);
 
 } // namespace field_report

@@ -29,7 +29,7 @@ using namespace KelRT;
 
 namespace {
 
-constexpr unsigned FAILURE = 0x80000001; // of a status; 0 is success
+constexpr unsigned FAILURE = 0x80000001; // as a status: bit 31 marks a failure
 
 // The table of the settings, or the installed one. Without any, every register is printed whole.
 FieldTable tableFor(const Settings& settings, Messages& messages) {
@@ -38,9 +38,9 @@ FieldTable tableFor(const Settings& settings, Messages& messages) {
     try {
         return readTable(Kel_Util::getDataDirPath() + "fields.csv", messages);
     } catch (const Kel_Exception& fault) { // its message ends in a newline
-        messages.tellFault("field_report", Kel_Util::trimWhitespace(fault.what()) +
-                                               " Name a table with fields=FILE, or the directory "
-                                               "of fields.csv with TOR_KEL_DATADIR.");
+        messages.reportFault("field_report", Kel_Util::trimWhitespace(fault.what()) +
+                                                 " Name a table with fields=FILE, or the directory "
+                                                 "of fields.csv with TOR_KEL_DATADIR.");
     }
     return {};
 }
@@ -54,9 +54,9 @@ FieldTable selectedOf(FieldTable table, const std::vector<std::string>& names) {
 }
 
 std::unique_ptr<Format> formatFor(const Settings& settings, const FieldTable& table) {
-    if (settings.form == Form::CSV)
+    if (settings.format == FormatKind::CSV)
         return makeCsvFormat();
-    if (settings.form == Form::JSON)
+    if (settings.format == FormatKind::JSON)
         return makeJsonFormat();
     const char* const noColour = std::getenv("NO_COLOR");
     const bool plain = !settings.output.empty() || (noColour != nullptr && *noColour != 0);
@@ -69,7 +69,7 @@ void report(const Settings& settings, Messages& messages) {
         return;
     const FieldTable table = tableFor(settings, messages);
     const auto format = formatFor(settings, table);
-    Output output(settings.output, settings.form != Form::TEXT);
+    Output output(settings.output, settings.format != FormatKind::TEXT);
     Report report(settings, table, messages);
     report.print(*capture, *format, output);
     if (settings.output.empty() || report.isWhole())
@@ -80,8 +80,8 @@ bool readSettings(const std::vector<std::string>& words, Settings& settings, Mes
     try {
         settings = settingsOf(words);
         return true;
-    } catch (const BadInput& fault) {
-        messages.tellFault("field_report", fault.what());
+    } catch (const Fault& fault) {
+        messages.reportFault("field_report", fault.what());
         std::cerr << USAGE;
         return false;
     }
@@ -95,10 +95,10 @@ unsigned run(const std::vector<std::string>& words) {
     try {
         if (readSettings(words, settings, messages))
             report(settings, messages);
-    } catch (const BadInput& fault) {
-        messages.tellFault("field_report", fault.what());
+    } catch (const Fault& fault) {
+        messages.reportFault("field_report", fault.what());
     } catch (const Kel_Exception& fault) {
-        messages.tellFault("field_report", Kel_Util::trimWhitespace(fault.what()));
+        messages.reportFault("field_report", Kel_Util::trimWhitespace(fault.what()));
     }
     return trace.setReturnStatus(messages.anyFault() ? FAILURE : 0);
 }

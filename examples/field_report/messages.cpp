@@ -11,15 +11,15 @@
 
 namespace field_report {
 
-BadInput hostFault(const std::string& what) {
+Fault hostFault(const std::string& what) {
     const int reason = errno;
-    return BadInput(what + ": " + std::generic_category().message(reason));
+    return Fault(what + ": " + std::generic_category().message(reason));
 }
 
 Messages::Messages()
     : onTerminal(host::isTerminal(stderr)), due(Clock::now() + std::chrono::seconds(1)) {}
 
-void Messages::tellFault(const std::string& where, const std::string& what) {
+void Messages::reportFault(const std::string& where, const std::string& what) {
     faults = true;
     hideProgress();
     KelRT::Logger::logger.flush(); // the log may go to standard error too

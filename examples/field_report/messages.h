@@ -10,18 +10,18 @@
 
 namespace field_report {
 
-/// A fault of the input or of the settings. The text says what is wrong.
-using BadInput = std::runtime_error;
+/// A fault of the input, the settings or the host. The text says what is wrong.
+using Fault = std::runtime_error;
 
 /// "WHAT: REASON" with the host's reason for the last failed call.
-BadInput hostFault(const std::string& what);
+Fault hostFault(const std::string& what);
 
 class Messages {
 public:
     Messages();
 
     /// Prints "WHERE: WHAT" and writes it to the log.
-    void tellFault(const std::string& where, const std::string& what);
+    void reportFault(const std::string& where, const std::string& what);
 
     /// Shows how much of the capture is read, on a terminal and after the first second.
     /// \param total the size of the capture in bytes, 0 if it is unknown

@@ -25,7 +25,7 @@ std::string freeNameFor(const std::string& path) {
     }
 }
 
-BadInput cannotWrite(const std::string& path) {
+Fault cannotWrite(const std::string& path) {
     return hostFault("the report cannot be written" + (path.empty() ? "" : " to " + path));
 }
 
@@ -47,15 +47,15 @@ Output::Output(const std::string& where, bool binary)
     if (!file)
         throw cannotWrite(path);
     if (isTemporary || !direct)
-        written = name;
+        unfinished = name;
     target = &file;
 }
 
 Output::~Output() {
-    if (written.empty())
+    if (unfinished.empty())
         return;
     file.close();
-    static_cast<void>(std::remove(written.c_str()));
+    static_cast<void>(std::remove(unfinished.c_str()));
 }
 
 void Output::write(const std::string& text) {
@@ -69,9 +69,10 @@ void Output::finish() {
     errno = 0;
     if (file.is_open())
         file.close();
-    if (!*target || (!written.empty() && written != path && !host::replaceFile(written, path)))
+    if (!*target ||
+        (!unfinished.empty() && unfinished != path && !host::replaceFile(unfinished, path)))
         throw cannotWrite(path);
-    written.clear();
+    unfinished.clear();
     if (isTemporary && !(std::cout << "report written to " << path << '\n').flush())
         throw cannotWrite("");
 }

@@ -13,7 +13,7 @@ class Output {
 public:
     /// \param where  empty for standard output, "temp" for a new temporary file, otherwise a path
     /// \param binary whether line ends are written as they are given
-    /// \throws BadInput with the host's reason, Kel_Exception
+    /// \throws Fault with the host's reason, Kel_Exception
     Output(const std::string& where, bool binary);
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
@@ -21,16 +21,16 @@ public:
     /// Removes an unfinished file.
     ~Output();
 
-    /// \throws BadInput with the host's reason
+    /// \throws Fault with the host's reason
     void write(const std::string& text);
 
-    /// Completes the report; only then a file takes the place of an older one, and a temporary file
-    /// is named on standard output. \throws BadInput with the host's reason
+    /// Completes the report; only then does a file take the place of an older one, and is a
+    /// temporary file named on standard output. \throws Fault with the host's reason
     void finish();
 
 private:
-    std::string path;    // of the report; empty for standard output
-    std::string written; // the file that is written, until it is finished
+    std::string path;       // of the report; empty for standard output
+    std::string unfinished; // the file to remove unless finish() is reached; empty if there is none
     bool isTemporary = false;
     std::ofstream file;
     std::ostream* target;

@@ -12,7 +12,7 @@ namespace field_report {
 
 namespace {
 
-constexpr std::size_t PIECE = 1 << 16; // of the report, that is written at once
+constexpr std::size_t PIECE = 1 << 16; // bytes of report per write, of capture per progress line
 
 Field wholeOf(std::uint64_t width) {
     Field field;
@@ -30,14 +30,14 @@ void Report::print(Lines& capture, Format& format, Output& output) {
     KelRT::MethodLogger trace;
     trace.setMethodName("print");
     std::string line;
-    std::uint64_t due = 0; // bytes that are read until the progress is shown again
+    std::uint64_t due = 0; // the value of bytesRead() at which the progress is shown again
     for (bool more = true; more;) {
         try {
             more = capture.next(line);
             if (more)
                 takeLine(line, format);
-        } catch (const BadInput& fault) {
-            messages->tellFault(capture.place(), fault.what());
+        } catch (const Fault& fault) {
+            messages->reportFault(capture.place(), fault.what());
         }
         if (text.size() >= PIECE || capture.mayWait())
             flush(output);
@@ -56,7 +56,7 @@ void Report::print(Lines& capture, Format& format, Output& output) {
 void Report::takeLine(const std::string& line, Format& format) {
     try {
         readScan(line, settings->byteOrder, scan);
-    } catch (const BadInput&) {
+    } catch (const Fault&) {
         count(scan.name); // it is a scan all the same
         throw;
     }
@@ -64,8 +64,8 @@ void Report::takeLine(const std::string& line, Format& format) {
     if (its.width == 0)
         begin(its);
     if (its.width != scan.width)
-        throw BadInput("register '" + its.name + "' had " + std::to_string(its.width) +
-                       " bits before");
+        throw Fault("register '" + its.name + "' had " + std::to_string(its.width) +
+                    " bits before");
     if (its.isSelected && its.scans >= settings->firstScan && its.scans <= settings->lastScan)
         report(its, format);
 }
@@ -85,8 +85,8 @@ void Report::begin(Register& its) {
     const auto misfits = [&](const Field& field) {
         if (field.lowest + field.width <= its.width)
             return false;
-        messages->tellFault(field.place, "field '" + field.name + "' does not lie within the " +
-                                             std::to_string(its.width) + " bits of its register");
+        messages->reportFault(field.place, "field '" + field.name + "' does not lie within the " +
+                                               std::to_string(its.width) + " bits of its register");
         return true;
     };
     if (known != table->end())
@@ -118,7 +118,7 @@ void Report::report(const Register& its, Format& format) {
 void Report::checkSelection() {
     const auto missing = [&](const std::string& what) {
         whole = false;
-        messages->tellFault("field_report", what + " is not in the capture");
+        messages->reportFault("field_report", what + " is not in the capture");
     };
     for (const std::string& name : settings->registers)
         if (registers.count(name) == 0)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The report of one capture: it passes the scans from the lines of the capture to a form, one at a
-// time.
+// The report of one capture: it passes the scans from the lines of the capture to a format, one at
+// a time.
 #pragma once
 
 #include "capture.h"
@@ -23,7 +23,7 @@ class Report {
 public:
     Report(const Settings& wanted, const FieldTable& fieldTable, Messages& told);
 
-    /// Reports the scans of \a capture. A line with a fault is told and left out.
+    /// Reports the scans of \a capture. A line with a fault is reported as such and left out.
     void print(Lines& capture, Format& format, Output& output);
 
     /// False if the capture could not be read to its end, or does not hold what was asked for.
@@ -49,7 +49,7 @@ private:
     const Settings* settings;
     const FieldTable* table;
     Messages* messages;
-    std::map<std::string, Register, WithoutCase> registers;
+    std::map<std::string, Register, CaseInsensitiveLess> registers;
     Scan scan;
     std::vector<Item> items;
     std::string text; // not yet written

@@ -75,11 +75,11 @@ void checkWords(const std::vector<std::string>& words) {
             return Kel_Util::stricmp(name, known) == 0;
         };
         if (end == word.size() || std::none_of(SETTINGS.begin(), SETTINGS.end(), isIt))
-            throw BadInput("'" + word + "' is not a setting");
+            throw Fault("'" + word + "' is not a setting");
         if (end + 1 == word.size())
-            throw BadInput("'" + word + "' has no value");
+            throw Fault("'" + word + "' has no value");
         if (std::any_of(seen.begin(), seen.end(), isIt))
-            throw BadInput("'" + name + "' is set twice");
+            throw Fault("'" + name + "' is set twice");
         seen.push_back(name);
     }
 }
@@ -93,7 +93,7 @@ std::size_t choiceOf(const std::string& word, const std::vector<std::string>& ch
     std::string list = choices[0];
     for (std::size_t i = 1; i < choices.size(); ++i)
         list += (i + 1 < choices.size() ? ", " : " or ") + choices[i];
-    throw BadInput("'" + word + "' is no " + name + "; it is " + list);
+    throw Fault("'" + word + "' is no " + name + "; expected " + list);
 }
 
 void readScans(const std::string& range, Settings& settings) {
@@ -105,7 +105,7 @@ void readScans(const std::string& range, Settings& settings) {
                             ? settings.firstScan
                             : numberOf<std::uint64_t>(range.substr(dots + 2), "the last scan");
     if (settings.firstScan == 0 || settings.lastScan < settings.firstScan)
-        throw BadInput("'" + range + "' selects no scan; they are numbered from 1");
+        throw Fault("'" + range + "' selects no scan; they are numbered from 1");
 }
 
 std::vector<std::string> namesOf(const std::string& list) {
@@ -125,16 +125,16 @@ Settings settingsOf(std::vector<std::string> words) {
     Settings settings;
     settings.capture = valueOf("capture");
     if (settings.capture.empty())
-        throw BadInput("capture=FILE is needed");
+        throw Fault("capture=FILE is needed");
     settings.table = valueOf("fields");
     settings.registers = namesOf(valueOf("register"));
     readScans(valueOf("scan"), settings);
     settings.byteOrder = std::array{
         ByteOrder::BIG,
         ByteOrder::LITTLE}[choiceOf(valueOf("byteorder"), {"big", "little"}, "byteorder")];
-    settings.form =
-        std::array{Form::TEXT, Form::CSV,
-                   Form::JSON}[choiceOf(valueOf("format"), {"text", "csv", "json"}, "format")];
+    settings.format = std::array{
+        FormatKind::TEXT, FormatKind::CSV,
+        FormatKind::JSON}[choiceOf(valueOf("format"), {"text", "csv", "json"}, "format")];
     settings.output = valueOf("output");
     return settings;
 }

@@ -15,7 +15,7 @@ namespace field_report {
 extern const char* const USAGE; ///< how the tool is called, a few lines
 extern const char* const HELP;  ///< the rest of what --help prints
 
-enum class Form : std::uint8_t { TEXT, CSV, JSON };
+enum class FormatKind : std::uint8_t { TEXT, CSV, JSON };
 
 struct Settings {
     std::string capture;                ///< "-" is standard input
@@ -24,11 +24,12 @@ struct Settings {
     std::uint64_t firstScan = 1;
     std::uint64_t lastScan = std::numeric_limits<std::uint64_t>::max();
     ByteOrder byteOrder = ByteOrder::BIG;
-    Form form = Form::TEXT;
+    FormatKind format = FormatKind::TEXT;
     std::string output; ///< empty: standard output
 };
 
-/// \throws BadInput for words that are no settings, and for a missing capture
+/// \throws Fault for a word that is no setting, a setting that is empty, wrong or given
+/// twice, and a missing capture
 Settings settingsOf(std::vector<std::string> words);
 
 } // namespace field_report

@@ -22,7 +22,7 @@ enum Column : std::uint8_t {
     COLUMNS
 }; // and the description, unpadded
 
-// Characters of UTF-8, as in µs.
+// The number of characters in UTF-8 text: 2 in "µs".
 std::size_t lengthOf(std::string_view text) {
     return static_cast<std::size_t>(
         std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
@@ -38,13 +38,13 @@ std::string bitsOf(const Field& field) {
            std::to_string(field.lowest) + "]";
 }
 
-// How the digits of a radix are laid out: '_' between groups, and lines of `most` characters that
-// continue right under each other. The prefix comes on top of that.
+// How the digits of a radix are laid out: '_' between groups of `group`, and right-aligned lines of
+// at most `most` characters, of which all but the first begin with '_'. The prefix is not counted.
 struct Layout {
     std::size_t group;
     std::size_t most;
 
-    // Of `length` characters, as many stand in the first line; all other lines are full.
+    // How many of `length` characters are in the first line; all other lines are full.
     std::size_t firstLine(std::size_t length) const { return ((length - 1) % most) + 1; }
 };
 

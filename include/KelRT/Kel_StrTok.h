@@ -38,8 +38,8 @@ namespace KelRT {
 /// The last four lines show what follows a closing quote. If quotes are kept, the next character
 /// counts as the delimiter, whatever it is. If they are not kept, that character starts the next
 /// token; in comma-separated mode this gives an empty token. So split records with quoted fields
-/// with quotes kept, and remove the quotes with Kel_Util::unQuote. A doubled quote is not one
-/// quote, as it is in RFC 4180: the first of the two closes the token.
+/// with quotes kept, and remove the quotes with Kel_Util::unQuote. Unlike in RFC 4180, a
+/// doubled quote does not stand for one quote: the first of the two closes the token.
 ///
 /// In skipping mode, a text that ends in two or more delimiters, or consists of delimiters, gives
 /// one final empty token.
@@ -74,7 +74,7 @@ public:
     /// \param keepQuotes   quoted tokens keep their quotes; without \a handleQuotes it has no
     ///                     effect
     /// \pre \a delimiters is not null, and the set stays alive and unchanged while tokens are taken
-    ///      (it is examined ahead of them)
+    ///      (delimiters are searched for beyond the current token)
     /// \throws std::bad_alloc when there is no memory for the copy
     KELRT_API Kel_StrTok(const char* text, const char* delimiters, bool handleQuotes,
                          bool toLowerCase, bool keepQuotes);
@@ -86,7 +86,7 @@ public:
     Kel_StrTok& operator=(const Kel_StrTok&) = delete;
 
     /// The next token as a NUL-terminated text, or null if there is none; after a null every
-    /// further call gives null again. No text is an error, and nothing is allocated.
+    /// further call gives null again. Every text is valid, and nothing is allocated.
     ///
     /// The token stays valid and unchanged until the tokenizer is destroyed, even if later tokens
     /// are taken.

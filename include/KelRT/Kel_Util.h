@@ -11,9 +11,9 @@ namespace KelRT {
 
 /// Static helpers for text, files and the environment; the class is used without instances.
 ///
-/// Strings are byte strings. The text functions use only their arguments, keep no state, and report
-/// no errors: text that does not match the rule does not change. The file functions ask the host,
-/// keep one setting, and throw.
+/// Strings are byte strings. The text functions use only their arguments and, to fold case, the
+/// locale. They keep no state and report no errors: text that does not match the rule does not
+/// change. The file functions ask the host, keep one setting, and throw.
 ///
 /// Threads: the text functions may be called from any thread at any time, on texts that no other
 /// thread changes. Those that fold case use the process's locale. For the file functions see below.
@@ -118,10 +118,11 @@ public:
 
     /// \name Files and environment
     ///
-    /// Paths are byte strings in the host's narrow encoding: what `fopen` opens with the same
-    /// bytes. A name or a path ends at its first NUL. Where a path is examined or resolved, `/` and
-    /// `\` both separate its parts, on every host, unless they are the second byte of a character
-    /// in the ANSI code page of Windows; what the functions add follows the host:
+    /// Paths are byte strings in the host's narrow encoding, the bytes that `fopen` takes. A name
+    /// or a path ends at its first NUL. normalizePath and the data directories take both `/` and
+    /// `\` as separators, on every host, unless one is the second byte of a character in the ANSI
+    /// code page of Windows. The other functions pass a path to the host as it is. What the
+    /// functions add follows the host:
     ///
     /// |                                  | Windows | Linux |
     /// |----------------------------------|---------|-------|
@@ -136,9 +137,9 @@ public:
     /// unset.
     ///
     /// Threads: setUserDataDirPath writes what getDataDirPath reads, without a lock: callers
-    /// serialise the two. The others share only the environment and the current directory of the
-    /// process, and may run in parallel while nobody changes those. Other threads and processes may
-    /// create the same directory and temporary files at the same time.
+    /// serialise the two. The others share only the environment, the current directory and the
+    /// locale of the process, and may run in parallel while nobody changes those. Other threads and
+    /// processes may create the same directory and temporary files at the same time.
     ///@{
 
     /// The value of the environment variable `USERPROFILE`, unchanged.
@@ -146,8 +147,9 @@ public:
     ///         not set
     KELRT_API static std::string getHomePath();
 
-    /// Sets the main data directory that getDataDirPath returns. \a path is stored unchanged and
-    /// not checked. Empty text, the initial state, selects the installed directory.
+    /// Sets the main data directory for getDataDirPath, which prefers `TOR_KEL_DATADIR`. \a path is
+    /// stored unchanged and not checked. Empty text, the initial state, selects the installed
+    /// directory.
     KELRT_API static void setUserDataDirPath(const std::string& path);
 
     /// The per-user directory `.kel` in the home path, created if nothing of that name exists.
@@ -215,13 +217,13 @@ public:
     KELRT_API static std::string getSorvaDataDirPath();
 
     /// The absolute form of \a path, computed from its text and the current directory: nothing
-    /// needs to exist and no link is followed. "." and ".." are folded, ".." at the root being the
-    /// root; the separators become the host's, repeated ones one. On Windows a path such as `E:x`
-    /// counts from the current directory of its drive.
+    /// needs to exist and no link is followed. "." and ".." are resolved; ".." at the root stays
+    /// there. The separators become the host's, and a run of them becomes one. On Windows a path
+    /// such as `E:x` is relative to the current directory of its drive.
     ///
     /// The result ends in a separator if and only if \a path does. So a path to the root without a
-    /// separator at its end gives the root without one, ready to be joined by one. The exception is
-    /// ".", which gives the current directory as the host spells it.
+    /// separator at its end gives the root without one: `C:`, or on Linux the empty text. The
+    /// exception is ".", which gives the current directory as the host spells it.
     /// \throws Kel_Exception "Could not read the current directory.\n" when the path is relative
     /// \code
     /// ""               => ""

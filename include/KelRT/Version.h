@@ -23,8 +23,8 @@ namespace KelRT {
 /// \endcode
 KELRT_API const char* getVersionNumber();
 
-/// The date and time of the build, in the form of the C macros `__DATE__` and `__TIME__` (blank
-/// filled day of month, 24-hour clock). Builds that set `SOURCE_DATE_EPOCH` are reproducible.
+/// The date and time of the build, in the form of the C macros `__DATE__` and `__TIME__` (the day
+/// padded with a blank, 24-hour clock). Builds that set `SOURCE_DATE_EPOCH` are reproducible.
 /// \code
 /// getBuildNumber() => "Mar 14 2011 09:05:37"
 /// \endcode

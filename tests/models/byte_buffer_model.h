@@ -125,7 +125,8 @@ struct ByteBuffer {
     }
 };
 
-/// Ordinary text cut to its lowest bits, the first digit that stays to those that are wanted.
+/// Hexadecimal text cut to its lowest \a bitCount bits: the first digit that stays keeps only the
+/// bits that are wanted.
 inline Bytes cutHexText(Bytes text, std::uint64_t bitCount) {
     const std::uint64_t digits = (bitCount + 3) / 4;
     if (text.size() - 1 < digits)

@@ -5,8 +5,8 @@
 
 namespace model {
 
-/// The absolute form of a path below a root, found slowly: one character after the other is pushed
-/// on a text, and a part is looked at when it is complete.
+/// The absolute form of a path below a root, found slowly: one character after the other is added
+/// to a part, which is applied to the text when it is complete.
 inline std::string absolutePath(char separator, const std::string& root, const std::string& path) {
     std::string text = root;
     std::string part;

@@ -215,7 +215,7 @@ def check():
 
 
 def chosen(files, count, seed):
-    """The changes in the order in which they are tried: rounds over the files, larger ones oftener."""
+    """The changes of each file, shuffled, and how many of them are to be judged."""
     generator = random.Random(seed)
     queues = {}
     for file in files:
