@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Every conversion of Kel_NumberUtil, compared with models of one bit or one character at a time and
-// with the C library.
+// Every conversion of Kel_NumberUtil, compared with models of one bit or one character at a time
+// and with the C library.
 #include "KelRT/Kel_NumberUtil.h"
 
 #include "captured.h"
