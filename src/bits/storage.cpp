@@ -164,7 +164,9 @@ Kel_ByteBuffer::Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept {
 }
 
 Kel_ByteBuffer& Kel_ByteBuffer::operator=(const Kel_ByteBuffer& other) {
-    return this == &other ? *this : *this = Kel_ByteBuffer(other);
+    if (this != &other)
+        *this = Kel_ByteBuffer(other);
+    return *this;
 }
 
 // Each member of `other` is read and reset before ours is assigned, so self-assignment needs no
