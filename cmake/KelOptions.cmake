@@ -48,7 +48,8 @@ if(NOT KELUTIL_ROUNDS_DOUBLES)
 endif()
 
 # Hardening of what is shipped: checked copies and formats, guarded stacks, tables of addresses that are
-# read-only once they are filled. (The run-time checks need optimised code. They are left out on Windows, where they need another DLL.)
+# read-only once they are filled. (The run-time checks need optimised
+# code. They are left out on Windows, where they need another DLL.)
 set(KELUTIL_HARDENED_CODE)
 if(NOT WIN32)
   kel_accepted(KELUTIL_HARDENED_CODE -fstack-protector-strong)
