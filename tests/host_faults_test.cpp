@@ -233,8 +233,33 @@ TEST(HostFaults, AnyFileThatOpensIsALibraryAndOpeningDoesNotWait) {
     test_host::writeFile(file);
     ASSERT_EQ(truncate(file.c_str(), off_t{3} << 30), 0); // more than 2 GiB, with nothing in it
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
+    // A file server may hold a write lease, which breaks when someone else opens the file.
+    static_cast<void>(std::signal(SIGIO, SIG_IGN));
+    const int holder = open(file.c_str(), O_RDWR);         // NOLINT(*-vararg)
+    static_cast<void>(fcntl(holder, F_SETLEASE, F_WRLCK)); // NOLINT(*-vararg)
+    EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
+    ASSERT_TRUE(test_host::closeDescriptor(holder));
     ASSERT_TRUE(test_host::closeDescriptor(0)); // the next file to be opened gets this one
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
+}
+
+TEST(HostFaults, ThreadsMayBeCancelledInFileFunctions) {
+    const test_host::TemporaryDirectory directory;
+    const test_host::Variable searchPath("PATH", directory.path());
+    test_host::writeFile(directory / "libFoo.so");
+    const auto searchForever = [](void*) -> void* {
+        for (;;)
+            static_cast<void>(Kel_Util::findLibInPath("libFoo"));
+    };
+    for (int round = 0; round < 100; ++round) {
+        pthread_t thread{};
+        void* result = nullptr;
+        ASSERT_EQ(pthread_create(&thread, nullptr, searchForever, nullptr), 0);
+        usleep(200U + static_cast<useconds_t>(round));
+        EXPECT_EQ(pthread_cancel(thread), 0);
+        EXPECT_EQ(pthread_join(thread, &result), 0);
+        EXPECT_EQ(result, PTHREAD_CANCELED);
+    }
 }
 
 // Processes that call at once get different files, as threads do.

@@ -44,10 +44,10 @@ namespace KelRT {
 ///
 /// **Limits.** `startPosition + size` must stay below 2^31, since operator[](),
 /// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked. So the
-/// whole text of 2^30 bytes or more is too long. bin2HexString() with a bit count converts only the
-/// bytes that hold these bits, and setHexStringBitCount() also cuts a text beyond the limit. A size
-/// of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as exhausted memory does; the buffer (or
-/// target) then keeps its old contents.
+/// whole hexadecimal text of a buffer of 2^30 bytes or more is too long. bin2HexString() with a bit
+/// count converts only the bytes that hold these bits, and setHexStringBitCount() also cuts a text
+/// beyond the limit. A size of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as exhausted
+/// memory does; the buffer (or target) then keeps its old contents.
 ///
 /// **Preconditions** are marked as such. Debug builds assert them; release builds do not check
 /// them.
@@ -167,7 +167,7 @@ public:
         pendingBitShift = static_cast<std::int32_t>(pending % 8);
     }
 
-    /// Reads a field. A longer field gives its lowest 64 bits, a field of 0 bits gives 0.
+    /// Reads a field. A field of more than 64 bits gives its lowest 64, a field of 0 bits gives 0.
     /// \code
     /// 21 43: getBitsLL(0, 16) => 0x4321, getBitsLL(4, 8) => 0x32, getBitsLL(9, 7) => 0x21
     /// \endcode
@@ -387,10 +387,10 @@ private:
     [[nodiscard]] std::size_t blockSize() const noexcept {
         return static_cast<std::size_t>(padLow + size + padHigh);
     }
-    /// True for a field of 1 to 64 bits that needs no realignment and lies within whole 8-byte
-    /// words, counted from the first used byte. The inline paths access only these words, not the
-    /// word at byte bitPosition / 8: they rarely cross a cache line, and a load after a store of
-    /// the same word can be forwarded.
+    /// True if the inline paths apply: no shift is pending, and the field has 1 to 64 bits and lies
+    /// within whole 8-byte words, counted from the first used byte. These words are accessed, not
+    /// the word at byte bitPosition / 8: if the first used byte is 8-byte aligned, none of them
+    /// crosses a cache line, and a load after a store of the same word can be forwarded.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
         return pendingBitShift == 0 && bitCount - 1 < 64 &&

@@ -42,13 +42,14 @@ namespace KelRT {
 /// depth, names and flags.
 ///
 /// **Failures.** No operation throws, reports anything or ends the process. Output that the stream
-/// does not accept is lost. The host may end the process by a signal, though: SIGPIPE if the reader
-/// of a pipe is gone, SIGXFSZ at the limit for the size of a file. A program that must survive
-/// ignores them. If memory is exhausted, startLogging() obtains no stream or drops the banner, and
-/// an entry is kept without its name, so every exit still closes its entry and the indentation
-/// stays right. The library allocates nothing to write a record; the C library may. Conversions are
-/// those of the C library: floating-point conversions in records follow the process's `LC_NUMERIC`,
-/// the time lines `LC_TIME`.
+/// does not accept is lost. The host may end the process, though: by SIGPIPE if the reader of a
+/// pipe is gone, by SIGXFSZ at the limit for the size of a file, and in MSVC's C library if the
+/// program has closed the stream's descriptor. A program that must survive ignores these signals,
+/// or sets an invalid-parameter handler. If memory is exhausted, startLogging() obtains no stream
+/// or drops the banner, and an entry is kept without its name, so every exit still closes its entry
+/// and the indentation stays right. The library allocates nothing to write a record; the C library
+/// may. Conversions are those of the C library: floating-point conversions in records follow the
+/// process's `LC_NUMERIC`, the time lines `LC_TIME`.
 ///
 /// **Threads.** Nothing here is locked. Callers serialise every use of every Logger,
 /// startLogging(), endLogging() and destruction included: Loggers share the one stream of the

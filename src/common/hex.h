@@ -32,7 +32,7 @@ constexpr std::uint8_t hexValue(char character) {
     return HEX_VALUES[static_cast<unsigned char>(character)];
 }
 
-// The value of a digit. Any other character counts as its code, as a signed char, minus 48.
+// The value of a digit; of any other character, its code (as a signed char) minus 48.
 constexpr std::int32_t lenientHexValue(char character) {
     const std::uint8_t value = hexValue(character);
     return value != NO_DIGIT ? value : static_cast<signed char>(character) - 48;
@@ -58,7 +58,7 @@ inline std::uint64_t decodeHex(Vector characters, Vector& valid) {
     return packHex(hexValues(characters, letters));
 }
 
-// The number in the `count` characters (1 to 16) at `p`. False if one of them is not a digit.
+// Reads `count` characters (1 to 16) at `p` into `number`. Returns false if one is not a digit.
 inline bool readHex(const char* p, unsigned count, std::uint64_t& number) {
     Vector valid = broadcastVector(0xFF);
     number = decodeHex(loadLastBytes(p, count, '0'), valid);

@@ -63,7 +63,7 @@ inline Vector greater(Vector vector, signed char bound) {
     return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(vector) > bound);
 }
 
-// first <= vector <= last, for bounds below 128.
+// first <= vector <= last, for bounds from 0 to 127.
 inline Vector between(Vector vector, signed char first, signed char last) {
     // The range is moved to start at -128, so that one signed comparison tests both bounds.
     const Vector moved = vector + static_cast<unsigned char>(0x80 - first);
@@ -162,7 +162,7 @@ inline std::uint64_t secondWord(Vector vector) {
     return vector.second;
 }
 
-// `comparison` maps a word to one in which the top bit of each byte tells whether it holds there.
+// The top bit of each byte of `comparison(word)` tells whether the comparison holds for that byte.
 template <typename Comparison>
 Vector compare(Vector vector, Comparison comparison) {
     const auto masks = [comparison](std::uint64_t word) {

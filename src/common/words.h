@@ -105,8 +105,8 @@ constexpr std::uint64_t lowBits(std::uint64_t count) {
 inline std::uint64_t loadHighBytes(const void* from, unsigned count, unsigned char filler) {
     if (count == WORD_BYTES)
         return loadWord(from);
-    const std::uint64_t half = (WORD_BYTES - count) * 4; // two steps: a shift by 64 is undefined
-    return loadBytes(from, count) << half << half | (broadcast(filler) & lowBits(2 * half));
+    const std::uint64_t step = (WORD_BYTES - count) * 4; // two steps: a shift by 64 is undefined
+    return loadBytes(from, count) << step << step | (broadcast(filler) & lowBits(2 * step));
 }
 
 // Stores the high `count` bytes (1 to 8).

@@ -25,7 +25,8 @@ std::string files::upToNul(const std::string& text) {
 std::string files::normalize(const Port::Conventions& conventions, const std::string& path) {
     if (path.empty())
         return path;
-    // The result for "." ends in a separator if the current directory is a root.
+    // A result ends in a separator only if path does. The exception is "." in a root, which gives
+    // the root with its separator.
     if (path == "." || Port::endsInSeparator(conventions, path))
         return absolute(conventions, path);
     std::string text = absolute(conventions, Port::join(conventions, path, ""));

@@ -79,7 +79,7 @@ char* putWord(char* out, std::uint64_t characters) {
     return out + common::WORD_BYTES;
 }
 
-char* putAddress(char* out, std::uint64_t index) {
+char* putRowStart(char* out, std::uint64_t index) {
     constexpr unsigned DIGITS = 8;
     *out++ = '\n';
     common::writeHex(out + DIGITS, index, DIGITS, 'a');
@@ -141,7 +141,7 @@ char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
 template <typename Form>
 char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::uint64_t end,
              std::uint64_t bitCount) {
-    out = putAddress(out, index);
+    out = putRowStart(out, index);
     const std::uint64_t count = std::min(end - index, Form::ROW_BYTES);
     if (count == Form::ROW_BYTES && 8 * (index + count) <= bitCount)
         return putBytes<Form>(out, buffer + index, Form::ROW_BYTES); // constant trip count
@@ -162,7 +162,7 @@ void putTable(BlockWriter& table, const unsigned char* buffer, std::uint64_t bit
     for (std::uint64_t index = 0; index < shown; index += Form::ROW_BYTES)
         table.commit(putRow<Form>(table.next(), buffer, index, shown, bitCount));
     if (shown < bytes)
-        table.commit(put(putAddress(table.next(), shown), TRUNCATION_MESSAGE));
+        table.commit(put(putRowStart(table.next(), shown), TRUNCATION_MESSAGE));
     table.commit(put(table.next(), "\n"));
     table.finish();
 }

@@ -14,7 +14,7 @@ namespace KelRT {
 using logging::maxPrecision;
 using logging::TRACE_LEVEL;
 
-// The room for name and result in an exit line. A text result is cut before the name is.
+// The room for name and result in an exit line. If they do not fit, a text result is cut first.
 constexpr int ROOM_FOR_NAME_AND_RESULT = maxPrecision("EXITING  -- returning \n");
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
@@ -88,8 +88,8 @@ bool Logger::beginExit() noexcept {
 }
 
 void Logger::writeResult(const char* name, int value) noexcept {
-    const int digits = std::snprintf(nullptr, 0, "%d", value);
-    printLog(TRACE_LEVEL, "EXITING %.*s -- returning %d\n", ROOM_FOR_NAME_AND_RESULT - digits, name,
+    const int length = std::snprintf(nullptr, 0, "%d", value);
+    printLog(TRACE_LEVEL, "EXITING %.*s -- returning %d\n", ROOM_FOR_NAME_AND_RESULT - length, name,
              value);
 }
 

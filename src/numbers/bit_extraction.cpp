@@ -29,8 +29,8 @@ std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::
     return lowestBits(data, firstBit, lastBit, maxCount);
 }
 
-// The mirrored field, or its lowest `maxCount` bits: those visited last, with the last one in bit
-// 0.
+// The mirrored field: bit `lastBit` becomes bit 0. Of a longer field, only the highest `maxCount`
+// bits are taken.
 std::uint64_t ascending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
                         std::int32_t maxCount) {
     if (firstBit > lastBit)

@@ -60,7 +60,7 @@ inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
 }
 
 // The number in the `count` binary digits (0 to 64) before `end`. Any other character counts as 0.
-inline std::uint64_t readBits(const char* end, unsigned count) {
+inline std::uint64_t readLenientBinary(const char* end, unsigned count) {
     // Mirrored, the digits are the high bits; the rotation moves them to the low end.
     return std::rotl(common::mirrorWord(onesIn(end - count, count)), static_cast<int>(count));
 }
@@ -81,7 +81,7 @@ void writeDigits(char* end, std::uint64_t value, unsigned count, Spread spread) 
 }
 
 // 0 to 64 digits.
-inline void writeBits(char* end, std::uint64_t value, unsigned count) {
+inline void writeBinary(char* end, std::uint64_t value, unsigned count) {
     writeDigits<1>(end, value, count, [](std::uint64_t bits) {
         return common::spreadBits(static_cast<std::uint8_t>(bits));
     });

@@ -58,8 +58,8 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
     return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// The `count` characters (1 to 16) before `end` as digits, whatever they are: the low four bits of
-// the signed code minus 48 below 'A', and of the code minus 55 from 'A' on.
+// The `count` characters (1 to 16) before `end` as hexadecimal digits, unchecked. With c the code
+// as a signed char, a digit is the low four bits of c - 48 if c < 'A', else of c - 55.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::greater(characters, '@'));
@@ -145,7 +145,7 @@ std::string& Kel_NumberUtil::binStr2HexStr(const char* binStr, std::string& hexS
     for (std::size_t done = 0; done < bits.size; done += 64) {
         const unsigned count = limitedTo(64, bits.size - done);
         const unsigned digits = (count + 3) / 4;
-        common::writeHex(end, numbers::readBits(bits.end() - done, count), digits, 'A');
+        common::writeHex(end, numbers::readLenientBinary(bits.end() - done, count), digits, 'A');
         end -= digits;
     }
     return hexStr;
@@ -163,7 +163,7 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
     auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.size);
     for (std::size_t done = 0; bitsLeft > 0; done += 16) {
         const unsigned bits = limitedTo(64, bitsLeft);
-        numbers::writeBits(end, readUncheckedDigits(digits.end() - done, (bits + 3) / 4), bits);
+        numbers::writeBinary(end, readUncheckedDigits(digits.end() - done, (bits + 3) / 4), bits);
         end -= bits;
         bitsLeft -= bits;
     }
@@ -182,7 +182,8 @@ std::uint32_t Kel_NumberUtil::binStr2UInt(const char* binStr) noexcept {
     if (binStr == nullptr)
         return 0;
     const std::size_t length = std::strlen(binStr);
-    return static_cast<std::uint32_t>(numbers::readBits(binStr + length, limitedTo(32, length)));
+    const unsigned count = limitedTo(32, length);
+    return static_cast<std::uint32_t>(numbers::readLenientBinary(binStr + length, count));
 }
 
 std::string& Kel_NumberUtil::uInt2BinStr(std::uint32_t value, std::uint32_t bitCount,
@@ -191,7 +192,7 @@ std::string& Kel_NumberUtil::uInt2BinStr(std::uint32_t value, std::uint32_t bitC
         refuse("Internal error: bad bitCount value for Kel_NumberUtil::uInt2BinStr", binStr);
     binStr.clear();
     binStr.resize(bitCount);
-    numbers::writeBits(binStr.data() + bitCount, value, bitCount);
+    numbers::writeBinary(binStr.data() + bitCount, value, bitCount);
     return binStr;
 }
 

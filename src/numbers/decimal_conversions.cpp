@@ -2,9 +2,10 @@
 #include "KelRT/Kel_NumberUtil.h"
 
 #include "common/words.h"
-#include "numbers/decimal/limbs.h"
-#include "numbers/decimal/word_text.h"
+#include "numbers/decimal/limb_text.h"
+#include "numbers/decimal/powers_of_ten.h"
 #include "numbers/fixed_text.h"
+#include "numbers/limb.h"
 
 #include <algorithm>
 #include <array>
@@ -38,7 +39,8 @@ std::string& assignDecimal(std::uint64_t magnitude, bool negative, std::string& 
 std::uint64_t leadingNumber(const char* text, const char* end) {
     while (text != end && *text == '0')
         ++text;
-    const char* const limit = text + std::min<std::ptrdiff_t>(end - text, numbers::CHUNK_DIGITS);
+    constexpr unsigned SAFE_DIGITS = numbers::digitsWithin(~numbers::Limb{0}); // no overflow
+    const char* const limit = text + std::min<std::ptrdiff_t>(end - text, SAFE_DIGITS);
     std::uint64_t number = 0;
     for (; limit - text >= 8 && numbers::areDecimalDigits(common::loadWord(text)); text += 8)
         number = number * numbers::POWERS_OF_TEN[8] +

@@ -58,7 +58,7 @@ std::string Kel_Number::toString(char radix) const {
     };
     switch (numbers::radixOf(radix)) {
     case 2:
-        return numbers::powerOfTwoText<1, 4>(words, minDigits(1), '0', numbers::writeBits);
+        return numbers::powerOfTwoText<1, 4>(words, minDigits(1), '0', numbers::writeBinary);
     case 8:
         return numbers::powerOfTwoText<3, 3>(words, minDigits(3), '0', numbers::writeOctal);
     case 10:

@@ -31,7 +31,7 @@ bool readOneByOne(const char* text, unsigned count, unsigned digitBits, WordSink
             return false;
         if (kind == CharacterClass::digit)
             sink.put(common::hexValue(text[i]), digitBits);
-        negative = negative || kind == CharacterClass::sign;
+        negative = negative || kind == CharacterClass::minus;
     }
     return true;
 }
@@ -44,7 +44,7 @@ bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
         left -= count;
         const char* const p = text.data() + left;
         Limb number = 0;
-        if (READ(p, count, number)) // a short last step is the top of the number: zeros above it
+        if (READ(p, count, number)) // zero-extended if the last step is shorter
             sink.put(number, MAX_CHARACTERS * DIGIT_BITS);
         else if (!readOneByOne(p, count, DIGIT_BITS, sink, negative))
             return false;

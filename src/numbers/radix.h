@@ -40,7 +40,7 @@ constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits
 
 // What a character means in a radix other than 256: a hexadecimal digit that the radix does not
 // have is refused, a character that is neither a hexadecimal digit nor a '-' is skipped.
-enum class CharacterClass : std::uint8_t { digit, refused, sign, skipped };
+enum class CharacterClass : std::uint8_t { digit, refused, minus, skipped };
 
 inline CharacterClass classify(char character, unsigned radix) {
     const unsigned value = common::hexValue(character);
@@ -48,7 +48,7 @@ inline CharacterClass classify(char character, unsigned radix) {
         return CharacterClass::digit;
     if (value != common::NO_DIGIT)
         return CharacterClass::refused;
-    return character == '-' ? CharacterClass::sign : CharacterClass::skipped;
+    return character == '-' ? CharacterClass::minus : CharacterClass::skipped;
 }
 
 } // namespace KelRT::numbers

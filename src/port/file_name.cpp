@@ -112,7 +112,8 @@ std::string absolutePath(std::string_view path, const Conventions& conventions) 
     }
     appendComponents(components, conventions, given.components, "/\\");
     std::string text = compose(given.root, components, conventions.separator);
-    const bool bareRoot = components.empty() && given.root.size() <= 2; // "/" and "C:\"
+    // The root is "" on POSIX and "C:" on a drive; that of a share is longer.
+    const bool bareRoot = components.empty() && given.root.size() <= 2;
     if (bareRoot || endsInSeparator(conventions, path))
         text += conventions.separator;
     return text;

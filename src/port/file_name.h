@@ -30,7 +30,7 @@ inline constexpr const Conventions& NATIVE = WINDOWS;
 inline constexpr const Conventions& NATIVE = POSIX;
 #endif
 
-// Both characters separate the components of a given path, on every host.
+// In a path from a caller, both '/' and '\' separate components, on every host.
 constexpr bool isSeparator(char character) {
     return character == '/' || character == '\\';
 }

@@ -4,6 +4,8 @@
 // Some implementations of std::filesystem::path decode them in another code page.
 #include "port/host.h"
 
+#include "port/runtime.h"
+
 #include <cassert>
 #include <cerrno>
 #include <cstdio>
@@ -24,7 +26,7 @@ namespace Port {
 namespace {
 
 void assertReady() {
-    assert(FileInit::ready() && "the library is loaded while its file services are used");
+    assert(FileInit::ready() && "a FileInit exists during every file operation");
 }
 
 // True if a directory listing with this flag includes name.
@@ -127,7 +129,7 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     WIN32_FIND_DATAA entry;
     const HANDLE first = FindFirstFileA(pattern.c_str(), &entry);
     if (first == INVALID_HANDLE_VALUE) {
-        // The root of an empty drive has no entries, not even ".".
+        // The root directory of an empty volume has no entries, not even ".".
         valid = GetLastError() == ERROR_FILE_NOT_FOUND && File::isdir(directory);
         return;
     }
@@ -153,6 +155,7 @@ public:
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     ~Descriptor() {
+        const CancellationDisabled cancellationGuard; // unwinding must not leave a destructor
         if (isOpen())
             ::close(number);
     }
@@ -191,9 +194,10 @@ bool File::mkdir(const char* path, bool /*flag*/) {
 
 bool File::readable(const char* path) {
     assertReady();
-    // Without O_NONBLOCK, opening a device, or a FIFO that has no writer, could block.
+    // Without O_NONBLOCK, opening a device, or a FIFO that has no writer, could block. With it, the
+    // host refuses a file under another process's write lease, which would open after a wait.
     const Descriptor file(path, O_RDONLY | O_NONBLOCK);
-    return file.isOpen() && !file.isDirectory();
+    return file.isOpen() ? !file.isDirectory() : errno == EWOULDBLOCK;
 }
 
 Creation File::create(const char* path) {

@@ -55,9 +55,9 @@ struct File {
     static Creation create(const char* path);
 };
 
-// The current directory, of any length; empty if it cannot be read. On hosts with drives, drive is
-// the letter of a drive, 0 for the current one. A drive without a current directory of its own, or
-// one that does not exist, gives its root.
+// The current directory, of any length; empty if it cannot be read. On hosts with drives, `drive`
+// is a drive letter, or 0 for the current drive. The result for a drive that has no current
+// directory, or does not exist, is the drive's root.
 std::string currentDirectory(char drive = 0);
 
 // Iterates over the entries of a UT_DIR, which must outlive it unchanged.

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// With _FORTIFY_SOURCE the C library ends the process on some formats that it otherwise accepts (%n
-// in writable memory, gaps in numbered arguments), so this file alone is compiled without it.
+// With _FORTIFY_SOURCE the C library ends the process on some formats that it otherwise accepts (a
+// format in writable memory with %n, gaps in numbered arguments). Only this file is compiled
+// without it.
 #undef _FORTIFY_SOURCE
 #include "port/runtime.h"
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
 // From decimal text to a number. A reader gathers digits into chunks, the most significant first,
-// notes signs and skips separators. Below WIDE_READ_LIMBS limbs, the schoolbook engine (limbs.h)
-// converts the chunks, otherwise divide and conquer (wide.h). Gathering is linear; the conversion
-// dominates above some 500 bits.
+// notes minus signs and skips separators. Below WIDE_READ_LIMBS limbs, the schoolbook engine
+// (narrow.h) converts the chunks, otherwise divide and conquer (wide.h). Gathering is linear; the
+// conversion dominates above some 500 bits.
 #include "numbers/decimal/parse.h"
 
 #include "common/words.h"
-#include "numbers/decimal/limbs.h"
+#include "numbers/decimal/limb_text.h"
+#include "numbers/decimal/narrow.h"
 #include "numbers/decimal/wide.h"
-#include "numbers/decimal/word_text.h"
 #include "numbers/radix.h"
 #include "numbers/word_sink.h"
 
@@ -32,7 +32,8 @@ class ChunkReader {
 public:
     explicit ChunkReader(const std::string& text) : at(text.data()), end(at + text.size()) {}
 
-    // False at the end of the text, then with an empty chunk, and at a digit that is not decimal.
+    // Reads the next chunk. False at a refused digit and at the end of the text; there the chunk is
+    // empty.
     bool next(Chunk& chunk) {
         if (left() >= DIGITS && readWhole(chunk))
             return true;
@@ -50,7 +51,7 @@ public:
         return chunk.digits != 0;
     }
 
-    bool sawSign() const { return sign; }
+    bool sawMinus() const { return minus; }
     bool sawRefusedDigit() const { return refused; }
 
 private:
@@ -83,7 +84,7 @@ private:
             const CharacterClass kind = classify(at[i], 10);
             if (kind == CharacterClass::digit)
                 append(chunk, static_cast<Limb>(at[i] - '0'), 1);
-            sign = sign || kind == CharacterClass::sign;
+            minus = minus || kind == CharacterClass::minus;
             refused = refused || kind == CharacterClass::refused;
         }
         return !refused;
@@ -91,14 +92,14 @@ private:
 
     const char* at;
     const char* end;
-    bool sign = false;
+    bool minus = false;
     bool refused = false;
 };
 
 bool parseNarrow(const std::string& text, std::uint16_t* words, std::size_t wordCount,
                  std::size_t limbCount, bool& negative) {
-    Limbs value(limbCount);
-    ChunkReader<CHUNK_DIGITS> reader(text);
+    Natural value(limbCount);
+    ChunkReader<NARROW_CHUNK_DIGITS> reader(text);
     // Two chunks per pass halve the loads and stores of limbs. With one, the benchmark row "parse
     // decimal, 4096 b" takes 70 % longer.
     for (Chunk high, low; reader.next(high);) {
@@ -109,7 +110,7 @@ bool parseNarrow(const std::string& text, std::uint16_t* words, std::size_t word
     }
     if (reader.sawRefusedDigit())
         return false;
-    negative = negative || reader.sawSign();
+    negative = negative || reader.sawMinus();
     value.store(words, wordCount);
     return true;
 }
@@ -124,13 +125,13 @@ bool parseWide(const std::string& text, std::uint16_t* words, std::size_t wordCo
         chunks.push_back(chunk.value);
     if (reader.sawRefusedDigit())
         return false;
-    negative = negative || reader.sawSign();
+    negative = negative || reader.sawMinus();
     // The product may exceed std::size_t; the quotient does not.
-    const auto room =
-        static_cast<std::size_t>(std::uint64_t{16} * wordCount / WIDE_READ_DIGIT_BITS + 1);
+    const auto exactDigits =
+        static_cast<std::size_t>(std::uint64_t{16} * wordCount / WIDE_READ_RADIX_BITS + 1);
     WordSink target(words, wordCount);
-    for (const Limb digit : fromDecimalChunks(chunks, lastDigits, room))
-        target.put(digit, WIDE_READ_DIGIT_BITS);
+    for (const Limb digit : fromDecimalChunks(chunks, lastDigits, exactDigits))
+        target.put(digit, WIDE_READ_RADIX_BITS);
     target.finish();
     return true;
 }
@@ -140,7 +141,8 @@ bool parseWide(const std::string& text, std::uint16_t* words, std::size_t wordCo
 bool parseDecimal(const std::string& text, std::uint16_t* words, std::size_t wordCount,
                   bool& negative) {
     // A chunk adds at most one limb, so a short text needs few limbs whatever the width.
-    const std::size_t limbCount = std::min(text.size() / CHUNK_DIGITS + 1, limbsFor(wordCount));
+    const std::size_t limbCount =
+        std::min(text.size() / NARROW_CHUNK_DIGITS + 1, limbsFor(wordCount));
     return limbCount < WIDE_READ_LIMBS ? parseNarrow(text, words, wordCount, limbCount, negative)
                                        : parseWide(text, words, wordCount, negative);
 }

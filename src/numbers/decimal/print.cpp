@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
-// From a number to decimal text. Below WIDE_PRINT_LIMBS limbs, the schoolbook engine (limbs.h)
+// From a number to decimal text. Below WIDE_PRINT_LIMBS limbs, the schoolbook engine (narrow.h)
 // yields chunks of digits one after another, the lowest first, so the text is written backwards.
 // For larger numbers, divide and conquer (wide.h) yields all chunks at once.
 #include "numbers/decimal/print.h"
 
 #include "common/memory.h"
-#include "numbers/decimal/limbs.h"
+#include "numbers/decimal/limb_text.h"
+#include "numbers/decimal/narrow.h"
 #include "numbers/decimal/wide.h"
-#include "numbers/decimal/word_text.h"
 
 #include <algorithm>
 #include <array>
@@ -17,12 +17,12 @@ namespace KelRT::numbers {
 namespace {
 
 // Writes before `end` and returns the first character. Consumes the value.
-char* writeNarrow(char* end, Limbs& value, bool negative) {
+char* writeNarrow(char* end, Natural& value, bool negative) {
     // More than four limbs have more than four chunks, so these four keep their leading zeros.
     while (value.size() > 4)
         for (const Limb chunk : value.takeFourChunks())
             end = writeNineteenDigits(end, chunk);
-    while (value.size() > 1 || value.lowest() >= CHUNK_BASE)
+    while (value.size() > 1 || value.lowest() >= NARROW_CHUNK_BASE)
         end = writeNineteenDigits(end, value.takeChunk());
     end = writeDecimal(end, value.lowest());
     if (negative)
@@ -30,7 +30,7 @@ char* writeNarrow(char* end, Limbs& value, bool negative) {
     return end;
 }
 
-std::string narrowText(Limbs& value, bool negative) {
+std::string narrowText(Natural& value, bool negative) {
     // The text of a number of up to 512 bits is first written to the stack. Written straight into
     // a string, it makes the benchmark row "print decimal, 64 b" take 20 % longer.
     std::array<char, MAX_DIGITS_64 * 8 + 1> small;
@@ -45,7 +45,7 @@ std::string narrowText(Limbs& value, bool negative) {
     return text;
 }
 
-std::string wideText(const Limbs& value, bool negative) {
+std::string wideText(const Natural& value, bool negative) {
     const std::vector<Limb> chunks = toDecimalChunks(value.data(), value.size());
     std::array<char, MAX_DIGITS_64> highest;
     char* const highestEnd = highest.data() + highest.size();
@@ -64,7 +64,7 @@ std::string wideText(const Limbs& value, bool negative) {
 
 std::string decimalText(const std::vector<std::uint16_t>& words, std::uint64_t bitCount,
                         bool negative) {
-    Limbs value(limbsFor(words.size()));
+    Natural value(limbsFor(words.size()));
     value.load(words.data(), words.size());
     if (negative)
         value.negate(bitCount);

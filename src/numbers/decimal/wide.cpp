@@ -7,10 +7,11 @@
 //
 // Products use A. Karatsuba's method (with Y. Ofman, 1962): twice the width costs about three times
 // as much, n^1.58 in all. Faster methods for still wider numbers are not worth their code here.
-// Memory: the joined groups of two rounds, three numbers of twice a group's size, scratch space.
+// Memory: the groups and the weights of two rounds; `pair` and `part`, each as long as two groups;
+// the scratch space.
 #include "numbers/decimal/wide.h"
 
-#include "numbers/decimal/limbs.h"
+#include "numbers/decimal/narrow.h"
 
 #include <algorithm>
 #include <bit>
@@ -21,13 +22,14 @@ namespace {
 
 using Digits = std::vector<Limb>; // of the target radix, the lowest first
 
-// Policies: BASE is the target radix, at most 2^63. split() divides a sum of at most MAX_SUM by
-// BASE: the remainder is a digit, the quotient the carry.
+// Policies: BASE is the target radix, at most 2^63, so that add() cannot overflow and subtract()
+// finds the borrow in the top bit. split() divides a sum of at most MAX_SUM by BASE: the remainder
+// is a digit, the quotient the carry.
 
 struct DecimalTarget {
     static constexpr Limb BASE = POWERS_OF_TEN[WIDE_PRINT_CHUNK_DIGITS];
     static constexpr DoubleLimb SOURCE_RADIX = DoubleLimb{1} << LIMB_BITS;
-    static constexpr DoubleLimb MAX_SUM = BASE * SOURCE_RADIX - 1; // the carry fits a limb
+    static constexpr DoubleLimb MAX_SUM = BASE * SOURCE_RADIX - 1; // the carry is below 2^64
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
         // divideLimb() requires the divisor's top bit, so divisor and dividend are scaled.
@@ -41,12 +43,12 @@ struct DecimalTarget {
 };
 
 struct BinaryTarget {
-    static constexpr Limb BASE = Limb{1} << WIDE_READ_DIGIT_BITS;
+    static constexpr Limb BASE = Limb{1} << WIDE_READ_RADIX_BITS;
     static constexpr DoubleLimb SOURCE_RADIX = POWERS_OF_TEN[WIDE_READ_CHUNK_DIGITS];
     static constexpr DoubleLimb MAX_SUM = ~DoubleLimb{0};
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
-        carry = sum >> WIDE_READ_DIGIT_BITS;
+        carry = sum >> WIDE_READ_RADIX_BITS;
         return static_cast<Limb>(sum) & (BASE - 1);
     }
 };
@@ -202,14 +204,15 @@ struct Groups {
     Digits weight;
 };
 
-// The most source digits in a first group: few, because building a group by repeated multiplyAdd()
-// takes quadratic time. Measured with the benchmark row "print decimal, 65536 b": 6 take the same,
-// 24 take 8 % longer.
+// The most source digits in an initial group: few, because building a group by repeated
+// multiplyAdd() takes quadratic time. Measured with the benchmark row "print decimal, 65536 b":
+// with 6 it takes the same time, with 24 it takes 8 % longer.
 constexpr std::size_t GROUP_SIZE = 12;
 
-// Joins the source digits in groups of equal size; only the last may have fewer source digits.
+// Joins the source digits in groups of equal size; only the last may have fewer source digits. The
+// number of groups is close to a power of two, so the last rounds join numbers of similar size.
 template <typename Target>
-Groups firstGroups(const Limb* source, std::size_t count) {
+Groups initialGroups(const Limb* source, std::size_t count) {
     const std::size_t maxGroups = std::bit_ceil((count + GROUP_SIZE - 1) / GROUP_SIZE);
     const std::size_t groupSize = (count + maxGroups - 1) / maxGroups;
     Groups groups{{}, {1}};
@@ -237,7 +240,7 @@ std::size_t lowZeros(const Digits& weight) {
                                     weight.begin());
 }
 
-// weight^2, without a leading zero digit.
+// weight^2. If `weight` has no leading zero digit, the square has at most one; it is dropped.
 template <typename Target>
 Digits squareOf(const Digits& weight, std::size_t zeros, Limb* scratch) {
     const Limb* const factor = weight.data() + zeros;
@@ -249,14 +252,14 @@ Digits squareOf(const Digits& weight, std::size_t zeros, Limb* scratch) {
     return square;
 }
 
-// Joins the groups, at least two, in pairs: high * weight + low. Drops what exceeds `room` digits.
+// Joins the groups, at least two, in pairs: high * weight + low. Drops digits above `maxDigits`.
 template <typename Target>
-Groups joinPairs(const Groups& groups, std::size_t room) {
+Groups joinPairs(const Groups& groups, std::size_t maxDigits) {
     const Digits& weight = groups.weight;
     const std::size_t size = weight.size();
     const std::size_t digitCount = groups.digits.size();
     const std::size_t zeros = lowZeros(weight);
-    if (zeros == size) // the weight is 0 modulo BASE^room, so only the lowest group matters
+    if (zeros == size) // the weight is 0 modulo BASE^maxDigits, so only the lowest group matters
         return {Digits(groups.digits.begin(), groups.digits.begin() + std::ptrdiff_t(size)),
                 weight};
     Digits scratch(scratchFor(size));
@@ -264,7 +267,7 @@ Groups joinPairs(const Groups& groups, std::size_t room) {
     Groups joined{{},
                   digitCount <= 2 * size ? Digits(2 * size)
                                          : squareOf<Target>(weight, zeros, scratch.data())};
-    joined.weight.resize(std::min(joined.weight.size(), room));
+    joined.weight.resize(std::min(joined.weight.size(), maxDigits));
     joined.digits.reserve((digitCount / (2 * size) + 1) * joined.weight.size());
     Digits pair(2 * size);
     for (std::size_t at = 0; at < digitCount; at += 2 * size) {
@@ -282,14 +285,14 @@ Groups joinPairs(const Groups& groups, std::size_t room) {
     return joined;
 }
 
-// Up to `room` digits, without leading zeros; at least one digit.
+// At most `maxDigits` digits, without leading zeros; at least one digit.
 template <typename Target>
-Digits convert(const Limb* source, std::size_t count, std::size_t room) {
-    Groups groups = firstGroups<Target>(source, count);
+Digits convert(const Limb* source, std::size_t count, std::size_t maxDigits) {
+    Groups groups = initialGroups<Target>(source, count);
     while (groups.digits.size() > groups.weight.size())
-        groups = joinPairs<Target>(groups, room);
+        groups = joinPairs<Target>(groups, maxDigits);
     Digits& digits = groups.digits;
-    digits.resize(std::min(digits.size(), room));
+    digits.resize(std::min(digits.size(), maxDigits));
     while (digits.size() > 1 && digits.back() == 0)
         digits.pop_back();
     return std::move(digits);
@@ -303,13 +306,13 @@ std::vector<Limb> toDecimalChunks(const Limb* limbs, std::size_t count) {
 }
 
 std::vector<Limb> fromDecimalChunks(const std::vector<Limb>& chunks, unsigned lastDigits,
-                                    std::size_t room) {
+                                    std::size_t exactDigits) {
     if (chunks.empty())
         return {};
     Digits number;
     if (chunks.size() > 1) {
         const Digits upper(chunks.rbegin() + 1, chunks.rend());
-        number = convert<BinaryTarget>(upper.data(), upper.size(), room);
+        number = convert<BinaryTarget>(upper.data(), upper.size(), exactDigits);
     }
     multiplyAdd<BinaryTarget>(number, POWERS_OF_TEN[lastDigits], chunks.back());
     return number;

@@ -12,10 +12,10 @@
 
 namespace KelRT::numbers {
 
-// The smallest sizes for this engine, in 64-bit limbs: when printing, those in use; when reading,
-// those that the text can fill, at most those of the width. Measured on x86-64: it overtakes the
+// The minimum sizes for this engine, in limbs. Printing counts the limbs in use; reading counts the
+// limbs that the text can fill, at most those of the width. Measured on x86-64: it overtakes the
 // schoolbook engine between 120 and 140 limbs when printing, and between 180 and 220 when reading.
-// Any size in these ranges does.
+// Any value in these ranges will do.
 constexpr std::size_t WIDE_PRINT_LIMBS = 120;
 constexpr std::size_t WIDE_READ_LIMBS = 220;
 
@@ -31,18 +31,18 @@ constexpr unsigned WIDE_PRINT_CHUNK_DIGITS = digitsWithin(~Limb{0} / KARATSUBA_S
 
 // When reading, the digits of the target radix have 60 bits: the sum of a column then fits 128
 // bits, and 10^18 just fits such a digit. So a chunk has 18 decimal digits.
-constexpr unsigned WIDE_READ_DIGIT_BITS = 60;
-constexpr unsigned WIDE_READ_CHUNK_DIGITS = digitsWithin(Limb{1} << WIDE_READ_DIGIT_BITS);
+constexpr unsigned WIDE_READ_RADIX_BITS = 60;
+constexpr unsigned WIDE_READ_CHUNK_DIGITS = digitsWithin(Limb{1} << WIDE_READ_RADIX_BITS);
 
-// `count` limbs (at least 1) as chunks of WIDE_PRINT_CHUNK_DIGITS digits, both from the lowest. The
-// highest chunk is 0 only for the value 0. Throws std::bad_alloc.
+// Converts `count` limbs (at least 1) to chunks of WIDE_PRINT_CHUNK_DIGITS digits, both the lowest
+// first. The highest chunk is 0 only for the value 0. Throws std::bad_alloc.
 std::vector<Limb> toDecimalChunks(const Limb* limbs, std::size_t count);
 
-// The value of chunks of WIDE_READ_CHUNK_DIGITS digits, the most significant first, in radix
-// 2^WIDE_READ_DIGIT_BITS, the lowest digit first. The last chunk has `lastDigits` decimal digits.
-// Returns at most room + 1 digits, of which the lowest `room` (at least 1) are exact; none for no
-// chunks. Throws std::bad_alloc.
+// Converts chunks of WIDE_READ_CHUNK_DIGITS digits, the most significant first, to digits of radix
+// 2^WIDE_READ_RADIX_BITS, the lowest first. The last chunk has `lastDigits` decimal digits. Returns
+// at most exactDigits + 1 digits; the lowest `exactDigits` (at least 1) are exact. The value 0 may
+// yield none. Throws std::bad_alloc.
 std::vector<Limb> fromDecimalChunks(const std::vector<Limb>& chunks, unsigned lastDigits,
-                                    std::size_t room);
+                                    std::size_t exactDigits);
 
 } // namespace KelRT::numbers

@@ -20,8 +20,8 @@
 
 namespace KelRT::numbers {
 
-constexpr unsigned CHUNK_DIGITS = digitsWithin(~Limb{0});
-constexpr Limb CHUNK_BASE = POWERS_OF_TEN[CHUNK_DIGITS];
+constexpr unsigned NARROW_CHUNK_DIGITS = digitsWithin(~Limb{0});
+constexpr Limb NARROW_CHUNK_BASE = POWERS_OF_TEN[NARROW_CHUNK_DIGITS];
 
 // Divides remainder * 2^64 + limb by DIVISOR and returns the quotient. The remainder must be below
 // DIVISOR and is replaced by the new one. Two multiplications instead of a division: N. Moeller,
@@ -52,15 +52,15 @@ inline Limb divideLimb(Limb limb, Limb& remainder) {
 
 // An unsigned number with a fixed capacity in limbs. Up to 512 bits it allocates nothing. There are
 // no leading zero limbs, except after a multiplyAdd() that wrapped; store() does not mind them.
-class Limbs {
+class Natural {
 public:
     // The value 0. Throws std::bad_alloc.
-    explicit Limbs(std::size_t capacity)
+    explicit Natural(std::size_t capacity)
         : large(capacity > small.size() ? std::make_unique_for_overwrite<Limb[]>(capacity)
                                         : nullptr),
           limbs(large ? large.get() : small.data()), room(capacity) {}
-    Limbs(const Limbs&) = delete;
-    Limbs& operator=(const Limbs&) = delete;
+    Natural(const Natural&) = delete;
+    Natural& operator=(const Natural&) = delete;
 
     // The words must fit the capacity.
     void load(const std::uint16_t* words, std::size_t wordCount);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "numbers/decimal/word_text.h"
+#include "numbers/decimal/limb_text.h"
 
 #include "numbers/decimal/powers_of_ten.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "numbers/decimal/limbs.h"
+#include "numbers/decimal/narrow.h"
 
 #include "common/words.h"
 
@@ -8,7 +8,7 @@
 
 namespace KelRT::numbers {
 
-void Limbs::load(const std::uint16_t* words, std::size_t wordCount) {
+void Natural::load(const std::uint16_t* words, std::size_t wordCount) {
     used = limbsFor(wordCount);
     assert(used <= room);
     for (std::size_t i = 0; i < used; ++i)
@@ -16,7 +16,7 @@ void Limbs::load(const std::uint16_t* words, std::size_t wordCount) {
     dropLeadingZeros();
 }
 
-void Limbs::store(std::uint16_t* words, std::size_t wordCount) const {
+void Natural::store(std::uint16_t* words, std::size_t wordCount) const {
     const std::size_t stored = std::min(used, limbsFor(wordCount));
     for (std::size_t i = 0; i < stored; ++i)
         storeLimb(words + WORDS_PER_LIMB * i, wordCount - WORDS_PER_LIMB * i, limbs[i]);
@@ -24,7 +24,7 @@ void Limbs::store(std::uint16_t* words, std::size_t wordCount) const {
     std::fill(words + filled, words + wordCount, std::uint16_t{0});
 }
 
-void Limbs::negate(std::uint64_t bitCount) {
+void Natural::negate(std::uint64_t bitCount) {
     const std::uint64_t below = std::uint64_t{LIMB_BITS} * (used - 1); // bits of the lower limbs
     assert(bitCount > below && bitCount <= below + LIMB_BITS);
     bool carry = true;
@@ -34,7 +34,7 @@ void Limbs::negate(std::uint64_t bitCount) {
     dropLeadingZeros();
 }
 
-void Limbs::multiplyAdd(DoubleLimb factor, DoubleLimb addend) {
+void Natural::multiplyAdd(DoubleLimb factor, DoubleLimb addend) {
     const auto low = static_cast<Limb>(factor);
     const auto high = static_cast<Limb>(factor >> LIMB_BITS);
     DoubleLimb carry = addend;
@@ -49,27 +49,27 @@ void Limbs::multiplyAdd(DoubleLimb factor, DoubleLimb addend) {
         limbs[used++] = static_cast<Limb>(carry);
 }
 
-Limb Limbs::takeChunk() {
+Limb Natural::takeChunk() {
     Limb remainder = 0;
     for (std::size_t i = used; i-- > 0;)
-        limbs[i] = divideLimb<CHUNK_BASE>(limbs[i], remainder);
+        limbs[i] = divideLimb<NARROW_CHUNK_BASE>(limbs[i], remainder);
     dropLeadingZeros();
     return remainder;
 }
 
-std::array<Limb, 4> Limbs::takeFourChunks() {
+std::array<Limb, 4> Natural::takeFourChunks() {
     std::array<Limb, 4> remainders{};
     for (std::size_t i = used; i-- > 0;) {
-        const Limb first = divideLimb<CHUNK_BASE>(limbs[i], remainders[0]);
-        const Limb second = divideLimb<CHUNK_BASE>(first, remainders[1]);
-        const Limb third = divideLimb<CHUNK_BASE>(second, remainders[2]);
-        limbs[i] = divideLimb<CHUNK_BASE>(third, remainders[3]);
+        const Limb first = divideLimb<NARROW_CHUNK_BASE>(limbs[i], remainders[0]);
+        const Limb second = divideLimb<NARROW_CHUNK_BASE>(first, remainders[1]);
+        const Limb third = divideLimb<NARROW_CHUNK_BASE>(second, remainders[2]);
+        limbs[i] = divideLimb<NARROW_CHUNK_BASE>(third, remainders[3]);
     }
     dropLeadingZeros();
     return remainders;
 }
 
-void Limbs::dropLeadingZeros() {
+void Natural::dropLeadingZeros() {
     while (used > 0 && limbs[used - 1] == 0)
         --used;
 }
