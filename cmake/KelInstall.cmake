@@ -5,8 +5,8 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KelUtil)
 
-# Never optional: a project that adds this one and exports a target of its own, which links ours,
-# needs ours in an export set of both trees.
+# Never optional: a parent project can export a target that links ours only if ours is in an export
+# set, both for the install tree and for the build tree.
 install(TARGETS KelUtil EXPORT KelUtilTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development

@@ -31,8 +31,8 @@ endif()
 # Scaled values round after every operation; some compilers fuse operations by default.
 kel_accepted(KELUTIL_UNFUSED -ffp-contract=off /fp:strict)
 
-# A short loop across a fetch block of the processor takes up to half as long again, so its speed would
-# change with every function added before it.
+# A short loop that crosses a fetch block boundary takes up to 50 % longer, so its speed would change
+# with every function added before it.
 kel_accepted(KELUTIL_ALIGNED_LOOPS -falign-loops=32)
 
 # A double must be rounded after every operation. 32-bit x86 does so only with SSE2; its older unit
@@ -47,9 +47,8 @@ if(NOT KELUTIL_ROUNDS_DOUBLES)
   endif()
 endif()
 
-# Hardening of what is shipped: checked copies and formats, guarded stacks, tables of addresses that are
-# read-only once they are filled. (The run-time checks need optimised
-# code. They are left out on Windows, where they need another DLL.)
+# Hardening of what is shipped: _FORTIFY_SOURCE, stack protector, full RELRO, non-executable stack.
+# (The run-time checks need optimised code. They are left out on Windows, where they need another DLL.)
 set(KELUTIL_HARDENED_CODE)
 if(NOT WIN32)
   kel_accepted(KELUTIL_HARDENED_CODE -fstack-protector-strong)

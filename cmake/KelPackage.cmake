@@ -5,7 +5,7 @@ set(CPACK_PACKAGE_VENDOR "libKelUtil")
 set(CPACK_PACKAGE_CONTACT "the libKelUtil maintainers <maintainers@kelutil.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_CURRENT_SOURCE_DIR}/LICENSE)
-if(NOT MSVC) # whose symbols stand in a file of their own
+if(NOT MSVC) # MSVC keeps symbols in a PDB file
   set(CPACK_STRIP_FILES ON)
 endif()
 set(CPACK_VERBATIM_VARIABLES ON)

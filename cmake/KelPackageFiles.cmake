@@ -44,7 +44,7 @@ set(root ${CPACK_TEMPORARY_DIRECTORY})
 configure_file(${CPACK_KEL_SOURCE_DIR}/LICENSE ${root}/LICENSE COPYONLY)
 configure_file(${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md ${root}/CHANGELOG.md COPYONLY)
 if(CPACK_KEL_RUNTIME_DLLS)
-  # The compiler's runtime DLLs come with their symbols, fifteen times what runs.
+  # With their symbols, the compiler's runtime DLLs are fifteen times as large.
   file(GLOB dlls ${root}/bin/*.dll)
   execute_process(COMMAND ${CPACK_KEL_STRIP} --strip-unneeded ${dlls} COMMAND_ERROR_IS_FATAL ANY)
   foreach(runtime gcc-mingw-w64-base mingw-w64-x86-64-dev)

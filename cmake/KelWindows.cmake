@@ -6,7 +6,7 @@ if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_RUNTIME_OUTPUT_DIRECTORY)
 endif()
 
 # Strings and exceptions cross the boundary of the DLL, so it and its clients share one C++ runtime.
-# MinGW's are DLLs of the compiler, which are copied beside ours; MSVC's are installed with Windows.
+# MinGW's are DLLs of the compiler, which are copied beside ours; MSVC's come with its redistributable.
 set(KELUTIL_RUNTIME_DLLS)
 if(MINGW)
   foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)

@@ -34,8 +34,8 @@ set(CMAKE_CXX_COMPILER_TARGET x86_64-pc-windows-msvc)
 set(CMAKE_MSVC_RUNTIME_LIBRARY MultiThreadedDLL)
 
 if(EXISTS "${KELUTIL_MSVC_SDK}/include")
-  # The compiler's own headers stand before these. There is no start-up library, which would guard the stack and local
-  # statics, and there are no vector algorithms.
+  # The compiler's own headers are searched first. There is no start-up library, which would guard the
+  # stack and local statics, and there are no vector algorithms.
   set(flags "-fmsc-version=1944 /X /Zc:threadSafeInit- /GS- -D_USE_STD_VECTOR_ALGORITHMS=0")
   file(GLOB folders "${KELUTIL_MSVC_SDK}/include/*")
   list(SORT folders)

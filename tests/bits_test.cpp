@@ -34,7 +34,7 @@ Bytes taken(Kel_ByteBuffer* made) {
     return bytesOf(*std::unique_ptr<Kel_ByteBuffer>(made));
 }
 
-/// With its zero character.
+/// With its terminating NUL.
 Bytes textBytes(const std::string& text) {
     return {text.c_str(), text.c_str() + text.size() + 1};
 }
@@ -62,7 +62,7 @@ TEST(ByteBufferStorage, ObjectsLiveWhereverAClientPutsThem) {
     const auto many = std::make_unique<Kel_ByteBuffer[]>(3);
     const std::unique_ptr<Kel_ByteBuffer[]> more(new (std::nothrow) Kel_ByteBuffer[2]);
     EXPECT_EQ(one->getSize() + many[2].getSize() + more[1].getSize(), 2U);
-    // What a constructor that throws calls; the leak checker watches.
+    // A constructor that throws has its memory released; the leak checker watches.
     EXPECT_THROW(new (std::nothrow) Kel_ByteBuffer(HUGE_COUNT, 0, 0), std::bad_alloc);
     EXPECT_THROW(new (place) Kel_ByteBuffer(HUGE_COUNT, 0, 0), std::bad_alloc);
     Kel_ByteBuffer::operator delete[](Kel_ByteBuffer::operator new[](9, std::nothrow),
@@ -106,7 +106,7 @@ TEST(ByteBufferStorage, OverAlignedDerivedObjectsAreAligned) {
 }
 
 TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {
-    // 8 where a size has 32 bits and is not checked.
+    // Truncates to 8 where std::size_t has 32 bits.
     constexpr std::uint64_t wrapping =
         sizeof(std::size_t) == 4 ? (std::uint64_t{1} << 32) + 8 : HUGE_COUNT;
     constexpr std::uint64_t cases[][3] = {{HUGE_COUNT, 1, 0}, {1, HUGE_COUNT, 0},
@@ -180,14 +180,14 @@ TEST(ByteBufferFields, EverySizeIsRealignedByEveryShift) {
                 const unsigned next = i + 1 < 3 + size ? bytes[i + 1] : 0;
                 expected[i] = static_cast<unsigned char>((bytes[i] | next << 8) >> shift);
             }
-            expected[3 + size] = 0; // the realignment's last touch
+            expected[3 + size] = 0; // the first byte of the high reserve
             const unsigned char* const block = buffer.uPtr() - 3;
             ASSERT_EQ(Bytes(block, block + bytes.size()), expected) << size << ' ' << shift;
         }
 }
 
-// A text of 2^31 characters without its cost: nobody touches the memory but for the last bytes. An
-// explicit instantiation may name private fields.
+// Gives a buffer an untouched block, so that a text of 2^31 characters costs no memory. (An
+// explicit instantiation may name private fields.)
 void takeUntouchedBlock(Kel_ByteBuffer& buffer, std::uint64_t bytes);
 template <auto Storage, auto Size>
 struct Fields {
@@ -198,7 +198,7 @@ struct Fields {
 };
 template struct Fields<&Kel_ByteBuffer::storage, &Kel_ByteBuffer::size>;
 
-TEST(ByteBufferHexText, ACutMayDropMoreDigitsThan31BitsCount) {
+TEST(ByteBufferHexText, ACutMayDropMoreThanInt32MaxDigits) {
     if (sizeof(std::size_t) == 4)
         GTEST_SKIP() << "no block has 2^31 bytes here";
     Kel_ByteBuffer text;

@@ -61,16 +61,16 @@ TEST(Version, RacingFirstQueriesSeeWholeTexts) {
 }
 
 TEST(Exception, CopiesAreIndependent) {
-    const std::string withZero("a\0b", 3);
-    Kel_Exception original(withZero);
+    const std::string withNul("a\0b", 3);
+    Kel_Exception original(withNul);
     const Kel_Exception copy(original);
     Kel_Exception assigned("other");
     assigned = original;
     original = Kel_Exception("changed");
-    EXPECT_EQ(copy.what() + assigned.what() + original.what(), withZero + withZero + "changed");
+    EXPECT_EQ(copy.what() + assigned.what() + original.what(), withNul + withNul + "changed");
 }
 
-TEST(Exception, IsCaughtByItsTypeAndTellsWhatItsOwnClassSays) {
+TEST(Exception, IsCaughtByItsTypeAndCallsTheOverridingWhat) {
     static_assert(!std::is_base_of_v<std::exception, Kel_Exception>);
     struct Wrapped : Kel_Exception {
         using Kel_Exception::Kel_Exception;

@@ -85,17 +85,17 @@ Words wordsOf(KelRT::common::DoubleWord value) {
 
 TEST(DoubleWords, ProductsOfWords) {
     using KelRT::common::DoubleWord;
-    constexpr std::uint64_t TOP = ~std::uint64_t{0};
+    constexpr std::uint64_t ALL_ONES = ~std::uint64_t{0};
     constexpr std::uint64_t HALF = 0xFFFFFFFF;
     struct {
         std::uint64_t a, b;
         Words product;
     } const cases[] = {
-        {0, TOP, {0, 0}},
-        {1, TOP, {0, TOP}},
-        {TOP, TOP, {TOP - 1, 1}},
+        {0, ALL_ONES, {0, 0}},
+        {1, ALL_ONES, {0, ALL_ONES}},
+        {ALL_ONES, ALL_ONES, {ALL_ONES - 1, 1}},
         {HALF, HALF, {0, 0xFFFFFFFE00000001}},
-        {TOP, HALF, {HALF - 1, 0xFFFFFFFF00000001}},
+        {ALL_ONES, HALF, {HALF - 1, 0xFFFFFFFF00000001}},
         {HALF + 1, HALF + 1, {1, 0}},
         {0x0123456789ABCDEF, 0xFEDCBA9876543210, {0x0121FA00AD77D742, 0x2236D88FE5618CF0}}};
     for (const auto& [a, b, product] : cases) {
@@ -106,13 +106,13 @@ TEST(DoubleWords, ProductsOfWords) {
 
 TEST(DoubleWords, CarriesAndBorrowsPassBetweenTheWords) {
     using KelRT::common::DoubleWord;
-    constexpr std::uint64_t TOP = ~std::uint64_t{0};
+    constexpr std::uint64_t ALL_ONES = ~std::uint64_t{0};
     constexpr DoubleWord weight = DoubleWord{1} << 64;
-    EXPECT_EQ(wordsOf(DoubleWord{TOP} + 1), Words(1, 0));
-    EXPECT_EQ(wordsOf(weight - 1), Words(0, TOP));
+    EXPECT_EQ(wordsOf(DoubleWord{ALL_ONES} + 1), Words(1, 0));
+    EXPECT_EQ(wordsOf(weight - 1), Words(0, ALL_ONES));
     EXPECT_EQ(wordsOf(~DoubleWord{0} + 1), Words(0, 0));
     EXPECT_EQ(wordsOf((weight + 3) * (weight + 5)), Words(8, 15));
-    EXPECT_TRUE(weight > DoubleWord{TOP} && weight != DoubleWord{0});
+    EXPECT_TRUE(weight > DoubleWord{ALL_ONES} && weight != DoubleWord{0});
 }
 
 TEST(DoubleWords, ShiftsOfEveryCount) {

@@ -22,7 +22,7 @@ struct WideField {
     std::uint64_t wide;
 };
 
-/// The value for this host, of those for 64-bit hosts, for 32-bit Arm and for 32-bit x86.
+/// Selects the value for this host: 64-bit, 32-bit Arm or 32-bit x86.
 constexpr std::size_t on(std::size_t on64, std::size_t onArm, std::size_t onX86) {
     if (sizeof(void*) == 8)
         return on64;

@@ -144,7 +144,7 @@ TEST(LogTimes, LeaveStaticTimesOfTheClientUnchanged) {
     expectUntouched("the end");
 }
 
-void logWithList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a list is made
+void logWithVaList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a va_list is made
     std::va_list arguments;
     va_start(arguments, format);
     logger.vprintLog(5, format, arguments); // filtered out
@@ -157,9 +157,9 @@ void logWithList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a lis
     va_end(arguments);
 }
 
-TEST(LogEntry, OnlyAListReachesTheFormWithAList) {
+TEST(LogEntry, OnlyAVaListSelectsTheVaListOverload) {
     const LogFile log;
-    logWithList("%d%s", 7, "below the level of traces");
+    logWithVaList("%d%s", 7, "below the level of traces");
     logger.setDetailLevel(4);
     char text[] = "own";
     const char* const constText = text;
@@ -169,7 +169,7 @@ TEST(LogEntry, OnlyAListReachesTheFormWithAList) {
         logger.logMethodEntry("m", "text=%s", text);
     else
         logger.logMethodEntry("m", "text=%s", constText);
-    logWithList("%d%s", 7, "b");
+    logWithVaList("%d%s", 7, "b");
     EXPECT_EQ(log.finish(), "ENTERING m count=0\n  ENTERING m text=own\n    ENTERING m text=own\n"
                             "      ENTERING list 7b\n        ENTERING passed 7b\n");
 }

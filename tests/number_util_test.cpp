@@ -103,7 +103,7 @@ TEST(Conversions, InputMayBeTheOutputsOwnText) {
     }
 }
 
-TEST(Conversions, TextsEndAtTheirFirstZeroAndMayBeEmpty) {
+TEST(Conversions, TextsEndAtTheirFirstNulAndMayBeEmpty) {
     EXPECT_EQ(Util::hexStr2UInt("G"), 23U);
     EXPECT_EQ(Util::hexStr2UInt("\x80"), 0xFFFFFF50U);
     std::string text("12\0FF", 5);

@@ -56,7 +56,7 @@ TEST(Number, ReadsAndPrintsDigitsByTheRadixLetter) {
     }
 }
 
-// From some thousand bits on decimals are joined from halves.
+// Above several thousand bits, decimals are read and printed by divide and conquer.
 TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
     struct {
         std::uint64_t bitCount;

@@ -28,7 +28,7 @@ namespace {
 struct FakeHost {
     std::set<std::string> readable;        ///< files that open for reading
     std::set<std::string> createdByOthers; ///< just before the library would create them
-    std::set<std::string> directories;     ///< those of them that exist by now, as directories
+    std::set<std::string> directories;     ///< that exist; mkdir adds those of createdByOthers
     bool everythingExists = false;
     bool listingFails = false;
     std::map<char, std::string> currentDirectories; ///< by drive, 0 for the current one

@@ -1,6 +1,6 @@
-# The symbols that LIBRARY exports, demangled and sorted, are those of the file LIST, as a host whose
-# pointers have WORD_BYTES names them. NM reads a shared
-# object; for a DLL, OBJDUMP and CXXFILT do. With UPDATE the file is written instead.
+# Compares the exported symbols of LIBRARY, demangled and sorted, with the file LIST, which names
+# types as 64-bit hosts do; WORD_BYTES is the target's pointer size. NM reads a shared object; for a
+# DLL, OBJDUMP and CXXFILT do. With UPDATE the file is written instead.
 function(run output)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
   set(${output} "${text}" PARENT_SCOPE)
@@ -51,6 +51,6 @@ if(text STREQUAL "" OR NOT expected STREQUAL "${text}\n")
   list(REMOVE_ITEM removed ${symbols})
   list(JOIN added "\n  + " added)
   list(JOIN removed "\n  - " removed)
-  message(FATAL_ERROR "The exported symbols are not those of ${LIST}; if that is meant, ./dev abi "
-    "writes the list anew.\n  + ${added}\n  - ${removed}")
+  message(FATAL_ERROR "The exported symbols are not those of ${LIST}; if this is intended, ./dev abi "
+    "rewrites the list.\n  + ${added}\n  - ${removed}")
 endif()

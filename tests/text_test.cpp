@@ -89,7 +89,7 @@ int sign(int value) {
     return value == 0 ? 0 : value / std::abs(value);
 }
 
-TEST(CaseBlindComparison, OrdersAndStops) {
+TEST(CaseInsensitiveComparison, OrdersAndStops) {
     constexpr std::uint64_t ALL = ~std::uint64_t{0};
     struct {
         const char* a;
@@ -109,7 +109,7 @@ TEST(CaseBlindComparison, OrdersAndStops) {
     EXPECT_EQ(Kel_Util::stricmp(std::string("a\0b", 3), std::string("A\0c", 3)), 0);
 }
 
-TEST(CaseBlindComparison, EveryPairOfBytes) {
+TEST(CaseInsensitiveComparison, EveryPairOfBytes) {
     const auto folded = [](int c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
     for (int a = 0; a < 256; ++a)
         for (int b = 0; b < 256; ++b) {
@@ -120,7 +120,7 @@ TEST(CaseBlindComparison, EveryPairOfBytes) {
         }
 }
 
-TEST(StringHelpers, CleaningTables) {
+TEST(StringHelpers, StripUnquoteAndTrim) {
     struct {
         std::string input;
         std::string withoutCR;

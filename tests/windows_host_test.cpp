@@ -32,7 +32,7 @@ struct FakeHost {
 FakeHost host;
 
 template <typename Function>
-Function systems(Function /*type*/, const char* name) {
+Function systemFunction(Function /*type*/, const char* name) {
     const auto address = GetProcAddress(GetModuleHandleA("kernel32.dll"), name);
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
@@ -40,12 +40,12 @@ Function systems(Function /*type*/, const char* name) {
 DWORD WINAPI attributes(LPCSTR path) {
     if (host.links.contains(path))
         return FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-    return systems(attributes, "GetFileAttributesA")(path);
+    return systemFunction(attributes, "GetFileAttributesA")(path);
 }
 
 BOOL WINAPI findNext(HANDLE search, LPWIN32_FIND_DATAA entry) {
     if (!host.searchesFail)
-        return systems(findNext, "FindNextFileA")(search, entry);
+        return systemFunction(findNext, "FindNextFileA")(search, entry);
     SetLastError(ERROR_NETNAME_DELETED);
     return FALSE;
 }

@@ -85,8 +85,8 @@ void readScan(const std::string& line, ByteOrder order, Scan& scan) {
     if (group == nullptr)
         throw Fault("expected a name, a width in bits and a value");
     scan.width = numberOf<std::uint64_t>(width, "the width");
-    if (scan.width == 0 || scan.width > MOST_BITS)
-        throw Fault("a register has 1 to " + std::to_string(MOST_BITS) + " bits");
+    if (scan.width == 0 || scan.width > MAX_REGISTER_BITS)
+        throw Fault("a register has 1 to " + std::to_string(MAX_REGISTER_BITS) + " bits");
     std::string digits;
     for (; group != nullptr; group = words.getNext())
         digits += group;

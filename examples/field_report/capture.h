@@ -10,7 +10,7 @@
 
 namespace field_report {
 
-constexpr std::uint64_t MOST_BITS = std::uint64_t{1} << 20; ///< of a register
+constexpr std::uint64_t MAX_REGISTER_BITS = std::uint64_t{1} << 20; ///< of a register
 
 /// A register as it was captured once; bit 0 is the lowest bit of its value.
 struct Scan {

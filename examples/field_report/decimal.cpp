@@ -7,7 +7,7 @@ namespace field_report {
 
 namespace {
 
-constexpr std::int64_t MOST_DECIMALS = 400; // the smallest double has 324 zeros before its digits
+constexpr std::int64_t MAX_DECIMALS = 400; // the smallest double has 324 zeros before its digits
 
 } // namespace
 
@@ -19,9 +19,8 @@ std::uint32_t decimalsOf(const std::string& number) {
         const std::size_t exponent = end + (number[end + 1] == '+' ? 2 : 1);
         decimals -= numberOf<std::int32_t>(number.substr(exponent), "the exponent");
     }
-    if (decimals > MOST_DECIMALS)
-        throw Fault("'" + number + "' has more than " + std::to_string(MOST_DECIMALS) +
-                    " decimals");
+    if (decimals > MAX_DECIMALS)
+        throw Fault("'" + number + "' has more than " + std::to_string(MAX_DECIMALS) + " decimals");
     return static_cast<std::uint32_t>(std::max<std::int64_t>(decimals, 0));
 }
 

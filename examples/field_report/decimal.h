@@ -13,7 +13,7 @@
 
 namespace field_report {
 
-/// \a text as a decimal number. \throws Fault if it is none, calling it \a what
+/// Reads \a text as a decimal number. \throws Fault, naming it \a what, if it is none or infinite
 template <typename Number>
 Number numberOf(const std::string& text, const char* what) {
     Number number{};
@@ -24,7 +24,7 @@ Number numberOf(const std::string& text, const char* what) {
     return number;
 }
 
-/// How many decimals show every digit of a number that numberOf() reads.
+/// The decimals needed to show every digit of \a number, a text that numberOf() accepts.
 /// \code
 /// "0.001" => 3    "1e-3" => 3    "2.50" => 2    "1.5e3" => 0    "16" => 0
 /// \endcode

@@ -42,9 +42,11 @@ void unquote(std::string& column) {
 }
 
 void checkBitRange(const Field& field) {
-    if (field.width == 0 || field.lowest >= MOST_BITS || field.width > MOST_BITS - field.lowest)
+    if (field.width == 0)
+        throw Fault("field '" + field.name + "' has a width of 0");
+    if (field.lowest >= MAX_REGISTER_BITS || field.width > MAX_REGISTER_BITS - field.lowest)
         throw Fault("field '" + field.name + "' does not lie within the " +
-                    std::to_string(MOST_BITS) + " bits that a register may have");
+                    std::to_string(MAX_REGISTER_BITS) + " bits that a register may have");
 }
 
 void readScale(const std::string& scale, const std::string& offset, Field& field) {

@@ -40,7 +40,7 @@ struct CaseInsensitiveLess {
 /// The fields of each register, in the order of the table.
 using FieldTable = std::map<std::string, std::vector<Field>, CaseInsensitiveLess>;
 
-/// The columns of a line. One in double quotes may hold commas, and a doubled quote for each quote.
+/// The columns of a line. A quoted column may hold commas; a doubled quote in it is one quote.
 /// \throws Fault
 std::vector<std::string> columnsOf(const std::string& line);
 

@@ -31,7 +31,7 @@ bool enableEscapes() {
     return GetConsoleMode(console, &mode) != 0 && SetConsoleMode(console, mode | escapes) != 0;
 }
 
-void useBinary(std::FILE* stream) {
+void setBinaryMode(std::FILE* stream) {
     static_cast<void>(_setmode(_fileno(stream), _O_BINARY));
 }
 
@@ -57,7 +57,7 @@ bool enableEscapes() {
     return isTerminal(stdout) && kind != nullptr && std::string_view(kind) != "dumb";
 }
 
-void useBinary(std::FILE* /*stream*/) {}
+void setBinaryMode(std::FILE* /*stream*/) {}
 
 bool mayReplace(const std::string& path) {
     struct stat status = {};

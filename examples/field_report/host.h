@@ -11,11 +11,11 @@ namespace field_report::host {
 
 bool isTerminal(std::FILE* stream);
 
-/// Lets standard output obey escape sequences; false if it cannot or is no terminal.
+/// Enables escape sequences on standard output; false if it has none or is no terminal.
 bool enableEscapes();
 
-/// Passes every byte of \a stream through, on hosts that would change line ends.
-void useBinary(std::FILE* stream);
+/// Switches \a stream to binary mode on hosts that would translate line ends.
+void setBinaryMode(std::FILE* stream);
 
 /// False for a device, a pipe or a directory: a file must not take its place.
 bool mayReplace(const std::string& path);

@@ -17,16 +17,16 @@ using KelRT::Kel_Util;
 namespace {
 
 // Twice what the widest register needs with a blank after each digit.
-constexpr std::size_t LONGEST_LINE = std::size_t{1} << 20;
+constexpr std::size_t MAX_LINE_LENGTH = std::size_t{1} << 20;
 constexpr const char* BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
 } // namespace
 
-Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(LONGEST_LINE + 1) {
+Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(MAX_LINE_LENGTH + 1) {
     if (path == "-") {
         name = "standard input";
         stream = &std::cin;
-        host::useBinary(stdin);
+        host::setBinaryMode(stdin);
         return;
     }
     errno = 0;
@@ -37,7 +37,7 @@ Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(LONGES
     total = end > 0 ? static_cast<std::uint64_t>(end) : 0;
     file.clear();
     file.seekg(0);
-    file.clear(); // a pipe has no positions
+    file.clear(); // seeking fails on a pipe
 }
 
 bool Lines::next(std::string& line) {
@@ -62,13 +62,13 @@ bool Lines::read(std::string& line) {
         failed = true;
         throw hostFault("the rest of the file cannot be read");
     }
-    if (count == 0) // at the end, however often it is reached
+    if (count == 0) // end of file, also on a repeated call
         return false;
     ++number;
     if (stream->fail() && !stream->eof()) {
         stream->clear();
         stream->ignore(std::numeric_limits<std::streamsize>::max(), '\n');
-        throw Fault("the line is longer than " + std::to_string(LONGEST_LINE) + " characters");
+        throw Fault("the line is longer than " + std::to_string(MAX_LINE_LENGTH) + " characters");
     }
     line.assign(buffer.data(), stream->eof() ? count : count - 1);
     if (number == 1 && line.compare(0, 3, BYTE_ORDER_MARK) == 0)

@@ -19,17 +19,17 @@ public:
     /// Opens \a path; "-" is standard input. \throws Fault with the host's reason
     explicit Lines(const std::string& path);
 
-    /// The next line that holds something, without white space at its ends. Lines that begin with
-    /// '#' are comments. A byte order mark and carriage returns at line ends are dropped.
+    /// Reads the next line that is neither blank nor a comment ('#' first), trimmed. A byte order
+    /// mark and carriage returns at line ends are dropped.
     /// \return false at the end of the file
     /// \throws Fault for a line that cannot be read; the next call goes on after it
     bool next(std::string& line);
 
     /// False after a failure of the host, which ends the file early.
-    bool isWhole() const { return !failed; }
+    bool isComplete() const { return !failed; }
 
-    /// True when the next line may have to be waited for.
-    bool mayWait() const { return stream->rdbuf()->in_avail() <= 0; }
+    /// True if reading the next line may block.
+    bool mayBlock() const { return stream->rdbuf()->in_avail() <= 0; }
 
     /// "PATH:NUMBER" of the last line, "PATH" after a failure of the host.
     std::string place() const { return failed ? name : name + ":" + std::to_string(number); }

@@ -31,7 +31,8 @@ namespace {
 
 constexpr unsigned FAILURE = 0x80000001; // as a status: bit 31 marks a failure
 
-// The table of the settings, or the installed one. Without any, every register is printed whole.
+// The table that the settings name, else the installed one. If it cannot be read, the fault is
+// reported and the table is empty, so every register is printed whole.
 FieldTable tableFor(const Settings& settings, Messages& messages) {
     if (!settings.table.empty())
         return readTable(settings.table, messages);
@@ -45,7 +46,7 @@ FieldTable tableFor(const Settings& settings, Messages& messages) {
     return {};
 }
 
-// Only what is reported decides on the widths of the columns.
+// Only the named registers, all if there are no names: these alone set the column widths.
 FieldTable selectedOf(FieldTable table, const std::vector<std::string>& names) {
     FieldTable selected;
     for (const std::string& name : names)
@@ -72,13 +73,14 @@ void report(const Settings& settings, Messages& messages) {
     Output output(settings.output, settings.format != FormatKind::TEXT);
     Report report(settings, table, messages);
     report.print(*capture, *format, output);
-    if (settings.output.empty() || report.isWhole())
+    if (settings.output.empty() || report.isComplete())
         output.finish();
 }
 
-bool readSettings(const std::vector<std::string>& words, Settings& settings, Messages& messages) {
+bool readSettings(const std::vector<std::string>& arguments, Settings& settings,
+                  Messages& messages) {
     try {
-        settings = settingsOf(words);
+        settings = settingsOf(arguments);
         return true;
     } catch (const Fault& fault) {
         messages.reportFault("field_report", fault.what());
@@ -87,13 +89,13 @@ bool readSettings(const std::vector<std::string>& words, Settings& settings, Mes
     }
 }
 
-unsigned run(const std::vector<std::string>& words) {
+unsigned run(const std::vector<std::string>& arguments) {
     MethodLogger trace;
     trace.setMethodName("field_report");
     Messages messages;
     Settings settings;
     try {
-        if (readSettings(words, settings, messages))
+        if (readSettings(arguments, settings, messages))
             report(settings, messages);
     } catch (const Fault& fault) {
         messages.reportFault("field_report", fault.what());
@@ -106,9 +108,9 @@ unsigned run(const std::vector<std::string>& words) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::vector<std::string> words(argv + 1, argv + argc);
-    const auto has = [&](const char* word) {
-        return std::find(words.begin(), words.end(), word) != words.end();
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const auto has = [&](const char* argument) {
+        return std::find(arguments.begin(), arguments.end(), argument) != arguments.end();
     };
     std::ios::sync_with_stdio(false); // several times as fast
     if (has("--help") || has("--version")) {
@@ -118,7 +120,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     Logger::logger.startLogging();
-    const unsigned status = run(words);
+    const unsigned status = run(arguments);
     Logger::logger.endLogging();
     return status == 0 ? 0 : 1;
 }

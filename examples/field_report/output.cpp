@@ -16,8 +16,8 @@ using KelRT::Kel_Util;
 
 namespace {
 
-// A name beside `path` that no file has.
-std::string freeNameFor(const std::string& path) {
+// An unused name beside `path`, for the report until it is complete.
+std::string unusedNameBeside(const std::string& path) {
     for (unsigned number = 0;; ++number) {
         std::string name = path + ".part" + std::to_string(number);
         if (!std::ifstream(name))
@@ -35,13 +35,13 @@ Output::Output(const std::string& where, bool binary)
     : path(where), isTemporary(Kel_Util::stricmp(where, "temp") == 0), target(&std::cout) {
     if (path.empty()) {
         if (binary)
-            host::useBinary(stdout);
+            host::setBinaryMode(stdout);
         return;
     }
     if (isTemporary)
         path = Kel_Util::createDotLumatraceTempFile("field_report");
     const bool direct = isTemporary || !host::mayReplace(path);
-    const std::string name = direct ? path : freeNameFor(path);
+    const std::string name = direct ? path : unusedNameBeside(path);
     errno = 0;
     file.open(name, binary ? std::ios::out | std::ios::binary : std::ios::out);
     if (!file)

@@ -24,8 +24,8 @@ public:
     /// \throws Fault with the host's reason
     void write(const std::string& text);
 
-    /// Completes the report; only then does a file take the place of an older one, and is a
-    /// temporary file named on standard output. \throws Fault with the host's reason
+    /// Completes the report: replaces an older file, or prints the name of a temporary one.
+    /// \throws Fault with the host's reason
     void finish();
 
 private:

@@ -23,8 +23,8 @@ Field wholeOf(std::uint64_t width) {
 
 } // namespace
 
-Report::Report(const Settings& wanted, const FieldTable& fieldTable, Messages& told)
-    : settings(&wanted), table(&fieldTable), messages(&told) {}
+Report::Report(const Settings& chosen, const FieldTable& fieldTable, Messages& faultMessages)
+    : settings(&chosen), table(&fieldTable), messages(&faultMessages) {}
 
 void Report::print(Lines& capture, Format& format, Output& output) {
     KelRT::MethodLogger trace;
@@ -39,14 +39,14 @@ void Report::print(Lines& capture, Format& format, Output& output) {
         } catch (const Fault& fault) {
             messages->reportFault(capture.place(), fault.what());
         }
-        if (text.size() >= PIECE || capture.mayWait())
+        if (text.size() >= PIECE || capture.mayBlock())
             flush(output);
         if (capture.bytesRead() >= due) {
             messages->showProgress(capture.bytesRead(), capture.size());
             due = capture.bytesRead() + PIECE;
         }
     }
-    whole = capture.isWhole();
+    complete = capture.isComplete();
     checkSelection();
     format.end(text);
     flush(output);
@@ -57,43 +57,44 @@ void Report::takeLine(const std::string& line, Format& format) {
     try {
         readScan(line, settings->byteOrder, scan);
     } catch (const Fault&) {
-        count(scan.name); // it is a scan all the same
+        countScan(scan.name); // a faulty scan takes a number, too
         throw;
     }
-    Register& its = count(scan.name);
-    if (its.width == 0)
-        begin(its);
-    if (its.width != scan.width)
-        throw Fault("register '" + its.name + "' had " + std::to_string(its.width) +
+    Register& entry = countScan(scan.name);
+    if (entry.width == 0)
+        takeFields(entry);
+    if (entry.width != scan.width)
+        throw Fault("register '" + entry.name + "' had " + std::to_string(entry.width) +
                     " bits before");
-    if (its.isSelected && its.scans >= settings->firstScan && its.scans <= settings->lastScan)
-        report(its, format);
+    if (entry.isSelected && entry.scans >= settings->firstScan && entry.scans <= settings->lastScan)
+        report(entry, format);
 }
 
-Report::Register& Report::count(const std::string& name) {
-    Register& its = registers[name];
-    if (++its.scans == 1)
-        its.name = name;
-    return its;
+Report::Register& Report::countScan(const std::string& name) {
+    Register& entry = registers[name];
+    if (++entry.scans == 1)
+        entry.name = name;
+    return entry;
 }
 
 // Takes the fields of a register from the table, now that its width is known.
-void Report::begin(Register& its) {
-    its.width = scan.width;
-    its.isSelected = isSelected(its.name);
-    const auto known = table->find(its.name);
+void Report::takeFields(Register& entry) {
+    entry.width = scan.width;
+    entry.isSelected = isSelected(entry.name);
+    const auto known = table->find(entry.name);
     const auto misfits = [&](const Field& field) {
-        if (field.lowest + field.width <= its.width)
+        if (field.lowest + field.width <= entry.width)
             return false;
         messages->reportFault(field.place, "field '" + field.name + "' does not lie within the " +
-                                               std::to_string(its.width) + " bits of its register");
+                                               std::to_string(entry.width) +
+                                               " bits of its register");
         return true;
     };
     if (known != table->end())
         std::remove_copy_if(known->second.begin(), known->second.end(),
-                            std::back_inserter(its.fields), misfits);
-    if (its.fields.empty())
-        its.fields.push_back(wholeOf(its.width));
+                            std::back_inserter(entry.fields), misfits);
+    if (entry.fields.empty())
+        entry.fields.push_back(wholeOf(entry.width));
 }
 
 bool Report::isSelected(const std::string& name) const {
@@ -104,12 +105,12 @@ bool Report::isSelected(const std::string& name) const {
     return names.empty() || std::any_of(names.begin(), names.end(), isIt);
 }
 
-void Report::report(const Register& its, Format& format) {
+void Report::report(const Register& entry, Format& format) {
     items.clear();
-    for (const Field& field : its.fields) {
+    for (const Field& field : entry.fields) {
         const std::string digits = digitsOf(scan.bits, field);
         items.push_back(
-            {&its.name, its.scans, &field, rawText(field, digits), valueText(field, digits)});
+            {&entry.name, entry.scans, &field, rawText(field, digits), valueText(field, digits)});
     }
     format.addScan(items, text);
     anyReported = true;
@@ -117,13 +118,13 @@ void Report::report(const Register& its, Format& format) {
 
 void Report::checkSelection() {
     const auto missing = [&](const std::string& what) {
-        whole = false;
+        complete = false;
         messages->reportFault("field_report", what + " is not in the capture");
     };
     for (const std::string& name : settings->registers)
         if (registers.count(name) == 0)
             missing("register '" + name + "'");
-    if (whole && !anyReported && settings->firstScan > 1)
+    if (complete && !anyReported && settings->firstScan > 1)
         missing("scan " + std::to_string(settings->firstScan));
 }
 

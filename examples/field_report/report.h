@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The report of one capture: it passes the scans from the lines of the capture to a format, one at
-// a time.
+// Reports one capture: reads its lines and passes one scan after the other to a format.
 #pragma once
 
 #include "capture.h"
@@ -21,17 +20,17 @@ namespace field_report {
 
 class Report {
 public:
-    Report(const Settings& wanted, const FieldTable& fieldTable, Messages& told);
+    Report(const Settings& chosen, const FieldTable& fieldTable, Messages& faultMessages);
 
     /// Reports the scans of \a capture. A line with a fault is reported as such and left out.
     void print(Lines& capture, Format& format, Output& output);
 
     /// False if the capture could not be read to its end, or does not hold what was asked for.
-    bool isWhole() const { return whole; }
+    bool isComplete() const { return complete; }
 
 private:
     struct Register {
-        std::string name;          // as the capture has it first
+        std::string name;          // as first spelled in the capture
         std::vector<Field> fields; // within its width
         std::uint64_t width = 0;   // 0 before the first good line
         std::uint64_t scans = 0;
@@ -39,10 +38,10 @@ private:
     };
 
     void takeLine(const std::string& line, Format& format);
-    Register& count(const std::string& name);
-    void begin(Register& its);
+    Register& countScan(const std::string& name);
+    void takeFields(Register& entry);
     bool isSelected(const std::string& name) const;
-    void report(const Register& its, Format& format);
+    void report(const Register& entry, Format& format);
     void checkSelection();
     void flush(Output& output);
 
@@ -54,7 +53,7 @@ private:
     std::vector<Item> items;
     std::string text; // not yet written
     bool anyReported = false;
-    bool whole = true;
+    bool complete = true;
 };
 
 } // namespace field_report

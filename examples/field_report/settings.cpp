@@ -37,17 +37,17 @@ Prints the registers of a capture field by field, as a field table names them.
   byteorder=little
                  the first two digits of a value are its lowest byte, as in a memory dump
   format=text    a table for people, the default; the second scan of ID is printed as ID #2
-  format=csv     comma-separated values, and
-  format=json    an array of objects, both with register, scan, field, lowest, width, raw,
-                 value, unit, description
+  format=csv     comma-separated values: register, scan, field, lowest, width, raw, value,
+                 unit, description; the first line names them
+  format=json    an array of objects with the same names as keys
   output=FILE    the report goes into FILE, which is replaced once the report is complete
   output=temp    it goes into a new file below .kel in the directory that the variable
                  USERPROFILE names; the file's name is printed instead
   --version      prints the version of the library
 
-Radix letters: b binary, o octal, d signed decimal, u unsigned decimal, x hexadecimal,
+Radix letters: b binary, o octal, d or i signed decimal, u unsigned decimal, x hexadecimal,
 s characters. The scaled value is raw value * scale + offset, with as many decimals as the
-scale or the offset has; d reads the raw value as signed, every other letter as unsigned.
+scale or the offset, whichever has more; only d and i read the raw value as signed.
 
 The capture
   IDCODE 32 4BA00477
@@ -65,26 +65,26 @@ namespace {
 constexpr std::array SETTINGS = {"capture",   "fields", "register", "scan",
                                  "byteorder", "format", "output"};
 
-// A word that is no setting, such as a misspelt name, would otherwise be passed over.
-void checkWords(const std::vector<std::string>& words) {
+// Rejects what findKey() would not notice: unknown names, empty values and repeated settings.
+void checkArguments(const std::vector<std::string>& arguments) {
     std::vector<std::string> seen;
-    for (const std::string& word : words) {
-        const std::size_t end = std::min(word.find('='), word.size());
-        const std::string name = word.substr(0, end);
+    for (const std::string& argument : arguments) {
+        const std::size_t end = std::min(argument.find('='), argument.size());
+        const std::string name = argument.substr(0, end);
         const auto isIt = [&](const std::string& known) {
             return Kel_Util::stricmp(name, known) == 0;
         };
-        if (end == word.size() || std::none_of(SETTINGS.begin(), SETTINGS.end(), isIt))
-            throw Fault("'" + word + "' is not a setting");
-        if (end + 1 == word.size())
-            throw Fault("'" + word + "' has no value");
+        if (end == argument.size() || std::none_of(SETTINGS.begin(), SETTINGS.end(), isIt))
+            throw Fault("'" + argument + "' is not a setting");
+        if (end + 1 == argument.size())
+            throw Fault("'" + argument + "' has no value");
         if (std::any_of(seen.begin(), seen.end(), isIt))
             throw Fault("'" + name + "' is set twice");
         seen.push_back(name);
     }
 }
 
-// The place of `word` among `choices`; 0 for the empty word.
+// The index of `word` in `choices`; 0, the default, for an empty word.
 std::size_t choiceOf(const std::string& word, const std::vector<std::string>& choices,
                      const char* name) {
     for (std::size_t i = 0; i < choices.size(); ++i)
@@ -93,7 +93,7 @@ std::size_t choiceOf(const std::string& word, const std::vector<std::string>& ch
     std::string list = choices[0];
     for (std::size_t i = 1; i < choices.size(); ++i)
         list += (i + 1 < choices.size() ? ", " : " or ") + choices[i];
-    throw Fault("'" + word + "' is no " + name + "; expected " + list);
+    throw Fault("'" + word + "' is not a " + name + "; expected " + list);
 }
 
 void readScans(const std::string& range, Settings& settings) {
@@ -119,9 +119,9 @@ std::vector<std::string> namesOf(const std::string& list) {
 
 } // namespace
 
-Settings settingsOf(std::vector<std::string> words) {
-    checkWords(words);
-    const auto valueOf = [&](const char* name) { return Kel_Util::findKey(words, name); };
+Settings settingsOf(std::vector<std::string> arguments) {
+    checkArguments(arguments);
+    const auto valueOf = [&](const char* name) { return Kel_Util::findKey(arguments, name); };
     Settings settings;
     settings.capture = valueOf("capture");
     if (settings.capture.empty())

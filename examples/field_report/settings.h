@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What the words of the command line ask for.
+// The settings given on the command line.
 #pragma once
 
 #include "capture.h"
@@ -12,7 +12,7 @@
 
 namespace field_report {
 
-extern const char* const USAGE; ///< how the tool is called, a few lines
+extern const char* const USAGE; ///< the usage message
 extern const char* const HELP;  ///< the rest of what --help prints
 
 enum class FormatKind : std::uint8_t { TEXT, CSV, JSON };
@@ -28,8 +28,8 @@ struct Settings {
     std::string output; ///< empty: standard output
 };
 
-/// \throws Fault for a word that is no setting, a setting that is empty, wrong or given
+/// \throws Fault for an argument that is not a setting, a setting that is empty, wrong or given
 /// twice, and a missing capture
-Settings settingsOf(std::vector<std::string> words);
+Settings settingsOf(std::vector<std::string> arguments);
 
 } // namespace field_report

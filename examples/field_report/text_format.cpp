@@ -38,8 +38,8 @@ std::string bitsOf(const Field& field) {
            std::to_string(field.lowest) + "]";
 }
 
-// How the digits of a radix are laid out: '_' between groups of `group`, and right-aligned lines of
-// at most `most` characters, of which all but the first begin with '_'. The prefix is not counted.
+// The layout of a raw value: '_' separates groups of `group` digits. A line has at most `most`
+// characters without the prefix and is right-aligned. Every line but the first begins with '_'.
 struct Layout {
     std::size_t group;
     std::size_t most;
@@ -64,8 +64,8 @@ std::string grouped(const std::string& raw, std::size_t group) {
     return text;
 }
 
-// The most characters of a raw value.
-std::size_t rawLength(const Field& field) {
+// The maximum length of a raw value, in characters.
+std::size_t maxRawLength(const Field& field) {
     const auto width = static_cast<std::size_t>(field.width);
     const auto decimals = [](std::size_t bits) {
         return static_cast<std::size_t>(static_cast<double>(bits) * std::log10(2.0)) + 1;
@@ -84,16 +84,17 @@ std::size_t rawLength(const Field& field) {
     }
 }
 
-std::size_t rawWidth(const Field& field) {
+std::size_t maxRawWidth(const Field& field) {
     const Layout layout = layoutOf(field);
-    const std::size_t digits = rawLength(field);
+    const std::size_t digits = maxRawLength(field);
     const std::size_t length = digits + ((digits - 1) / layout.group);
     const std::size_t first = std::string_view(prefixOf(field)).size() + layout.firstLine(length);
     return length <= layout.most ? first : std::max(first, layout.most);
 }
 
-// The widest text of a scaled value is that of a raw value at the end of its range.
-std::size_t valueWidth(const Field& field) {
+// The maximum width of a scaled value, which an extreme raw value has: 0, all bits set, the top bit
+// alone, or all but the top bit.
+std::size_t maxValueWidth(const Field& field) {
     if (field.scale == 0)
         return 0;
     const std::string rest(static_cast<std::size_t>((field.width - 1) / 4), '0');
@@ -143,8 +144,8 @@ private:
     void makeRoom(const Field& field) {
         makeRoom(FIELD, lengthOf(field.name));
         makeRoom(BITS, bitsOf(field).size());
-        makeRoom(RAW, rawWidth(field));
-        makeRoom(VALUE, valueWidth(field));
+        makeRoom(RAW, maxRawWidth(field));
+        makeRoom(VALUE, maxValueWidth(field));
         makeRoom(UNIT, lengthOf(field.unit));
     }
 

@@ -33,7 +33,7 @@ TEST(Boundary, ExceptionIsCaughtByItsTypeOnEverySide) {
 TEST(Boundary, ReturnedBufferNeverMeetsTheClientsOperatorDelete) {
     const int before = second.globalDeletes();
     second.callGlobalDelete();
-    ASSERT_EQ(second.globalDeletes(), before + 1) << "the client's operator is not watched";
+    ASSERT_EQ(second.globalDeletes(), before + 1) << "the client's operator delete is not counted";
     second.deleteBuffer(Kel_ByteBuffer::hex2BinReverse("5A3C"));
     second.deleteBuffer(new Kel_ByteBuffer(1000, 10, 10));
     EXPECT_EQ(second.globalDeletes(), before + 1);

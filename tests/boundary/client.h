@@ -28,9 +28,9 @@ struct Client {
     void (*throwsException)();
     /// Deletes a buffer that the library has made.
     void (*deleteBuffer)(KelRT::Kel_ByteBuffer* buffer);
-    /// How often the client's own global operator delete was called, by the client's replacement.
+    /// The calls so far of the client's replacement of the global operator delete.
     int (*globalDeletes)();
-    /// Makes one call of it.
+    /// Calls that replacement once.
     void (*callGlobalDelete)();
 };
 

@@ -166,5 +166,5 @@ if(NOT transcript STREQUAL expected)
   endif()
   message("${difference}")
   message(FATAL_ERROR "The transcript ${actual} differs from ${GOLDEN}.\n"
-    "If that is meant, run the test with KELUTIL_UPDATE_GOLDEN=1 in the environment.")
+    "If this is intended, run the test with KELUTIL_UPDATE_GOLDEN=1 in the environment.")
 endif()

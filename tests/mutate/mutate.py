@@ -11,11 +11,14 @@ its number of places, and at least two. Survivors that equivalent.txt explains a
 other one makes the exit status 1. --check only looks for explanations of lines that are gone.
 """
 import argparse
+import collections
 import hashlib
+import json
 import os
 import pathlib
 import random
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -84,13 +87,13 @@ def without_comment(line):
     return line if at < 0 or line.count('"', 0, at) % 2 else line[:at].rstrip()
 
 
-def places(file):
+def places(file, compiled):
     """All changes of a file: (line number, what, the line as it is, the line as changed)."""
     lines = (ROOT / file).read_text().split('\n')
     found = []
     for number, line in enumerate(lines):
         code = without_comment(line)
-        if SKIP.match(line) or not code.strip():
+        if number + 1 not in compiled or SKIP.match(line) or not code.strip():
             continue
         for what, pattern, new in CHANGES:
             for match in re.finditer(pattern, code):
@@ -137,6 +140,26 @@ class Scratch:
                                  *targets.split()], limit)
         self.said = said
         return status == 0
+
+    def compiled_lines(self):
+        """{file: the lines that the library's sources compile}: other hosts compile the others."""
+        lines = collections.defaultdict(set)
+        for entry in json.loads((self.build / 'compile_commands.json').read_text()):
+            if LIBRARY not in entry['command']:
+                continue
+            command = shlex.split(entry['command'].replace(' -c ', ' -E '))
+            at = command.index('-o')
+            status, said = self.run(command[:at] + command[at + 2:], 60)
+            assert status == 0, said
+            file, number = '', 0
+            for line in said.split('\n'):
+                mark = re.match(r'# (\d+) "(.*?)"', line)
+                if mark:
+                    number, file = int(mark[1]), os.path.relpath(mark[2], self.tree)
+                elif line.strip():
+                    lines[file].add(number)
+                number += not mark
+        return lines
 
     def code(self, folder):
         """What the compiler has made of the sources below a folder of the build."""
@@ -214,12 +237,12 @@ def check():
     return 1 if gone else 0
 
 
-def chosen(files, count, seed):
+def chosen(lines, count, seed):
     """The changes of each file, shuffled, and how many of them are to be judged."""
     generator = random.Random(seed)
     queues = {}
-    for file in files:
-        found = places(file)
+    for file in sources():
+        found = places(file, lines[file])
         generator.shuffle(found)
         if found:
             queues[file] = found
@@ -239,9 +262,9 @@ def main():
     arguments = parser.parse_args()
     if arguments.check:
         sys.exit(check())
-    queues, shares = chosen(sources(), arguments.count, arguments.seed)
-    queues = {f: q for f, q in queues.items() if re.search(arguments.only, f)}
     scratch = Scratch(arguments.work.resolve())
+    queues, shares = chosen(scratch.compiled_lines(), arguments.count, arguments.seed)
+    queues = {f: q for f, q in queues.items() if re.search(arguments.only, f)}
     status, said = scratch.run(['ctest', '--test-dir', scratch.build, '-j2', '--timeout', '60'], 600)
     if status != 0:
         sys.exit('the suite fails without any change:\n' + scratch.said[-2000:] + said[-3000:])

@@ -25,35 +25,35 @@ def read_all(descriptor):
 
 def report(**environment):
     """The report of good.cap as a terminal gets it."""
-    ours, its = pty.openpty()
+    controller, terminal = pty.openpty()
     base = {key: value for key, value in os.environ.items() if key not in ("NO_COLOR", "TERM")}
-    with subprocess.Popen([sys.argv[1], "capture=good.cap", TABLE], stdout=its,
+    with subprocess.Popen([sys.argv[1], "capture=good.cap", TABLE], stdout=terminal,
                           env=base | environment):
-        os.close(its)
-        return read_all(ours)
+        os.close(terminal)
+        return read_all(controller)
 
 
 def progress():
     """What standard error shows of a capture that does not end before the progress is there."""
-    ours, its = pty.openpty()
+    controller, terminal = pty.openpty()
     shown = b""
     with tempfile.TemporaryFile() as report, \
             subprocess.Popen([sys.argv[1], "capture=-", TABLE, "scan=1..2"],
-                             stdin=subprocess.PIPE, stdout=report, stderr=its) as tool:
-        os.close(its)
-        os.set_blocking(ours, False)
+                             stdin=subprocess.PIPE, stdout=report, stderr=terminal) as tool:
+        os.close(terminal)
+        os.set_blocking(controller, False)
         while b"read" not in shown:
             tool.stdin.write(b"COUNT 8 2a\n" * 1000)
             try:
-                shown += os.read(ours, 4096)
+                shown += os.read(controller, 4096)
             except BlockingIOError:
                 pass
         tool.stdin.close()
         tool.wait()
         report.seek(0)
         piped = report.read().decode()
-    os.set_blocking(ours, True)
-    return shown.decode() + read_all(ours), piped
+    os.set_blocking(controller, True)
+    return shown.decode() + read_all(controller), piped
 
 
 def expect(what, isRight):
