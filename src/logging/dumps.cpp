@@ -31,7 +31,7 @@ constexpr std::string_view TRUNCATION_MESSAGE =
 // callers serialise every log call.
 class BlockWriter {
 public:
-    static constexpr std::size_t MAX_PIECE = 256;
+    static constexpr std::size_t MAX_PIECE = 256; // above the longest: the truncation message
 
     explicit BlockWriter(std::FILE* target) : stream(target) {}
 
@@ -49,7 +49,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t BLOCK = 4096;
+    static constexpr std::size_t BLOCK = 4096; // the usual stream buffer, or a multiple of it
     static constexpr std::size_t SIZE = 8 * BLOCK;
 
     void flush(std::size_t count) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Files and directories of the host. A fake host can replace host.cpp in tests.
+// Files and directories of the host. A fake host can replace host.cpp in tests. The names of File,
+// UT_DIR and FileName, and their ignored flags, are those of the platform library that this layer
+// replaces.
 //
 // A path is a NUL-terminated byte string in the host's narrow encoding and names the same file as
 // it does for fopen. If the host refuses an operation (a missing or unreadable parent, a name that
