@@ -160,6 +160,13 @@ TEST(ByteBufferFields, DroppedBitsStayPendingUntilTheNextAccess) {
     EXPECT_EQ(*block, 0x21); // no byte has changed
     EXPECT_THROW((void)buffer.getBits(9, 8), std::logic_error);
     EXPECT_EQ(*block, 0x32); // also a refused read realigns
+    buffer.shiftBitsDown(4);
+    if (test::failingNewReachesTheLibrary()) {
+        Kel_ByteBuffer target;
+        const test::FailingNew noMemory;
+        EXPECT_THROW(buffer.hex2Bin(0, 1, target), std::bad_alloc);
+        EXPECT_EQ(*block, 0x43);
+    }
     Kel_ByteBuffer nothing;
     nothing.shiftBitsDown(5);
     EXPECT_EQ(nothing.ptr(), nullptr);

@@ -113,7 +113,7 @@ std::vector<std::string> columnsOf(const std::string& line) {
         if (open)
             columns.back().append(",").append(token);
         else
-            columns.push_back(Kel_Util::trimWhitespace(token));
+            columns.emplace_back(token + std::strspn(token, Kel_StrTok::WHITE_SPACE));
         if (columns.back()[0] == '"' && hasOddQuotes(token))
             open = !open;
     }

@@ -15,7 +15,7 @@ namespace field_report {
 std::string digitsOf(KelRT::Kel_ByteBuffer& bits, const Field& field);
 
 /// The raw value in the radix of \a field, without a prefix. A field of radix s gives one character
-/// for each byte, whatever its code.
+/// for each byte, whatever its code; zero bytes at the front give blanks.
 std::string rawText(const Field& field, const std::string& digits);
 
 /// "0b", "0o" or "0x", or nothing for the other radices.

@@ -65,15 +65,19 @@ std::unique_ptr<Format> formatFor(const Settings& settings, const FieldTable& ta
 }
 
 void report(const Settings& settings, Messages& messages) {
+    for (const std::string& input : {settings.capture, settings.table})
+        if (host::isSameFile(settings.output, input))
+            throw Fault("the report would replace " + input);
     const auto capture = openLines(settings.capture, messages);
     if (capture == nullptr)
         return;
     const FieldTable table = tableFor(settings, messages);
+    const bool hasTable = !table.empty() || !messages.anyFault();
     const auto format = formatFor(settings, table);
     Output output(settings.output, settings.format != FormatKind::TEXT);
     Report report(settings, table, messages);
     report.print(*capture, *format, output);
-    if (settings.output.empty() || report.isComplete())
+    if (settings.output.empty() || (hasTable && report.isComplete()))
         output.finish();
 }
 
@@ -117,7 +121,7 @@ int main(int argc, char** argv) {
         std::cout << (has("--help")
                           ? std::string(USAGE) + HELP
                           : std::string("field_report ") + getVersionWithBuildNumber() + '\n');
-        return 0;
+        return std::cout.flush() ? 0 : 1;
     }
     Logger::logger.startLogging();
     const unsigned status = run(arguments);

@@ -41,11 +41,15 @@ Output::Output(const std::string& where, bool binary)
     if (isTemporary)
         path = Kel_Util::createDotLumatraceTempFile("field_report");
     const bool direct = isTemporary || !host::mayReplace(path);
+    if (!direct)
+        path = host::linkTarget(path);
     const std::string name = direct ? path : unusedNameBeside(path);
     errno = 0;
     file.open(name, binary ? std::ios::out | std::ios::binary : std::ios::out);
     if (!file)
         throw cannotWrite(path);
+    if (!direct)
+        host::copyPermissions(path, name);
     if (isTemporary || !direct)
         unfinished = name;
     target = &file;

@@ -114,6 +114,8 @@ std::vector<std::string> namesOf(const std::string& list) {
     while (const char* const name = tokens.getNext())
         if (*name != 0)
             names.emplace_back(name);
+    if (names.empty() && !list.empty())
+        throw Fault("'register=" + list + "' names no register");
     return names;
 }
 

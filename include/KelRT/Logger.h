@@ -280,7 +280,7 @@ private:
     KELRT_API void traceEntry(const char* name, const char* format, std::va_list arguments) noexcept
         KELRT_FORMAT(3, 0);
     bool beginExit() noexcept;
-    void writeResult(const char* name, int value) noexcept;
+    void writeExitLine(const char* name, int value) noexcept;
 
     std::shared_ptr<std::FILE> stream; ///< null: logging is off
     std::int32_t detailLevel = 0;

@@ -169,6 +169,7 @@ void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
 
 void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
                              Kel_ByteBuffer& target) {
+    byteAlign();
     Kel_ByteBuffer bytes(decodedSize(firstChar, lastChar), 0, 0);
     hex2Bin(firstChar, lastChar, bytes.uPtr());
     target = std::move(bytes);

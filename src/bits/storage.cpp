@@ -39,10 +39,9 @@ Block paddedCopy(const Block& block, std::size_t size, std::uint64_t before, std
     return copy;
 }
 
-// The functions up to shiftDown() shift a byte string down by 1 to 7 bits, in place. Zeros enter at
-// the top.
+// Helpers of shiftDown(). `shift` is 1 to 7.
 
-// Fewer than VECTOR_BYTES bytes.
+// shiftDown() for fewer than VECTOR_BYTES bytes.
 void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     using namespace common;
     if (count > WORD_BYTES) {
@@ -54,16 +53,16 @@ void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     storeBytes(bytes, loadBytes(bytes, count) >> shift, count);
 }
 
-// The upper bits of each word come from its successor in `next`.
+// Element i of `next` follows word i and supplies its upper bits.
 common::WordVector shifted(common::WordVector words, common::WordVector next, unsigned shift) {
     return words >> shift | next << (64 - shift);
 }
 
 // Shifts all whole blocks of four vectors before `end`; returns the end of the last one. A second,
 // overlapping load gives the following words, so the vectors are independent of each other. It
-// reaches at most eight bytes past `end`: into the last vector, which starts there. All loads of a
-// block precede its stores; otherwise, the processor may predict a false store-to-load dependency.
-// Word by word, the benchmark row "shift by 3 bits, 4 KiB" takes 40 % longer.
+// reads at most eight bytes past `end`; shiftDown() has its last vector there, not yet stored. All
+// loads of a block precede its stores; otherwise, the processor may predict a false store-to-load
+// dependency. Word by word, the benchmark row "shift by 3 bits, 4 KiB" takes 40 % longer.
 unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, unsigned shift) {
     using namespace common;
     constexpr std::ptrdiff_t BLOCK = 4 * VECTOR_BYTES;
@@ -79,7 +78,7 @@ unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, u
     return bytes;
 }
 
-// Any count.
+// Shifts a byte string down by 1 to 7 bits, in place. Zeros enter at the top.
 void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     using namespace common;
     if (count < VECTOR_BYTES)
@@ -89,9 +88,9 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     const WordVector last = loadWords(lastStart);
     const WordVector top = shifted(last, middleWords(last, WordVector{}), shift);
     bytes = shiftBlocksDown(bytes, lastStart, shift);
-    // This loop has no overlapping loads: just after another shift, such a load would span two of
-    // its stores, could not be forwarded and would wait for both. Word by word, the benchmark row
-    // "shift by 3 bits, 64 B" takes 26 % longer.
+    // No overlapping loads here: if the same bytes have just been shifted, such a load would span
+    // two stores of that shift, could not be forwarded and would wait for both. Word by word, the
+    // benchmark row "shift by 3 bits, 64 B" takes 26 % longer.
     constexpr std::ptrdiff_t VECTOR = VECTOR_BYTES;
     WordVector words = loadWords(bytes);
     for (; lastStart - bytes >= VECTOR; bytes += VECTOR) {

@@ -10,8 +10,8 @@
 namespace KelRT::common {
 
 // Converts the element count of a block, or the length of a text, to std::size_t. Throws
-// std::bad_alloc if count + 1 elements (the terminating NUL of a text included) would exceed
-// PTRDIFF_MAX bytes.
+// std::bad_alloc if count + 1 elements would exceed PTRDIFF_MAX bytes: a text needs one more for
+// its terminating NUL.
 template <typename Element = unsigned char>
 constexpr std::size_t checkedCount(std::uint64_t count) {
     if (count >= std::numeric_limits<std::ptrdiff_t>::max() / sizeof(Element))

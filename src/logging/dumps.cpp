@@ -31,7 +31,8 @@ constexpr std::string_view TRUNCATION_MESSAGE =
 // callers serialise every log call.
 class BlockWriter {
 public:
-    static constexpr std::size_t MAX_PIECE = 256; // above the longest: the truncation message
+    // Exceeds the longest piece, the truncation message.
+    static constexpr std::size_t MAX_PIECE = 256;
 
     explicit BlockWriter(std::FILE* target) : stream(target) {}
 
@@ -49,7 +50,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t BLOCK = 4096; // the usual stream buffer, or a multiple of it
+    static constexpr std::size_t BLOCK = 4096; // a multiple of the usual stream buffer sizes
     static constexpr std::size_t SIZE = 8 * BLOCK;
 
     void flush(std::size_t count) {

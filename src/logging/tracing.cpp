@@ -54,7 +54,7 @@ void Logger::logMethodExit() noexcept {
 void Logger::logMethodExit(int value) noexcept {
     if (!beginExit())
         return;
-    writeResult(methodStack.top(), value);
+    writeExitLine(methodStack.top(), value);
     methodStack.pop();
 }
 
@@ -76,7 +76,7 @@ void Logger::logMethodExit(const char* name, int value) noexcept {
     if (!shouldPrintLog(TRACE_LEVEL))
         return;
     --nestingDepth;
-    writeResult(name, value);
+    writeExitLine(name, value);
 }
 
 // If tracing is active and an entry is open, decrements the depth and returns true.
@@ -87,7 +87,7 @@ bool Logger::beginExit() noexcept {
     return true;
 }
 
-void Logger::writeResult(const char* name, int value) noexcept {
+void Logger::writeExitLine(const char* name, int value) noexcept {
     const int length = std::snprintf(nullptr, 0, "%d", value);
     printLog(TRACE_LEVEL, "EXITING %.*s -- returning %d\n", ROOM_FOR_NAME_AND_RESULT - length, name,
              value);

@@ -90,8 +90,8 @@ inline void writeBinary(char* end, std::uint64_t value, unsigned count) {
 // 0 to 21 digits.
 inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
     const auto spread = [](std::uint64_t bits) { return spreadOctal(bits & 0xFFFFFF); };
-    // A constant count unrolls the loop. Without it, the benchmark row "print radix 8, 4096 b"
-    // takes 19 % longer.
+    // powerOfTwoText() writes groups of 16 digits: a constant count unrolls the loop. Without it,
+    // the benchmark row "print radix 8, 4096 b" takes 19 % longer.
     if (count == 2 * CHARACTERS_PER_STEP)
         writeDigits<3>(end, value, 2 * CHARACTERS_PER_STEP, spread);
     else

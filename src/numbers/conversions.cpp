@@ -58,8 +58,8 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
     return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// The `count` characters (1 to 16) before `end` as hexadecimal digits, unchecked. With c the code
-// as a signed char, a digit is the low four bits of c - 48 if c < 'A', else of c - 55.
+// The `count` characters (1 to 16) before `end` as hexadecimal digits, unchecked. For a character
+// code c, as a signed char, the digit is the low four bits of c - 48 if c < 'A', else of c - 55.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::greater(characters, '@'));

@@ -16,8 +16,8 @@ namespace {
 // Further ones are 0.
 constexpr std::uint32_t EXACT_DECIMALS = 1074;
 
-// A sign, the 309 digits of the largest double, a decimal point of up to 32 bytes, the decimals and
-// the NUL.
+// A sign, the 309 digits of the largest double, a decimal point (32 bytes are assumed to suffice),
+// the decimals and the NUL.
 constexpr std::size_t LONGEST_TEXT = 1 + 309 + 32 + EXACT_DECIMALS + 1;
 
 } // namespace

@@ -64,11 +64,11 @@ std::string Kel_Number::toString(char radix) const {
     case 10:
         return numbers::decimalText(words, bitCount, numbers::printsSigned(radix) && isNegative());
     case 16: {
-        const char lettersFrom = radix == 'x' ? 'a' : 'A';
+        const char firstLetter = radix == 'x' ? 'a' : 'A';
         return numbers::powerOfTwoText<4, 4>(
             words, minDigits(4), '0',
-            [lettersFrom](char* end, numbers::Limb group, unsigned count) {
-                common::writeHex(end, group, count, lettersFrom);
+            [firstLetter](char* end, numbers::Limb group, unsigned count) {
+                common::writeHex(end, group, count, firstLetter);
             });
     }
     case 256:

@@ -61,7 +61,7 @@ bool parseWithoutRadix(const std::string& text, WordSink sink) {
 }
 
 // Reads text into words, the lowest first. The value wraps at the last word and is not negated yet:
-// `negative` is set by a '-' that is not a digit. False if a digit was refused. Throws
+// in radix 2, 8, 10 and 16, a '-' sets `negative`. False if a digit was refused. Throws
 // std::bad_alloc with the words unchanged.
 bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std::size_t wordCount,
                  bool& negative) {

@@ -33,7 +33,8 @@ constexpr bool printsSigned(char letter) {
     return letter != 'U' && letter != 'u';
 }
 
-// The minimum number of digits printed for `bitCount` bits in radix 2^digitBits, modulo 2^32.
+// The minimum number of digits printed for `bitCount` bits in radix 2^digitBits, taken modulo 2^32
+// as documented at Kel_Number::toString().
 constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits) {
     return static_cast<std::uint32_t>(common::divideUp(bitCount, digitBits));
 }

@@ -50,7 +50,7 @@ bool endsInSeparator(const Conventions& conventions, std::string_view path);
 //     join(POSIX, "/a/", "b")     => "/a//b"
 std::string join(const Conventions& conventions, std::string_view directory, std::string_view name);
 
-// A text that this layer returns.
+// The result type of FileName::GetAbsolutePath(): an immutable text.
 template <typename Character>
 class StringBase {
 public:

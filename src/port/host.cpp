@@ -194,8 +194,9 @@ bool File::mkdir(const char* path, bool /*flag*/) {
 
 bool File::readable(const char* path) {
     assertReady();
-    // Without O_NONBLOCK, opening a device, or a FIFO that has no writer, could block. With it, the
-    // host refuses a file under another process's write lease, which would open after a wait.
+    // Without O_NONBLOCK, opening a device, or a FIFO that has no writer, could block. With it, a
+    // file under another process's write lease fails with EWOULDBLOCK. Such a file counts as
+    // readable, since a blocking open would succeed after a wait.
     const Descriptor file(path, O_RDONLY | O_NONBLOCK);
     return file.isOpen() ? !file.isDirectory() : errno == EWOULDBLOCK;
 }

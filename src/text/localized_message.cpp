@@ -29,7 +29,7 @@ std::string narrow(const wchar_t* message, int count) {
             return "?";
         text.append(bytes, length);
     }
-    return text.empty() ? "?" : text; // an unpaired surrogate
+    return text.empty() ? "?" : text; // no bytes: an unpaired high surrogate
 }
 
 } // namespace

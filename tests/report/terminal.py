@@ -6,9 +6,11 @@ usage: terminal.py TOOL
 """
 import os
 import pty
+import re
 import subprocess
 import sys
 import tempfile
+import time
 
 TABLE = "fields=good.csv"
 
@@ -56,6 +58,20 @@ def progress():
     return shown.decode() + read_all(controller), piped
 
 
+def share():
+    """What standard error shows of a file whose report nobody reads for the first second."""
+    controller, terminal = pty.openpty()
+    with tempfile.NamedTemporaryFile() as capture:
+        capture.write(b"COUNT 8 2a\n" * 100000)
+        capture.flush()
+        with subprocess.Popen([sys.argv[1], "capture=" + capture.name, TABLE],
+                              stdout=subprocess.PIPE, stderr=terminal) as tool:
+            os.close(terminal)
+            time.sleep(1.1)
+            tool.stdout.read()
+    return read_all(controller)
+
+
 def expect(what, isRight):
     if not isRight:
         sys.exit(f"{what} is not as expected")
@@ -69,6 +85,8 @@ def main():
     expect("an empty NO_COLOR", report(TERM="xterm", NO_COLOR="") == f"\x1b[1m{header}\x1b[0m\n{rest}")
     shown, piped = progress()
     expect("the progress", "MB read\r" in shown and shown.endswith(" \r") and "read" not in piped)
+    first = re.match(r"(\d+) % read\r", share())
+    expect("the share of the file", first and 0 < int(first[1]) < 50)
 
 
 if __name__ == "__main__":

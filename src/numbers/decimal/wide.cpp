@@ -32,7 +32,8 @@ struct DecimalTarget {
     static constexpr DoubleLimb MAX_SUM = BASE * SOURCE_RADIX - 1; // the carry is below 2^64
 
     static Limb split(DoubleLimb sum, DoubleLimb& carry) {
-        // divideLimb() requires the divisor's top bit, so divisor and dividend are scaled.
+        // divideLimb() requires the divisor's top bit to be set, so divisor and dividend are
+        // scaled.
         constexpr unsigned SCALE = 7;
         static_assert(BASE >> (LIMB_BITS - SCALE - 1) == 1);
         const DoubleLimb scaled = sum << SCALE;
@@ -90,7 +91,7 @@ Limb subtract(Limb* difference, std::size_t differenceSize, const Limb* subtrahe
 template <typename Target>
 bool absoluteDifference(Limb* difference, const Limb* a, std::size_t size, const Limb* b,
                         std::size_t bSize) {
-    std::size_t top = size; // the digits above it are equal
+    std::size_t top = size; // the digits from index `top` on are equal
     while (top > bSize && a[top - 1] == 0)
         --top;
     while (top > 0 && top <= bSize && a[top - 1] == b[top - 1])
@@ -130,8 +131,9 @@ void multiplyColumns(Limb* product, const Limb* a, std::size_t aSize, const Limb
     product[aSize + bSize - 1] = static_cast<Limb>(carry);
 }
 
-// The scratch space of multiplyKaratsuba(). A level takes 4 * low + 1 limbs, and the halves of
-// level k have at most size / 2^k + 1 digits: in all 4 * size and 5 for each of at most 64 levels.
+// The scratch space of multiplyKaratsuba(). A level whose low halves have h digits takes 4 * h + 1
+// limbs. At level k, counted from 1, h is at most size / 2^k + 1: in all 4 * size, plus 5 for each
+// of at most 64 levels.
 constexpr std::size_t scratchFor(std::size_t size) {
     return 4 * size + std::size_t{5} * 64;
 }
@@ -207,13 +209,13 @@ struct Groups {
 // The most source digits in an initial group: few, because building a group by repeated
 // multiplyAdd() takes quadratic time. Measured with the benchmark row "print decimal, 65536 b":
 // with 6 it takes the same time, with 24 it takes 8 % longer.
-constexpr std::size_t GROUP_SIZE = 12;
+constexpr std::size_t MAX_GROUP_SIZE = 12;
 
 // Joins the source digits in groups of equal size; only the last may have fewer source digits. The
 // number of groups is close to a power of two, so the last rounds join numbers of similar size.
 template <typename Target>
 Groups initialGroups(const Limb* source, std::size_t count) {
-    const std::size_t maxGroups = std::bit_ceil((count + GROUP_SIZE - 1) / GROUP_SIZE);
+    const std::size_t maxGroups = std::bit_ceil((count + MAX_GROUP_SIZE - 1) / MAX_GROUP_SIZE);
     const std::size_t groupSize = (count + maxGroups - 1) / maxGroups;
     Groups groups{{}, {1}};
     for (std::size_t i = 0; i < groupSize; ++i)
@@ -311,7 +313,7 @@ std::vector<Limb> fromDecimalChunks(const std::vector<Limb>& chunks, unsigned la
         return {};
     Digits number;
     if (chunks.size() > 1) {
-        const Digits upper(chunks.rbegin() + 1, chunks.rend());
+        const std::vector<Limb> upper(chunks.rbegin() + 1, chunks.rend());
         number = convert<BinaryTarget>(upper.data(), upper.size(), exactDigits);
     }
     multiplyAdd<BinaryTarget>(number, POWERS_OF_TEN[lastDigits], chunks.back());
