@@ -82,7 +82,7 @@ void convertBits(const std::string& text) {
 
 void convertText(std::string text, std::uint32_t bitCount) {
     std::string out = "left over";
-    const std::uint64_t number = model::looseNumber(text);
+    const std::uint64_t number = model::hexStr2ULL(text);
     require(Util::hexStr2ULL(text) == number, "hexStr2ULL");
     require(Util::hexStr2UInt(text.c_str()) == static_cast<std::uint32_t>(number), "hexStr2UInt");
     require(Util::binStr2UInt(text.c_str()) == model::binToUInt(text), "binStr2UInt");

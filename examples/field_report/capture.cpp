@@ -58,7 +58,7 @@ void fitDigits(std::string& digits, std::size_t count, ByteOrder order) {
     }
 }
 
-Kel_ByteBuffer bitsOf(std::string digits, std::uint64_t width, ByteOrder order) {
+Kel_ByteBuffer parseValue(std::string digits, std::uint64_t width, ByteOrder order) {
     reduceToDigits(digits);
     const std::uint64_t count = (width + 7) / 8 * 2; // digits of whole bytes
     fitDigits(digits, static_cast<std::size_t>(count), order);
@@ -90,7 +90,7 @@ void readScan(const std::string& line, ByteOrder order, Scan& scan) {
     std::string digits;
     for (; group != nullptr; group = words.getNext())
         digits += group;
-    scan.bits = bitsOf(std::move(digits), scan.width, order);
+    scan.bits = parseValue(std::move(digits), scan.width, order);
     const auto bitCount = static_cast<unsigned>(scan.width);
     Logger::logger.printLog(3, "%s, %u bits", scan.name.c_str(), bitCount);
     Logger::logger.dumpBuffer(3, nullptr, scan.bits.uPtr(), bitCount);

@@ -33,7 +33,7 @@ std::string labelOf(const Item& item) {
                           : *item.registerName + " #" + std::to_string(item.scan);
 }
 
-std::string bitsOf(const Field& field) {
+std::string bitRange(const Field& field) {
     return "[" + std::to_string(field.lowest + field.width - 1) + ":" +
            std::to_string(field.lowest) + "]";
 }
@@ -143,7 +143,7 @@ private:
 
     void makeRoom(const Field& field) {
         makeRoom(FIELD, lengthOf(field.name));
-        makeRoom(BITS, bitsOf(field).size());
+        makeRoom(BITS, bitRange(field).size());
         makeRoom(RAW, maxRawWidth(field));
         makeRoom(VALUE, maxValueWidth(field));
         makeRoom(UNIT, lengthOf(field.unit));
@@ -163,8 +163,8 @@ private:
         const std::string raw = grouped(printable(item.raw), layout.group);
         std::size_t shown = layout.firstLine(raw.size());
         const std::string first = prefixOf(field) + raw.substr(0, shown);
-        addRow({label, field.name, bitsOf(field), first, item.value, field.unit}, field.description,
-               text);
+        addRow({label, field.name, bitRange(field), first, item.value, field.unit},
+               field.description, text);
         for (; shown < raw.size(); shown += layout.most)
             addRow({"", "", "", std::string_view(raw).substr(shown, layout.most), "", ""}, "",
                    text);

@@ -26,7 +26,7 @@ public:
     }
 
     bool set(char radix, const std::string& text) {
-        const unsigned base = baseOf(radix);
+        const unsigned base = radixOf(radix);
         bool negative = false;
         zero();
         for (const char c : text) {
@@ -48,7 +48,7 @@ public:
     }
 
     std::string toString(char radix) const {
-        const unsigned base = baseOf(radix);
+        const unsigned base = radixOf(radix);
         if (base == 0)
             return "bad format for number";
         Number copy(*this);
@@ -72,11 +72,11 @@ public:
 private:
     static constexpr unsigned NONE = 0xFFFF;
 
-    static unsigned baseOf(char radix) {
+    static unsigned radixOf(char radix) {
         const std::string letters = "BbOoDdIiUuXxSs";
         const std::size_t at = letters.find(radix);
-        const unsigned bases[] = {2, 8, 10, 10, 10, 16, 256};
-        return at == std::string::npos ? 0 : bases[at / 2];
+        const unsigned radices[] = {2, 8, 10, 10, 10, 16, 256};
+        return at == std::string::npos ? 0 : radices[at / 2];
     }
 
     static unsigned digitOf(char c) {

@@ -26,7 +26,7 @@ inline int upperDigit(char c) {
     return signedCode(c) < 'A' ? signedCode(c) - 48 : signedCode(c) - 55;
 }
 
-inline std::uint64_t looseNumber(const std::string& text) {
+inline std::uint64_t hexStr2ULL(const std::string& text) {
     std::uint64_t number = 0;
     for (const char c : text) {
         int digit = signedCode(c) - 48;
