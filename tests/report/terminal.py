@@ -59,7 +59,7 @@ def progress():
 
 
 def share():
-    """What standard error shows of a file whose report nobody reads for the first second."""
+    """What standard error shows of a file whose report nobody reads for two seconds."""
     controller, terminal = pty.openpty()
     with tempfile.NamedTemporaryFile() as capture:
         capture.write(b"COUNT 8 2a\n" * 100000)
@@ -67,7 +67,7 @@ def share():
         with subprocess.Popen([sys.argv[1], "capture=" + capture.name, TABLE],
                               stdout=subprocess.PIPE, stderr=terminal) as tool:
             os.close(terminal)
-            time.sleep(1.1)
+            time.sleep(2)  # the share is shown after one
             tool.stdout.read()
     return read_all(controller)
 
