@@ -27,8 +27,8 @@ bool mayReplace(const std::string& path);
 /// for other files, \a path.
 std::string linkTarget(const std::string& path);
 
-/// Gives \a to the permissions of \a from if it exists, on hosts that do not inherit them from the
-/// directory.
+/// Gives \a to the permissions of \a from, if that file exists, on hosts that do not inherit them
+/// from the directory.
 void copyPermissions(const std::string& from, const std::string& to);
 
 /// Renames \a from to \a to in one step, over an existing file; false, with `errno` set, on

@@ -381,7 +381,6 @@ private:
         size -= bytes;
         padLow += bytes;
     }
-    /// These two require that no shift is pending.
     void increasePadHigh(std::uint64_t byteCount);
     void increasePadLow(std::uint64_t byteCount);
     [[nodiscard]] unsigned char* used() const noexcept { return storage.get() + startPosition; }

@@ -235,11 +235,13 @@ void Kel_ByteBuffer::byteAlignSlowCase() noexcept {
 }
 
 void Kel_ByteBuffer::increasePadHigh(std::uint64_t byteCount) {
+    byteAlign();
     storage = paddedCopy(storage, blockSize(), 0, byteCount);
     padHigh += byteCount;
 }
 
 void Kel_ByteBuffer::increasePadLow(std::uint64_t byteCount) {
+    byteAlign();
     storage = paddedCopy(storage, blockSize(), byteCount, 0);
     padLow += byteCount;
     startPosition += byteCount;

@@ -4,11 +4,12 @@
 usage: mutate.py [--count N] [--seed N] [--only PATTERN] WORK_DIRECTORY
        mutate.py --check
 
-The changes are made in a copy of the tree below WORK_DIRECTORY and built there incrementally. A
-change that does not compile, or that the compiler turns into the same machine code, counts for
-nothing and another one takes its place. The choice is fixed by the seed: each file gets a share by
-its number of places, and at least two. Survivors that equivalent.txt explains are counted apart; any
-other one makes the exit status 1. --check only looks for explanations of lines that are gone.
+The changes are made in a copy of the tree below WORK_DIRECTORY and built there incrementally. Lines
+that this host does not compile are left out. A change that does not compile, or that the compiler
+turns into the same machine code, counts for nothing and another one takes its place. The choice is
+fixed by the seed: each file gets a share by its number of places, and at least two. Survivors that
+equivalent.txt explains are counted apart; any other one makes the exit status 1. --check only looks
+for explanations of lines that are gone.
 """
 import argparse
 import collections
