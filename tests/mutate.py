@@ -1,0 +1,166 @@
+#!/usr/bin/env python3
+"""Mutation testing: changes the library in one place at a time and runs the suite on each change.
+
+The changes are made and built in a copy of the tree below WORK. The seed decides which places are
+changed. A change that does not compile, or that leaves the machine code as it was, is replaced by
+another one. A change that no test notices is printed as a survivor: read whether a caller could
+have noticed it.
+"""
+import argparse
+import hashlib
+import os
+import pathlib
+import random
+import re
+import shutil
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[1]
+LIBRARY = 'CMakeFiles/kelutil_objects.dir'
+
+# The programs that know a folder of src/, or a public header, best. They are built and run first.
+BITS = ['random_byte_buffer', 'bits_test']
+NUMBERS = ['random_number', 'numbers_test', 'random_number_util', 'number_util_test']
+TEXT = ['random_tokenizer', 'text_test']
+LOG = ['random_log', 'logging_test', 'logging_process', 'memory_test']
+FILES = ['port_test', 'random_normalize_path', 'files_test']
+NEAREST = {
+    'bits': BITS, 'numbers': NUMBERS, 'text': TEXT, 'logging': LOG, 'files': FILES, 'port': FILES,
+    'common': ['internal_test', *BITS, *NUMBERS], 'Kel_ByteBuffer': BITS, 'Kel_Number': NUMBERS,
+    'Kel_NumberUtil': NUMBERS, 'Kel_StrTok': TEXT, 'Kel_Util': TEXT + FILES, 'Logger': LOG,
+    'MethodLogger': LOG,
+}
+
+# A pattern and its replacement for each kind of change. clang-format puts blanks around binary
+# operators, so these patterns leave templates and references alone.
+CHANGES = [(re.compile(pattern), new) for pattern, new in [
+    (r' < ', ' <= '), (r' <= ', ' < '), (r' > ', ' >= '), (r' >= ', ' > '), (r' < ', ' > '),
+    (r' == ', ' != '), (r' != ', ' == '), (r' && ', ' || '), (r' \|\| ', ' && '),
+    (r'!(?=[\w(])', ''), (r'\btrue\b', 'false'), (r'\bfalse\b', 'true'),
+    (r' - 1\b', ''), (r' \+ 1\b', ''), (r' \+ 1\b', ' + 2'), (r' \+ ', ' - '), (r' - ', ' + '),
+    (r' << ', ' >> '), (r' >> ', ' << '), (r' \| ', ' & '), (r' % ', ' / '), (r' \* ', ' + '),
+    (r' \+= ', ' -= '), (r' -= ', ' += '), (r' \|= ', ' = '), (r' &= ', ' |= '),
+    (r'(?<!\w)\+\+(?=\w)', '--'), (r'(?<!\w)--(?=\w)', '++'), (r' & [\w.]+(?![\w(\[.:])', ''),
+    (r'(?<![\w.])0(?![\w.\'])', '1'),
+    (r'(?<![\w.])([1-9]\d*)(?![\w.\'])', lambda m: str(int(m[1]) + 1)),
+    (r'(?<![\w.])0x([0-9A-F]+)(?![0-9A-F\'])',
+     lambda m: f'0x{int(m[1], 16) ^ 1:0{len(m[1])}X}'),
+    (r"'([A-Za-z0-9])'", lambda m: f"'{chr(ord(m[1]) + 1)}'"),
+    (r'"([^"\\]+)"', r'"\1~"'),
+    (r'^(\s+)[A-Za-z_][\w:.>-]*\(.*\);$', r'\1;'),  # drops a call
+    (r'^(\s+)(?!return|const |auto )[\w\[\].>-]+(?: [-+|&^]?= ).*;$', r'\1;'),  # or an assignment
+    (r'^(\s+)if \((.*)\)( \{)?$', r'\1if (false && (\2))\3'),
+]]
+SKIPPED = re.compile(r'\s*(#|//|assert\(|static_assert|using |namespace |template|extern |KELRT_|'
+                     r'(private|public|protected):)')
+
+
+def changes_of(file):
+    """(line number, line, changed line) of each change of a file."""
+    found = []
+    for number, line in enumerate((ROOT / file).read_text().split('\n')):
+        comment = line.find('//')
+        code = line if comment < 0 or line.count('"', 0, comment) % 2 else line[:comment].rstrip()
+        for pattern, new in CHANGES if code and not SKIPPED.match(line) else []:
+            for match in pattern.finditer(code):
+                inside_text = code.count('"', 0, match.start()) % 2 and match[0][0] != '"'
+                if not inside_text:
+                    text = new(match) if callable(new) else match.expand(new)
+                    found.append((number, line, code[:match.start()] + text + code[match.end():]))
+    return found
+
+
+def run(command, limit):
+    """The exit status and the output of a command. One that takes too long has failed."""
+    try:
+        # The time of the build is part of one source: it must not differ from build to build.
+        done = subprocess.run([str(c) for c in command], capture_output=True, text=True,
+                              errors='replace', timeout=limit, check=False,
+                              env={**os.environ, 'SOURCE_DATE_EPOCH': '1300000000'})
+        return done.returncode, done.stdout + done.stderr
+    except subprocess.TimeoutExpired:
+        return 1, 'it took too long'
+
+
+class Copy:
+    """A copy of the tree, with its build."""
+
+    def __init__(self, work):
+        self.tree, self.build = work / 'tree', work / 'build'
+        shutil.rmtree(work, ignore_errors=True)
+        names = run(['git', '-C', ROOT, 'ls-files', '-co', '--exclude-standard'], 60)[1]
+        for name in filter(lambda n: (ROOT / n).is_file(), names.split('\n')):
+            (self.tree / name).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy2(ROOT / name, self.tree / name)
+        _, said = run(['cmake', '-S', self.tree, '-B', self.build, '-G', 'Ninja', '-Wno-dev',
+                       '-DCMAKE_BUILD_TYPE=Mutation', '-DCMAKE_CXX_FLAGS=-O1 -w',
+                       '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON'], 120)
+        if not self.make(limit=3600) or run(self.suite(60), 600)[0] != 0:
+            sys.exit('The suite fails without any change.\n' + said[-2000:])
+        self.code_before = self.code()
+
+    def make(self, targets=('all',), limit=300):
+        return run(['cmake', '--build', self.build, '-j2', '--target', *targets], limit)[0] == 0
+
+    def suite(self, limit, *choice):
+        return ['ctest', '--test-dir', self.build, '-j2', '--stop-on-failure', '--no-tests=error',
+                '--timeout', limit, *choice]
+
+    def code(self):
+        """The digests of the library's objects."""
+        objects = sorted((self.build / LIBRARY).glob('**/*.o'))
+        return [hashlib.sha256(o.read_bytes()).digest() for o in objects]
+
+    def outcome(self, file):
+        """'caught', 'survived', or 'void' for a change that does not count."""
+        if not self.make(['KelUtil']) or (file.startswith('src/') and self.code() == self.code_before):
+            return 'void'
+        nearest = NEAREST.get(file.split('/')[1] if file.startswith('src/') else pathlib.Path(file).stem)
+        if nearest and self.make(nearest):
+            if run(self.suite(10, '-L', f'^({"|".join(nearest)})$'), 240)[0] != 0:
+                return 'caught'
+        if not self.make():
+            return 'void'
+        return 'caught' if run(self.suite(10), 240)[0] != 0 else 'survived'
+
+    def try_change(self, file, number, after):
+        path = self.tree / file
+        original = path.read_text()
+        lines = original.split('\n')
+        lines[number] = after
+        path.write_text('\n'.join(lines))
+        try:
+            return self.outcome(file)
+        finally:
+            path.write_text(original)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split('\n')[0])
+    parser.add_argument('work', metavar='WORK', type=pathlib.Path)
+    parser.add_argument('--count', type=int, default=180, help='changes in all (default: 180)')
+    parser.add_argument('--seed', type=int, default=1)
+    parser.add_argument('--only', default='', metavar='PATTERN', help='files whose path matches')
+    arguments = parser.parse_args()
+    files = run(['git', '-C', ROOT, 'ls-files', 'src/*.cpp', 'src/*.h', 'include/*.h'], 60)[1].split()
+    generator = random.Random(arguments.seed)
+    changes = [(file, *change) for file in files if re.search(arguments.only, file)
+               for change in changes_of(file)]
+    generator.shuffle(changes)
+    copy = Copy(arguments.work.resolve())
+    count = {'caught': 0, 'survived': 0, 'void': 0}
+    for file, number, before, after in changes:
+        outcome = copy.try_change(file, number, after)
+        count[outcome] += 1
+        if outcome == 'survived':
+            print(f'{file}:{number + 1}: survived\n- {before.strip()}\n+ {after.strip()}', flush=True)
+        if count['caught'] + count['survived'] == arguments.count:
+            break
+    judged = max(1, count['caught'] + count['survived'])
+    print(f'mutate: seed {arguments.seed}: {count["caught"]} of {judged} changes caught, '
+          f'{100 * count["caught"] / judged:.1f} %')
+
+
+if __name__ == '__main__':
+    main()
