@@ -5,6 +5,7 @@
 #include "KelRT/Kel_Util.h"
 #include "files/data_dirs.h"
 #include "files/home.h"
+#include "files/library_search.h"
 #include "files/paths.h"
 #include "outcome.h"
 #include "port/file_name.h"

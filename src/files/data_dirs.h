@@ -9,9 +9,6 @@
 
 namespace KelRT::files {
 
-// Kel_Util::findLibInPath
-std::string findLibrary(const Port::Conventions& conventions, const std::string& libraryName);
-
 // Kel_Util::getDataDirPath; an empty userDataDir counts as unset.
 std::string dataDirectory(const Port::Conventions& conventions, const std::string& userDataDir);
 

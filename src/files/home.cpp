@@ -48,20 +48,12 @@ std::string Kel_Util::getHomePath() {
     return path;
 }
 
-void Kel_Util::setUserDataDirPath(const std::string& path) {
-    userDataDir = path;
-}
-
 std::string Kel_Util::createDotLumatraceDir() {
     return files::createUserDirectory(Port::NATIVE);
 }
 
 std::string Kel_Util::createDotLumatraceTempFile(const std::string& baseName) {
     return files::createTempFile(Port::NATIVE, files::upToNul(baseName));
-}
-
-int Kel_Util::isDirectory(const std::string& path) {
-    return Port::File::isdir(path.c_str()) ? 1 : 0;
 }
 
 } // namespace KelRT

@@ -4,8 +4,6 @@
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_Util.h"
 
-#include <utility>
-
 namespace KelRT {
 namespace {
 
@@ -38,18 +36,6 @@ std::string files::normalize(const Port::Conventions& conventions, const std::st
 
 std::string Kel_Util::normalizePath(const std::string& path) {
     return files::normalize(Port::NATIVE, files::upToNul(path));
-}
-
-void Kel_Util::getDirectoryFileList(const std::string& directory, bool listFlag,
-                                    std::vector<std::string>& list) {
-    const Port::UT_DIR reader(directory.c_str(), listFlag ? 0 : 1);
-    if (reader.isvalid() != 1)
-        throw Kel_Exception("Could not open the directory: " + files::upToNul(directory) + "\n");
-    // A separate list, so that `list` is unchanged if memory is exhausted.
-    std::vector<std::string> entries;
-    for (auto entry = reader.begin(); entry != reader.end(); ++entry)
-        entries.emplace_back(*entry);
-    list = std::move(entries);
 }
 
 } // namespace KelRT
