@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "common/double_word.h"
 #include "common/hex.h"
-#include "frame/version.h"
+#include "library/version.h"
 #include "numbers/radix.h"
 #include "random_values.h"
 
@@ -15,7 +15,7 @@
 namespace {
 
 TEST(Version, PatchLevelOtherThanZeroMakesThreeParts) {
-    using KelRT::frame::composeVersionNumber;
+    using KelRT::library::composeVersionNumber;
     struct {
         const char* patch;
         const char* expected;

@@ -6,7 +6,7 @@
 
 #include "common/hex.h"
 #include "common/words.h"
-#include "logging/levels.h"
+#include "logging/records.h"
 #include "port/runtime.h"
 
 #include <algorithm>

@@ -5,7 +5,7 @@
 
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Version.h"
-#include "logging/levels.h"
+#include "logging/records.h"
 #include "port/runtime.h"
 
 #include <array>

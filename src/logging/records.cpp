@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Formats records and writes them, indented. The tables of dumps bypass this file.
+#include "logging/records.h"
 #include "KelRT/Logger.h"
-#include "logging/levels.h"
 #include "port/runtime.h"
 
 #include <algorithm>

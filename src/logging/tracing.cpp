@@ -2,7 +2,7 @@
 //
 // Method entries and exits, and the stack of method names.
 #include "KelRT/Logger.h"
-#include "logging/levels.h"
+#include "logging/records.h"
 
 #include <algorithm>
 #include <cassert>

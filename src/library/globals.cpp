@@ -5,7 +5,7 @@
 //
 // A function-local static, if first used after a client registered an exit handler, would be
 // destroyed before that handler runs.
-#include "frame/globals.h"
+#include "library/globals.h"
 
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_Util.h"
@@ -15,13 +15,13 @@
 namespace KelRT {
 
 // 1 to 5: the version texts.
-namespace frame {
+namespace library {
 std::string branchText;
 std::string buildText;
 std::string versionNumberText;
 std::string versionText;
 std::string fullVersionText;
-} // namespace frame
+} // namespace library
 
 // 6: the process-wide logger.
 Logger Logger::logger;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "frame/version.h"
+#include "library/version.h"
 
 #include "KelRT/Version.h"
-#include "frame/globals.h"
+#include "library/globals.h"
 
 #include <cstdlib>
 #include <mutex>
@@ -27,25 +27,25 @@ const std::string& fill(std::string& text, Compose compose) {
 }
 
 const std::string& branch() {
-    return fill(frame::branchText, [] { return std::string(BRANCH); });
+    return fill(library::branchText, [] { return std::string(BRANCH); });
 }
 
 const std::string& build() {
-    return fill(frame::buildText, [] { return std::string(BUILD_TIMESTAMP); });
+    return fill(library::buildText, [] { return std::string(BUILD_TIMESTAMP); });
 }
 
 const std::string& versionNumber() {
-    return fill(frame::versionNumberText, [] {
-        return frame::composeVersionNumber(KELRT_VERSION_TWO_PART, KELRT_VERSION_PATCH);
+    return fill(library::versionNumberText, [] {
+        return library::composeVersionNumber(KELRT_VERSION_TWO_PART, KELRT_VERSION_PATCH);
     });
 }
 
 const std::string& version() {
-    return fill(frame::versionText, [] { return versionNumber() + " " + branch(); });
+    return fill(library::versionText, [] { return versionNumber() + " " + branch(); });
 }
 
 const std::string& fullVersion() {
-    return fill(frame::fullVersionText, [] { return version() + " - Compiled " + build(); });
+    return fill(library::fullVersionText, [] { return version() + " - Compiled " + build(); });
 }
 
 const char* query(const std::string& (*text)()) {
@@ -55,7 +55,8 @@ const char* query(const std::string& (*text)()) {
 
 } // namespace
 
-std::string frame::composeVersionNumber(const std::string& twoPart, const std::string& patchLevel) {
+std::string library::composeVersionNumber(const std::string& twoPart,
+                                          const std::string& patchLevel) {
     // NOLINTNEXTLINE(cert-err34-c): text without digits counts as 0.
     return std::atoi(patchLevel.c_str()) != 0 ? twoPart + "." + patchLevel : twoPart;
 }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace KelRT::frame {
+namespace KelRT::library {
 
 // The cached version texts, each empty until it is first asked for.
 extern std::string branchText;
@@ -12,4 +12,4 @@ extern std::string versionNumberText;
 extern std::string versionText;
 extern std::string fullVersionText;
 
-} // namespace KelRT::frame
+} // namespace KelRT::library
