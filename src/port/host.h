@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Files and directories of the host. A fake host can replace host.cpp in tests. The names of File,
-// UT_DIR and FileName, and their ignored flags, are those of the platform library that this layer
-// replaces.
+// Files and directories of the host. Each host has its own source; a fake host can replace it in
+// tests. The names of File, UT_DIR and FileName, and their ignored flags, are those of the platform
+// library that this layer replaces.
 //
 // A path is a NUL-terminated byte string in the host's narrow encoding and names the same file as
 // it does for fopen. If the host refuses an operation (a missing or unreadable parent, a name that
@@ -12,8 +12,10 @@
 #pragma once
 
 #include <atomic>
+#include <cassert>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Port {
@@ -28,7 +30,9 @@ public:
     FileInit(const FileInit&) = delete;
     FileInit& operator=(const FileInit&) = delete;
 
-    static bool ready() { return instances > 0; }
+    static void assertReady() {
+        assert(instances > 0 && "a FileInit exists during every file operation");
+    }
 
 private:
     // Constant-initialised, so it takes no part in the order of the globals.
@@ -92,6 +96,10 @@ public:
     UT_DIR_ITERATOR end() const { return UT_DIR_ITERATOR(entries.end()); }
 
 private:
+    static bool isListed(std::string_view name, std::uint8_t flag) {
+        return flag == 0 || (name != "." && name != "..");
+    }
+
     std::vector<std::string> entries;
     bool valid = false;
 };

@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: MIT
 //
-// Wrappers of the host's run-time services, in the form that this library needs.
+// Wrappers of the host's run-time services, in the form that this library needs. Each host has its
+// own source.
 #pragma once
 
 #include <cstdarg>
 #include <cstddef>
+#include <cstdlib>
 #include <ctime>
 
 namespace Port {
 
 // The value of an environment variable, "" if it is unset. The library reads them only through
 // this function.
-const char* environment(const char* name) noexcept;
+inline const char* environment(const char* name) noexcept {
+    const char* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
 
 // As std::vsnprintf. A format that the host rejects gives a negative result and never ends the
 // process, even in a hardened build.

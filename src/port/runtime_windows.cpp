@@ -1,25 +1,11 @@
 // SPDX-License-Identifier: MIT
-//
-// With _FORTIFY_SOURCE the C library ends the process on some formats that it otherwise accepts (a
-// format in writable memory with %n, gaps in numbered arguments). Only this file is compiled
-// without it.
-#undef _FORTIFY_SOURCE
 #include "port/runtime.h"
 
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
-#if !defined(_WIN32)
-#include <pthread.h>
-#endif
-
 namespace Port {
-
-const char* environment(const char* name) noexcept {
-    const char* const value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
 
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept {
 #if defined(_MSC_VER)
@@ -35,8 +21,6 @@ int formatText(char* text, std::size_t size, const char* format, std::va_list ar
 #endif
 }
 
-#if defined(_WIN32)
-
 bool localTime(std::time_t time, std::tm& local) noexcept {
     const __time64_t wide = time;
     return _localtime64_s(&local, &wide) == 0;
@@ -44,22 +28,5 @@ bool localTime(std::time_t time, std::tm& local) noexcept {
 
 CancellationDisabled::CancellationDisabled() noexcept = default;
 CancellationDisabled::~CancellationDisabled() = default;
-
-#else
-
-bool localTime(std::time_t time, std::tm& local) noexcept {
-    tzset(); // localtime_r may ignore a change of the time zone
-    return localtime_r(&time, &local) != nullptr;
-}
-
-CancellationDisabled::CancellationDisabled() noexcept {
-    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previousState);
-}
-
-CancellationDisabled::~CancellationDisabled() {
-    pthread_setcancelstate(previousState, nullptr);
-}
-
-#endif
 
 } // namespace Port

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+//
+// With _FORTIFY_SOURCE the C library ends the process on some formats that it otherwise accepts (a
+// format in writable memory with %n, gaps in numbered arguments). Only this file is compiled
+// without it.
+#undef _FORTIFY_SOURCE
+#include "port/runtime.h"
+
+#include <cstdio>
+
+#include <pthread.h>
+
+namespace Port {
+
+int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept {
+    return std::vsnprintf(text, size, format, arguments);
+}
+
+bool localTime(std::time_t time, std::tm& local) noexcept {
+    tzset(); // localtime_r may ignore a change of the time zone
+    return localtime_r(&time, &local) != nullptr;
+}
+
+CancellationDisabled::CancellationDisabled() noexcept {
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previousState);
+}
+
+CancellationDisabled::~CancellationDisabled() {
+    pthread_setcancelstate(previousState, nullptr);
+}
+
+} // namespace Port
