@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_ByteBuffer.h"
 
-#include "failing_new.h"
-#include "random_values.h"
+#include "support/failing_new.h"
+#include "support/random_values.h"
 
 #include <gtest/gtest.h>
 

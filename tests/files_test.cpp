@@ -2,8 +2,8 @@
 //
 // The file functions on the real host. Returned paths are checked by opening them.
 #include "KelRT/Kel_Util.h"
-#include "outcome.h"
-#include "test_host.h"
+#include "support/host.h"
+#include "support/outcome.h"
 
 #include <gtest/gtest.h>
 

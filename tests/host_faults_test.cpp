@@ -7,9 +7,9 @@
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
-#include "failing_new.h"
-#include "outcome.h"
-#include "test_host.h"
+#include "support/failing_new.h"
+#include "support/host.h"
+#include "support/outcome.h"
 
 #include <gtest/gtest.h>
 

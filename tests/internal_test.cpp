@@ -3,7 +3,7 @@
 #include "common/hex.h"
 #include "library/version.h"
 #include "numbers/radix.h"
-#include "random_values.h"
+#include "support/random_values.h"
 
 #include <gtest/gtest.h>
 

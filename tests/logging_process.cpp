@@ -5,7 +5,7 @@
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
-#include "test_host.h"
+#include "support/host.h"
 
 #include <climits>
 #include <memory>

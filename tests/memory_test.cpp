@@ -13,8 +13,8 @@
 #include "KelRT/MethodLogger.h"
 #include "KelRT/Version.h"
 
-#include "failing_new.h"
 #include "models/log_model.h"
+#include "support/failing_new.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_NumberUtil.h"
 
-#include "failing_new.h"
 #include "models/number_util_model.h"
-#include "outcome.h"
+#include "support/failing_new.h"
+#include "support/outcome.h"
 
 #include <gtest/gtest.h>
 

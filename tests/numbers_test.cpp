@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
-#include "failing_new.h"
 #include "models/number_model.h"
-#include "outcome.h"
-#include "random_values.h"
+#include "support/failing_new.h"
+#include "support/outcome.h"
+#include "support/random_values.h"
 
 #include <gtest/gtest.h>
 

@@ -7,9 +7,9 @@
 #include "files/home.h"
 #include "files/library_search.h"
 #include "files/paths.h"
-#include "outcome.h"
 #include "port/file_name.h"
-#include "test_host.h"
+#include "support/host.h"
+#include "support/outcome.h"
 
 #include <gtest/gtest.h>
 

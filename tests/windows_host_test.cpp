@@ -4,8 +4,8 @@
 // and failing searches: this file defines the import pointers through which the library calls the
 // system.
 #include "KelRT/Kel_Util.h"
-#include "outcome.h"
-#include "test_host.h"
+#include "support/host.h"
+#include "support/outcome.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 
 #include "KelRT/Logger.h"
 
-#include "test_host.h"
+#include "support/host.h"
 
 #include <array>
 #include <cstdio>

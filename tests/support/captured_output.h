@@ -3,7 +3,7 @@
 // Redirects the standard output of a fuzz target to a file.
 #pragma once
 
-#include "test_host.h"
+#include "support/host.h"
 
 #include <cstdio>
 #include <cstdlib>

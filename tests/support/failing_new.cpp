@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "failing_new.h"
+#include "support/failing_new.h"
 
 #include "KelRT/Kel_ByteBuffer.h"
 

@@ -2,11 +2,11 @@
 //
 // The report tool on a capture, a line "%%", and a table of fields. Whatever they hold, each fault
 // is one line with its place, and the line ends of another host make no difference.
-#include "../examples/field_report/formats.h"
-#include "../examples/field_report/report.h"
+#include "../../examples/field_report/formats.h"
+#include "../../examples/field_report/report.h"
 
 #include "input.h"
-#include "test_host.h"
+#include "support/host.h"
 
 #include <iostream>
 #include <sstream>

@@ -4,9 +4,9 @@
 // and with the C library.
 #include "KelRT/Kel_NumberUtil.h"
 
-#include "captured.h"
 #include "input.h"
 #include "models/number_util_model.h"
+#include "support/captured_output.h"
 
 #include <cinttypes>
 #include <cstring>

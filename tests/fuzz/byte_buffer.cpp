@@ -5,7 +5,7 @@
 
 #include "input.h"
 #include "models/byte_buffer_model.h"
-#include "outcome.h"
+#include "support/outcome.h"
 
 #include <algorithm>
 #include <memory>

@@ -4,9 +4,9 @@
 // starts logging only once, so the environment sets the flags for all inputs.
 #include "KelRT/Logger.h"
 
-#include "captured.h"
 #include "input.h"
 #include "models/log_model.h"
+#include "support/captured_output.h"
 
 #include <climits>
 
