@@ -9,8 +9,6 @@ macro(print_scene part)
   endif()
   # The views come with the library: GDB finds them beside it.
   set(COMMAND ${GDB} -nx -batch -iex "set auto-load safe-path /"
-    -iex "python natvis = '${FOLDER}/kelutil.natvis'"
-    -iex "python natvis_names = '${FOLDER}/natvis_names.py'"
     -x ${FOLDER}/views.gdb ${COMMAND})
   run(ENVIRONMENT ASAN_OPTIONS=detect_leaks=0 # which a traced process cannot do
     KEEP "${part}")

@@ -30,4 +30,3 @@ set variable scene.empty.startPosition = 7
 print scene.empty
 set variable scene.bit.wordCount = 2
 print scene.bit
-python exec(compile(open(natvis_names).read(), natvis_names, "exec"))
