@@ -125,6 +125,26 @@ struct Llvm {
         static std::string spelled(const std::string& text) { return text; }
     };
 
+    /// A register and a number of \a bits bits.
+    struct Register {
+        Register(const Bytes& bytes, unsigned bits) : scan(bytes), number(bits, 0) {}
+        Bits scan;
+        llvm::APInt number;
+        void readField(std::uint32_t position) {
+            number = scan.value.extractBits(number.getBitWidth(), position);
+        }
+        void writeField(std::uint32_t position) { scan.value.insertBits(number, position); }
+        void setInteger(std::uint64_t value) { number = value; }
+        std::uint64_t integer() const {
+            return number.getActiveBits() <= 64 ? number.getZExtValue() : 0;
+        }
+        std::string text() const {
+            const std::string digits = llvm::toString(number, 16, false);
+            const std::string zeros((number.getBitWidth() + 3) / 4 - digits.size(), '0');
+            return llvm::StringRef(zeros + digits).lower() + scan.text();
+        }
+    };
+
     static unsigned char mirror(unsigned char byte) { return llvm::reverseBits(byte); }
 
     using Decoded = std::string;

@@ -4,9 +4,11 @@
 // sentences of all asserts with the preconditions in the headers; this file tests the conditions at
 // their limits.
 #include "KelRT/Kel_ByteBuffer.h"
+#include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
+#include "KelRT/NumberValue.h"
 
 #include <gtest/gtest.h>
 
@@ -40,6 +42,12 @@ constexpr struct {
     {"lastChar < getSize", [] { text().hex2Bin(0, 2, bytes); }},
     {"the last used byte is", [] { Kel_ByteBuffer(bytes, 2, 0, 0).setHexStringBitCount(4); }},
     {"fromByte . byteCount <= getSize", [] { text().swapByteOrder(1, ~std::uint64_t{0}); }},
+    {"the field lies inside the array",
+     [] {
+         Kel_Number one(1);
+         bits2Number(nullptr, 0, one);
+     }},
+    {"the field lies inside the array", [] { number2Bits(Kel_Number(1), nullptr, 0); }},
     {"the indices are not negative", [] { Kel_NumberUtil::getBits(bytes, 7, -1); }},
     {"the indices are not negative", [] { Kel_NumberUtil::getReverseBits(bytes, -1, 7); }},
     {"overlap", [] { Kel_NumberUtil::reverseBinStr2Bin(characters, bytes + 3); }},

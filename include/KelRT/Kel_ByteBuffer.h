@@ -368,6 +368,8 @@ public:
     /// @}
 
 private:
+    friend struct ValueAccess; // lets the functions of NumberValue.h check a field
+
     /// The realignment; just one test if no shift is pending.
     void byteAlign() noexcept {
         if (pendingBitShift != 0)

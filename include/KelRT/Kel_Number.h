@@ -162,6 +162,8 @@ public:
     KELRT_API std::string toFloatString(double scale, double offset, std::uint32_t precision) const;
 
 private:
+    friend struct ValueAccess; // gives the words to the functions of NumberValue.h
+
     KELRT_API static const std::uint32_t WORD_LENGTH = 16;  // bits in a word
     KELRT_API static const std::uint32_t WORD_BASE = 65536; // the radix of one word
 

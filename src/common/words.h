@@ -139,6 +139,12 @@ constexpr std::uint8_t packBits(std::uint64_t word) {
     return static_cast<std::uint8_t>(word * 0x0102040810204080 >> 56);
 }
 
+// The word from bit `shift` (0 to 7) of p[0] on. Nine bytes are read; if the shift is 0, the ninth
+// is shifted out entirely.
+inline std::uint64_t wordAtBit(const unsigned char* p, unsigned shift) {
+    return loadWord(p) >> shift | std::uint64_t{p[WORD_BYTES]} << 1 << (63 - shift);
+}
+
 // The field of `count` bits (1 to 64) at bit `position`. It lies within the `size` bytes of `data`,
 // and no other byte is read.
 inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
@@ -148,12 +154,10 @@ inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
     const unsigned shift = position % 8;
     if (available <= WORD_BYTES)
         return loadBytes(p, available) >> shift & lowBits(count);
-    // The field may reach into a ninth byte. If the shift is 0, that byte is shifted out entirely.
-    const std::uint64_t ninth = std::uint64_t{p[WORD_BYTES]} << 1 << (63 - shift);
-    return (loadWord(p) >> shift | ninth) & lowBits(count);
+    return wordAtBit(p, shift) & lowBits(count); // the field may reach into the ninth byte
 }
 
-// Writes the low `count` bits of `value` to such a field. No other bit changes.
+// Writes the low `count` bits (0 to 64) of `value` to such a field. No other bit changes.
 inline void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
                        std::uint64_t count, std::uint64_t value) {
     unsigned char* const p = data + position / 8;

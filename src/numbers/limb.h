@@ -34,8 +34,14 @@ inline Limb loadLimb(const std::uint16_t* words, std::size_t available) {
 
 // Stores into the first four of `available` words (at least 1). Bits without a word are lost.
 inline void storeLimb(std::uint16_t* words, std::size_t available, Limb limb) {
-    const std::size_t count = available < WORDS_PER_LIMB ? available : WORDS_PER_LIMB;
-    for (std::size_t i = 0; i < count; ++i)
+    if (available >= WORDS_PER_LIMB) {
+        words[0] = static_cast<std::uint16_t>(limb);
+        words[1] = static_cast<std::uint16_t>(limb >> 16);
+        words[2] = static_cast<std::uint16_t>(limb >> 32);
+        words[3] = static_cast<std::uint16_t>(limb >> 48);
+        return;
+    }
+    for (std::size_t i = 0; i < available; ++i)
         words[i] = static_cast<std::uint16_t>(limb >> 16 * i);
 }
 

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/NumberValue.h"
+
+#include "KelRT/Kel_ByteBuffer.h"
+#include "KelRT/Kel_Number.h"
+#include "common/words.h"
+#include "numbers/limb.h"
+
+#include <algorithm>
+#include <cassert>
+#include <span>
+
+namespace KelRT {
+
+// The private parts of both classes that the functions of this file use.
+struct ValueAccess {
+    static std::span<std::uint16_t> words(Kel_Number& number) { return number.words; }
+    static std::span<const std::uint16_t> words(const Kel_Number& number) { return number.words; }
+    static std::uint64_t width(const Kel_Number& number) { return number.bitCount; }
+    static std::uint16_t topWordMask(const Kel_Number& number) { return number.topWordMask; }
+    static bool holdsField(const Kel_ByteBuffer& buffer, std::uint64_t position,
+                           const Kel_Number& number) {
+        return buffer.holdsField(position, number.bitCount);
+    }
+};
+
+namespace {
+
+using numbers::Limb;
+using numbers::LIMB_BITS;
+using numbers::WORDS_PER_LIMB;
+using Access = ValueAccess;
+
+// Both functions take a field that lies within the `size` bytes of `data`. A limb that is not the
+// last one is followed by at least one bit of the field, so nine bytes can be accessed.
+
+void readField(const unsigned char* data, std::uint64_t size, std::uint64_t position,
+               Kel_Number& number) {
+    const auto words = Access::words(number);
+    std::uint64_t left = Access::width(number);
+    std::size_t word = 0;
+    for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB)
+        numbers::storeLimb(&words[word], WORDS_PER_LIMB,
+                           common::wordAtBit(data + position / 8, position % 8));
+    numbers::storeLimb(&words[word], words.size() - word,
+                       common::readField(data, size, position, left));
+}
+
+void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
+                const Kel_Number& number) {
+    const auto words = Access::words(number);
+    const unsigned shift = position % 8;
+    Limb carried = data[position / 8] & common::lowBits(shift); // the low bits of the next byte
+    std::uint64_t left = Access::width(number);
+    std::size_t word = 0;
+    for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB) {
+        const Limb limb = numbers::loadLimb(&words[word], WORDS_PER_LIMB);
+        common::storeWord(data + position / 8, carried | limb << shift);
+        carried = limb >> 1 >> (63 - shift);
+    }
+    common::writeField(data, size, position - shift, shift, carried);
+    common::writeField(data, size, position, left,
+                       numbers::loadLimb(&words[word], words.size() - word));
+}
+
+// The bytes of an array up to the end of the field.
+std::uint64_t sizeUpTo(const Kel_Number& number, std::uint64_t position) {
+    return common::divideUp(position + Access::width(number), 8);
+}
+
+Limb lowestLimb(const Kel_Number& number) {
+    const auto words = Access::words(number);
+    return numbers::loadLimb(words.data(), words.size());
+}
+
+constexpr std::uint16_t extension(bool negative) {
+    return negative ? 0xFFFF : 0;
+}
+
+// Sets the words above the lowest limb to those that extend an integer of this sign.
+void setExtended(Kel_Number& number, Limb lowest, bool negative) {
+    const auto words = Access::words(number);
+    std::fill(words.begin(), words.end(), extension(negative));
+    numbers::storeLimb(words.data(), words.size(), lowest);
+    words.back() &= Access::topWordMask(number);
+}
+
+// Whether the words above the lowest limb just extend it.
+bool isExtended(const Kel_Number& number, bool negative) {
+    const auto words = Access::words(number);
+    if (words.size() <= WORDS_PER_LIMB)
+        return true;
+    const std::uint16_t expected = extension(negative);
+    unsigned differences = words.back() ^ (expected & Access::topWordMask(number));
+    for (const std::uint16_t word :
+         words.subspan(WORDS_PER_LIMB, words.size() - WORDS_PER_LIMB - 1))
+        differences |= word ^ expected; // to the end: this loop is vectorised
+    return differences == 0;
+}
+
+} // namespace
+
+void bits2Number(Kel_ByteBuffer& buffer, std::uint64_t bitPosition, Kel_Number& number) {
+    const unsigned char* const data = buffer.uPtr(); // realigns
+    if (!Access::holdsField(buffer, bitPosition, number))
+        return static_cast<void>(buffer.getBitsLL(bitPosition, Access::width(number))); // throws
+    readField(data, buffer.getSize(), bitPosition, number);
+}
+
+void bits2Number(const unsigned char* data, std::uint64_t bitPosition,
+                 Kel_Number& number) noexcept {
+    assert(data != nullptr && "the field lies inside the array");
+    readField(data, sizeUpTo(number, bitPosition), bitPosition, number);
+}
+
+void number2Bits(const Kel_Number& number, Kel_ByteBuffer& buffer, std::uint64_t bitPosition) {
+    unsigned char* const data = buffer.uPtr(); // realigns
+    if (!Access::holdsField(buffer, bitPosition, number))
+        return buffer.setBitsLL(bitPosition, Access::width(number), 0); // throws
+    writeField(data, buffer.getSize(), bitPosition, number);
+}
+
+void number2Bits(const Kel_Number& number, unsigned char* data,
+                 std::uint64_t bitPosition) noexcept {
+    assert(data != nullptr && "the field lies inside the array");
+    writeField(data, sizeUpTo(number, bitPosition), bitPosition, number);
+}
+
+void uLL2Number(std::uint64_t value, Kel_Number& number) noexcept {
+    setExtended(number, value, false);
+}
+
+void lL2Number(std::int64_t value, Kel_Number& number) noexcept {
+    setExtended(number, static_cast<std::uint64_t>(value), value < 0);
+}
+
+bool number2ULL(const Kel_Number& number, std::uint64_t& value) noexcept {
+    if (!isExtended(number, false))
+        return false;
+    value = lowestLimb(number);
+    return true;
+}
+
+bool number2LL(const Kel_Number& number, std::int64_t& value) noexcept {
+    const bool negative = number.isNegative();
+    const Limb lowest =
+        lowestLimb(number) | (negative ? ~common::lowBits(Access::width(number)) : 0);
+    if (!isExtended(number, negative) || lowest >> (LIMB_BITS - 1) != (negative ? 1 : 0))
+        return false;
+    value = static_cast<std::int64_t>(lowest);
+    return true;
+}
+
+} // namespace KelRT
