@@ -169,7 +169,9 @@ public:
 
     /// Reads a field. A field of more than 64 bits gives its lowest 64, a field of 0 bits gives 0.
     /// \code
-    /// 21 43: getBitsLL(0, 16) => 0x4321, getBitsLL(4, 8) => 0x32, getBitsLL(9, 7) => 0x21
+    /// 21 43, getBitsLL(0, 16) => 0x4321
+    /// 21 43, getBitsLL(4, 8)  => 0x32
+    /// 21 43, getBitsLL(9, 7)  => 0x21
     /// \endcode
     /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::getBits bad params." when the
     /// field reaches past the last used byte
@@ -221,7 +223,7 @@ public:
     /// bits from bit 0 on in groups of four. The first bit of a group is the most significant bit
     /// of its digit.
     /// \code
-    /// 21 43 => "4321" in the ordinary form, "8 4 C 2" without the spaces in the bit-mirrored form
+    /// 21 43: "4321" in the ordinary form, "84C2" in the bit-mirrored form
     /// \endcode
     /// Characters that are not digits are not reported. A target may be this buffer itself. It does
     /// not change if memory is exhausted.
@@ -235,7 +237,8 @@ public:
     /// Fills \a target with the text. The target has 2 * getSize() + 1 used bytes, whatever
     /// \a fromByte is (NULs fill the rest), and no reserves.
     /// \code
-    /// 21 43: bin2HexString(0, t) => t is "4321\0", bin2HexString(1, t) => t is "43\0\0\0"
+    /// 21 43, bin2HexString(0, target) => "4321\0"
+    /// 21 43, bin2HexString(1, target) => "43\0\0\0"
     /// \endcode
     /// \throws std::bad_alloc
     KELRT_API void bin2HexString(std::uint64_t fromByte, Kel_ByteBuffer& target);
@@ -247,8 +250,8 @@ public:
     /// does, in a new buffer, which the caller deletes. Only the bytes that hold these bits are
     /// converted.
     /// \code
-    /// 21 43: bin2HexString(0, 12) => "321\0"
-    /// FF FF: bin2HexString(0, 10) => "3FF\0"
+    /// 21 43, bin2HexString(0, 12) => "321\0"
+    /// FF FF, bin2HexString(0, 10) => "3FF\0"
     /// \endcode
     /// \throws std::bad_alloc
     [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte,
@@ -260,7 +263,8 @@ public:
     /// nothing. A character that is not a hexadecimal digit has the value of its code minus the
     /// code of '0'. Each byte is 16 * first value + second value, modulo 256.
     /// \code
-    /// "4321": hex2Bin(0, 3, out) => 21 43, hex2Bin(1, 3, out) => 21 03
+    /// "4321", hex2Bin(0, 3) => 21 43
+    /// "4321", hex2Bin(1, 3) => 21 03
     /// \endcode
     /// \pre lastChar < getSize(), and out lies outside this buffer and has room
     KELRT_API void hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
@@ -279,7 +283,9 @@ public:
     /// last one fills the low four bits of the last byte. A character that is not a hexadecimal
     /// digit has the value of the previous one, and 0 if it is the first.
     /// \code
-    /// "80" => 01, "A5" => A5, "123" => 48 0C
+    /// hex2BinReverse("80")  => 01
+    /// hex2BinReverse("A5")  => A5
+    /// hex2BinReverse("123") => 48 0C
     /// \endcode
     /// \throws std::bad_alloc
     [[nodiscard]] KELRT_API static Kel_ByteBuffer* hex2BinReverse(const char* hexText);
@@ -304,7 +310,7 @@ public:
 
     /// Mirrors every used byte: its bit 0 becomes bit 7, bit 1 bit 6, and so on.
     /// \code
-    /// 01 80 0F => 80 01 F0
+    /// 01 80 0F, swapBitOrderWithinEachByte() => 80 01 F0
     /// \endcode
     KELRT_API void swapBitOrderWithinEachByte() noexcept;
 

@@ -92,12 +92,16 @@ public:
     ///         letter outside the table, any digit); true otherwise
     /// \throws std::bad_alloc (only for a decimal text read into more than 512 bits)
     /// \code
-    /// set('x', "0x1F")      => 31, true       set('d', "1A") => 0, false
-    /// set('b', "1010_1010") => 170, true      set('b', "2")  => 0, false
-    /// set('d', "1,000")     => 1000, true     set('q', "5")  => 0, false
-    /// set('d', "12-")       => -12, true      set('q', "-")  => 0, true
-    /// set('u', "70000")     => 4464, true on 16 bits
-    /// set('S', "AB")        => 0x4142, true on 16 bits
+    /// set('x', "0x1F")      => 31, true
+    /// set('b', "1010_1010") => 170, true
+    /// set('d', "1,000")     => 1000, true
+    /// set('d', "12-")       => -12, true
+    /// set('q', "-")         => 0, true
+    /// set('d', "1A")        => 0, false
+    /// set('b', "2")         => 0, false
+    /// set('q', "5")         => 0, false
+    /// 16 bits, set('u', "70000") => 4464, true
+    /// 16 bits, set('S', "AB")    => 0x4142, true
     /// \endcode
     KELRT_API bool set(char radix, const std::string& text);
 
@@ -114,8 +118,10 @@ public:
     /// A quotient that is not finite (a \a scale of 0, a text beyond the range of double, "nan")
     /// stores 0. No error is reported.
     /// \code
-    /// setFloat("2.5", 0.5, 0.0)  => 5          setFloat("10", 2.0, 4.0)  => 3
-    /// setFloat("-1.7", 1.0, 0.0) => -1         setFloat("abc", 1.0, 0.0) => 0
+    /// setFloat("2.5", 0.5, 0.0)  => 5
+    /// setFloat("10", 2.0, 4.0)   => 3
+    /// setFloat("-1.7", 1.0, 0.0) => -1
+    /// setFloat("abc", 1.0, 0.0)  => 0
     /// \endcode
     KELRT_API void setFloat(const std::string& text, double scale, double offset) noexcept;
 
@@ -132,9 +138,13 @@ public:
     ///              "bad format for number"
     /// \throws std::bad_alloc
     /// \code
-    /// 16 bits, 10:         'x' => "000a"   'X' => "000A"   'o' => "000012"   'd' => "10"
-    /// 12 bits, 0xFFF:      'd' => "-1"     'u' => "4095"   'b' => "111111111111"
-    /// 32 bits, 0x414243:   's' => " ABC"
+    /// 16 bits, 10, toString('x')       => "000a"
+    /// 16 bits, 10, toString('X')       => "000A"
+    /// 16 bits, 10, toString('o')       => "000012"
+    /// 12 bits, 0xFFF, toString('d')    => "-1"
+    /// 12 bits, 0xFFF, toString('u')    => "4095"
+    /// 12 bits, 0xFFF, toString('b')    => "111111111111"
+    /// 32 bits, 0x414243, toString('s') => " ABC"
     /// \endcode
     KELRT_API std::string toString(char radix) const;
 
@@ -155,9 +165,9 @@ public:
     ///         up to there the length of every text fits an `int`
     /// \throws std::bad_alloc
     /// \code
-    /// 16 bits, 1000: toFloatString(0.001, 0.0, 3) => "1.000"
-    /// 16 bits, -2:   toFloatString(0.5, 1.0, 2)   => "0.00"
-    /// 8 bits, 0x80:  toFloatString(1.0, 0.0, 0)   => "-128"
+    /// 16 bits, 1000, toFloatString(0.001, 0.0, 3) => "1.000"
+    /// 16 bits, -2, toFloatString(0.5, 1.0, 2)     => "0.00"
+    /// 8 bits, 0x80, toFloatString(1.0, 0.0, 0)    => "-128"
     /// \endcode
     KELRT_API std::string toFloatString(double scale, double offset, std::uint32_t precision) const;
 

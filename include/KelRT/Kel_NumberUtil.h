@@ -57,8 +57,10 @@ public:
     /// Only bytes that hold bits of the field are read.
     /// \code
     /// const unsigned char data[] = {0x34, 0x12};
-    /// getBits(data, 15, 0)        => 0x1234     getBits(data, 11, 4)        => 0x23
-    /// getReverseBits(data, 0, 3)  => 2          getReverseBits(data, 0, 15) => 0x2C48
+    /// getBits(data, 15, 0)        => 0x1234
+    /// getBits(data, 11, 4)        => 0x23
+    /// getReverseBits(data, 0, 3)  => 2
+    /// getReverseBits(data, 0, 15) => 0x2C48
     /// \endcode
     /// @{
 
@@ -94,7 +96,8 @@ public:
     /// the process's standard output: '0' or '1' from \a firstBit on, a newline after every eighth,
     /// and one more after the last. With the indices in the wrong order it prints one newline.
     /// \code
-    /// 12 bits  => "10110011\n1010\n"      8 bits => "10110011\n\n"
+    /// getLongLongBitsDebug(data, 15, 4) => prints "00010010\n0011\n"
+    /// getLongLongBitsDebug(data, 15, 8) => prints "00010010\n\n"
     /// \endcode
     KELRT_API static std::uint64_t
     getLongLongBitsDebug(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit);
@@ -106,14 +109,17 @@ public:
     /// The hexadecimal digit of \a value, upper case: '0' + value below 10, else 'A' + value - 10.
     /// Only 0 to 15 have digits; larger values follow the same formula, cut to a character.
     /// \code
-    /// bin2Hex(7) => '7'     bin2Hex(12) => 'C'
+    /// bin2Hex(7)  => '7'
+    /// bin2Hex(12) => 'C'
     /// \endcode
     KELRT_API static char bin2Hex(std::uint32_t value) noexcept;
 
     /// The value of an upper-case hexadecimal digit: the character code minus 48 below 'A', else
     /// minus 55, modulo 2^32. Nothing is checked, and lower-case letters are not digits here.
     /// \code
-    /// hex2Bin('9') => 9     hex2Bin('A') => 10     hex2Bin('a') => 42
+    /// hex2Bin('9') => 9
+    /// hex2Bin('A') => 10
+    /// hex2Bin('a') => 42
     /// \endcode
     KELRT_API static std::uint32_t hex2Bin(char digit) noexcept;
     /// @}
@@ -128,7 +134,7 @@ public:
     ///         then for a null \a binArray:
     ///         "Internal error: bad binArray in Kel_NumberUtil::bin2ReverseBinStr"
     /// \code
-    /// {0x06}, 4 bits => "0110"
+    /// bin2ReverseBinStr({0x06}, 4) => "0110"
     /// \endcode
     KELRT_API static std::string& bin2ReverseBinStr(const unsigned char* binArray,
                                                     std::uint32_t bitCount, std::string& binStr);
@@ -141,7 +147,7 @@ public:
     ///         "Internal error: bad binStr in Kel_NumberUtil::reverseBinStr2Bin"; then for a null
     ///         \a binArray: "Internal error: bad binArray in Kel_NumberUtil::reverseBinStr2Bin"
     /// \code
-    /// "0110" => {0x06}
+    /// reverseBinStr2Bin("0110") => {0x06}
     /// \endcode
     KELRT_API static void reverseBinStr2Bin(const char* binStr, unsigned char* binArray);
 
@@ -149,7 +155,9 @@ public:
     /// \throws std::logic_error for a null or empty \a binStr:
     ///         "Internal error: bad binStr for Kel_NumberUtil::binStr2HexStr"
     /// \code
-    /// "101" => "5"     "11111" => "1F"     "0000" => "0"
+    /// binStr2HexStr("101")   => "5"
+    /// binStr2HexStr("11111") => "1F"
+    /// binStr2HexStr("0000")  => "0"
     /// \endcode
     KELRT_API static std::string& binStr2HexStr(const char* binStr, std::string& hexStr);
 
@@ -160,7 +168,9 @@ public:
     ///         "Internal error: bad hexStr for Kel_NumberUtil::hexStr2BinStr"; then for a
     ///         \a bitCount of 0: "Internal error: bad bitCount for Kel_NumberUtil::hexStr2BinStr"
     /// \code
-    /// "a5", 8 => "10100101"     "A5", 10 => "0010100101"     "A5", 4 => "0101"
+    /// hexStr2BinStr("a5", 8)  => "10100101"
+    /// hexStr2BinStr("A5", 10) => "0010100101"
+    /// hexStr2BinStr("A5", 4)  => "0101"
     /// \endcode
     KELRT_API static std::string& hexStr2BinStr(const char* hexStr, std::uint32_t bitCount,
                                                 std::string& binStr);
@@ -169,7 +179,8 @@ public:
     /// \a src needs no terminator.
     /// \pre dst has room for length + 1 characters, and dst does not overlap src
     /// \code
-    /// "abc", 3 => "cba"     length 0 => ""
+    /// reverseStr("abc", 3) => "cba"
+    /// reverseStr("abc", 0) => ""
     /// \endcode
     KELRT_API static void reverseStr(const char* src, std::uint32_t length, char* dst) noexcept;
     /// @}
@@ -180,7 +191,9 @@ public:
     /// A binary string as a number modulo 2^32, so only the last 32 characters count; 0 for a null
     /// pointer and for an empty text.
     /// \code
-    /// "1010" => 10     "1012" => 10     "" => 0
+    /// binStr2UInt("1010") => 10
+    /// binStr2UInt("1012") => 10
+    /// binStr2UInt("")     => 0
     /// \endcode
     KELRT_API static std::uint32_t binStr2UInt(const char* binStr) noexcept;
 
@@ -189,14 +202,18 @@ public:
     /// \throws std::logic_error for a null pointer:
     ///         "Kel_NumberUtil::hexStr2UInt called with null ptr"
     /// \code
-    /// "ff" => 255     "123456789" => 0x23456789     "G" => 23     " 1" => 0xFFFFFF01
+    /// hexStr2UInt("ff")        => 255
+    /// hexStr2UInt("123456789") => 0x23456789
+    /// hexStr2UInt("G")         => 23
+    /// hexStr2UInt(" 1")        => 0xFFFFFF01
     /// \endcode
     KELRT_API static std::uint32_t hexStr2UInt(const char* hexStr);
 
     /// The same rule modulo 2^64, for the characters of \a hexStr up to its first NUL. The string
     /// does not change.
     /// \code
-    /// "FFFFFFFFFFFFFFFF" => 2^64 - 1     "" => 0
+    /// hexStr2ULL("FFFFFFFFFFFFFFFF") => 0xFFFFFFFFFFFFFFFF
+    /// hexStr2ULL("")                 => 0
     /// \endcode
     KELRT_API static std::uint64_t hexStr2ULL(std::string& hexStr) noexcept;
 
@@ -205,7 +222,10 @@ public:
     /// not a digit. Text without a number gives 0. The result is the number's 64-bit pattern; a
     /// number outside -2^63 to 2^63 - 1 gives the nearer of the two.
     /// \code
-    /// "  42abc" => 42     "-1" => 2^64 - 1     "abc" => 0     "9223372036854775808" => 2^63 - 1
+    /// decStr2ULL("\t42abc")              => 42
+    /// decStr2ULL("-1")                  => 0xFFFFFFFFFFFFFFFF
+    /// decStr2ULL("abc")                 => 0
+    /// decStr2ULL("9223372036854775808") => 0x7FFFFFFFFFFFFFFF
     /// \endcode
     KELRT_API static std::uint64_t decStr2ULL(const std::string& text) noexcept;
     /// @}
@@ -217,7 +237,8 @@ public:
     /// \throws std::logic_error for a \a bitCount of 0 or above 32:
     ///         "Internal error: bad bitCount value for Kel_NumberUtil::uInt2BinStr"
     /// \code
-    /// 5, 4 => "0101"     5, 2 => "01"
+    /// uInt2BinStr(5, 4) => "0101"
+    /// uInt2BinStr(5, 2) => "01"
     /// \endcode
     KELRT_API static std::string& uInt2BinStr(std::uint32_t value, std::uint32_t bitCount,
                                               std::string& binStr);
@@ -228,7 +249,9 @@ public:
     /// \a value in lower-case hexadecimal, filled with '0' at the front to (bitCount + 3) / 4
     /// digits. A value with more digits is printed in full; a \a bitCount of 0 sets no minimum.
     /// \code
-    /// 0xAB, 16 => "00ab"     0xAB, 4 => "ab"     0, 0 => "0"
+    /// uInt2HexStr(0xAB, 16) => "00ab"
+    /// uInt2HexStr(0xAB, 4)  => "ab"
+    /// uInt2HexStr(0, 0)     => "0"
     /// \endcode
     KELRT_API static std::string& uInt2HexStr(std::uint32_t value, std::uint32_t bitCount,
                                               std::string& out);
@@ -236,7 +259,8 @@ public:
     /// \a value in decimal, read as a signed 64-bit number; decStr2ULL reads the text back to the
     /// same value.
     /// \code
-    /// 42 => "42"     2^64 - 1 => "-1"
+    /// uLL2DecStr(42)                 => "42"
+    /// uLL2DecStr(0xFFFFFFFFFFFFFFFF) => "-1"
     /// \endcode
     KELRT_API static std::string& uLL2DecStr(std::uint64_t value, std::string& out);
 
@@ -247,7 +271,7 @@ public:
     /// it with "%f": in full, whatever its magnitude (up to 317 characters). Infinities and NaN
     /// print as the C library prints them.
     /// \code
-    /// 1.5 => "1.500000"
+    /// double2Str(1.5) => "1.500000"
     /// \endcode
     KELRT_API static std::string& double2Str(double value, std::string& out);
     /// @}

@@ -59,9 +59,9 @@ public:
     /// read without its newline ends in one.
     /// \return \a text
     /// \code
-    /// "line\r"   => "line"
-    /// "line\r\r" => "line\r"
-    /// "line\r\n" => "line\r\n"
+    /// stripEndingCR("line\r")   => "line"
+    /// stripEndingCR("line\r\r") => "line\r"
+    /// stripEndingCR("line\r\n") => "line\r\n"
     /// \endcode
     KELRT_API static std::string& stripEndingCR(std::string& text);
 
@@ -69,11 +69,11 @@ public:
     /// and a quote without a partner stay.
     /// \return \a text
     /// \code
-    /// "abc"   => abc
-    /// ""      => (empty)
-    /// ""abc"" => "abc"
-    /// "a"b    => "a"b
-    /// "       => "
+    /// unQuote("\"abc\"")     => "abc"
+    /// unQuote("\"\"")        => ""
+    /// unQuote("\"\"abc\"\"") => "\"abc\""
+    /// unQuote("\"a\"b")      => "\"a\"b"
+    /// unQuote("\"")          => "\""
     /// \endcode
     KELRT_API static std::string& unQuote(std::string& text);
 
@@ -84,10 +84,10 @@ public:
     /// Kel_StrTok::WHITE_SPACE, backspace and form feed included. A NUL ends the text.
     /// \throws std::bad_alloc
     /// \code
-    /// " \t value \r\n" => "value"
-    /// "\bvalue\f"      => "value"
-    /// "a b"            => "a b"
-    /// " \t "           => ""
+    /// trimWhitespace(" \t value \r\n") => "value"
+    /// trimWhitespace("\bvalue\f")      => "value"
+    /// trimWhitespace("a b")            => "a b"
+    /// trimWhitespace(" \t ")           => ""
     /// \endcode
     KELRT_API static std::string trimWhitespace(const std::string& text);
 
@@ -101,11 +101,11 @@ public:
     /// \return the value; empty if no name matches, as for an empty value
     /// \throws std::bad_alloc
     /// \code
-    /// {"a=1", "B=2", "b=3"}, "b" => "2"
-    /// {"a=b=c"}, "A"             => "b=c"
-    /// {"key", "keyx=1"}, "key"   => ""
-    /// {" key=v"}, "key"          => ""
-    /// {"=v"}, ""                 => "v"
+    /// findKey({"a=1", "B=2", "b=3"}, "b") => "2"
+    /// findKey({"a=b=c"}, "A")             => "b=c"
+    /// findKey({"key", "keyx=1"}, "key")   => ""
+    /// findKey({" key=v"}, "key")          => ""
+    /// findKey({"=v"}, "")                 => "v"
     /// \endcode
     KELRT_API static std::string findKey(std::vector<std::string>& entries, const std::string& key);
 

@@ -1,0 +1,369 @@
+// SPDX-License-Identifier: MIT
+//
+// Runs the examples of the public headers: each line "CALL => RESULT" of a comment is a case. CALL
+// may begin with the object that it is made on, as in "21 43, getBitsLL(4, 8)". Left out are the
+// examples of versions and of files, whose paths need a fake host.
+#include "KelRT/Kel_ByteBuffer.h"
+#include "KelRT/Kel_Number.h"
+#include "KelRT/Kel_NumberUtil.h"
+#include "KelRT/Kel_StrTok.h"
+#include "KelRT/Kel_Util.h"
+#include "KelRT/MethodLogger.h"
+
+#include "models/log_model.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <regex>
+#include <string>
+#include <vector>
+
+using namespace KelRT;
+using Util = Kel_NumberUtil;
+using Text = std::string;
+using Texts = std::vector<Text>;
+
+namespace {
+
+/// The first group of every match.
+Texts allOf(const Text& text, const char* pattern) {
+    const std::regex expression(pattern);
+    Texts found;
+    std::sregex_iterator match(text.begin(), text.end(), expression);
+    for (; match != std::sregex_iterator(); ++match)
+        found.push_back(match->str(1));
+    return found;
+}
+
+/// The characters of escape sequences, and their letters in the same order.
+constexpr char ESCAPED[] = "\n\r\t\b\f\"\\";
+constexpr char LETTERS[] = "nrtbf\"\\0";
+
+/// The text of a literal.
+Text unquoted(const Text& literal) {
+    Text text;
+    for (std::size_t i = 1; i + 1 < literal.size(); ++i)
+        text += literal[i] != '\\' ? literal[i] : ESCAPED[Text(LETTERS).find(literal[++i])];
+    return text;
+}
+
+/// The parts of an example, as they are written.
+struct Example {
+    Text object;
+    Text function;
+    Texts arguments;
+
+    Text text(std::size_t i) const { return unquoted(arguments.at(i)); }
+    std::uint64_t number(std::size_t i) const { return std::stoull(arguments.at(i), nullptr, 0); }
+    std::uint32_t word(std::size_t i) const { return static_cast<std::uint32_t>(number(i)); }
+    int index(std::size_t i) const { return static_cast<int>(number(i)); }
+    double real(std::size_t i) const { return std::stod(arguments.at(i)); }
+    char character(std::size_t i) const { return arguments.at(i)[1]; }
+    bool hasText(std::size_t i) const { return arguments.at(i)[0] == '"'; }
+};
+
+struct AsItIs {
+    Text text;
+};
+
+// How results are written in examples.
+Text shown(const AsItIs& result) {
+    return result.text;
+}
+template <typename Unsigned>
+Text shown(Unsigned number) {
+    return std::to_string(number);
+}
+Text shown(char digit) {
+    return Text("'") + digit + "'";
+}
+Text shown(const Text& text) {
+    Text literal = "\"";
+    for (const char c : text) {
+        const std::size_t at = Text(ESCAPED, sizeof ESCAPED).find(c);
+        literal += at == Text::npos ? Text(1, c) : Text("\\") + LETTERS[at];
+    }
+    return literal += '"';
+}
+/// The parts with blanks between them.
+Text joined(const Texts& parts, const char* separator = " ") {
+    Text text;
+    for (const Text& part : parts)
+        text.append(text.empty() ? "" : separator).append(part);
+    return text;
+}
+AsItIs inHexadecimal(const Text& bytes) {
+    Texts digits;
+    for (const char byte : bytes) {
+        const unsigned value = static_cast<unsigned char>(byte);
+        digits.push_back({Util::bin2Hex(value / 16), Util::bin2Hex(value % 16)});
+    }
+    return {joined(digits)};
+}
+
+/// Makes the call of an example, and shows its result.
+struct Run {
+    template <typename Call>
+    Run(Call call) : run([call](const Example& e) { return shown(call(e)); }) {}
+    std::function<Text(const Example&)> run;
+};
+using Runs = std::map<Text, Run>;
+
+Text content(const std::unique_ptr<Kel_ByteBuffer>& buffer) {
+    return {buffer->ptr(), static_cast<std::size_t>(buffer->getSize())};
+}
+Text content(Kel_ByteBuffer* made) {
+    return content(std::unique_ptr<Kel_ByteBuffer>(made));
+}
+/// A buffer of the object's text, or of its bytes: the byte b0 is 0xB0.
+std::unique_ptr<Kel_ByteBuffer> bufferOf(const Text& object) {
+    Text bytes = object[0] == '"' ? unquoted(object) : "";
+    for (const Text& byte : allOf(bytes.empty() ? object : "", "(\\w\\w)"))
+        bytes += static_cast<char>(std::stoul(byte, nullptr, 16));
+    const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data());
+    return std::make_unique<Kel_ByteBuffer>(data, bytes.size(), 0, 0);
+}
+/// The bytes of an object whose bytes have names: b0 is 0xB0, and 0 is the x of a gap.
+AsItIs byName(const Text& bytes) {
+    Texts names;
+    for (const char byte : bytes)
+        names.push_back(byte == 0 ? "x"
+                                  : Text{'b', Util::bin2Hex(static_cast<unsigned>(byte) % 16)});
+    return {joined(names)};
+}
+/// A run that changes the object and shows all of it.
+Run change(void (*action)(const Example&, Kel_ByteBuffer&)) {
+    return [action](const Example& e) -> AsItIs {
+        const auto buffer = bufferOf(e.object);
+        action(e, *buffer);
+        const Text after = content(buffer);
+        return e.object[0] == '"'   ? AsItIs{shown(after)}
+               : e.object[0] == 'b' ? byName(after)
+                                    : inHexadecimal(after);
+    };
+}
+void openGap(const Example& e, Kel_ByteBuffer& buffer) {
+    const std::uint64_t at = std::min(e.number(0), buffer.getSize());
+    buffer.insertBytes(e.number(0), e.number(1));
+    std::fill_n(buffer.uPtr() + at, e.number(1), std::uint8_t{0}); // a gap has any values
+}
+
+const Runs BUFFER{
+    {"insertBytes", change(openGap)},
+    {"shiftBitsDown", change([](auto& e, auto& b) { b.shiftBitsDown(e.index(0)); })},
+    {"setBitsLL",
+     change([](auto& e, auto& b) { b.setBitsLL(e.number(0), e.number(1), e.number(2)); })},
+    {"setHexStringBitCount", change([](auto& e, auto& b) { b.setHexStringBitCount(e.number(0)); })},
+    {"swapBitOrderWithinEachByte", change([](auto&, auto& b) { b.swapBitOrderWithinEachByte(); })},
+    {"swapByteOrder", change([](auto& e, auto& b) { b.swapByteOrder(e.number(0), e.number(1)); })},
+    {"getBitsLL", [](auto& e) { return bufferOf(e.object)->getBitsLL(e.number(0), e.number(1)); }},
+    {"bin2HexString",
+     [](auto& e) {
+         Kel_ByteBuffer target;
+         if (e.arguments[1] != "target")
+             return content(bufferOf(e.object)->bin2HexString(e.number(0), e.number(1)));
+         bufferOf(e.object)->bin2HexString(e.number(0), target);
+         return content(new Kel_ByteBuffer(target));
+     }},
+    {"hex2Bin",
+     [](auto& e) {
+         return inHexadecimal(content(bufferOf(e.object)->hex2Bin(e.number(0), e.number(1))));
+     }},
+    {"hex2BinReverse", [](auto& e) {
+         return inHexadecimal(content(Kel_ByteBuffer::hex2BinReverse(e.text(0).c_str())));
+     }}};
+
+/// A run on a number with the object's width (16 bits if it has none) and value.
+template <typename Action>
+Run onNumber(Action action) {
+    return [action](const Example& e) {
+        const Texts parts = allOf(e.object, "([-\\w]+)(?: bits)?");
+        Kel_Number number(parts.empty() ? 16 : std::stoull(parts[0]));
+        if (parts.size() > 1)
+            number.set(parts[1].compare(0, 2, "0x") == 0 ? 'x' : 'd', parts[1]);
+        return action(e, number);
+    };
+}
+
+const Runs NUMBER{
+    {"set", onNumber([](auto& e, auto& number) {
+         const char radix = e.character(0);
+         const Text accepted = number.set(radix, e.text(1)) ? ", true" : ", false";
+         return AsItIs{
+             (radix == 'S' ? Text("0x").append(number.toString('x')) : number.toString('d')) +
+             accepted};
+     })},
+    {"setFloat", onNumber([](auto& e, auto& number) {
+         number.setFloat(e.text(0), e.real(1), e.real(2));
+         return AsItIs{number.toString('d')};
+     })},
+    {"toString", onNumber([](auto& e, auto& number) { return number.toString(e.character(0)); })},
+    {"toFloatString", onNumber([](auto& e, auto& number) {
+         return number.toFloatString(e.real(0), e.real(1), e.word(2));
+     })}};
+
+Text out;
+const unsigned char DATA[] = {0x34, 0x12};
+
+const Runs UTIL{
+    {"getBits", [](auto& e) { return Util::getBits(DATA, e.index(1), e.index(2)); }},
+    {"getReverseBits", [](auto& e) { return Util::getReverseBits(DATA, e.index(1), e.index(2)); }},
+    {"getLongLongBitsDebug",
+     [](auto& e) {
+         testing::internal::CaptureStdout();
+         Util::getLongLongBitsDebug(DATA, e.index(1), e.index(2));
+         return AsItIs{Text("prints ").append(shown(testing::internal::GetCapturedStdout()))};
+     }},
+    {"bin2Hex", [](auto& e) { return Util::bin2Hex(e.word(0)); }},
+    {"hex2Bin", [](auto& e) { return Util::hex2Bin(e.character(0)); }},
+    {"bin2ReverseBinStr",
+     [](auto& e) {
+         const unsigned char byte = 0x06;
+         return Util::bin2ReverseBinStr(&byte, e.word(1), out);
+     }},
+    {"reverseBinStr2Bin",
+     [](auto& e) {
+         unsigned char byte = 0xFF;
+         Util::reverseBinStr2Bin(e.text(0).c_str(), &byte);
+         return AsItIs{Text("{0x").append(inHexadecimal({static_cast<char>(byte)}).text) + "}"};
+     }},
+    {"binStr2HexStr", [](auto& e) { return Util::binStr2HexStr(e.text(0).c_str(), out); }},
+    {"hexStr2BinStr",
+     [](auto& e) { return Util::hexStr2BinStr(e.text(0).c_str(), e.word(1), out); }},
+    {"reverseStr",
+     [](auto& e) {
+         char mirror[8];
+         Util::reverseStr(e.text(0).c_str(), e.word(1), mirror);
+         return Text(mirror);
+     }},
+    {"binStr2UInt", [](auto& e) { return Util::binStr2UInt(e.text(0).c_str()); }},
+    {"hexStr2UInt", [](auto& e) { return Util::hexStr2UInt(e.text(0).c_str()); }},
+    {"hexStr2ULL", [](auto& e) { return Util::hexStr2ULL(out = e.text(0)); }},
+    {"decStr2ULL", [](auto& e) { return Util::decStr2ULL(e.text(0)); }},
+    {"uInt2BinStr", [](auto& e) { return Util::uInt2BinStr(e.word(0), e.word(1), out); }},
+    {"uInt2HexStr", [](auto& e) { return Util::uInt2HexStr(e.word(0), e.word(1), out); }},
+    {"uLL2DecStr", [](auto& e) { return Util::uLL2DecStr(e.number(0), out); }},
+    {"double2Str", [](auto& e) { return Util::double2Str(e.real(0), out); }}};
+
+AsItIs signOf(int comparison) {
+    return {comparison < 0 ? "negative" : comparison > 0 ? "positive" : "0"};
+}
+
+const Runs TEXTS{
+    {"stricmp", [](auto& e) { return signOf(Kel_Util::stricmp(e.text(0), e.text(1))); }},
+    {"strnicmp",
+     [](auto& e) { return signOf(Kel_Util::strnicmp(e.text(0), e.text(1), e.number(2))); }},
+    {"stripEndingCR", [](auto& e) { return Kel_Util::stripEndingCR(out = e.text(0)); }},
+    {"unQuote", [](auto& e) { return Kel_Util::unQuote(out = e.text(0)); }},
+    {"trimWhitespace", [](auto& e) { return Kel_Util::trimWhitespace(e.text(0)); }},
+    {"findKey",
+     [](auto& e) {
+         Texts entries = allOf(e.arguments[0], "\"([^\"]*)\"");
+         return Kel_Util::findKey(entries, e.text(1));
+     }},
+    {"tokens", [](auto& e) {
+         const Text& mode = e.arguments[1];
+         const auto has = [&](const char* word) { return mode.find(word) != Text::npos; };
+         const char* const set = has("CSV_DELIM")     ? Kel_StrTok::CSV_DELIM
+                                 : has("WHITE_SPACE") ? Kel_StrTok::WHITE_SPACE
+                                                      : ";";
+         const Text text = e.arguments[0] == "(empty)" ? "" : e.arguments[0];
+         Kel_StrTok tokenizer(text.c_str(), set, has("handled"), false, has("kept"));
+         Texts tokens;
+         while (const char* const token = tokenizer.getNext())
+             tokens.emplace_back(*token == '\0' ? "(empty)" : token);
+         return AsItIs{tokens.empty() ? "none" : joined(tokens, " | ")};
+     }}};
+
+/// The line that an action logs, without blanks at its ends.
+AsItIs logged(const std::function<void(Logger&)>& action) {
+    static const model::LogFile log;
+    Logger& logger = Logger::logger;
+    logger.setDetailLevel(4);
+    const std::size_t before = log.text().size();
+    action(logger);
+    logger.flush();
+    const Text text = log.text().substr(before);
+    return {Kel_Util::trimWhitespace(text)};
+}
+Run returned(void (*setResult)(const Example&, MethodLogger&)) {
+    return [setResult](const Example& e) -> AsItIs {
+        const AsItIs line = logged([&](Logger&) {
+            MethodLogger tracer;
+            tracer.setMethodName("f");
+            setResult(e, tracer);
+        });
+        const Texts result = allOf(line.text, "-- returning (.*)");
+        return {result.empty() ? "no result on the exit line" : result[0]};
+    };
+}
+
+const Runs LOG{
+    {"logMethodEntry",
+     [](auto& e) {
+         return logged([&](Logger& logger) {
+             if (e.arguments.size() == 1)
+                 return logger.logMethodEntry(e.text(0).c_str());
+             logger.logMethodEntry(e.text(0).c_str(), e.text(1).c_str(), e.index(2));
+         });
+     }},
+    {"logMethodExit",
+     [](auto& e) {
+         return logged([&](Logger& logger) {
+             if (e.hasText(0))
+                 return logger.logMethodExit(e.text(0).c_str());
+             logger.logMethodExit(e.index(0));
+         });
+     }},
+    {"setReturnStatus", returned([](auto& e, auto& tracer) { tracer.setReturnStatus(e.word(0)); })},
+    {"setReturn", returned([](auto& e, auto& tracer) {
+         if (e.arguments[0] == "true")
+             tracer.setReturn(true);
+         else if (e.hasText(0) || e.arguments[0].back() == 'r')
+             tracer.setReturn(e.hasText(0) ? e.text(0).c_str() : nullptr);
+         else
+             tracer.setReturn(e.word(0));
+     })}};
+
+Example parsed(const Text& call) {
+    std::smatch parts;
+    if (std::regex_match(call, parts, std::regex("(?:(.*), )?(\\w+)\\((.*)\\)")))
+        return {parts[1], parts[2],
+                allOf(parts[3], R"(((?:\{[^}]*\}|"(?:\\.|[^"\\])*"|[^,{"])+)(?:, |$))")};
+    if (std::regex_match(call, parts, std::regex("(.*?) {2,}(.*)"))) // a row of a table
+        return {"", "tokens", {parts[1], parts[2]}};
+    return {};
+}
+
+void expectExamples(const Text& header, const Runs& runs, const Text& end = "\xFF") {
+    Text text = test_host::readWholeFile(KELRT_HEADERS + header);
+    text.resize(std::min(text.size(), text.find(end)));
+    const std::regex line("/// (.*?) *=> +(.*?)(?=  |\n)");
+    std::sregex_iterator match(text.begin(), text.end(), line);
+    EXPECT_NE(match, std::sregex_iterator()) << header;
+    for (; match != std::sregex_iterator(); ++match) {
+        const Example example = parsed(match->str(1));
+        const auto known = runs.find(example.function);
+        ASSERT_NE(known, runs.end()) << header << ": " << match->str();
+        Text expected = match->str(2);
+        if (std::regex_match(expected, std::regex("0x[0-9A-F]+")))
+            expected = std::to_string(std::stoull(expected, nullptr, 0));
+        EXPECT_EQ(known->second.run(example), expected) << match->str();
+    }
+}
+
+TEST(Examples, OfTheHeadersGiveTheirResults) {
+    expectExamples("Kel_ByteBuffer.h", BUFFER);
+    expectExamples("Kel_Number.h", NUMBER);
+    expectExamples("Kel_NumberUtil.h", UTIL);
+    expectExamples("Kel_StrTok.h", TEXTS);
+    expectExamples("Kel_Util.h", TEXTS, "Files and environment");
+    expectExamples("Logger.h", LOG);
+    expectExamples("MethodLogger.h", LOG);
+}
+
+} // namespace
