@@ -9,6 +9,7 @@
 #include "KelRT/Kel_StrTok.h"
 #include "KelRT/Kel_Util.h"
 #include "KelRT/MethodLogger.h"
+#include "KelRT/NumberValue.h"
 
 #include "models/log_model.h"
 
@@ -206,6 +207,34 @@ const Runs NUMBER{
          return number.toFloatString(e.real(0), e.real(1), e.word(2));
      })}};
 
+const Runs VALUE{{"bits2Number", onNumber([](auto& e, auto& number) {
+                      bits2Number(*bufferOf("21 43"), e.number(1), number);
+                      return std::stoull(number.toString('u'));
+                  })},
+                 {"number2Bits", onNumber([](auto& e, auto& number) {
+                      const auto buffer = bufferOf("00 00");
+                      number2Bits(number, *buffer, e.number(2));
+                      return inHexadecimal(content(buffer));
+                  })},
+                 {"uLL2Number", onNumber([](auto& e, auto& number) {
+                      uLL2Number(e.number(0), number);
+                      return AsItIs{number.toString('u')};
+                  })},
+                 {"lL2Number", onNumber([](auto& e, auto& number) {
+                      lL2Number(std::stoll(e.arguments[0]), number);
+                      return AsItIs{number.toString('d')};
+                  })},
+                 {"number2ULL", onNumber([](auto&, auto& number) {
+                      std::uint64_t value = 0;
+                      const Text fits = number2ULL(number, value) ? "true, " : "false, ";
+                      return AsItIs{fits + std::to_string(value)};
+                  })},
+                 {"number2LL", onNumber([](auto&, auto& number) {
+                      std::int64_t value = 0;
+                      const Text fits = number2LL(number, value) ? "true, " : "false, ";
+                      return AsItIs{fits + std::to_string(value)};
+                  })}};
+
 Text out;
 const unsigned char DATA[] = {0x34, 0x12};
 
@@ -360,6 +389,7 @@ TEST(Examples, OfTheHeadersGiveTheirResults) {
     expectExamples("Kel_ByteBuffer.h", BUFFER);
     expectExamples("Kel_Number.h", NUMBER);
     expectExamples("Kel_NumberUtil.h", UTIL);
+    expectExamples("NumberValue.h", VALUE);
     expectExamples("Kel_StrTok.h", TEXTS);
     expectExamples("Kel_Util.h", TEXTS, "Files and environment");
     expectExamples("Logger.h", LOG);

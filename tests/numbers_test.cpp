@@ -34,20 +34,12 @@ TEST(Number, ReadsAndPrintsDigitsByTheRadixLetter) {
         char printRadix;
         std::string text;
         std::string expected;
-    } const cases[] = {{16, 'x', true, 'x', "0x1F", "001f"},
-                       {16, 'b', true, 'X', "1010_1010", "00AA"},
-                       {16, 'd', true, 'd', "1,000", "1000"},
-                       {16, 'd', true, 'i', "12-", "-12"},
-                       {16, 'u', true, 'u', "70000", "4464"},
-                       {16, 'd', false, 'd', "1A", "0"},
+    } const cases[] = {{16, 'd', true, 'i', "12-", "-12"},
                        {16, 'b', false, 'o', "2", "000000"},
-                       {16, 'S', true, 'x', "AB", "4142"},
                        {16, 'S', false, 'x', "A\x80", "0000"},
                        {16, 'q', true, 'x', "-", "0000"},
                        {16, 'q', false, 'h', "5", "bad format for number"},
                        {16, 'x', true, 'x', {"1\0002", 3}, "0012"},
-                       {12, 'x', true, 'd', "fff", "-1"},
-                       {32, 'x', true, 's', "414243", " ABC"},
                        {32, 'x', true, 'S', "", {"   \0", 4}}};
     for (const auto& [bitCount, radix, accepted, printRadix, text, expected] : cases) {
         Kel_Number number(bitCount);
@@ -158,11 +150,7 @@ TEST(Number, ReadsScaledValues) {
         const char* text;
         double scale, offset;
         const char* hex;
-    } const cases[] = {{16, "2.5", 0.5, 0, "0005"},
-                       {16, "-1.7", 1, 0, "ffff"},
-                       {16, "10", 2, 4, "0003"},
-                       {16, "abc", 1, 0, "0000"},
-                       {16, " \t-3x", 1, 0, "fffd"},
+    } const cases[] = {{16, " \t-3x", 1, 0, "fffd"},
                        {32, "-0.5", 1, 0, "00000000"},
                        {16, "1", 0, 0, "0000"},
                        {16, "1e999", 1, 0, "0000"},
@@ -189,10 +177,6 @@ TEST(Number, PrintsScaledValues) {
         std::uint32_t precision;
         const char* expected;
     } const cases[] = {
-        {16, "1000", 0.001, 0, 3, "1.000"},
-        {16, "7", 1, 0, 0, "7"},
-        {16, "-2", 0.5, 1, 2, "0.00"},
-        {8, "128", 1, 0, 0, "-128"},
         {8, "1", HUGE_VAL, 0, 2, "inf"},
         // Fused, these would be the rounding error of 0.1 * 10.
         {8, "10", 0.1, -1, 20, "0.00000000000000000000"},

@@ -26,7 +26,8 @@ class Kel_Number;
 
 /// Reads a field of \a buffer into \a number. Realigns the buffer first.
 /// \code
-/// 21 43: bits2Number(buffer, 4, number) => 0x432 on 12 bits, 0x32 on 8 bits
+/// 12 bits, bits2Number(buffer, 4, number) => 0x432  // of a buffer 21 43
+/// 8 bits, bits2Number(buffer, 4, number)  => 0x32
 /// \endcode
 /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::getBits bad params." when the field
 /// reaches past the last used byte; the number does not change then
@@ -40,7 +41,7 @@ KELRT_API void bits2Number(const unsigned char* data, std::uint64_t bitPosition,
 /// Writes \a number to a field of \a buffer. Realigns the buffer first. Bits outside the field do
 /// not change, and the buffer never grows.
 /// \code
-/// 00 00, 12 bits, 0xABC: number2Bits(number, buffer, 4) => C0 AB
+/// 12 bits, 0xABC, number2Bits(number, buffer, 4) => C0 AB  // from 00 00
 /// \endcode
 /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::setBits(ll) bad params." when the
 /// field reaches past the last used byte; no byte changes then
@@ -60,27 +61,29 @@ KELRT_API void number2Bits(const Kel_Number& number, unsigned char* data,
 
 /// Sets \a number to an unsigned integer.
 /// \code
-/// uLL2Number(70000, number) => 70000 on 17 bits, 4464 on 16 bits
+/// 17 bits, uLL2Number(70000, number) => 70000
+/// 16 bits, uLL2Number(70000, number) => 4464
 /// \endcode
 KELRT_API void uLL2Number(std::uint64_t value, Kel_Number& number) noexcept;
 
 /// Sets \a number to a signed integer, in two's complement.
 /// \code
-/// lL2Number(-5, number) => 0xFB on 8 bits, 0xFFFFFFFFFFFFFFFFFFFB on 80 bits
+/// 80 bits, lL2Number(-5, number) => -5
+/// 4 bits, lL2Number(-20, number) => -4
 /// \endcode
 KELRT_API void lL2Number(std::int64_t value, Kel_Number& number) noexcept;
 
 /// Stores \a number, read as unsigned, in \a value.
 /// \return false, with \a value unchanged, if the number is above 2^64 - 1
 /// \code
-/// 8 bits, 0xFB: number2ULL(number, value) => true, 251
+/// 8 bits, 0xFB, number2ULL(number, value) => true, 251
 /// \endcode
 [[nodiscard]] KELRT_API bool number2ULL(const Kel_Number& number, std::uint64_t& value) noexcept;
 
 /// Stores \a number, read as signed, in \a value.
 /// \return false, with \a value unchanged, if the number is below -2^63 or above 2^63 - 1
 /// \code
-/// 8 bits, 0xFB: number2LL(number, value) => true, -5
+/// 8 bits, 0xFB, number2LL(number, value) => true, -5
 /// \endcode
 [[nodiscard]] KELRT_API bool number2LL(const Kel_Number& number, std::int64_t& value) noexcept;
 
