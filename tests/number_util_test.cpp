@@ -63,7 +63,7 @@ TEST(Conversions, BadArgumentsThrowAndLeaveTheOutputEmpty) {
     for (const std::uint32_t bits : {0U, 33U})
         EXPECT_EQ(refusal([&](auto& out) { Util::uInt2BinStr(1, bits, out); }),
                   bad + "bitCount value for Kel_NumberUtil::uInt2BinStr");
-    EXPECT_EQ(refusal([](auto&) { Util::hexStr2UInt(nullptr); }),
+    EXPECT_EQ(refusal([](auto&) { static_cast<void>(Util::hexStr2UInt(nullptr)); }),
               "Kel_NumberUtil::hexStr2UInt called with null ptr (kept)");
 }
 

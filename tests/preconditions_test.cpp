@@ -48,11 +48,13 @@ constexpr struct {
          bits2Number(nullptr, 0, one);
      }},
     {"the field lies inside the array", [] { number2Bits(Kel_Number(1), nullptr, 0); }},
-    {"the indices are not negative", [] { Kel_NumberUtil::getBits(bytes, 7, -1); }},
-    {"the indices are not negative", [] { Kel_NumberUtil::getReverseBits(bytes, -1, 7); }},
+    {"the indices are not negative",
+     [] { static_cast<void>(Kel_NumberUtil::getBits(bytes, 7, -1)); }},
+    {"the indices are not negative",
+     [] { static_cast<void>(Kel_NumberUtil::getReverseBits(bytes, -1, 7)); }},
     {"overlap", [] { Kel_NumberUtil::reverseBinStr2Bin(characters, bytes + 3); }},
     {"overlap", [] { Kel_NumberUtil::reverseStr(characters + 2, 2, characters); }},
-    {"argv holds argc pointers", [] { Kel_Util::findKey(2, arguments, "a"); }},
+    {"argv holds argc pointers", [] { static_cast<void>(Kel_Util::findKey(2, arguments, "a")); }},
     // Also while nothing is logged.
     {"name is not null", [] { Logger().logMethodEntry(nullptr); }},
     {"buffer holds the given number of bits", [] { Logger().dumpBuffer(1, nullptr, 1); }},

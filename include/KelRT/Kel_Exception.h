@@ -33,7 +33,7 @@ public:
     virtual ~Kel_Exception();
 
     /// A new string with the message given at construction. \throws std::bad_alloc
-    virtual std::string what() const;
+    [[nodiscard]] virtual std::string what() const;
 
 private:
     std::string message;

@@ -65,10 +65,10 @@ public:
     KELRT_API void setToZero() noexcept;
 
     /// True when every bit is 0.
-    KELRT_API bool isZero() const noexcept;
+    [[nodiscard]] KELRT_API bool isZero() const noexcept;
 
     /// True when the sign bit, bit width - 1, is set. In a number of 1 bit that is bit 0.
-    KELRT_API bool isNegative() const noexcept;
+    [[nodiscard]] KELRT_API bool isNegative() const noexcept;
 
     /// Replaces the value by its two's complement, 2^width - value. 0 and the most negative value
     /// (only the sign bit set) are their own complements.
@@ -146,7 +146,7 @@ public:
     /// 12 bits, 0xFFF, toString('b')    => "111111111111"
     /// 32 bits, 0x414243, toString('s') => " ABC"
     /// \endcode
-    KELRT_API std::string toString(char radix) const;
+    [[nodiscard]] KELRT_API std::string toString(char radix) const;
 
     /// The scaled value \a scale * value + \a offset in fixed-point notation, the value read as
     /// signed. The inverse of setFloat.
@@ -169,7 +169,8 @@ public:
     /// 16 bits, -2, toFloatString(0.5, 1.0, 2)     => "0.00"
     /// 8 bits, 0x80, toFloatString(1.0, 0.0, 0)    => "-128"
     /// \endcode
-    KELRT_API std::string toFloatString(double scale, double offset, std::uint32_t precision) const;
+    [[nodiscard]] KELRT_API std::string toFloatString(double scale, double offset,
+                                                      std::uint32_t precision) const;
 
 private:
     friend struct ValueAccess; // gives the words to the functions of NumberValue.h

@@ -66,31 +66,32 @@ public:
 
     /// The value of a field, its highest bit given first: \a firstBit >= \a lastBit. The lowest 32
     /// bits of a longer field.
-    KELRT_API static std::uint32_t getBits(const unsigned char* data, std::int32_t firstBit,
-                                           std::int32_t lastBit) noexcept;
+    [[nodiscard]] KELRT_API static std::uint32_t
+    getBits(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit) noexcept;
 
     /// The field with its bits in the opposite order, its lowest bit given first and becoming the
     /// most significant: \a firstBit <= \a lastBit. The highest 32 bits of a longer field.
-    KELRT_API static std::uint32_t getReverseBits(const unsigned char* data, std::int32_t firstBit,
-                                                  std::int32_t lastBit) noexcept;
+    [[nodiscard]] KELRT_API static std::uint32_t
+    getReverseBits(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit) noexcept;
 
     /// The same as getBits.
-    KELRT_API static std::uint32_t getLongBits(const unsigned char* data, std::int32_t firstBit,
-                                               std::int32_t lastBit) noexcept;
+    [[nodiscard]] KELRT_API static std::uint32_t
+    getLongBits(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit) noexcept;
 
     /// The same as getReverseBits.
-    KELRT_API static std::uint32_t getReverseLongBits(const unsigned char* data,
-                                                      std::int32_t firstBit,
-                                                      std::int32_t lastBit) noexcept;
+    [[nodiscard]] KELRT_API static std::uint32_t getReverseLongBits(const unsigned char* data,
+                                                                    std::int32_t firstBit,
+                                                                    std::int32_t lastBit) noexcept;
 
     /// As getBits, of up to 64 bits.
-    KELRT_API static std::uint64_t getLongLongBits(const unsigned char* data, std::int32_t firstBit,
-                                                   std::int32_t lastBit) noexcept;
+    [[nodiscard]] KELRT_API static std::uint64_t getLongLongBits(const unsigned char* data,
+                                                                 std::int32_t firstBit,
+                                                                 std::int32_t lastBit) noexcept;
 
     /// As getReverseBits, of up to 64 bits.
-    KELRT_API static std::uint64_t getReverseLongLongBits(const unsigned char* data,
-                                                          std::int32_t firstBit,
-                                                          std::int32_t lastBit) noexcept;
+    [[nodiscard]] KELRT_API static std::uint64_t
+    getReverseLongLongBits(const unsigned char* data, std::int32_t firstBit,
+                           std::int32_t lastBit) noexcept;
 
     /// As getLongLongBits. It also prints every bit of the field, even if the result drops it, to
     /// the process's standard output: '0' or '1' from \a firstBit on, a newline after every eighth,
@@ -112,7 +113,7 @@ public:
     /// bin2Hex(7)  => '7'
     /// bin2Hex(12) => 'C'
     /// \endcode
-    KELRT_API static char bin2Hex(std::uint32_t value) noexcept;
+    [[nodiscard]] KELRT_API static char bin2Hex(std::uint32_t value) noexcept;
 
     /// The value of an upper-case hexadecimal digit: the character code minus 48 below 'A', else
     /// minus 55, modulo 2^32. Nothing is checked, and lower-case letters are not digits here.
@@ -121,7 +122,7 @@ public:
     /// hex2Bin('A') => 10
     /// hex2Bin('a') => 42
     /// \endcode
-    KELRT_API static std::uint32_t hex2Bin(char digit) noexcept;
+    [[nodiscard]] KELRT_API static std::uint32_t hex2Bin(char digit) noexcept;
     /// @}
 
     /// \name Bit arrays and texts
@@ -195,7 +196,7 @@ public:
     /// binStr2UInt("1012") => 10
     /// binStr2UInt("")     => 0
     /// \endcode
-    KELRT_API static std::uint32_t binStr2UInt(const char* binStr) noexcept;
+    [[nodiscard]] KELRT_API static std::uint32_t binStr2UInt(const char* binStr) noexcept;
 
     /// Hexadecimal text of either case as a number modulo 2^32. Other characters count as their
     /// code minus 48. A text whose length, cut to a signed 32-bit number, is 0 or negative gives 0.
@@ -207,7 +208,7 @@ public:
     /// hexStr2UInt("G")         => 23
     /// hexStr2UInt(" 1")        => 0xFFFFFF01
     /// \endcode
-    KELRT_API static std::uint32_t hexStr2UInt(const char* hexStr);
+    [[nodiscard]] KELRT_API static std::uint32_t hexStr2UInt(const char* hexStr);
 
     /// The same rule modulo 2^64, for the characters of \a hexStr up to its first NUL. The string
     /// does not change.
@@ -215,7 +216,7 @@ public:
     /// hexStr2ULL("FFFFFFFFFFFFFFFF") => 0xFFFFFFFFFFFFFFFF
     /// hexStr2ULL("")                 => 0
     /// \endcode
-    KELRT_API static std::uint64_t hexStr2ULL(std::string& hexStr) noexcept;
+    [[nodiscard]] KELRT_API static std::uint64_t hexStr2ULL(std::string& hexStr) noexcept;
 
     /// A signed decimal number as `scanf` reads it with "%lld": white space of the "C" locale
     /// before it is skipped, a sign may follow, and reading stops at the first character that is
@@ -227,7 +228,7 @@ public:
     /// decStr2ULL("abc")                 => 0
     /// decStr2ULL("9223372036854775808") => 0x7FFFFFFFFFFFFFFF
     /// \endcode
-    KELRT_API static std::uint64_t decStr2ULL(const std::string& text) noexcept;
+    [[nodiscard]] KELRT_API static std::uint64_t decStr2ULL(const std::string& text) noexcept;
     /// @}
 
     /// \name Integers to texts

@@ -39,7 +39,7 @@ public:
     /// stricmp("_", "A")     => negative
     /// stricmp("abc", "ab")  => positive
     /// \endcode
-    KELRT_API static int stricmp(const char* a, const char* b);
+    [[nodiscard]] KELRT_API static int stricmp(const char* a, const char* b);
 
     /// As stricmp, for the first \a count characters at most; a \a count of 0 gives 0.
     /// \pre \a a and \a b are not null.
@@ -47,13 +47,14 @@ public:
     /// strnicmp("HELLO world", "hello there", 6) => 0
     /// strnicmp("HELLO world", "hello there", 7) => positive
     /// \endcode
-    KELRT_API static int strnicmp(const char* a, const char* b, std::uint64_t count);
+    [[nodiscard]] KELRT_API static int strnicmp(const char* a, const char* b, std::uint64_t count);
 
     /// As the form for NUL-terminated texts: characters after a NUL in a string are not compared.
-    KELRT_API static int stricmp(const std::string& a, const std::string& b);
+    [[nodiscard]] KELRT_API static int stricmp(const std::string& a, const std::string& b);
 
     /// As the form for NUL-terminated texts: characters after a NUL in a string are not compared.
-    KELRT_API static int strnicmp(const std::string& a, const std::string& b, std::uint64_t count);
+    [[nodiscard]] KELRT_API static int strnicmp(const std::string& a, const std::string& b,
+                                                std::uint64_t count);
 
     /// Removes one carriage return from the end of \a text. A line that was written on Windows and
     /// read without its newline ends in one.
@@ -89,7 +90,7 @@ public:
     /// trimWhitespace("a b")            => "a b"
     /// trimWhitespace(" \t ")           => ""
     /// \endcode
-    KELRT_API static std::string trimWhitespace(const std::string& text);
+    [[nodiscard]] KELRT_API static std::string trimWhitespace(const std::string& text);
 
     /// The value of one setting among words of the form `name=value`.
     ///
@@ -107,12 +108,14 @@ public:
     /// findKey({" key=v"}, "key")          => ""
     /// findKey({"=v"}, "")                 => "v"
     /// \endcode
-    KELRT_API static std::string findKey(std::vector<std::string>& entries, const std::string& key);
+    [[nodiscard]] KELRT_API static std::string findKey(std::vector<std::string>& entries,
+                                                       const std::string& key);
 
     /// findKey for the \a argc texts of \a argv, including the first one, which is usually the
     /// program's name.
     /// \pre \a argv holds \a argc pointers, none of them null.
-    KELRT_API static std::string findKey(std::uint32_t argc, char** argv, const std::string& key);
+    [[nodiscard]] KELRT_API static std::string findKey(std::uint32_t argc, char** argv,
+                                                       const std::string& key);
 
     ///@}
 
@@ -145,7 +148,7 @@ public:
     /// The value of the environment variable `USERPROFILE`, unchanged.
     /// \throws Kel_Exception "USERPROFILE Environmental Variable is not set Correctly.\n" if it is
     ///         not set
-    KELRT_API static std::string getHomePath();
+    [[nodiscard]] KELRT_API static std::string getHomePath();
 
     /// Sets the main data directory for getDataDirPath, which prefers `TOR_KEL_DATADIR`. \a path is
     /// stored unchanged and not checked. Empty text, the initial state, selects the installed
@@ -178,7 +181,7 @@ public:
 
     /// 1 when \a path names an existing directory or a link to one; otherwise 0, also if the host
     /// does not tell.
-    KELRT_API static int isDirectory(const std::string& path);
+    [[nodiscard]] KELRT_API static int isDirectory(const std::string& path);
 
     /// The directory that holds a library: "." when the file is in the current directory, otherwise
     /// the first directory of `PATH` that holds it, as `PATH` spells it. The name of the file is
@@ -208,13 +211,13 @@ public:
     /// TOR_KEL_DATADIR=D:\data           => "D:\data\"
     /// libKelJtag.dll in C:\tool\bin\x64 => "C:\tool\data\kel\"
     /// \endcode
-    KELRT_API static std::string getDataDirPath();
+    [[nodiscard]] KELRT_API static std::string getDataDirPath();
 
     /// The Sorva data directory: as getDataDirPath, from `TOR_KEL_SORVADATADIR` or
     /// `..\..\data\lumatrace\` relative to the directory of "libKelCore". setUserDataDirPath does
     /// not affect it.
     /// \throws Kel_Exception as findLibInPath and normalizePath
-    KELRT_API static std::string getSorvaDataDirPath();
+    [[nodiscard]] KELRT_API static std::string getSorvaDataDirPath();
 
     /// The absolute form of \a path, computed from its text and the current directory: nothing
     /// needs to exist and no link is followed. "." and ".." are resolved; ".." at the root stays
@@ -234,7 +237,7 @@ public:
     /// "C:\a\.."        => "C:"
     /// "//srv/data/a/." => "\\srv\data\a"
     /// \endcode
-    KELRT_API static std::string normalizePath(const std::string& path);
+    [[nodiscard]] KELRT_API static std::string normalizePath(const std::string& path);
 
     /// Replaces \a list by the names of the entries of \a directory, without their path, in the
     /// host's order. With \a listFlag true "." and ".." are included if the host lists them; with
@@ -252,7 +255,7 @@ public:
     /// L"Disk full"    => "Disk full"
     /// L"5 \u20AC off" => "5 ? off"    (in the default locale)
     /// \endcode
-    KELRT_API static std::string getLocalizedPortMsg(const wchar_t* message);
+    [[nodiscard]] KELRT_API static std::string getLocalizedPortMsg(const wchar_t* message);
 
     ///@}
 

@@ -21,26 +21,26 @@ namespace KelRT {
 /// getVersionNumber() => "7.4"      // patch level 0
 /// getVersionNumber() => "7.4.2"    // patch level 2
 /// \endcode
-KELRT_API const char* getVersionNumber();
+[[nodiscard]] KELRT_API const char* getVersionNumber();
 
 /// The date and time of the build, in the form of the C macros `__DATE__` and `__TIME__` (the day
 /// padded with a blank, 24-hour clock). Builds that set `SOURCE_DATE_EPOCH` are reproducible.
 /// \code
 /// getBuildNumber() => "Mar 14 2011 09:05:37"
 /// \endcode
-KELRT_API const char* getBuildNumber();
+[[nodiscard]] KELRT_API const char* getBuildNumber();
 
 /// The version number, one blank, and the branch identifier (an upper-case letter, a point, two
 /// digits, a lower-case letter).
 /// \code
 /// getVersion() => "7.4 K.41b"
 /// \endcode
-KELRT_API const char* getVersion();
+[[nodiscard]] KELRT_API const char* getVersion();
 
 /// The version text, " - Compiled " and the date and time of the build.
 /// \code
 /// getVersionWithBuildNumber() => "7.4 K.41b - Compiled Mar 14 2011 09:05:37"
 /// \endcode
-KELRT_API const char* getVersionWithBuildNumber();
+[[nodiscard]] KELRT_API const char* getVersionWithBuildNumber();
 
 } // namespace KelRT
