@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// Runs the examples of the public headers: each line "CALL => RESULT" of a comment is a case. CALL
-// may begin with the object that it is made on, as in "21 43, getBitsLL(4, 8)". Left out are the
-// examples of versions and of files, whose paths need a fake host.
+// Runs lines of the form "CALL => RESULT": the examples in the comments of the public headers, and
+// further cases in the folder cases. CALL may begin with the object that it is made on, as in
+// "21 43, getBitsLL(4, 8)". Left out are the examples of versions and of files, whose paths need a
+// fake host.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
@@ -48,7 +49,14 @@ constexpr char LETTERS[] = "nrtbf\"\\0";
 Text unquoted(const Text& literal) {
     Text text;
     for (std::size_t i = 1; i + 1 < literal.size(); ++i)
-        text += literal[i] != '\\' ? literal[i] : ESCAPED[Text(LETTERS).find(literal[++i])];
+        if (literal[i] != '\\') {
+            text += literal[i];
+        } else if (literal[++i] == 'x') { // and two digits
+            text += static_cast<char>(std::stoul(literal.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        } else {
+            text += ESCAPED[Text(LETTERS).find(literal[i])];
+        }
     return text;
 }
 
@@ -59,6 +67,12 @@ struct Example {
     Texts arguments;
 
     Text text(std::size_t i) const { return unquoted(arguments.at(i)); }
+    /// The text, or null.
+    const char* chars(std::size_t i) const {
+        static Text kept;
+        kept = arguments.at(i) == "null" ? "" : text(i);
+        return arguments.at(i) == "null" ? nullptr : kept.c_str();
+    }
     std::uint64_t number(std::size_t i) const { return std::stoull(arguments.at(i), nullptr, 0); }
     std::uint32_t word(std::size_t i) const { return static_cast<std::uint32_t>(number(i)); }
     int index(std::size_t i) const { return static_cast<int>(number(i)); }
@@ -86,7 +100,11 @@ Text shown(const Text& text) {
     Text literal = "\"";
     for (const char c : text) {
         const std::size_t at = Text(ESCAPED, sizeof ESCAPED).find(c);
-        literal += at == Text::npos ? Text(1, c) : Text("\\") + LETTERS[at];
+        const auto code = static_cast<unsigned char>(c);
+        if (code >= 0x80)
+            literal += {'\\', 'x', Util::bin2Hex(code / 16U), Util::bin2Hex(code % 16U)};
+        else
+            literal.append(at == Text::npos ? "" : "\\") += at == Text::npos ? c : LETTERS[at];
     }
     return literal += '"';
 }
@@ -184,6 +202,7 @@ Run onNumber(Action action) {
     return [action](const Example& e) {
         const Texts parts = allOf(e.object, "([-\\w]+)(?: bits)?");
         Kel_Number number(parts.empty() ? 16 : std::stoull(parts[0]));
+        number.set('d', "-1");
         if (parts.size() > 1)
             number.set(parts[1].compare(0, 2, "0x") == 0 ? 'x' : 'd', parts[1]);
         return action(e, number);
@@ -252,25 +271,24 @@ const Runs UTIL{
     {"bin2ReverseBinStr",
      [](auto& e) {
          const unsigned char byte = 0x06;
-         return Util::bin2ReverseBinStr(&byte, e.word(1), out);
+         return Util::bin2ReverseBinStr(e.arguments[0] == "null" ? nullptr : &byte, e.word(1), out);
      }},
     {"reverseBinStr2Bin",
      [](auto& e) {
          unsigned char byte = 0xFF;
-         Util::reverseBinStr2Bin(e.text(0).c_str(), &byte);
+         Util::reverseBinStr2Bin(e.chars(0), e.arguments.back() == "to null" ? nullptr : &byte);
          return AsItIs{Text("{0x").append(inHexadecimal({static_cast<char>(byte)}).text) + "}"};
      }},
-    {"binStr2HexStr", [](auto& e) { return Util::binStr2HexStr(e.text(0).c_str(), out); }},
-    {"hexStr2BinStr",
-     [](auto& e) { return Util::hexStr2BinStr(e.text(0).c_str(), e.word(1), out); }},
+    {"binStr2HexStr", [](auto& e) { return Util::binStr2HexStr(e.chars(0), out); }},
+    {"hexStr2BinStr", [](auto& e) { return Util::hexStr2BinStr(e.chars(0), e.word(1), out); }},
     {"reverseStr",
      [](auto& e) {
          char mirror[8];
          Util::reverseStr(e.text(0).c_str(), e.word(1), mirror);
          return Text(mirror);
      }},
-    {"binStr2UInt", [](auto& e) { return Util::binStr2UInt(e.text(0).c_str()); }},
-    {"hexStr2UInt", [](auto& e) { return Util::hexStr2UInt(e.text(0).c_str()); }},
+    {"binStr2UInt", [](auto& e) { return Util::binStr2UInt(e.chars(0)); }},
+    {"hexStr2UInt", [](auto& e) { return Util::hexStr2UInt(e.chars(0)); }},
     {"hexStr2ULL", [](auto& e) { return Util::hexStr2ULL(out = e.text(0)); }},
     {"decStr2ULL", [](auto& e) { return Util::decStr2ULL(e.text(0)); }},
     {"uInt2BinStr", [](auto& e) { return Util::uInt2BinStr(e.word(0), e.word(1), out); }},
@@ -278,30 +296,58 @@ const Runs UTIL{
     {"uLL2DecStr", [](auto& e) { return Util::uLL2DecStr(e.number(0), out); }},
     {"double2Str", [](auto& e) { return Util::double2Str(e.real(0), out); }}};
 
-AsItIs signOf(int comparison) {
-    return {comparison < 0 ? "negative" : comparison > 0 ? "positive" : "0"};
+/// The sign of a comparison, which both forms of the function have to give.
+AsItIs signOf(int ofTexts, int ofStrings) {
+    const auto sign = [](int value) {
+        return value < 0 ? "negative" : value > 0 ? "positive" : "0";
+    };
+    EXPECT_STREQ(sign(ofTexts), sign(ofStrings));
+    return {sign(ofStrings)};
 }
 
 const Runs TEXTS{
-    {"stricmp", [](auto& e) { return signOf(Kel_Util::stricmp(e.text(0), e.text(1))); }},
+    {"stricmp",
+     [](auto& e) {
+         const Text a = e.text(0);
+         const Text b = e.text(1);
+         return signOf(Kel_Util::stricmp(a.c_str(), b.c_str()), Kel_Util::stricmp(a, b));
+     }},
     {"strnicmp",
-     [](auto& e) { return signOf(Kel_Util::strnicmp(e.text(0), e.text(1), e.number(2))); }},
+     [](auto& e) {
+         const Text a = e.text(0);
+         const Text b = e.text(1);
+         const std::uint64_t count = e.number(2);
+         return signOf(Kel_Util::strnicmp(a.c_str(), b.c_str(), count),
+                       Kel_Util::strnicmp(a, b, count));
+     }},
     {"stripEndingCR", [](auto& e) { return Kel_Util::stripEndingCR(out = e.text(0)); }},
-    {"unQuote", [](auto& e) { return Kel_Util::unQuote(out = e.text(0)); }},
+    {"unQuote",
+     [](auto& e) {
+         Texts texts{"", e.text(0)};
+         Kel_Util::unQuote(texts);
+         EXPECT_EQ(texts[1], Kel_Util::unQuote(out = e.text(0)));
+         return out;
+     }},
     {"trimWhitespace", [](auto& e) { return Kel_Util::trimWhitespace(e.text(0)); }},
     {"findKey",
      [](auto& e) {
          Texts entries = allOf(e.arguments[0], "\"([^\"]*)\"");
-         return Kel_Util::findKey(entries, e.text(1));
+         std::vector<char*> argv;
+         for (Text& entry : entries)
+             argv.push_back(entry.data());
+         const auto argc = static_cast<std::uint32_t>(argv.size());
+         const Text value = Kel_Util::findKey(entries, e.text(1));
+         EXPECT_EQ(Kel_Util::findKey(argc, argv.data(), e.text(1)), value);
+         return value;
      }},
     {"tokens", [](auto& e) {
-         const Text& mode = e.arguments[1];
+         const Text mode = joined({e.arguments.begin() + 1, e.arguments.end()});
          const auto has = [&](const char* word) { return mode.find(word) != Text::npos; };
+         const Text ownSet = mode.substr(1, mode.rfind('"') - 1);
          const char* const set = has("CSV_DELIM")     ? Kel_StrTok::CSV_DELIM
                                  : has("WHITE_SPACE") ? Kel_StrTok::WHITE_SPACE
-                                                      : ";";
-         const Text text = e.arguments[0] == "(empty)" ? "" : e.arguments[0];
-         Kel_StrTok tokenizer(text.c_str(), set, has("handled"), false, has("kept"));
+                                                      : ownSet.c_str();
+         Kel_StrTok tokenizer(e.chars(0), set, has("handled"), has("lower case"), has("kept"));
          Texts tokens;
          while (const char* const token = tokenizer.getNext())
              tokens.emplace_back(*token == '\0' ? "(empty)" : token);
@@ -363,37 +409,50 @@ Example parsed(const Text& call) {
     if (std::regex_match(call, parts, std::regex("(?:(.*), )?(\\w+)\\((.*)\\)")))
         return {parts[1], parts[2],
                 allOf(parts[3], R"(((?:\{[^}]*\}|"(?:\\.|[^"\\])*"|[^,{"])+)(?:, |$))")};
-    if (std::regex_match(call, parts, std::regex("(.*?) {2,}(.*)"))) // a row of a table
-        return {"", "tokens", {parts[1], parts[2]}};
+    if (std::regex_match(call, parts, std::regex("(.*?) {2,}(.*)"))) // a row of a table of tokens
+        return {"", "tokens", {parts[1] == "(empty)" ? "\"\"" : shown(Text(parts[1])), parts[2]}};
     return {};
 }
 
-void expectExamples(const Text& header, const Runs& runs, const Text& end = "\xFF") {
-    Text text = test_host::readWholeFile(KELRT_HEADERS + header);
-    text.resize(std::min(text.size(), text.find(end)));
-    const std::regex line("/// (.*?) *=> +(.*?)(?=  |\n)");
-    std::sregex_iterator match(text.begin(), text.end(), line);
-    EXPECT_NE(match, std::sregex_iterator()) << header;
-    for (; match != std::sregex_iterator(); ++match) {
-        const Example example = parsed(match->str(1));
-        const auto known = runs.find(example.function);
-        ASSERT_NE(known, runs.end()) << header << ": " << match->str();
-        Text expected = match->str(2);
-        if (std::regex_match(expected, std::regex("0x[0-9A-F]+")))
-            expected = std::to_string(std::stoull(expected, nullptr, 0));
-        EXPECT_EQ(known->second.run(example), expected) << match->str();
+/// The result of an example, or the exception and what it leaves of an output.
+Text outcome(const Run& run, const Example& example) {
+    out = "left";
+    try {
+        return run.run(example);
+    } catch (const std::logic_error& error) {
+        return Text("throws ")
+            .append(shown(Text(error.what())))
+            .append(out.empty() ? "" : ", output left");
     }
 }
 
-TEST(Examples, OfTheHeadersGiveTheirResults) {
-    expectExamples("Kel_ByteBuffer.h", BUFFER);
-    expectExamples("Kel_Number.h", NUMBER);
-    expectExamples("Kel_NumberUtil.h", UTIL);
-    expectExamples("NumberValue.h", VALUE);
-    expectExamples("Kel_StrTok.h", TEXTS);
-    expectExamples("Kel_Util.h", TEXTS, "Files and environment");
-    expectExamples("Logger.h", LOG);
-    expectExamples("MethodLogger.h", LOG);
+void expectExamples(const Text& name, const Runs& runs, const Text& end = "\xFF") {
+    Text text = test_host::readWholeFile(KELRT_HEADERS + name + ".h");
+    text.resize(std::min(text.size(), text.find(end)));
+    text += '\n' + test_host::readWholeFile(KELRT_CASES + name + ".txt");
+    const std::regex line(R"(\n *(?:/// )?([^#\n].*?) *=> +("(?:\\.|[^"\\])*"|.*?)(?=  |\n))");
+    std::sregex_iterator match(text.begin(), text.end(), line);
+    EXPECT_NE(match, std::sregex_iterator()) << name;
+    for (; match != std::sregex_iterator(); ++match) {
+        const Example example = parsed(match->str(1));
+        const auto known = runs.find(example.function);
+        ASSERT_NE(known, runs.end()) << name << ": " << match->str();
+        Text expected = match->str(2);
+        if (std::regex_match(expected, std::regex("0x[0-9A-F]+")))
+            expected = std::to_string(std::stoull(expected, nullptr, 0));
+        EXPECT_EQ(outcome(known->second, example), expected) << match->str();
+    }
+}
+
+TEST(Examples, AndCasesGiveTheirResults) {
+    expectExamples("Kel_ByteBuffer", BUFFER);
+    expectExamples("Kel_Number", NUMBER);
+    expectExamples("Kel_NumberUtil", UTIL);
+    expectExamples("NumberValue", VALUE);
+    expectExamples("Kel_StrTok", TEXTS);
+    expectExamples("Kel_Util", TEXTS, "Files and environment");
+    expectExamples("Logger", LOG);
+    expectExamples("MethodLogger", LOG);
 }
 
 } // namespace

@@ -21,34 +21,6 @@ namespace {
 static_assert(!std::is_copy_constructible_v<Kel_Number>, "a copy would hide its cost");
 static_assert(!std::is_convertible_v<std::uint64_t, Kel_Number>);
 
-TEST(Number, WidthOfZeroIsRefused) {
-    const auto none = [] { return Kel_Number(0).toString('x'); };
-    EXPECT_EQ(test::outcome(none), "Internal error: bad bitCount for Kel_Number");
-}
-
-TEST(Number, ReadsAndPrintsDigitsByTheRadixLetter) {
-    struct {
-        std::uint64_t bitCount;
-        char radix;
-        bool accepted;
-        char printRadix;
-        std::string text;
-        std::string expected;
-    } const cases[] = {{16, 'd', true, 'i', "12-", "-12"},
-                       {16, 'b', false, 'o', "2", "000000"},
-                       {16, 'S', false, 'x', "A\x80", "0000"},
-                       {16, 'q', true, 'x', "-", "0000"},
-                       {16, 'q', false, 'h', "5", "bad format for number"},
-                       {16, 'x', true, 'x', {"1\0002", 3}, "0012"},
-                       {32, 'x', true, 'S', "", {"   \0", 4}}};
-    for (const auto& [bitCount, radix, accepted, printRadix, text, expected] : cases) {
-        Kel_Number number(bitCount);
-        ASSERT_TRUE(number.set('x', "ffffffff"));
-        EXPECT_EQ(number.set(radix, text), accepted) << radix << " " << text;
-        EXPECT_EQ(number.toString(printRadix), expected) << radix << " " << text;
-    }
-}
-
 TEST(NumberValue, IntegersAtTheirLimitsAreThoseOfDecimalText) {
     struct {
         const char* text;
@@ -141,52 +113,6 @@ TEST(Number, RunsOfBitsKeepTheirValueThroughWideDecimals) {
             ASSERT_TRUE(number.set(radix, number.toString(radix)));
             ASSERT_TRUE(number.toString('b') == bits) << bitCount << " bits, " << test::SEED;
         }
-    }
-}
-
-TEST(Number, ReadsScaledValues) {
-    struct {
-        std::uint64_t bitCount;
-        const char* text;
-        double scale, offset;
-        const char* hex;
-    } const cases[] = {{16, " \t-3x", 1, 0, "fffd"},
-                       {32, "-0.5", 1, 0, "00000000"},
-                       {16, "1", 0, 0, "0000"},
-                       {16, "1e999", 1, 0, "0000"},
-                       {16, "nan", 1, 0, "0000"},
-                       {8, "-1e30", 1, 0, "00"},
-                       {32, "65536", 1, 0, "00010000"},
-                       {12, "65537", 1, 0, "001"},
-                       {12, "-65537", 1, 0, "fff"},
-                       {80, "18446744073709551616", -1, 0, "ffff0000000000000000"},
-                       {56, "9007199254740992.9", 1, 0, "20000000000000"}};
-    for (const auto& [bitCount, text, scale, offset, hex] : cases) {
-        Kel_Number number(bitCount);
-        ASSERT_TRUE(number.set('d', "-2"));
-        number.setFloat(text, scale, offset);
-        EXPECT_EQ(number.toString('x'), hex) << text << " / " << scale;
-    }
-}
-
-TEST(Number, PrintsScaledValues) {
-    struct {
-        std::uint64_t bitCount;
-        const char* value;
-        double scale, offset;
-        std::uint32_t precision;
-        const char* expected;
-    } const cases[] = {
-        {8, "1", HUGE_VAL, 0, 2, "inf"},
-        // Fused, these would be the rounding error of 0.1 * 10.
-        {8, "10", 0.1, -1, 20, "0.00000000000000000000"},
-        {8, "-10", 0.1, 1, 20, "0.00000000000000000000"},
-        // 2^79 + 2^26 + 1 lies above the middle of two doubles; its upper four words lie on it.
-        {96, "604462909807314654461953", 1, 0, 0, "604462909807314587353088"}};
-    for (const auto& [bitCount, value, scale, offset, precision, expected] : cases) {
-        Kel_Number number(bitCount);
-        ASSERT_TRUE(number.set('d', value));
-        EXPECT_EQ(number.toFloatString(scale, offset, precision), expected) << value;
     }
 }
 
