@@ -8,7 +8,10 @@
 #include "support/host.h"
 
 #include <climits>
+#include <iterator>
 #include <memory>
+#include <numeric>
+#include <string>
 
 using KelRT::Logger;
 
@@ -34,9 +37,24 @@ void logWithCopies() {
     assigned.logMethodExit(7);
 }
 
+// The last record leaves its line open, so it is lost.
+[[noreturn]] void crashAfter(const std::string& what) {
+    if (what == "dump") {
+        unsigned char bytes[200];
+        std::iota(std::begin(bytes), std::end(bytes), static_cast<unsigned char>(0));
+        Logger::logger.dumpBuffer(1, "title", bytes, 1600);
+    } else {
+        for (int i = 1; i <= std::stoi(what); ++i)
+            Logger::logger.printLog(1, "record %d of %s\n", i, what.c_str());
+    }
+    Logger::logger.printLog(1, "open line");
+    test_host::crash();
+}
+
 } // namespace
 
-// The arguments: a mode, and a descriptor that must no longer be open at the end.
+// The arguments: a mode, and a descriptor that must no longer be open at the end; or "crash" and
+// what is logged before.
 int main(int argc, char** argv) {
     const std::string mode = argc > 1 ? argv[1] : "";
     const auto other = mode == "other" ? std::make_unique<Logger>() : nullptr;
@@ -45,6 +63,8 @@ int main(int argc, char** argv) {
         test_host::closeDescriptor(1);
     logger.startLogging();
     Logger::logger.startLogging(); // does nothing
+    if (mode == "crash")
+        crashAfter(argv[2]);
     for (int level = -4; level <= 26; ++level)
         if (logger.shouldPrintLog(level))
             logger.printLog(level, "%d ", level);

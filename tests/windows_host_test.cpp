@@ -15,7 +15,6 @@
 #include <string>
 #include <vector>
 
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 using namespace KelRT;

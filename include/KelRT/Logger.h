@@ -24,14 +24,18 @@ namespace KelRT {
 ///
 /// **Lines.** No newline is added to a record: if it does not end in one, the next record
 /// continues the line. A record that begins at the start of a line is indented by two spaces for
-/// each open method entry; only its first line is indented. With two entries open, the four records
-/// "a\nb\n", "c", "d\n" and "e\n" read
+/// each unit of the nesting depth; only its first line is indented. An entry raises the depth, and
+/// the exit that closes it lowers the depth again. It differs from the number of open entries after
+/// popAllMethods(), which leaves it, and after an exit by name, which closes no entry. At depth 2,
+/// the four records "a\nb\n", "c", "d\n" and "e\n" read
 /// \code
 ///     a
 /// b
 ///     cd
 ///     e
 /// \endcode
+/// A complete line is with the host when the call returns, so it is in the file even if the process
+/// crashes afterwards. A line that is still open is not.
 ///
 /// **Limits.** The text of one record is cut at 2,047 characters. The Logger's own lines keep their
 /// newline then: a name, a path or a result is cut instead. A log call takes less than 8 KiB of
@@ -42,7 +46,8 @@ namespace KelRT {
 /// depth, names and flags.
 ///
 /// **Failures.** No operation throws, reports anything or ends the process. Output that the stream
-/// does not accept is lost. The host may end the process, though: by SIGPIPE if the reader of a
+/// does not accept is lost. On a full disk, a fragment of a record may remain before the next whole
+/// one. The host may end the process, though: by SIGPIPE if the reader of a
 /// pipe is gone, by SIGXFSZ at the limit for the size of a file, and in MSVC's C library if the
 /// program has closed the stream's descriptor. A program that must survive ignores these signals,
 /// or sets an invalid-parameter handler. If memory is exhausted, startLogging() obtains no stream
@@ -99,8 +104,8 @@ public:
     ///
     /// - `TOR_KEL_LOGFILE`: where to write. White space around it is removed. "stdout" and "stderr"
     ///   (exactly so) are the standard streams; any other name is a file in the host's narrow
-    ///   encoding, which is created or emptied; links are followed. Unset, blank or impossible to
-    ///   open: no stream. The stream is line-buffered where the host supports it.
+    ///   encoding, which is created or emptied; links are followed. For a FIFO (POSIX), the call
+    ///   waits until a reader has opened it. Unset, blank or impossible to open: no stream.
     /// - `TOR_KEL_LOGDETAIL`: the detail level, as `atoi` reads it. Any number is accepted,
     ///   negative ones too; text without a number yields 0.
     /// - `TOR_KEL_LOGFLAGS`: a decimal number, as `atoi` reads it. Bit 0: dumps show bits; bit 1:

@@ -185,6 +185,8 @@ void Logger::dumpBuffer(int level, const char* title, const unsigned char* buffe
     else
         putTable<HexForm>(table, buffer, bitCount, printLargeBufs);
     atLineStart = true;
+    if (!Port::HAS_LINE_BUFFERING)
+        flush();
 }
 
 void Logger::dumpBuffer(int level, const unsigned char* buffer, unsigned int bitCount) noexcept {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// Formats records and writes them, indented. The tables of dumps bypass this file.
+// Formats records and writes them, indented. The rows of dumps go to the stream in dumps.cpp.
 #include "logging/records.h"
 #include "KelRT/Logger.h"
 #include "port/runtime.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace KelRT {
 
@@ -45,6 +46,8 @@ void Logger::write(const char* text, std::size_t length) noexcept {
     static_cast<void>(std::fwrite(text, 1, length, stream.get()));
     if (length != 0)
         atLineStart = text[length - 1] == '\n';
+    if (!Port::HAS_LINE_BUFFERING && std::memchr(text, '\n', length) != nullptr)
+        flush();
 }
 
 void Logger::writeIndentation() noexcept {

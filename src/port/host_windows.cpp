@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <memory>
 
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 namespace Port {

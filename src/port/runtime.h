@@ -18,6 +18,14 @@ inline const char* environment(const char* name) noexcept {
     return value != nullptr ? value : "";
 }
 
+// True if a line-buffered stream passes complete lines on to the host by itself. The C libraries of
+// Windows buffer such a stream fully.
+#if defined(_WIN32)
+inline constexpr bool HAS_LINE_BUFFERING = false;
+#else
+inline constexpr bool HAS_LINE_BUFFERING = true;
+#endif
+
 // As std::vsnprintf. A format that the host rejects gives a negative result and never ends the
 // process, even in a hardened build.
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept;
