@@ -13,14 +13,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -34,12 +32,6 @@ using test::outcome;
 namespace {
 
 Logger& logger = Logger::logger;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool SANITIZED = true;
-#else
-constexpr bool SANITIZED = false;
-#endif
 
 void logALot() {
     static const unsigned char bytes[3000] = {};
@@ -139,57 +131,6 @@ TEST(HostFaults, CancelledThreadsFinishTheirLogCalls) {
     for (const char* const piece : {"ENVIRONMENT::TOR_KEL_LOGFILE=", "\nopen line\nrecord ",
                                     "1\ntitle\n(MSB<-LSB)", "00002710h: ", end})
         EXPECT_NE(text.find(piece), std::string::npos) << piece;
-}
-
-// The bytes of stack that `call` uses: a thread runs it on a stack filled with a pattern.
-std::size_t stackOf(const std::function<void()>& call) {
-    constexpr unsigned char PATTERN = 0xA5;
-    static std::array<unsigned char, 1 << 18> stack;
-    static const unsigned char* top = nullptr;
-    stack.fill(PATTERN);
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    EXPECT_EQ(pthread_attr_setstack(&attributes, stack.data(), stack.size()), 0);
-    pthread_t thread{};
-    const auto run = [](void* made) -> void* {
-        const unsigned char mark = 0;
-        top = &mark;
-        (*static_cast<const std::function<void()>*>(made))();
-        return nullptr;
-    };
-    auto made = call;
-    EXPECT_EQ(pthread_create(&thread, &attributes, run, &made), 0);
-    EXPECT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
-    const auto* const deepest = std::find_if(stack.begin(), stack.end(),
-                                             [](unsigned char byte) { return byte != PATTERN; });
-    return static_cast<std::size_t>(top - deepest);
-}
-
-TEST(HostFaults, LogCallsTakeLessThan8KilobytesOfStack) {
-    if (SANITIZED)
-        GTEST_SKIP() << "sanitizers use stack of their own";
-    const test_host::TemporaryDirectory directory;
-    const std::string file = directory / "trace.log";
-    const std::string format = "%2$*1$d %4$.*3$f %5$s\n";
-    const std::string longText(4000, 'l');
-    const unsigned char bytes[12000] = {};
-    const std::pair<const char*, std::function<void()>> calls[] = {
-        {"start", [&] { startLogging(file); }},
-        {"record", [&] { logger.printLog(1, "%d %f %s\n", 7, 1e300, longText.c_str()); }},
-        {"numbered", [&] { logger.printLog(1, format.c_str(), 8, 1, 3, 0.5, "text"); }},
-        {"one byte", [&] { logger.dumpBuffer(1, bytes, 8); }},
-        {"dump", [&] { logger.dumpBuffer(1, longText.c_str(), bytes, 96000); }},
-        {"entry", [&] { logger.logMethodEntry(longText.c_str(), "%s", longText.c_str()); }},
-        {"exit", [&] { logger.logMethodExit(longText.c_str()); }},
-        {"tracer", [&] { KelRT::MethodLogger().setMethodName(longText); }},
-        {"end", [] { logger.endLogging(); }},
-    };
-    for (const auto& [what, call] : calls) {
-        const std::size_t bytesOfStack = stackOf(call);
-        EXPECT_LT(bytesOfStack, 8192U) << what;
-        RecordProperty(what, std::to_string(bytesOfStack));
-    }
 }
 
 TEST(HostFaults, ForkedChildThatExitsEndsLoggingToo) {

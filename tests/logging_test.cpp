@@ -6,14 +6,18 @@
 #include "KelRT/MethodLogger.h"
 
 #include "models/log_model.h"
+#include "support/host.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdint>
 #include <ctime>
 #include <functional>
 #include <string>
+#include <thread>
 #include <typeinfo>
+#include <utility>
 
 using namespace KelRT;
 using model::LogFile;
@@ -71,6 +75,64 @@ TEST(LogRecord, NullOrEmptyFormatFlushesThroughTheLevelFilter) {
     }
     logger.printLog(1, "\n");
     EXPECT_EQ(log.text(), expected + "\n");
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool SANITIZED = true;
+#else
+constexpr bool SANITIZED = false;
+#endif
+
+constexpr std::size_t ROOM = 1 << 16; // on the stack of a thread
+constexpr unsigned char PATTERN = 0xA5;
+
+// Fills the stack below the caller and returns its lowest address.
+std::uintptr_t fillStack() {
+    volatile unsigned char room[ROOM];
+    for (volatile unsigned char& byte : room)
+        byte = PATTERN;
+    return reinterpret_cast<std::uintptr_t>(&room[0]);
+}
+
+// The bytes of stack that `call` uses.
+std::size_t stackOf(const std::function<void()>& call) {
+    std::size_t unused = 0;
+    std::thread([&] {
+        std::uintptr_t (*volatile notInlined)() = fillStack;
+        const auto* const room = reinterpret_cast<const volatile unsigned char*>(notInlined());
+        call();
+        while (room[unused] == PATTERN)
+            ++unused;
+    }).join();
+    return ROOM - unused;
+}
+
+TEST(LogStack, EachCallTakesLessThanIsPromised) {
+    constexpr std::size_t PROMISED = test_host::WINDOWS ? 16384 : 8192;
+    if (SANITIZED)
+        GTEST_SKIP() << "sanitizers use stack of their own";
+    const test_host::TemporaryDirectory directory;
+    test_host::setEnvironment("TOR_KEL_LOGFILE", directory / "trace.log");
+    test_host::setEnvironment("TOR_KEL_LOGDETAIL", "4");
+    const std::string format = "%2$*1$d %4$.*3$f %5$s\n";
+    const std::string longText(4000, 'l');
+    const unsigned char bytes[12000] = {};
+    const std::pair<const char*, std::function<void()>> calls[] = {
+        {"start", [] { logger.startLogging(); }},
+        {"record", [&] { logger.printLog(1, "%d %f %s\n", 7, 1e300, longText.c_str()); }},
+        {"numbered", [&] { logger.printLog(1, format.c_str(), 8, 1, 3, 0.5, "text"); }},
+        {"one byte", [&] { logger.dumpBuffer(1, bytes, 8); }},
+        {"dump", [&] { logger.dumpBuffer(1, longText.c_str(), bytes, 96000); }},
+        {"entry", [&] { logger.logMethodEntry(longText.c_str(), "%s", longText.c_str()); }},
+        {"exit", [&] { logger.logMethodExit(longText.c_str()); }},
+        {"tracer", [&] { MethodLogger().setMethodName(longText); }},
+        {"end", [] { logger.endLogging(); }},
+    };
+    for (const auto& [what, call] : calls) {
+        const std::size_t bytesOfStack = stackOf(call);
+        EXPECT_LT(bytesOfStack, PROMISED) << what;
+        RecordProperty(what, std::to_string(bytesOfStack));
+    }
 }
 
 // The compiler cannot check a format that is made at run time.

@@ -39,7 +39,8 @@ namespace KelRT {
 ///
 /// **Limits.** The text of one record is cut at 2,047 characters. The Logger's own lines keep their
 /// newline then: a name, a path or a result is cut instead. A log call takes less than 8 KiB of
-/// stack, unless the C library takes more for a conversion (`"%Lf"` of a huge number, for example).
+/// stack (Windows: 16 KiB), unless the C library takes more for a conversion (`"%Lf"` of a huge
+/// number, for example).
 ///
 /// **Copies** share the stream. It is closed when the last Logger that holds it ends logging, is
 /// assigned to, or is destroyed, so no Logger uses a closed stream. A copy has its own level,
