@@ -2,6 +2,8 @@
 #include "decimal.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdlib>
 
 namespace field_report {
 
@@ -10,6 +12,19 @@ namespace {
 constexpr std::int64_t MAX_DECIMALS = 400; // the smallest double has 324 zeros before its digits
 
 } // namespace
+
+bool readDouble(const std::string& text, double& number) {
+    // std::strtod() also accepts leading blanks and a plus sign, and hexadecimal numbers.
+    const bool isDecimal = !text.empty() && text.front() != '+' &&
+                           text.find_first_not_of("0123456789.eE+-") == std::string::npos;
+    if (!isDecimal)
+        return false;
+    char* rest = nullptr;
+    errno = 0;
+    number = std::strtod(text.c_str(), &rest);
+    const bool hasVanished = errno == ERANGE && number == 0; // too small for a double
+    return *rest == '\0' && !hasVanished;
+}
 
 std::uint32_t decimalsOf(const std::string& number) {
     const std::size_t end = std::min(number.find_first_of("eE"), number.size());
