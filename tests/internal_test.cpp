@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "common/double_word.h"
 #include "common/hex.h"
+#include "common/vectors.h"
+#include "common/words.h"
 #include "library/version.h"
 #include "numbers/radix.h"
 #include "support/random_values.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -33,58 +35,115 @@ TEST(NumberFormat, DigitCountOfTheWidthHas32Bits) {
     EXPECT_EQ(KelRT::numbers::minimumDigits(8 * TOP - 8, 8), TOP - 1);
 }
 
-TEST(Vectors, EqualBytesSetTheirBits) {
-    SCOPED_TRACE(test::SEED);
-    for (int round = 0; round < 1000; ++round) {
-        unsigned char text[KelRT::common::VECTOR_BYTES];
-        const auto wanted = static_cast<unsigned char>(test::randomValue());
-        std::uint64_t expected = 0;
-        for (unsigned i = 0; i < sizeof text; ++i) {
-            const bool isWanted = test::randomBelow(2) == 0;
-            // The others differ from it in one bit, the top one included.
-            text[i] =
-                isWanted ? wanted : static_cast<unsigned char>(wanted ^ 1U << test::randomBelow(8));
-            expected |= std::uint64_t{isWanted ? 1U : 0U} << i;
-        }
-        const auto vector = KelRT::common::loadVector(text);
-        EXPECT_EQ(KelRT::common::topBits(KelRT::common::equal(vector, static_cast<char>(wanted))),
-                  expected);
-    }
+// A typed test finds the operations of either back end through the types of their arguments.
+using namespace KelRT::common;
+
+using Bytes = std::array<unsigned char, VECTOR_BYTES>;
+
+template <typename WordVectorType>
+WordVectorType wordsIn(const Bytes& bytes) {
+    return WordVectorType{loadWord(&bytes[0]), loadWord(&bytes[8])};
 }
 
-TEST(Vectors, ComparisonsMarkEachByteAlone) {
-    using namespace KelRT::common;
-    constexpr unsigned char MARK = 0xFF;
-    const auto check = [](Vector found, const unsigned char(&expected)[VECTOR_BYTES]) {
-        unsigned char bytes[VECTOR_BYTES];
-        storeVector(bytes, found);
-        EXPECT_TRUE(std::equal(bytes, bytes + VECTOR_BYTES, expected));
-    };
+template <typename VectorType>
+Bytes bytesIn(VectorType vector) {
+    Bytes bytes;
+    storeVector(bytes.data(), vector);
+    return bytes;
+}
+
+// The bytes that `rule` gives for the numbers from 0 to 15.
+template <typename Rule>
+Bytes eachByte(Rule rule) {
+    Bytes bytes;
+    for (unsigned i = 0; i < VECTOR_BYTES; ++i)
+        bytes[i] = static_cast<unsigned char>(rule(i));
+    return bytes;
+}
+
+template <typename WordVectorType>
+class Vectors : public testing::Test {};
+
+using BackEnds = testing::Types<WordVector, iso::WordVector>;
+TYPED_TEST_SUITE(Vectors, BackEnds, );
+
+TYPED_TEST(Vectors, ComparisonsMarkEachByteAlone) {
     for (unsigned code = 0; code < 256; ++code) {
         SCOPED_TRACE(code);
         // The neighbours are 0xFF and 0, so that a carry out of a byte changes the next one.
-        unsigned char text[VECTOR_BYTES];
-        unsigned char isDigit[VECTOR_BYTES] = {};
-        unsigned char isGreaterThan9[VECTOR_BYTES] = {};
-        for (unsigned i = 0; i < VECTOR_BYTES; ++i) {
-            text[i] = i % 3 == 0 ? static_cast<unsigned char>(code) : i % 3 == 1 ? 0xFF : 0;
-            isDigit[i] = text[i] >= '0' && text[i] <= '9' ? MARK : 0;
-            isGreaterThan9[i] = text[i] > 9 && text[i] < 0x80 ? MARK : 0;
+        const Bytes text = eachByte([code](unsigned i) {
+            return i % 3 == 0 ? code : i % 3 == 1 ? 0xFF : 0;
+        });
+        const auto vector = bytesOf(wordsIn<TypeParam>(text));
+        const auto marked = [&text](auto holds) {
+            return eachByte([&](unsigned i) { return holds(text[i]) ? 0xFF : 0; });
+        };
+        EXPECT_EQ(bytesIn(between(vector, '0', '9')),
+                  marked([](unsigned byte) { return '0' <= byte && byte <= '9'; }));
+        EXPECT_EQ(bytesIn(between(vector, 0, 127)),
+                  marked([](unsigned byte) { return byte <= 127; }));
+        EXPECT_EQ(bytesIn(greater(vector, 9)),
+                  marked([](unsigned byte) { return 9 < byte && byte <= 127; }));
+        for (unsigned bit = 0; bit < 8; ++bit) { // a byte that differs in one bit is not equal
+            const unsigned other = code ^ 1U << bit;
+            EXPECT_EQ(bytesIn(equal(vector, static_cast<char>(other))),
+                      marked([other](unsigned byte) { return byte == other; }));
         }
-        check(between(loadVector(text), '0', '9'), isDigit);
-        check(greater(loadVector(text), 9), isGreaterThan9);
     }
+}
+
+TYPED_TEST(Vectors, OperationsMoveAndCombineBytesInMemoryOrder) {
+    SCOPED_TRACE(test::SEED);
+    for (int round = 0; round < 1000; ++round) {
+        const auto random = [](unsigned) { return test::randomValue(); };
+        const Bytes a = eachByte(random);
+        const Bytes b = eachByte(random);
+        const auto wordsA = wordsIn<TypeParam>(a);
+        const auto wordsB = wordsIn<TypeParam>(b);
+        const auto vectorA = bytesOf(wordsA);
+        const auto vectorB = bytesOf(wordsB);
+        EXPECT_EQ(bytesIn(vectorA), a);
+        EXPECT_EQ(firstWord(vectorA), loadWord(&a[0]));
+        EXPECT_EQ(secondWord(vectorA), loadWord(&a[8]));
+        EXPECT_EQ(bytesIn(bytesOf(middleWords(wordsA, wordsB))),
+                  eachByte([&](unsigned i) { return i < 8 ? a[i + 8] : b[i - 8]; }));
+        EXPECT_EQ(bytesIn(interleave(vectorA, vectorB)),
+                  eachByte([&](unsigned i) { return i % 2 == 0 ? a[i / 2] : b[i / 2]; }));
+        const Bytes even = eachByte([&](unsigned i) { return i < 8 ? a[2 * i] : 0; });
+        EXPECT_EQ(evenBytes(wordsA), loadWord(even.data()));
+        std::uint64_t tops = 0;
+        for (unsigned i = 0; i < VECTOR_BYTES; ++i)
+            tops |= std::uint64_t{a[i] >= 0x80U} << i;
+        EXPECT_EQ(topBits(vectorA), tops);
+        EXPECT_EQ(bytesIn((vectorA & vectorB) | ((vectorA >> 1) + (vectorB >> 1))),
+                  eachByte([&](unsigned i) { return (a[i] & b[i]) | (a[i] / 2 + b[i] / 2); }));
+        EXPECT_EQ(bytesIn(bytesOf(wordsA << 3 | wordsB >> 5)),
+                  bytesIn(bytesOf(TypeParam{loadWord(&a[0]) << 3 | loadWord(&b[0]) >> 5,
+                                            loadWord(&a[8]) << 3 | loadWord(&b[8]) >> 5})));
+    }
+}
+
+TEST(Vectors, LoadsAreInMemoryOrder) {
+    const Bytes bytes = eachByte([](unsigned i) { return 3 * i; });
+    EXPECT_EQ(bytesIn(loadVector(bytes.data())), bytes);
+    EXPECT_EQ(bytesIn(iso::loadVector(bytes.data())), bytes);
 }
 
 // A double word as its two words, the high one first.
 using Words = std::pair<std::uint64_t, std::uint64_t>;
 
-Words wordsOf(KelRT::common::DoubleWord value) {
+template <typename DoubleWordType>
+Words wordsOf(DoubleWordType value) {
     return {static_cast<std::uint64_t>(value >> 64), static_cast<std::uint64_t>(value)};
 }
 
-TEST(DoubleWords, ProductsOfWords) {
-    using KelRT::common::DoubleWord;
+template <typename DoubleWordType>
+class DoubleWords : public testing::Test {};
+
+using DoubleWordTypes = testing::Types<DoubleWord, TwoWords>;
+TYPED_TEST_SUITE(DoubleWords, DoubleWordTypes, );
+
+TYPED_TEST(DoubleWords, ProductsOfWords) {
     constexpr std::uint64_t ALL_ONES = ~std::uint64_t{0};
     constexpr std::uint64_t HALF = 0xFFFFFFFF;
     struct {
@@ -99,43 +158,40 @@ TEST(DoubleWords, ProductsOfWords) {
         {HALF + 1, HALF + 1, {1, 0}},
         {0x0123456789ABCDEF, 0xFEDCBA9876543210, {0x0121FA00AD77D742, 0x2236D88FE5618CF0}}};
     for (const auto& [a, b, product] : cases) {
-        EXPECT_EQ(wordsOf(DoubleWord{a} * b), product) << a << ' ' << b;
-        EXPECT_EQ(wordsOf(DoubleWord{b} * a), product) << b << ' ' << a;
+        EXPECT_EQ(wordsOf(TypeParam{a} * b), product) << a << ' ' << b;
+        EXPECT_EQ(wordsOf(TypeParam{b} * a), product) << b << ' ' << a;
     }
 }
 
-TEST(DoubleWords, CarriesAndBorrowsPassBetweenTheWords) {
-    using KelRT::common::DoubleWord;
+TYPED_TEST(DoubleWords, CarriesAndBorrowsPassBetweenTheWords) {
     constexpr std::uint64_t ALL_ONES = ~std::uint64_t{0};
-    constexpr DoubleWord weight = DoubleWord{1} << 64;
-    EXPECT_EQ(wordsOf(DoubleWord{ALL_ONES} + 1), Words(1, 0));
+    constexpr TypeParam weight = TypeParam{1} << 64;
+    EXPECT_EQ(wordsOf(TypeParam{ALL_ONES} + 1), Words(1, 0));
     EXPECT_EQ(wordsOf(weight - 1), Words(0, ALL_ONES));
-    EXPECT_EQ(wordsOf(~DoubleWord{0} + 1), Words(0, 0));
+    EXPECT_EQ(wordsOf(~TypeParam{0} + 1), Words(0, 0));
     EXPECT_EQ(wordsOf((weight + 3) * (weight + 5)), Words(8, 15));
-    EXPECT_TRUE(weight > DoubleWord{ALL_ONES} && weight != DoubleWord{0});
+    EXPECT_TRUE(weight > TypeParam{ALL_ONES} && weight != TypeParam{0});
 }
 
-TEST(DoubleWords, ShiftsOfEveryCount) {
-    using KelRT::common::DoubleWord;
+TYPED_TEST(DoubleWords, ShiftsOfEveryCount) {
     for (unsigned count = 0; count < 128; ++count) {
-        const DoubleWord bit = DoubleWord{1} << count;
+        const TypeParam bit = TypeParam{1} << count;
         EXPECT_EQ(wordsOf(bit), count < 64 ? Words(0, std::uint64_t{1} << count)
                                            : Words(std::uint64_t{1} << (count - 64), 0));
         EXPECT_EQ(wordsOf(bit >> count), Words(0, 1));
-        EXPECT_EQ(wordsOf(~DoubleWord{0} >> count),
-                  wordsOf((DoubleWord{1} << (127 - count)) * 2 - 1));
+        EXPECT_EQ(wordsOf(~TypeParam{0} >> count),
+                  wordsOf((TypeParam{1} << (127 - count)) * 2 - 1));
     }
 }
 
-TEST(DoubleWords, QuotientsAndTheirRemaindersMakeTheDividend) {
-    using KelRT::common::DoubleWord;
+TYPED_TEST(DoubleWords, QuotientsAndTheirRemaindersMakeTheDividend) {
     SCOPED_TRACE(test::SEED);
     for (int round = 0; round < 1000; ++round) {
-        const DoubleWord dividend = (DoubleWord{test::randomValue()} << 64) + test::randomValue();
-        const DoubleWord divisor =
-            (DoubleWord{test::randomValue()} >> static_cast<unsigned>(test::randomBelow(64))) + 1;
-        const DoubleWord quotient = dividend / divisor;
-        const DoubleWord rest = dividend - quotient * divisor;
+        const TypeParam dividend = (TypeParam{test::randomValue()} << 64) + test::randomValue();
+        const TypeParam divisor =
+            (TypeParam{test::randomValue()} >> static_cast<unsigned>(test::randomBelow(64))) + 1;
+        const TypeParam quotient = dividend / divisor;
+        const TypeParam rest = dividend - quotient * divisor;
         EXPECT_TRUE(rest < divisor);
     }
 }

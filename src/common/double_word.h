@@ -1,35 +1,24 @@
 // SPDX-License-Identifier: MIT
 //
 // DoubleWord, an unsigned integer of 128 bits for the products of words: the compiler's own type,
-// or a class of two words with the operators that the library uses.
+// or else TwoWords, a class with the operators that the library uses.
 #pragma once
 
 #include <compare>
 #include <cstdint>
 #include <type_traits>
 
-#if defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
-
-namespace KelRT::common {
-
-__extension__ using DoubleWord = unsigned __int128;
-
-} // namespace KelRT::common
-
-#else
-
-#if defined(_M_X64) && !defined(KELRT_NO_EXTENSIONS)
+#if defined(_M_X64) && !defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
 #include <intrin.h>
 #endif
 
 namespace KelRT::common {
 
-class DoubleWord {
+class TwoWords {
 public:
-    constexpr DoubleWord() = default;
-    constexpr DoubleWord(std::uint64_t value) : low(value) {} // implicit, as between integers
-    constexpr DoubleWord(std::uint64_t newHigh, std::uint64_t newLow)
-        : high(newHigh), low(newLow) {}
+    constexpr TwoWords() = default;
+    constexpr TwoWords(std::uint64_t value) : low(value) {} // implicit, as between integers
+    constexpr TwoWords(std::uint64_t newHigh, std::uint64_t newLow) : high(newHigh), low(newLow) {}
 
     // Truncates to an integer type. Do not convert to bool: it compiles but, unlike the conversion
     // of the compiler's type, ignores the high word.
@@ -38,31 +27,31 @@ public:
         return static_cast<Integer>(low);
     }
 
-    friend constexpr bool operator==(DoubleWord, DoubleWord) = default;
-    friend constexpr auto operator<=>(DoubleWord, DoubleWord) = default; // `high` is compared first
+    friend constexpr bool operator==(TwoWords, TwoWords) = default;
+    friend constexpr auto operator<=>(TwoWords, TwoWords) = default; // `high` is compared first
 
-    friend constexpr DoubleWord operator~(DoubleWord a) { return {~a.high, ~a.low}; }
+    friend constexpr TwoWords operator~(TwoWords a) { return {~a.high, ~a.low}; }
 
-    friend constexpr DoubleWord operator+(DoubleWord a, DoubleWord b) {
+    friend constexpr TwoWords operator+(TwoWords a, TwoWords b) {
         const std::uint64_t sum = a.low + b.low;
         return {a.high + b.high + (sum < b.low ? 1 : 0), sum};
     }
 
-    friend constexpr DoubleWord operator-(DoubleWord a, DoubleWord b) {
+    friend constexpr TwoWords operator-(TwoWords a, TwoWords b) {
         return {a.high - b.high - (a.low < b.low ? 1 : 0), a.low - b.low};
     }
 
     // The product modulo 2^128.
-    friend constexpr DoubleWord operator*(DoubleWord a, DoubleWord b) {
-        const DoubleWord product = productOf(a.low, b.low);
+    friend constexpr TwoWords operator*(TwoWords a, TwoWords b) {
+        const TwoWords product = productOf(a.low, b.low);
         return {product.high + a.high * b.low + a.low * b.high, product.low};
     }
 
     // Slow bitwise long division, only for compile-time constants. The divisor is 1 to 2^127, so
     // the remainder can be doubled.
-    friend constexpr DoubleWord operator/(DoubleWord dividend, DoubleWord divisor) {
-        DoubleWord quotient;
-        DoubleWord remainder;
+    friend constexpr TwoWords operator/(TwoWords dividend, TwoWords divisor) {
+        TwoWords quotient;
+        TwoWords remainder;
         for (unsigned bit = 128; bit-- > 0;) {
             quotient = quotient << 1;
             remainder = (remainder << 1) + ((dividend >> bit).low & 1);
@@ -75,25 +64,25 @@ public:
     }
 
     // Shifts take counts of 0 to 127.
-    friend constexpr DoubleWord operator<<(DoubleWord a, unsigned count) {
+    friend constexpr TwoWords operator<<(TwoWords a, unsigned count) {
         if (count >= 64)
             return {a.low << (count - 64), 0};
         // Two steps, because a shift by 64 is undefined.
         return {a.high << count | a.low >> 1 >> (63 - count), a.low << count};
     }
 
-    friend constexpr DoubleWord operator>>(DoubleWord a, unsigned count) {
+    friend constexpr TwoWords operator>>(TwoWords a, unsigned count) {
         if (count >= 64)
             return {0, a.high >> (count - 64)};
         return {a.high >> count, a.low >> count | a.high << 1 << (63 - count)};
     }
 
-    constexpr DoubleWord& operator+=(DoubleWord other) { return *this = *this + other; }
-    constexpr DoubleWord& operator>>=(unsigned count) { return *this = *this >> count; }
+    constexpr TwoWords& operator+=(TwoWords other) { return *this = *this + other; }
+    constexpr TwoWords& operator>>=(unsigned count) { return *this = *this >> count; }
 
 private:
-    static constexpr DoubleWord productOf(std::uint64_t a, std::uint64_t b) {
-#if defined(_M_X64) && !defined(KELRT_NO_EXTENSIONS)
+    static constexpr TwoWords productOf(std::uint64_t a, std::uint64_t b) {
+#if defined(_M_X64) && !defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
         if (!std::is_constant_evaluated()) {
             std::uint64_t high = 0;
             const std::uint64_t low = _umul128(a, b, &high);
@@ -105,7 +94,7 @@ private:
 
     // Four products of 32-bit halves. No sum exceeds 64 bits: (2^32 - 1)^2 + 2 (2^32 - 1) is
     // 2^64 - 1.
-    static constexpr DoubleWord productOfHalves(std::uint64_t a, std::uint64_t b) {
+    static constexpr TwoWords productOfHalves(std::uint64_t a, std::uint64_t b) {
         constexpr std::uint64_t HALF = 0xFFFFFFFF;
         const std::uint64_t lowest = (a & HALF) * (b & HALF);
         const std::uint64_t middle = (a >> 32) * (b & HALF) + (lowest >> 32);
@@ -118,6 +107,10 @@ private:
     std::uint64_t low = 0;
 };
 
-} // namespace KelRT::common
-
+#if defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
+__extension__ using DoubleWord = unsigned __int128;
+#else
+using DoubleWord = TwoWords;
 #endif
+
+} // namespace KelRT::common
