@@ -13,7 +13,10 @@ constexpr std::int64_t MAX_DECIMALS = 400; // the smallest double has 324 zeros 
 
 } // namespace
 
-bool readDouble(const std::string& text, double& number) {
+bool readNumber(const std::string& text, double& number) {
+#ifdef __cpp_lib_to_chars
+    return readNumber<double>(text, number);
+#else // std::from_chars() takes integers alone
     // std::strtod() also accepts leading blanks and a plus sign, and hexadecimal numbers.
     const bool isDecimal = !text.empty() && text.front() != '+' &&
                            text.find_first_not_of("0123456789.eE+-") == std::string::npos;
@@ -24,6 +27,7 @@ bool readDouble(const std::string& text, double& number) {
     number = std::strtod(text.c_str(), &rest);
     const bool hasVanished = errno == ERANGE && number == 0; // too small for a double
     return *rest == '\0' && !hasVanished;
+#endif
 }
 
 std::uint32_t decimalsOf(const std::string& number) {

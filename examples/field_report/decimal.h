@@ -13,21 +13,14 @@
 
 namespace field_report {
 
-/// Reads all of \a text as std::from_chars() would, for standard libraries that lack it for
-/// `double`; false if it is not a number.
-bool readDouble(const std::string& text, double& number);
-
 /// Reads all of \a text as a decimal number; false if it is not a number.
 template <typename Number>
 bool readNumber(const std::string& text, Number& number) {
     const char* const end = text.data() + text.size();
-    if constexpr (requires { std::from_chars(end, end, number); }) {
-        const auto [rest, error] = std::from_chars(text.data(), end, number);
-        return error == std::errc() && rest == end;
-    } else {
-        return readDouble(text, number);
-    }
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end;
 }
+bool readNumber(const std::string& text, double& number);
 
 /// Reads \a text as a decimal number. \throws Fault, naming it \a what, if it is none or infinite
 template <typename Number>
