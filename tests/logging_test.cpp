@@ -149,44 +149,6 @@ TEST(LogRecord, RunTimeFormatsDoNotEndTheProcess) {
     EXPECT_EQ(log.finish(), "abc\n2\n31\n002     |4\n");
 }
 
-// `text`, cut to fit in a record with `others` more characters.
-std::string cut(const std::string& text, std::size_t others) {
-    return text.substr(0, 2047 - others);
-}
-
-TEST(LogLine, LongNamesAndResultsAreCutBeforeTheNewline) {
-    const LogFile log;
-    logger.setDetailLevel(4);
-    std::string expected;
-    for (const std::size_t length :
-         {2015U, 2023U, 2024U, 2025U, 2037U, 2038U, 2039U, 2047U, 5000U}) {
-        const std::string name(length, 'n');
-        const std::string result(length, 'r');
-        const auto enter = [&](const std::string& entered) {
-            logger.logMethodEntry(entered.c_str(), "%s", "argument");
-            expected += "ENTERING " + cut(entered, 10) + " argument\n";
-        };
-        enter(name);
-        logger.logMethodExit();
-        expected += "EXITING " + cut(name, 9) + "\n";
-        enter(name);
-        logger.logMethodExit(INT_MIN);
-        expected += "EXITING " + cut(name, 34) + " -- returning -2147483648\n";
-        enter("f");
-        logger.logMethodExit(result.c_str());
-        expected += "EXITING f -- returning " + cut(result, 24) + "\n";
-        enter(name);
-        logger.logMethodExit(result.c_str()); // the result is cut first
-        expected += "EXITING " + cut(name, 23) + " -- returning " +
-                    cut(result, 23 + cut(name, 23).size()) + "\n";
-        enter("g");
-        logger.logMethodExit(name.c_str(), 7);
-        expected += "EXITING " + cut(name, 24) + " -- returning 7\n";
-        logger.popAllMethods();
-    }
-    EXPECT_EQ(log.finish(), expected);
-}
-
 TEST(LogTimes, LeaveStaticTimesOfTheClientUnchanged) {
     const test_host::TemporaryDirectory directory;
     const test_host::Variable file("TOR_KEL_LOGFILE", directory / "trace.log");
