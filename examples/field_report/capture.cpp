@@ -74,22 +74,66 @@ Kel_ByteBuffer parseValue(std::string digits, std::uint64_t width, ByteOrder ord
     return bits;
 }
 
-} // namespace
+// The position of the ':' or '=' after the name: the first character of the second word, or else
+// the last such character of the first word.
+std::size_t separatorOf(const std::string& line) {
+    const auto isSeparator = [](char c) { return c == ':' || c == '='; };
+    const std::size_t end = std::min(line.find_first_of(Kel_StrTok::WHITE_SPACE), line.size());
+    const std::size_t second = line.find_first_not_of(Kel_StrTok::WHITE_SPACE, end);
+    if (second != std::string::npos && isSeparator(line[second]))
+        return second;
+    return line.find_last_of(":=", end);
+}
 
-void readScan(const std::string& line, ByteOrder order, Scan& scan) {
-    const std::string text = Kel_Util::trimWhitespace(line.substr(0, line.find('#')));
-    Kel_StrTok words(text.c_str(), Kel_StrTok::WHITE_SPACE, false, false, false);
+std::string joined(Kel_StrTok& words) {
+    std::string text;
+    while (const char* const word = words.getNext())
+        text += word;
+    return text;
+}
+
+// Reads "NAME WIDTH VALUE". Returns the digits of the value, with their prefix.
+std::string readLongForm(const std::string& line, Scan& scan) {
+    Kel_StrTok words(line.c_str(), Kel_StrTok::WHITE_SPACE, false, false, false);
     scan.name = words.getNext();
     const char* const width = words.getNext();
-    const char* group = words.getNext();
-    if (group == nullptr)
+    std::string digits = joined(words);
+    if (digits.empty())
         throw Fault("expected a name, a width in bits and a value");
-    scan.width = numberOf<std::uint64_t>(width, "the width");
+    scan.width = integerOf(width, "the width");
+    return digits;
+}
+
+// Reads a line with a separator: "NAME: VALUE" if the table has the width of that register. If not,
+// the separator may be a character of the name in "NAME WIDTH VALUE".
+std::string readShortForm(const std::string& line, std::size_t separator, const FieldTable& table,
+                          Scan& scan) {
+    const std::string name = Kel_Util::trimWhitespace(line.substr(0, separator));
+    scan.name = name;
+    scan.width = widthOf(name, table);
+    if (scan.width != 0) {
+        Kel_StrTok words(line.c_str() + separator + 1, Kel_StrTok::WHITE_SPACE, false, false,
+                         false);
+        return joined(words);
+    }
+    try {
+        return readLongForm(line, scan);
+    } catch (const Fault&) {
+        scan.name = name;
+        throw Fault("the line has no width, and the table has none for register '" + name + "'");
+    }
+}
+
+} // namespace
+
+void readScan(const std::string& line, ByteOrder order, const FieldTable& table, Scan& scan) {
+    const std::string text = Kel_Util::trimWhitespace(line.substr(0, line.find('#')));
+    const std::size_t separator = separatorOf(text);
+    std::string digits = separator == std::string::npos
+                             ? readLongForm(text, scan)
+                             : readShortForm(text, separator, table, scan);
     if (scan.width == 0 || scan.width > MAX_REGISTER_BITS)
         throw Fault("a register has 1 to " + std::to_string(MAX_REGISTER_BITS) + " bits");
-    std::string digits;
-    for (; group != nullptr; group = words.getNext())
-        digits += group;
     scan.bits = parseValue(std::move(digits), scan.width, order);
     const auto bitCount = static_cast<unsigned>(scan.width);
     Logger::logger.printLog(3, "%s, %u bits", scan.name.c_str(), bitCount);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 namespace field_report {
 
@@ -61,25 +62,28 @@ bool isNumber(const std::string& value) {
 
 class CsvFormat : public Format {
 public:
-    void addScan(const std::vector<Item>& items, std::string& text) override {
+    explicit CsvFormat(bool isNamed) : named(isNamed) {}
+
+    void addScan(const ScanReport& report, std::string& text) override {
         addHeader(text);
-        for (const Item& item : items)
-            add(item, text);
+        for (const Item& item : report.items)
+            add(report, item, text);
     }
 
     void end(std::string& text) override { addHeader(text); }
 
 private:
     void addHeader(std::string& text) {
-        if (!headerIsDone)
-            text += "register,scan,field,lowest,width,raw,value,unit,description\r\n";
-        headerIsDone = true;
+        if (std::exchange(headerIsDone, true))
+            return;
+        text += "register,scan,field,lowest,width,raw,value,unit,description";
+        text += named ? ",name\r\n" : "\r\n";
     }
 
-    static void add(const Item& item, std::string& text) {
+    void add(const ScanReport& report, const Item& item, std::string& text) const {
         const Field& field = *item.field;
-        addColumn(*item.registerName, text);
-        text.append(std::to_string(item.scan)) += ',';
+        addColumn(*report.registerName, text);
+        text.append(std::to_string(report.scan)) += ',';
         addColumn(field.name, text);
         text.append(std::to_string(field.lowest)) += ',';
         text.append(std::to_string(field.width)) += ',';
@@ -87,6 +91,8 @@ private:
         text.append(isNumber(item.value) ? item.value : "") += ',';
         addColumn(field.unit, text);
         addColumn(field.description, text);
+        if (named)
+            addColumn(item.name, text);
         text.replace(text.size() - 1, 1, "\r\n");
     }
 
@@ -101,73 +107,116 @@ private:
         text += "\",";
     }
 
+    bool named;
     bool headerIsDone = false;
 };
 
+// Each byte of a field of characters is the character with that code, U+0000 to U+00FF.
+std::string charactersOf(const std::string& raw) {
+    std::string text;
+    for (const char c : raw) {
+        const auto code = static_cast<unsigned char>(c);
+        if (code >= 0x80)
+            text += static_cast<char>(0xC0 | code >> 6);
+        text += static_cast<char>(code < 0x80 ? code : 0x80 | (code & 0x3F));
+    }
+    return text;
+}
+
+void addString(const std::string& string, std::string& text) {
+    constexpr const char* DIGITS = "0123456789abcdef";
+    text += '"';
+    for (const char c : string) {
+        const auto code = static_cast<unsigned char>(c);
+        if (code < 0x20)
+            text.append("\\u00") += {DIGITS[code >> 4], DIGITS[code & 15]};
+        else
+            text.append(c == '"' || c == '\\' ? "\\" : "") += c;
+    }
+    text += '"';
+}
+
+// Appends the keys that tell which scan it is.
+void addScanKeys(const ScanReport& report, std::string& text) {
+    text += "{\"register\":";
+    addString(utf8(*report.registerName), text);
+    text.append(",\"scan\":").append(std::to_string(report.scan)) += ',';
+}
+
+// Appends the keys of a field and the end of the object.
+void addFieldKeys(const Item& item, bool named, std::string& text) {
+    const Field& field = *item.field;
+    text += "\"field\":";
+    addString(utf8(field.name), text);
+    text.append(",\"lowest\":").append(std::to_string(field.lowest));
+    text.append(",\"width\":").append(std::to_string(field.width)).append(",\"raw\":");
+    addString(prefixOf(field) + charactersOf(item.raw), text);
+    text.append(",\"value\":").append(isNumber(item.value) ? item.value : "null");
+    text += ",\"unit\":";
+    addString(utf8(field.unit), text);
+    text += ",\"description\":";
+    addString(utf8(field.description), text);
+    if (named) {
+        text += ",\"name\":";
+        item.name.empty() ? void(text += "null") : addString(utf8(item.name), text);
+    }
+    text += '}';
+}
+
 class JsonFormat : public Format {
 public:
-    void addScan(const std::vector<Item>& items, std::string& text) override {
-        for (const Item& item : items)
-            add(item, text);
+    explicit JsonFormat(bool isNamed) : named(isNamed) {}
+
+    void addScan(const ScanReport& report, std::string& text) override {
+        for (const Item& item : report.items) {
+            text += std::exchange(isEmpty, false) ? "[\n" : ",\n";
+            addScanKeys(report, text);
+            addFieldKeys(item, named, text);
+        }
     }
 
     void end(std::string& text) override { text += isEmpty ? "[]\n" : "\n]\n"; }
 
 private:
-    void add(const Item& item, std::string& text) {
-        const Field& field = *item.field;
-        text += isEmpty ? "[\n{\"register\":" : ",\n{\"register\":";
-        isEmpty = false;
-        addString(utf8(*item.registerName), text);
-        text.append(",\"scan\":").append(std::to_string(item.scan)).append(",\"field\":");
-        addString(utf8(field.name), text);
-        text.append(",\"lowest\":").append(std::to_string(field.lowest));
-        text.append(",\"width\":").append(std::to_string(field.width)).append(",\"raw\":");
-        addString(prefixOf(field) + charactersOf(item.raw), text);
-        text.append(",\"value\":").append(isNumber(item.value) ? item.value : "null");
-        text += ",\"unit\":";
-        addString(utf8(field.unit), text);
-        text += ",\"description\":";
-        addString(utf8(field.description), text);
-        text += '}';
-    }
-
-    // Each byte of a field of characters is the character with that code, U+0000 to U+00FF.
-    static std::string charactersOf(const std::string& raw) {
-        std::string text;
-        for (const char c : raw) {
-            const auto code = static_cast<unsigned char>(c);
-            if (code >= 0x80)
-                text += static_cast<char>(0xC0 | code >> 6);
-            text += static_cast<char>(code < 0x80 ? code : 0x80 | (code & 0x3F));
-        }
-        return text;
-    }
-
-    static void addString(const std::string& string, std::string& text) {
-        constexpr const char* DIGITS = "0123456789abcdef";
-        text += '"';
-        for (const char c : string) {
-            const auto code = static_cast<unsigned char>(c);
-            if (code < 0x20)
-                text.append("\\u00") += {DIGITS[code >> 4], DIGITS[code & 15]};
-            else
-                text.append(c == '"' || c == '\\' ? "\\" : "") += c;
-        }
-        text += '"';
-    }
-
+    bool named;
     bool isEmpty = true;
+};
+
+class JsonLinesFormat : public Format {
+public:
+    explicit JsonLinesFormat(bool isNamed) : named(isNamed) {}
+
+    void addScan(const ScanReport& report, std::string& text) override {
+        addScanKeys(report, text);
+        text.append("\"width\":").append(std::to_string(report.whole->width));
+        text += ",\"description\":";
+        addString(utf8(report.whole->description), text);
+        text += ",\"fields\":";
+        for (const Item& item : report.items) {
+            text += &item == report.items.data() ? "[{" : ",{";
+            addFieldKeys(item, named, text);
+        }
+        text += "]}\n";
+    }
+
+    void end(std::string& /*text*/) override {}
+
+private:
+    bool named;
 };
 
 } // namespace
 
-std::unique_ptr<Format> makeCsvFormat() {
-    return std::make_unique<CsvFormat>();
+std::unique_ptr<Format> makeCsvFormat(bool named) {
+    return std::make_unique<CsvFormat>(named);
 }
 
-std::unique_ptr<Format> makeJsonFormat() {
-    return std::make_unique<JsonFormat>();
+std::unique_ptr<Format> makeJsonFormat(bool named) {
+    return std::make_unique<JsonFormat>(named);
+}
+
+std::unique_ptr<Format> makeJsonLinesFormat(bool named) {
+    return std::make_unique<JsonLinesFormat>(named);
 }
 
 } // namespace field_report

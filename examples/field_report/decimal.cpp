@@ -3,19 +3,34 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
+#include <cmath>
 #include <cstdlib>
+#include <string_view>
+#include <system_error>
 
 namespace field_report {
 
 namespace {
 
-constexpr std::int64_t MAX_DECIMALS = 400; // the smallest double has 324 zeros before its digits
+constexpr std::uint32_t MAX_DECIMALS = 400; // the smallest double has 324 zeros before its digits
 
-} // namespace
+Fault invalid(const std::string& text, const char* what) {
+    return Fault(what + (text.empty() ? " is missing" : " '" + text + "' is not a valid number"));
+}
 
-bool readNumber(const std::string& text, double& number) {
+template <typename Integer>
+bool readInteger(std::string_view text, int base, Integer& number) {
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number, base);
+    return error == std::errc() && rest == end;
+}
+
+bool readDouble(const std::string& text, double& number) {
 #ifdef __cpp_lib_to_chars
-    return readNumber<double>(text, number);
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end;
 #else // std::from_chars() takes integers alone
     // std::strtod() also accepts leading blanks and a plus sign, and hexadecimal numbers.
     const bool isDecimal = !text.empty() && text.front() != '+' &&
@@ -30,17 +45,70 @@ bool readNumber(const std::string& text, double& number) {
 #endif
 }
 
+double doubleOf(const std::string& text, const char* what) {
+    double number = 0;
+    if (!readDouble(text, number) || !std::isfinite(number))
+        throw invalid(text, what);
+    return number;
+}
+
 std::uint32_t decimalsOf(const std::string& number) {
     const std::size_t end = std::min(number.find_first_of("eE"), number.size());
     const std::size_t point = std::min(number.find('.'), end);
     std::int64_t decimals = point == end ? 0 : static_cast<std::int64_t>(end - point - 1);
     if (end != number.size()) {
         const std::size_t exponent = end + (number[end + 1] == '+' ? 2 : 1);
-        decimals -= numberOf<std::int32_t>(number.substr(exponent), "the exponent");
+        std::int32_t tens = 0;
+        if (!readInteger(std::string_view(number).substr(exponent), 10, tens))
+            throw invalid(number, "the exponent of");
+        decimals -= tens;
     }
     if (decimals > MAX_DECIMALS)
         throw Fault("'" + number + "' has more than " + std::to_string(MAX_DECIMALS) + " decimals");
     return static_cast<std::uint32_t>(std::max<std::int64_t>(decimals, 0));
+}
+
+std::uint32_t decimalsOfFraction(double numerator, double denominator) {
+    std::uint32_t decimals = 0;
+    while (numerator < denominator) {
+        numerator *= 10;
+        if (++decimals > MAX_DECIMALS)
+            throw Fault("the scale has more than " + std::to_string(MAX_DECIMALS) + " decimals");
+    }
+    return decimals;
+}
+
+} // namespace
+
+bool hasHexPrefix(const std::string& text) {
+    return text.size() > 1 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+}
+
+std::uint64_t integerOf(const std::string& text, const char* what) {
+    const bool isHex = hasHexPrefix(text);
+    std::uint64_t number = 0;
+    if (!readInteger(std::string_view(text).substr(isHex ? 2 : 0), isHex ? 16 : 10, number))
+        throw invalid(text, what);
+    return number;
+}
+
+Decimal decimalOf(const std::string& text, const char* what) {
+    const auto value = doubleOf(text, what);
+    return {value, decimalsOf(text)};
+}
+
+Decimal scaleOf(const std::string& text) {
+    const std::size_t slash = text.find('/');
+    if (slash == std::string::npos)
+        return decimalOf(text, "the scale");
+    const auto numerator = doubleOf(text.substr(0, slash), "the numerator");
+    const auto denominator = doubleOf(text.substr(slash + 1), "the denominator");
+    Decimal scale = {numerator / denominator, 0};
+    if (!std::isfinite(scale.value) || (scale.value == 0 && numerator != 0))
+        throw invalid(text, "the scale");
+    if (numerator != 0)
+        scale.decimals = decimalsOfFraction(std::abs(numerator), std::abs(denominator));
+    return scale;
 }
 
 } // namespace field_report

@@ -1,40 +1,41 @@
 // SPDX-License-Identifier: MIT
 //
-// Numbers as they stand in captures and tables.
+// Numbers as they stand in captures, tables and settings.
 #pragma once
 
 #include "messages.h"
 
-#include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <string>
-#include <system_error>
 
 namespace field_report {
 
-/// Reads all of \a text as a decimal number; false if it is not a number.
-template <typename Number>
-bool readNumber(const std::string& text, Number& number) {
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && rest == end;
-}
-bool readNumber(const std::string& text, double& number);
+/// True if \a text begins with "0x" or "0X".
+bool hasHexPrefix(const std::string& text);
 
-/// Reads \a text as a decimal number. \throws Fault, naming it \a what, if it is none or infinite
-template <typename Number>
-Number numberOf(const std::string& text, const char* what) {
-    Number number{};
-    if (!readNumber(text, number) || !std::isfinite(static_cast<double>(number)))
-        throw Fault(std::string(what) + " '" + text + "' is not a valid number");
-    return number;
-}
+/// Reads \a text as an integer in decimal or, with 0x in front, in hexadecimal digits.
+/// \throws Fault, naming it \a what, if it is none or above 2^64 - 1
+std::uint64_t integerOf(const std::string& text, const char* what);
 
-/// The decimals needed to show every digit of \a number, a text that numberOf() accepts.
+/// A finite number, and how many decimals a value that is scaled by it shows.
+struct Decimal {
+    double value = 0;
+    std::uint32_t decimals = 0;
+};
+
+/// Reads \a text as a decimal number; the decimals are those that show its every digit.
 /// \code
 /// "0.001" => 3    "1e-3" => 3    "2.50" => 2    "1.5e3" => 0    "16" => 0
 /// \endcode
-std::uint32_t decimalsOf(const std::string& number);
+/// \throws Fault, naming it \a what
+Decimal decimalOf(const std::string& text, const char* what);
+
+/// Reads \a text as a decimal number or a fraction of two. The decimals of a fraction are the
+/// fewest that tell two neighbouring multiples of it apart.
+/// \code
+/// "100/255" => 0.392..., 1    "3.3/4096" => 0.000805..., 4    "1000/3" => 333.3..., 0
+/// \endcode
+/// \throws Fault
+Decimal scaleOf(const std::string& text);
 
 } // namespace field_report

@@ -19,7 +19,21 @@ using KelRT::Kel_Util;
 
 namespace {
 
-constexpr std::size_t COLUMNS = 9;
+using Columns = std::vector<std::string>;
+
+enum Column : std::uint8_t {
+    REGISTER,
+    FIELD,
+    LOWEST,
+    WIDTH,
+    RADIX,
+    SCALE,
+    OFFSET,
+    UNIT,
+    DESCRIPTION,
+    NAMES,
+    COLUMNS
+};
 
 bool hasOddQuotes(const std::string& text) {
     return std::count(text.begin(), text.end(), '"') % 2 != 0;
@@ -42,46 +56,85 @@ void unquote(std::string& column) {
 }
 
 void checkBitRange(const Field& field) {
+    const std::string what = field.name.empty() ? "the register" : "field '" + field.name + "'";
     if (field.width == 0)
-        throw Fault("field '" + field.name + "' has a width of 0");
+        throw Fault(what + " has a width of 0");
     if (field.lowest >= MAX_REGISTER_BITS || field.width > MAX_REGISTER_BITS - field.lowest)
-        throw Fault("field '" + field.name + "' does not lie within the " +
-                    std::to_string(MAX_REGISTER_BITS) + " bits that a register may have");
+        throw Fault(what + " does not lie within the " + std::to_string(MAX_REGISTER_BITS) +
+                    " bits that a register may have");
 }
 
-void readScale(const std::string& scale, const std::string& offset, Field& field) {
-    field.scale = scale.empty() ? 0 : numberOf<double>(scale, "the scale");
-    field.offset = offset.empty() ? 0 : numberOf<double>(offset, "the offset");
-    if (field.scale == 0 && !(offset.empty() && field.unit.empty()))
-        throw Fault("an offset or a unit needs a scale");
-    field.decimals = std::max(decimalsOf(scale), decimalsOf(offset));
+void readScale(const Columns& columns, Field& field) {
+    const bool isScaled = !(columns[OFFSET].empty() && columns[UNIT].empty());
+    const Decimal scale =
+        columns[SCALE].empty() ? Decimal{isScaled ? 1.0 : 0.0, 0} : scaleOf(columns[SCALE]);
+    const Decimal offset =
+        columns[OFFSET].empty() ? Decimal() : decimalOf(columns[OFFSET], "the offset");
+    if (scale.value == 0 && isScaled)
+        throw Fault("with a scale of 0 a field has neither an offset nor a unit");
+    field.scale = scale.value;
+    field.offset = offset.value;
+    field.decimals = std::max(scale.decimals, offset.decimals);
+    field.unit = columns[UNIT];
 }
 
-Field fieldOf(const std::vector<std::string>& columns) {
-    if (columns.size() != COLUMNS)
-        throw Fault("expected " + std::to_string(COLUMNS) + " columns, found " +
-                    std::to_string(columns.size()));
-    if (columns[0].empty())
-        throw Fault("the register has no name");
-    if (columns[4].size() != 1 || std::strchr("BODIUXSbodiuxs", columns[4][0]) == nullptr)
-        throw Fault("'" + columns[4] + "' is not a radix letter");
+Field fieldOf(const Columns& columns) {
+    const std::string& radix = columns[RADIX];
+    if (radix.size() != 1 || std::strchr("BODIUXSbodiuxs", radix[0]) == nullptr)
+        throw Fault("'" + radix + "' is not a radix letter");
     Field field;
-    field.name = columns[1];
-    field.lowest = numberOf<std::uint64_t>(columns[2], "the lowest bit");
-    field.width = numberOf<std::uint64_t>(columns[3], "the width");
-    field.radix = columns[4][0];
-    field.unit = columns[7];
-    field.description = columns[8];
+    field.name = columns[FIELD];
+    field.lowest = integerOf(columns[LOWEST], "the lowest bit");
+    field.width = integerOf(columns[WIDTH], "the width");
+    field.radix = radix[0];
+    field.description = columns[DESCRIPTION];
     checkBitRange(field);
-    readScale(columns[5], columns[6], field);
+    readScale(columns, field);
+    field.names = codeNamesOf(columns[NAMES], field.width, isSigned(field.radix));
     return field;
 }
 
+// The row of a register itself. It is that of the whole register as one field, whose name, lowest
+// bit and radix may be left out.
+Field registerOf(Columns columns) {
+    const auto setDefault = [&](Column column, const char* value) {
+        if (columns[column].empty())
+            columns[column] = value;
+    };
+    setDefault(LOWEST, "0");
+    setDefault(RADIX, "X");
+    Field whole = fieldOf(columns);
+    if (whole.lowest != 0)
+        throw Fault("the lowest bit of a register is 0");
+    whole.name = wholeOf(whole.width).name;
+    return whole;
+}
+
+void addRegister(Field whole, const std::string& name, RegisterFields& entry) {
+    if (entry.whole.width != 0)
+        throw Fault("register '" + name + "' has a row already, at " + entry.whole.place);
+    entry.whole = std::move(whole);
+}
+
+void addField(Field field, const std::string& name, RegisterFields& entry) {
+    if (!entry.fieldNames.insert(field.name).second)
+        throw Fault("register '" + name + "' has a field '" + field.name + "' already");
+    entry.fields.push_back(std::move(field));
+}
+
 void takeLine(const std::string& line, const std::string& place, FieldTable& table) {
-    const auto columns = columnsOf(line);
-    Field field = fieldOf(columns);
+    Columns columns = columnsOf(line);
+    if (columns.size() > COLUMNS)
+        throw Fault("expected at most " + std::to_string(COLUMNS) + " columns, found " +
+                    std::to_string(columns.size()));
+    columns.resize(COLUMNS); // those at the end may be left out
+    const std::string& name = columns[REGISTER];
+    if (name.empty())
+        throw Fault("the register has no name");
+    const bool isRegister = columns[FIELD].empty();
+    Field field = isRegister ? registerOf(columns) : fieldOf(columns);
     field.place = place;
-    table[columns[0]].push_back(std::move(field));
+    (isRegister ? addRegister : addField)(std::move(field), name, table[name]);
 }
 
 void takeLines(Lines& lines, FieldTable& table, Messages& messages) {
@@ -101,6 +154,58 @@ void takeLines(Lines& lines, FieldTable& table, Messages& messages) {
 
 bool isSigned(char radix) {
     return std::strchr("DIdi", radix) != nullptr;
+}
+
+Field wholeOf(std::uint64_t width) {
+    Field field;
+    field.name = "(whole)";
+    field.width = width;
+    return field;
+}
+
+void removeMisfits(std::vector<Field>& fields, std::uint64_t width, Messages& messages) {
+    const auto misfits = [&](const Field& field) {
+        if (field.lowest + field.width <= width)
+            return false;
+        messages.reportFault(field.place, "field '" + field.name + "' does not lie within the " +
+                                              std::to_string(width) + " bits of its register");
+        return true;
+    };
+    fields.erase(std::remove_if(fields.begin(), fields.end(), misfits), fields.end());
+}
+
+std::vector<Field> gapsBetween(std::vector<Field> fields, std::uint64_t width) {
+    const auto isHigher = [](const Field& a, const Field& b) {
+        return a.lowest + a.width > b.lowest + b.width;
+    };
+    std::sort(fields.begin(), fields.end(), isHigher);
+    fields.emplace_back(); // of no bits at bit 0
+    std::vector<Field> gaps;
+    std::uint64_t left = width; // the bits from here on are covered, or in a gap
+    for (const Field& field : fields) {
+        const std::uint64_t end = field.lowest + field.width;
+        if (end < left) {
+            gaps.emplace_back();
+            gaps.back().lowest = end;
+            gaps.back().width = left - end;
+        }
+        left = std::min(left, field.lowest);
+    }
+    return gaps;
+}
+
+std::uint64_t widthOf(const std::string& registerName, const FieldTable& table) {
+    const auto known = table.find(registerName);
+    return known == table.end() ? 0 : known->second.whole.width;
+}
+
+bool hasNames(const FieldTable& table) {
+    const auto isNamed = [](const Field& field) { return !field.names.empty(); };
+    return std::any_of(table.begin(), table.end(), [&](const auto& entry) {
+        const RegisterFields& known = entry.second;
+        return isNamed(known.whole) ||
+               std::any_of(known.fields.begin(), known.fields.end(), isNamed);
+    });
 }
 
 std::vector<std::string> columnsOf(const std::string& line) {
@@ -131,6 +236,9 @@ FieldTable readTable(const std::string& path, Messages& messages) {
     FieldTable table;
     if (const auto lines = openLines(path, messages))
         takeLines(*lines, table, messages);
+    for (auto& [name, entry] : table)
+        if (entry.whole.width != 0)
+            removeMisfits(entry.fields, entry.whole.width, messages);
     return table;
 }
 

@@ -15,11 +15,18 @@ namespace field_report {
 
 /// One field of one scan.
 struct Item {
-    const std::string* registerName;
-    std::uint64_t scan; ///< its number among those of the register, from 1
     const Field* field;
     std::string raw;   ///< as rawText() gives it
     std::string value; ///< as valueText() gives it
+    std::string name;  ///< of the raw value, or empty
+};
+
+/// What is reported of one scan.
+struct ScanReport {
+    const std::string* registerName;
+    std::uint64_t scan; ///< its number among those of the register, from 1
+    const Field* whole; ///< the register itself
+    std::vector<Item> items;
 };
 
 class Format {
@@ -30,7 +37,7 @@ public:
     virtual ~Format() = default;
 
     /// Appends the fields of one scan, at least one.
-    virtual void addScan(const std::vector<Item>& items, std::string& text) = 0;
+    virtual void addScan(const ScanReport& report, std::string& text) = 0;
 
     /// Appends what ends the report.
     virtual void end(std::string& text) = 0;
@@ -40,10 +47,14 @@ public:
 /// and grow for registers that it does not know.
 std::unique_ptr<Format> makeTextFormat(const FieldTable& table, bool boldHeader);
 
-/// Comma-separated values with a header line, as RFC 4180 has them.
-std::unique_ptr<Format> makeCsvFormat();
+/// Comma-separated values with a header line, as RFC 4180 has them. \param named with a column for
+/// the names of raw values
+std::unique_ptr<Format> makeCsvFormat(bool named);
 
-/// One array of objects.
-std::unique_ptr<Format> makeJsonFormat();
+/// One array of objects. \param named with a key for the names of raw values
+std::unique_ptr<Format> makeJsonFormat(bool named);
+
+/// One object a scan and line. \param named as for makeJsonFormat()
+std::unique_ptr<Format> makeJsonLinesFormat(bool named);
 
 } // namespace field_report

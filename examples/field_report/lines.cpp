@@ -40,6 +40,14 @@ Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(MAX_LI
     file.clear(); // seeking fails on a pipe
 }
 
+Lines::Lines(const std::vector<std::string>& lines)
+    : name("command line"), stream(&given), buffer(MAX_LINE_LENGTH + 1) {
+    std::string text;
+    for (const std::string& line : lines)
+        text.append(line) += '\n';
+    given.str(text);
+}
+
 bool Lines::next(std::string& line) {
     while (read(line)) {
         if (line.find('\0') != std::string::npos)

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <istream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ class Lines {
 public:
     /// Opens \a path; "-" is standard input. \throws Fault with the host's reason
     explicit Lines(const std::string& path);
+
+    /// The \a lines of the command line.
+    explicit Lines(const std::vector<std::string>& lines);
 
     /// Reads the next line that is neither blank nor a comment ('#' first), trimmed. A byte order
     /// mark and carriage returns at line ends are dropped.
@@ -44,6 +48,7 @@ private:
 
     std::string name;
     std::ifstream file;
+    std::istringstream given; // on the command line
     std::istream* stream;
     std::vector<char> buffer; // one line and its NUL
     std::uint64_t number = 0;

@@ -56,9 +56,11 @@ FieldTable selectedOf(FieldTable table, const std::vector<std::string>& names) {
 
 std::unique_ptr<Format> formatFor(const Settings& settings, const FieldTable& table) {
     if (settings.format == FormatKind::CSV)
-        return makeCsvFormat();
+        return makeCsvFormat(hasNames(table));
     if (settings.format == FormatKind::JSON)
-        return makeJsonFormat();
+        return makeJsonFormat(hasNames(table));
+    if (settings.format == FormatKind::JSONL)
+        return makeJsonLinesFormat(hasNames(table));
     const char* const noColour = std::getenv("NO_COLOR");
     const bool plain = !settings.output.empty() || (noColour != nullptr && *noColour != 0);
     return makeTextFormat(selectedOf(table, settings.registers), !plain && host::enableEscapes());
@@ -68,7 +70,8 @@ void report(const Settings& settings, Messages& messages) {
     for (const std::string& input : {settings.capture, settings.table})
         if (host::isSameFile(settings.output, input))
             throw Fault("the report would replace " + input);
-    const auto capture = openLines(settings.capture, messages);
+    const auto capture = settings.lines.empty() ? openLines(settings.capture, messages)
+                                                : std::make_unique<Lines>(settings.lines);
     if (capture == nullptr)
         return;
     const FieldTable table = tableFor(settings, messages);

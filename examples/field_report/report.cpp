@@ -4,21 +4,31 @@
 #include "field_text.h"
 
 #include "KelRT/MethodLogger.h"
+#include "KelRT/NumberValue.h"
 
 #include <algorithm>
-#include <iterator>
+#include <utility>
 
 namespace field_report {
+
+using KelRT::Kel_ByteBuffer;
 
 namespace {
 
 constexpr std::size_t PIECE = 1 << 16; // bytes of report per write, of capture per progress line
 
-Field wholeOf(std::uint64_t width) {
-    Field field;
-    field.name = "(whole)";
-    field.width = width;
-    return field;
+constexpr std::uint64_t WORD = 64; // the most bits that getBitsLL reads
+
+// True if the bits of `field` differ from those in `previous`, or from 0 if that is null.
+bool differ(const Field& field, Kel_ByteBuffer& bits, Kel_ByteBuffer* previous) {
+    for (std::uint64_t at = 0; at < field.width; at += WORD) {
+        const std::uint64_t count = std::min(WORD, field.width - at);
+        const std::uint64_t before =
+            previous == nullptr ? 0 : previous->getBitsLL(field.lowest + at, count);
+        if (bits.getBitsLL(field.lowest + at, count) != before)
+            return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -39,7 +49,7 @@ void Report::print(Lines& capture, Format& format, Output& output) {
         } catch (const Fault& fault) {
             messages->reportFault(capture.place(), fault.what());
         }
-        if (text.size() >= PIECE || capture.mayBlock())
+        if (text.size() >= PIECE || capture.mayBlock() || settings->format == FormatKind::JSONL)
             flush(output);
         if (capture.bytesRead() >= due) {
             messages->showProgress(capture.bytesRead(), capture.size());
@@ -55,19 +65,21 @@ void Report::print(Lines& capture, Format& format, Output& output) {
 
 void Report::takeLine(const std::string& line, Format& format) {
     try {
-        readScan(line, settings->byteOrder, scan);
+        readScan(line, settings->byteOrder, *table, scan);
     } catch (const Fault&) {
         countScan(scan.name); // a faulty scan takes a number, too
         throw;
     }
     Register& entry = countScan(scan.name);
-    if (entry.width == 0)
+    if (entry.whole.width == 0)
         takeFields(entry);
-    if (entry.width != scan.width)
-        throw Fault("register '" + entry.name + "' had " + std::to_string(entry.width) +
-                    " bits before");
-    if (entry.isSelected && entry.scans >= settings->firstScan && entry.scans <= settings->lastScan)
+    checkWidth(entry);
+    if (!entry.isSelected)
+        return;
+    if (entry.scans >= settings->firstScan && entry.scans <= settings->lastScan)
         report(entry, format);
+    if (settings->onlyChanges)
+        entry.previous = std::move(scan.bits);
 }
 
 Report::Register& Report::countScan(const std::string& name) {
@@ -79,22 +91,26 @@ Report::Register& Report::countScan(const std::string& name) {
 
 // Takes the fields of a register from the table, now that its width is known.
 void Report::takeFields(Register& entry) {
-    entry.width = scan.width;
     entry.isSelected = isSelected(entry.name);
     const auto known = table->find(entry.name);
-    const auto misfits = [&](const Field& field) {
-        if (field.lowest + field.width <= entry.width)
-            return false;
-        messages->reportFault(field.place, "field '" + field.name + "' does not lie within the " +
-                                               std::to_string(entry.width) +
-                                               " bits of its register");
-        return true;
-    };
-    if (known != table->end())
-        std::remove_copy_if(known->second.begin(), known->second.end(),
-                            std::back_inserter(entry.fields), misfits);
-    if (entry.fields.empty())
-        entry.fields.push_back(wholeOf(entry.width));
+    if (known != table->end()) {
+        entry.whole = known->second.whole;
+        entry.fields = known->second.fields;
+    }
+    if (entry.whole.width == 0) {
+        entry.whole = wholeOf(scan.width);
+        removeMisfits(entry.fields, scan.width, *messages);
+    }
+    if (!entry.fields.empty())
+        entry.gaps = gapsBetween(entry.fields, entry.whole.width);
+}
+
+void Report::checkWidth(const Register& entry) const {
+    const std::string bits = std::to_string(entry.whole.width) + " bits";
+    if (entry.whole.width != scan.width)
+        throw Fault(entry.whole.place.empty()
+                        ? "register '" + entry.name + "' had " + bits + " before"
+                        : "the table gives register '" + entry.name + "' " + bits);
 }
 
 bool Report::isSelected(const std::string& name) const {
@@ -105,15 +121,32 @@ bool Report::isSelected(const std::string& name) const {
     return names.empty() || std::any_of(names.begin(), names.end(), isIt);
 }
 
-void Report::report(const Register& entry, Format& format) {
-    items.clear();
-    for (const Field& field : entry.fields) {
-        const std::string digits = digitsOf(scan.bits, field);
-        items.push_back(
-            {&entry.name, entry.scans, &field, rawText(field, digits), valueText(field, digits)});
-    }
-    format.addScan(items, text);
+void Report::report(Register& entry, Format& format) {
+    scanReport.registerName = &entry.name;
+    scanReport.scan = entry.scans;
+    scanReport.whole = &entry.whole;
+    scanReport.items.clear();
+    Kel_ByteBuffer* const previous = entry.previous.getSize() == 0 ? nullptr : &entry.previous;
+    const auto takeField = [&](const Field& field) {
+        if (previous == nullptr || differ(field, scan.bits, previous))
+            addItem(field);
+    };
+    if (entry.fields.empty())
+        takeField(entry.whole);
+    std::for_each(entry.fields.begin(), entry.fields.end(), takeField);
+    for (const Field& gap : entry.gaps)
+        if (differ(gap, scan.bits, previous))
+            addItem(gap);
+    if (!scanReport.items.empty())
+        format.addScan(scanReport, text);
     anyReported = true;
+}
+
+void Report::addItem(const Field& field) {
+    KelRT::Kel_Number number(field.width);
+    KelRT::bits2Number(scan.bits, field.lowest, number);
+    scanReport.items.push_back(
+        {&field, rawText(field, number), valueText(field, number), nameText(field, number)});
 }
 
 void Report::checkSelection() {

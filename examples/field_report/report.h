@@ -31,17 +31,21 @@ public:
 private:
     struct Register {
         std::string name;          // as first spelled in the capture
-        std::vector<Field> fields; // within its width
-        std::uint64_t width = 0;   // 0 before the first good line
+        Field whole;               // its width is 0 before the first good line
+        std::vector<Field> fields; // within its width; if there are none, the whole is shown
+        std::vector<Field> gaps;   // that the fields leave
         std::uint64_t scans = 0;
         bool isSelected = false;
+        KelRT::Kel_ByteBuffer previous; // scan, if only changes are shown
     };
 
     void takeLine(const std::string& line, Format& format);
     Register& countScan(const std::string& name);
     void takeFields(Register& entry);
+    void checkWidth(const Register& entry) const;
     bool isSelected(const std::string& name) const;
-    void report(const Register& entry, Format& format);
+    void report(Register& entry, Format& format);
+    void addItem(const Field& field);
     void checkSelection();
     void flush(Output& output);
 
@@ -50,7 +54,7 @@ private:
     Messages* messages;
     std::map<std::string, Register, CaseInsensitiveLess> registers;
     Scan scan;
-    std::vector<Item> items;
+    ScanReport scanReport;
     std::string text; // not yet written
     bool anyReported = false;
     bool complete = true;

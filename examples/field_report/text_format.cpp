@@ -2,11 +2,14 @@
 #include "field_text.h"
 #include "formats.h"
 
+#include "KelRT/NumberValue.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace field_report {
 
@@ -28,9 +31,9 @@ std::size_t lengthOf(std::string_view text) {
         std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
 }
 
-std::string labelOf(const Item& item) {
-    return item.scan == 1 ? *item.registerName
-                          : *item.registerName + " #" + std::to_string(item.scan);
+std::string labelOf(const ScanReport& report) {
+    return report.scan == 1 ? *report.registerName
+                            : *report.registerName + " #" + std::to_string(report.scan);
 }
 
 std::string bitRange(const Field& field) {
@@ -94,17 +97,26 @@ std::size_t maxRawWidth(const Field& field) {
 
 // The maximum width of a scaled value, which an extreme raw value has: 0, all bits set, the top bit
 // alone, or all but the top bit.
-std::size_t maxValueWidth(const Field& field) {
+std::size_t maxScaledWidth(const Field& field) {
     if (field.scale == 0)
         return 0;
-    const std::string rest(static_cast<std::size_t>((field.width - 1) / 4), '0');
-    const std::string ones(rest.size(), 'F');
-    const unsigned top = 1U << (field.width - 1) % 4;
-    const auto digit = [](unsigned value) { return std::string(1, "0123456789ABCDEF"[value]); };
+    const auto top = static_cast<std::size_t>(field.width - 1);
+    KelRT::Kel_Number number(field.width);
     std::size_t width = 0;
-    for (const std::string& digits :
-         {digit(0) + rest, digit((2 * top) - 1) + ones, digit(top) + rest, digit(top - 1) + ones})
-        width = std::max(width, valueText(field, digits).size());
+    for (const unsigned char fill : std::array<unsigned char, 2>{0x00, 0xFF})
+        for (const unsigned flip : {0U, 1U}) {
+            std::vector<unsigned char> bytes(top / 8 + 1, fill);
+            bytes[top / 8] ^= static_cast<unsigned char>(flip << top % 8);
+            KelRT::bits2Number(bytes.data(), 0, number);
+            width = std::max(width, valueText(field, number).size());
+        }
+    return width;
+}
+
+std::size_t maxValueWidth(const Field& field) {
+    std::size_t width = maxScaledWidth(field);
+    for (const auto& [code, name] : field.names)
+        width = std::max(width, lengthOf(name));
     return width;
 }
 
@@ -114,21 +126,31 @@ public:
         constexpr std::array<std::string_view, COLUMNS> HEADER = {"REGISTER", "FIELD", "BITS",
                                                                   "RAW",      "VALUE", "UNIT"};
         std::transform(HEADER.begin(), HEADER.end(), widths.begin(), lengthOf);
-        for (const auto& [name, fields] : table) {
+        for (const auto& [name, entry] : table) {
             makeRoom(REGISTER, lengthOf(name + " #2"));
-            for (const Field& field : fields)
+            if (entry.fields.empty())
+                makeRoom(entry.whole);
+            if (!entry.whole.description.empty())
+                makeRoom(BITS, bitRange(entry.whole).size());
+            for (const Field& field : entry.fields)
                 makeRoom(field);
         }
     }
 
-    void addScan(const std::vector<Item>& items, std::string& text) override {
-        makeRoom(REGISTER, lengthOf(labelOf(items[0])));
-        if (items[0].field->place.empty()) // not from the table
-            makeRoom(*items[0].field);
+    void addScan(const ScanReport& report, std::string& text) override {
+        makeRoom(REGISTER, lengthOf(labelOf(report)));
+        for (const Item& item : report.items)
+            if (item.field->place.empty()) // not from the table
+                makeRoom(*item.field);
         addHeader(text);
         text += '\n';
-        std::string label = labelOf(items[0]);
-        for (const Item& item : items) {
+        std::string label = labelOf(report);
+        const Field& whole = *report.whole;
+        if (report.items[0].field != &whole && !whole.description.empty()) {
+            addRow({label, "", bitRange(whole), "", "", ""}, whole.description, text);
+            label.clear();
+        }
+        for (const Item& item : report.items) {
             addField(item, label, text);
             label.clear();
         }
@@ -163,8 +185,10 @@ private:
         const std::string raw = grouped(printable(item.raw), layout.group);
         std::size_t shown = layout.firstLine(raw.size());
         const std::string first = prefixOf(field) + raw.substr(0, shown);
-        addRow({label, field.name, bitRange(field), first, item.value, field.unit},
-               field.description, text);
+        // A name takes the place of the value, and so of its unit.
+        const std::string_view value = item.name.empty() ? item.value : item.name;
+        const std::string_view unit = item.name.empty() ? std::string_view(field.unit) : "";
+        addRow({label, field.name, bitRange(field), first, value, unit}, field.description, text);
         for (; shown < raw.size(); shown += layout.most)
             addRow({"", "", "", std::string_view(raw).substr(shown, layout.most), "", ""}, "",
                    text);

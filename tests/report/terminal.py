@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Runs the report tool on pseudo-terminals.
+"""Runs the report tool on pseudo-terminals, and on pipes that live.
 
 usage: terminal.py TOOL
 """
 import os
 import pty
 import re
+import select
 import subprocess
 import sys
 import tempfile
@@ -72,6 +73,18 @@ def share():
     return read_all(controller)
 
 
+def live():
+    """The first object of a capture whose second line is not yet complete."""
+    with subprocess.Popen([sys.argv[1], "capture=-", TABLE, "format=jsonl"], stdin=subprocess.PIPE,
+                          stdout=subprocess.PIPE) as tool:
+        tool.stdin.write(b"COUNT 8 2a\nCOUNT 8")
+        tool.stdin.flush()
+        ready, _, _ = select.select([tool.stdout], [], [], 60)
+        line = tool.stdout.readline().decode() if ready else ""
+        tool.stdin.close()
+    return line
+
+
 def expect(what, isRight):
     if not isRight:
         sys.exit(f"{what} is not as expected")
@@ -85,6 +98,7 @@ def main():
     expect("an empty NO_COLOR", report(TERM="xterm", NO_COLOR="") == f"\x1b[1m{header}\x1b[0m\n{rest}")
     shown, piped = progress()
     expect("the progress", "MB read\r" in shown and shown.endswith(" \r") and "read" not in piped)
+    expect("a scan of a live pipe", live().endswith('}]}\n'))
     first = re.match(r"(\d+) % read\r", share())
     expect("the share of the file", first and 0 < int(first[1]) < 50)
 
