@@ -128,10 +128,13 @@ void addString(const std::string& string, std::string& text) {
     text += '"';
     for (const char c : string) {
         const auto code = static_cast<unsigned char>(c);
-        if (code < 0x20)
+        if (code < 0x20) {
             text.append("\\u00") += {DIGITS[code >> 4], DIGITS[code & 15]};
-        else
-            text.append(c == '"' || c == '\\' ? "\\" : "") += c;
+            continue;
+        }
+        if (c == '"' || c == '\\')
+            text += '\\';
+        text += c;
     }
     text += '"';
 }
@@ -158,7 +161,10 @@ void addFieldKeys(const Item& item, bool named, std::string& text) {
     addString(utf8(field.description), text);
     if (named) {
         text += ",\"name\":";
-        item.name.empty() ? void(text += "null") : addString(utf8(item.name), text);
+        if (item.name.empty())
+            text += "null";
+        else
+            addString(utf8(item.name), text);
     }
     text += '}';
 }

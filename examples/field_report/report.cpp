@@ -106,11 +106,12 @@ void Report::takeFields(Register& entry) {
 }
 
 void Report::checkWidth(const Register& entry) const {
+    if (entry.whole.width == scan.width)
+        return;
     const std::string bits = std::to_string(entry.whole.width) + " bits";
-    if (entry.whole.width != scan.width)
-        throw Fault(entry.whole.place.empty()
-                        ? "register '" + entry.name + "' had " + bits + " before"
-                        : "the table gives register '" + entry.name + "' " + bits);
+    throw Fault(entry.whole.place.empty()
+                    ? "register '" + entry.name + "' had " + bits + " before"
+                    : "the table gives register '" + entry.name + "' " + bits);
 }
 
 bool Report::isSelected(const std::string& name) const {

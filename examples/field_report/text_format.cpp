@@ -138,13 +138,13 @@ public:
     }
 
     void addScan(const ScanReport& report, std::string& text) override {
-        makeRoom(REGISTER, lengthOf(labelOf(report)));
+        std::string label = labelOf(report);
+        makeRoom(REGISTER, lengthOf(label));
         for (const Item& item : report.items)
             if (item.field->place.empty()) // not from the table
                 makeRoom(*item.field);
         addHeader(text);
         text += '\n';
-        std::string label = labelOf(report);
         const Field& whole = *report.whole;
         if (report.items[0].field != &whole && !whole.description.empty()) {
             addRow({label, "", bitRange(whole), "", "", ""}, whole.description, text);
