@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The report tool on a capture, a line "%%", and a table of fields. Whatever they hold, each fault
-// is one line with its place, and the line ends of another host make no difference.
+// is one line with its place, the line ends of another host make no difference, and the changes
+// alone have the same faults.
 #include "../../examples/field_report/formats.h"
 #include "../../examples/field_report/report.h"
 
@@ -23,9 +24,9 @@ std::string withLineEnds(const std::string& text, const char* lineEnd) {
     return result;
 }
 
-// The report and the faults.
+// The report, as a table for people or as the changes in JSON, and the faults.
 std::pair<std::string, std::string> reportOf(const std::string& capture, const std::string& table,
-                                             const char* lineEnd) {
+                                             const char* lineEnd, bool onlyChanges = false) {
     static const test_host::TemporaryDirectory directory;
     test_host::writeFile(directory / "capture", withLineEnds(capture, lineEnd));
     test_host::writeFile(directory / "table", withLineEnds(table, lineEnd));
@@ -35,9 +36,12 @@ std::pair<std::string, std::string> reportOf(const std::string& capture, const s
     Lines lines(directory / "capture");
     const FieldTable fields = readTable(directory / "table", messages);
     Output output(directory / "report", true);
-    const Settings settings;
+    Settings settings;
+    settings.onlyChanges = onlyChanges;
+    const auto format =
+        onlyChanges ? makeJsonLinesFormat(hasNames(fields)) : makeTextFormat(fields, false);
     Report report(settings, fields, messages);
-    report.print(lines, *makeTextFormat(fields, false), output);
+    report.print(lines, *format, output);
     output.finish();
     std::cerr.rdbuf(usual);
     fuzz::require(messages.anyFault() == !faults.str().empty(), "a fault is reported and counted");
@@ -58,5 +62,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
                           line.find("/table:") != std::string::npos,
                       "a fault is one line with its place");
     fuzz::require(outcome == reportOf(capture, table, "\r\n"), "line ends make no difference");
+    fuzz::require(outcome.second == reportOf(capture, table, "\n", true).second,
+                  "changes have the faults of the whole");
     return 0;
 }
