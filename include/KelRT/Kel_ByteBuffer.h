@@ -44,9 +44,8 @@ namespace KelRT {
 ///
 /// **Limits.** `startPosition + size` must stay below 2^31, since operator[](),
 /// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked. So the
-/// whole hexadecimal text of a buffer of 2^30 bytes or more is too long. bin2HexString() with a bit
-/// count converts only the bytes that hold these bits, and setHexStringBitCount() also cuts a text
-/// beyond the limit. A size of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as exhausted
+/// whole hexadecimal text of a buffer of 2^30 bytes or more is too long; setHexStringBitCount()
+/// cuts it all the same. A size of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as exhausted
 /// memory does; the buffer (or target) then keeps its old contents.
 ///
 /// **Preconditions** are marked as such. Debug builds assert them; release builds do not check
@@ -246,9 +245,8 @@ public:
     /// As above, in a new buffer, which the caller deletes. \throws std::bad_alloc
     [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte);
 
-    /// The text of the bytes from \a fromByte on, cut to \a bitCount bits as setHexStringBitCount()
-    /// does, in a new buffer, which the caller deletes. Only the bytes that hold these bits are
-    /// converted.
+    /// The text of the bytes from \a fromByte on, cut to \a bitCount bits by
+    /// setHexStringBitCount(), in a new buffer, which the caller deletes.
     /// \code
     /// 21 43, bin2HexString(0, 12) => "321\0"
     /// FF FF, bin2HexString(0, 10) => "3FF\0"
@@ -295,7 +293,8 @@ public:
 
     /// Cuts the ordinary text in this buffer to \a bitCount bits: the ceil(bitCount / 4) least
     /// significant digits and the terminating NUL stay, and the first digit keeps only its wanted
-    /// bits. A text with fewer digits does not change: it is neither padded nor masked.
+    /// bits. The other digits move into the low reserve. A text with fewer digits does not change:
+    /// it is neither padded nor masked.
     /// \code
     /// "FFFF\0", setHexStringBitCount(10) => "3FF\0"
     /// \endcode

@@ -134,10 +134,8 @@ Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte) {
 
 Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, std::uint64_t bitCount) {
     byteAlign();
-    const std::uint64_t count = std::min(size - std::min(fromByte, size), divideUp(bitCount, 8));
-    Kel_ByteBuffer text(2 * count + 1, 0, 0);
-    if (count != 0)
-        encode(used() + fromByte, count, text.used());
+    Kel_ByteBuffer text(2 * (size - std::min(fromByte, size)) + 1, 0, 0);
+    bin2HexString(fromByte, text.uPtr());
     text.setHexStringBitCount(bitCount);
     return newBuffer(std::move(text));
 }
