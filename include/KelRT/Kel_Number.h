@@ -106,7 +106,14 @@ public:
     KELRT_API bool set(char radix, const std::string& text);
 
     /// Reads a scaled value: stores (value of \a text - \a offset) / \a scale, the fraction
-    /// dropped, modulo 2^width in two's complement. The inverse of toFloatString.
+    /// dropped, modulo 2^width in two's complement.
+    ///
+    /// Since the fraction is dropped, this reads back what toFloatString() printed only where every
+    /// step is exact: with a scale and an offset such as 0.0625 or 2.5, which are multiples of a
+    /// power of two, and with all digits printed. Other scales may give a quotient just short of
+    /// the number, which is then one step nearer to 0: with a scale of 0.1, 11,469 of the numbers
+    /// 0 to 32,767 are. Half a step more rounds to the nearest number: pass \a offset - \a scale /
+    /// 2 for a number that is not negative, \a offset + \a scale / 2 for a negative one.
     ///
     /// \param text   a floating-point number as `atof` reads it: white space before it is skipped,
     ///               reading stops at the first character that cannot continue it, and text that
@@ -122,6 +129,8 @@ public:
     /// setFloat("10", 2.0, 4.0)   => 3
     /// setFloat("-1.7", 1.0, 0.0) => -1
     /// setFloat("abc", 1.0, 0.0)  => 0
+    /// setFloat("0.3", 0.1, 0.0)  => 2
+    /// setFloat("0.3", 0.1, -0.05) => 3
     /// \endcode
     KELRT_API void setFloat(const std::string& text, double scale, double offset) noexcept;
 
@@ -149,7 +158,7 @@ public:
     [[nodiscard]] KELRT_API std::string toString(char radix) const;
 
     /// The scaled value \a scale * value + \a offset in fixed-point notation, the value read as
-    /// signed. The inverse of setFloat.
+    /// signed. setFloat() says when it reads the number back.
     ///
     /// The value is converted to double 16 bits at a time from the top. Each step rounds as double
     /// arithmetic does (exact up to 53 bits, infinite beyond the range of double). One rounded
