@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_ByteBuffer.h"
-
+#include "KelRT/Kel_Number.h"
+#include "KelRT/NumberValue.h"
 #include "support/failing_new.h"
+#include "support/outcome.h"
 #include "support/random_values.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +14,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -174,6 +177,8 @@ TEST(ByteBufferFields, OperationsRealignBeforeTheyTakeMemory) {
     const std::function<void(Kel_ByteBuffer&)> operations[] = {
         [&](Kel_ByteBuffer& buffer) { buffer.hex2Bin(0, 1, target); },
         [&](Kel_ByteBuffer& buffer) { buffer.bin2HexString(0, target); },
+        [](Kel_ByteBuffer& buffer) { buffer.bin2HexString(0, buffer); },
+        [](Kel_ByteBuffer& buffer) { buffer.hex2Bin(0, 1, buffer); },
         [](Kel_ByteBuffer& buffer) { delete buffer.bin2HexString(0, 8); },
         [](Kel_ByteBuffer& buffer) { buffer.insertBytes(1, 50); },
         [](Kel_ByteBuffer& buffer) { buffer.insertBytes(2, 50); },
@@ -188,6 +193,39 @@ TEST(ByteBufferFields, OperationsRealignBeforeTheyTakeMemory) {
         buffer.shiftBitsDown(4);
         EXPECT_EQ(buffer.getSize(), 2U) << &operation - operations;
     }
+}
+
+/// What all functions give that may be called beside each other.
+std::string allReadFrom(Kel_ByteBuffer& buffer) {
+    std::string all = std::to_string(buffer.getSize());
+    Kel_Number number(100);
+    for (std::uint64_t position = 0; position < 162; ++position) {
+        for (const std::uint64_t count : {0U, 1U, 40U, 64U, 70U})
+            all += test::outcome([&] {
+                return std::to_string(buffer.getBitsLL(position, count)) + ' ' +
+                       std::to_string(buffer.getBits(position, count)) + ' ';
+            });
+        all += test::outcome([&] {
+            bits2Number(buffer, position, number);
+            return number.toString('x');
+        });
+    }
+    return all;
+}
+
+// ThreadSanitizer watches.
+TEST(ByteBufferFields, ManyThreadsReadABufferWithoutAPendingShift) {
+    Kel_ByteBuffer buffer = make(textBytes("captured for all"), 1, 4);
+    buffer.shiftBitsDown(3);
+    buffer.ptr();
+    std::string read[8];
+    std::vector<std::thread> threads;
+    for (std::string& own : read)
+        threads.emplace_back([&buffer, &own] { own = allReadFrom(buffer); });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const std::string& own : read)
+        EXPECT_EQ(own, allReadFrom(buffer));
 }
 
 TEST(ByteBufferFields, EverySizeIsRealignedByEveryShift) {

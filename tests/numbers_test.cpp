@@ -143,14 +143,15 @@ TEST(Number, UpTo512BitsReadWithoutMemory) {
     const std::string text(500, '1');
     const test::FailingNew noMemory;
     EXPECT_TRUE(number.set('d', text));
-    EXPECT_THROW(Kel_Number(~std::uint64_t{0}), std::bad_alloc); // the word count must not wrap
+    EXPECT_ANY_THROW(Kel_Number{~std::uint64_t{0}}); // the word count must not wrap
 }
 
 TEST(Number, WidthsMayExceedTheSizesOfTheHost) {
     if (sizeof(std::size_t) > 4)
         GTEST_SKIP() << "sizes have 64 bits, as widths have";
-    EXPECT_THROW(Kel_Number((std::uint64_t{1} << 36) + 16),
-                 std::bad_alloc); // the word count must not be cut
+    EXPECT_THROW(Kel_Number(std::uint64_t{1} << 34), std::length_error);
+    for (const std::uint64_t width : {(std::uint64_t{1} << 36) + 16, ~std::uint64_t{0}})
+        EXPECT_THROW(Kel_Number{width}, std::length_error); // the word count must not be cut
     Kel_Number number(std::uint64_t{1} << 32);
     ASSERT_TRUE(number.set('d', "1" + std::string(5000, '0')));
     EXPECT_FALSE(number.isZero()); // the lowest 5000 bits are

@@ -26,7 +26,7 @@ namespace KelRT {
 ///       +------------+------------------+-------------+
 ///                    ^ startPosition, always equal to padLow
 /// \endcode
-/// Dropping bytes at either end only changes counts, and inserting near either end moves the
+/// While no shift is pending, dropping bytes at either end only changes counts. Inserting moves the
 /// smaller side into a reserve. A reserve grows by exactly the count asked for. New reserve bytes
 /// are zero; bytes that move from the used part into a reserve keep their values.
 ///
@@ -46,13 +46,15 @@ namespace KelRT {
 /// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked. So the
 /// whole hexadecimal text of a buffer of 2^30 bytes or more is too long; setHexStringBitCount()
 /// cuts it all the same. A size of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as exhausted
-/// memory does; the buffer (or target) then keeps its old contents.
+/// memory does; the buffer (or target) then keeps its old contents, apart from the realignment.
 ///
 /// **Preconditions** are marked as such. Debug builds assert them; release builds do not check
 /// them.
 ///
-/// **Threads.** Only one thread at a time may use a buffer, since even reading may realign it.
-/// Distinct buffers are independent.
+/// **Threads.** Distinct buffers are independent. Only one thread at a time may use a buffer, since
+/// even reading may realign it, with one exception: while no shift is pending, getSize(),
+/// getBits(), getBitsLL() and bits2Number() write nothing, so several threads may call them at the
+/// same time. After shiftBitsDown(), call ptr() once before the threads start: it realigns.
 class Kel_ByteBuffer {
 public:
     /// \name Construction
@@ -130,8 +132,8 @@ public:
     /// b0 b1 b2 b3, insertBytes(9, 1) => b0 b1 b2 b3 x     // at or beyond the end: appended
     /// \endcode
     /// \return always 0
-    /// \throws std::bad_alloc also when the block's size exceeds what memory can hold; the bytes
-    /// are then unchanged
+    /// \throws std::bad_alloc also when the block's size exceeds what memory can hold; the buffer
+    /// is then realigned and otherwise unchanged
     KELRT_API std::int32_t insertBytes(std::uint64_t atByte, std::uint64_t byteCount);
 
     /// Moves the last \a byteCount bytes into the high reserve. \pre byteCount <= getSize()
@@ -224,8 +226,9 @@ public:
     /// \code
     /// 21 43: "4321" in the ordinary form, "84C2" in the bit-mirrored form
     /// \endcode
-    /// Characters that are not digits are not reported. A target may be this buffer itself. It does
-    /// not change if memory is exhausted.
+    /// Characters that are not digits are not reported. A target may be this buffer itself. A
+    /// target does not change if memory is exhausted, except that one that is this buffer is
+    /// realigned.
     /// @{
 
     /// Writes the bytes from \a fromByte on as text, and a terminating NUL.
@@ -323,7 +326,8 @@ public:
     /// @}
     /// \name Memory of the objects themselves
     /// One allocator for the library, which creates buffers, and for the client, which deletes
-    /// them. An operator in a class hides all global forms, so the class declares every form.
+    /// them. An operator in a class hides all global forms, so the class declares every form of
+    /// `new`, and every form of `delete` that takes no size. The sized forms are not needed.
     /// @{
 
     /// One object. \throws std::bad_alloc

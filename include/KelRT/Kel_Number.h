@@ -52,6 +52,8 @@ public:
     /// \param bitCount the width in bits, at least 1
     /// \throws std::logic_error "Internal error: bad bitCount for Kel_Number" for a width of 0
     /// \throws std::bad_alloc for a width that memory cannot hold
+    /// \throws std::length_error for a width beyond what a sequence of words can have; on 32-bit
+    /// hosts, that is 2^34 bits or more
     KELRT_API explicit Kel_Number(std::uint64_t bitCount);
 
     /// Copies the width and the value of \a other. Assigning a number to itself changes nothing.

@@ -9,7 +9,7 @@
 ///
 /// **Threads.** As with the members of the classes: several threads may read an object at the same
 /// time, a function that changes it must run alone. Reading a field of a buffer changes the buffer
-/// if a shift is pending.
+/// while a shift is pending.
 #pragma once
 
 #include "KelRT/Export.h"

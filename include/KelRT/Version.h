@@ -24,7 +24,8 @@ namespace KelRT {
 [[nodiscard]] KELRT_API const char* getVersionNumber();
 
 /// The date and time of the build, in the form of the C macros `__DATE__` and `__TIME__` (the day
-/// padded with a blank, 24-hour clock). Builds that set `SOURCE_DATE_EPOCH` are reproducible.
+/// padded with a blank, 24-hour clock). Builds that set `SOURCE_DATE_EPOCH` are reproducible,
+/// except with Clang 14, which ignores it.
 /// \code
 /// getBuildNumber() => "Mar 14 2011 09:05:37"
 /// \endcode

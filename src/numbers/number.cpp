@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Number.h"
 
-#include "common/memory.h"
 #include "common/words.h"
 #include "numbers/limb.h"
 
 #include <algorithm>
+#include <limits>
 #include <stdexcept>
 
 namespace KelRT {
@@ -20,13 +20,20 @@ std::uint64_t checkedWidth(std::uint64_t bitCount) {
     return bitCount;
 }
 
+// A count beyond std::size_t becomes the largest one: a vector refuses either with
+// std::length_error.
+std::size_t sizeOf(std::uint64_t wordCount) {
+    constexpr std::uint64_t MAX_SIZE = std::numeric_limits<std::size_t>::max();
+    return static_cast<std::size_t>(std::min(wordCount, MAX_SIZE));
+}
+
 } // namespace
 
 Kel_Number::Kel_Number(std::uint64_t newBitCount)
     : topWordMask(static_cast<std::uint16_t>(
           0xFFFF >> (WORD_LENGTH - checkedWidth(newBitCount) % WORD_LENGTH) % WORD_LENGTH)),
-      words(common::checkedCount<std::uint16_t>(common::divideUp(newBitCount, WORD_LENGTH))),
-      bitCount(newBitCount), wordCount(words.size()) {}
+      words(sizeOf(common::divideUp(newBitCount, WORD_LENGTH))), bitCount(newBitCount),
+      wordCount(words.size()) {}
 
 Kel_Number::Kel_Number(const Kel_Number&) = default;
 Kel_Number::~Kel_Number() = default;

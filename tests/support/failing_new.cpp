@@ -3,7 +3,7 @@
 
 #include "KelRT/Kel_ByteBuffer.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
@@ -13,11 +13,9 @@ namespace {
 bool armed = false;
 bool hasFailed = false;
 long successesLeft = 0;
-std::size_t largest = 0;
 test::Failure kind = test::Failure::persistent;
 
 void* allocate(std::size_t bytes) noexcept {
-    largest = std::max(largest, bytes);
     if (armed && successesLeft-- <= 0) {
         successesLeft = 0;
         hasFailed = true;
@@ -65,7 +63,6 @@ FailingNew::FailingNew(long successes, Failure failure) {
     kind = failure;
     hasFailed = false;
     successesLeft = successes;
-    largest = 0;
 }
 
 FailingNew::~FailingNew() {
@@ -74,10 +71,6 @@ FailingNew::~FailingNew() {
 
 bool FailingNew::failed() {
     return hasFailed;
-}
-
-std::size_t FailingNew::largestBlock() {
-    return largest;
 }
 
 bool failingNewReachesTheLibrary() {

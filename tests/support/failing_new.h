@@ -3,7 +3,6 @@
 // Makes allocations fail: failing_new.cpp replaces the global operator new of the test program.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 namespace test {
@@ -21,9 +20,6 @@ public:
 
     /// Whether an allocation has failed since construction.
     static bool failed();
-
-    /// The size of the largest block that was asked for since construction, in bytes.
-    static std::size_t largestBlock();
 };
 
 /// Whether the shared library uses the replacement, too. (On Windows a DLL keeps its own.)
