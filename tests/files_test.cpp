@@ -289,14 +289,40 @@ TEST_F(Files, ListingReplacesTheListOrKeepsIt) {
     EXPECT_EQ(list, Texts());
 }
 
-// Code pages differ from the first 256 characters of Unicode at 0x80 to 0x9F.
+/// A UTF-8 locale for a scope, where the host has one.
+class Utf8Locale {
+public:
+    Utf8Locale() = default;
+    Utf8Locale(const Utf8Locale&) = delete;
+    Utf8Locale& operator=(const Utf8Locale&) = delete;
+    ~Utf8Locale() { std::setlocale(LC_ALL, "C"); }
+    explicit operator bool() const { return isSet; }
+
+private:
+    bool isSet =
+        std::setlocale(LC_ALL, "C.UTF-8") != nullptr || std::setlocale(LC_ALL, ".UTF-8") != nullptr;
+};
+
+// Code pages differ from the first 256 characters of Unicode at 0x80 to 0x9F. In a UTF-8 locale,
+// the fopen of UCRT decodes UTF-8.
 TEST_F(Files, NamesOutsideAsciiAreTheBytesThatFopenTakes) {
-    const std::string name = "\x80 gr\xFC\xDF";
-    for (const std::string& file : {name + "0", name + "1"}) {
-        EXPECT_EQ(Kel_Util::createDotLumatraceTempFile(name), temporary(file));
-        EXPECT_TRUE(opens(Kel_Util::normalizePath(".kel/" + file)));
-    }
-    EXPECT_EQ(listed(here / ".kel", false), (Texts{name + "0", name + "1"}));
+    const auto expectSameFiles = [&](const std::string& name) {
+        ASSERT_TRUE(makeDirectory(here / name));
+        EXPECT_EQ(Kel_Util::isDirectory(here / name), 1);
+        home.set(here / name);
+        const std::string kel = below(here / name, ".kel");
+        for (const std::string& file : {name + "0", name + "1"}) {
+            EXPECT_EQ(Kel_Util::createDotLumatraceTempFile(name), below(kel, file));
+            EXPECT_TRUE(opens(Kel_Util::normalizePath(name + "/.kel/" + file)));
+        }
+        EXPECT_EQ(listed(kel, false), (Texts{name + "0", name + "1"}));
+        ASSERT_TRUE(changeDirectory(kel));
+        EXPECT_EQ(Kel_Util::normalizePath("./x"), below(kel, "x"));
+        ASSERT_TRUE(changeDirectory(here.path()));
+    };
+    expectSameFiles("\x80 gr\xFC\xDF");
+    if (const Utf8Locale locale; locale)
+        expectSameFiles("gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x92\xBE");
 }
 
 TEST(LocalizedMessage, EveryCharacterIsNarrowOrAQuestionMark) {
@@ -320,9 +346,9 @@ TEST(LocalizedMessage, EveryCharacterIsNarrowOrAQuestionMark) {
 TEST(LocalizedMessage, IsCutAt2047BytesBetweenCharacters) {
     EXPECT_EQ(Kel_Util::getLocalizedPortMsg(std::wstring(5000, L'm').c_str()),
               std::string(2047, 'm'));
-    const std::string before = std::setlocale(LC_CTYPE, nullptr);
     std::string form; // a multibyte character in the first available locale
-    if (std::setlocale(LC_CTYPE, "C.UTF-8") != nullptr)
+    const Utf8Locale locale;
+    if (locale)
         form = "\xE3\x81\x82";
     else if (std::setlocale(LC_CTYPE, ".932") != nullptr)
         form = "\x82\xA0";
@@ -334,7 +360,15 @@ TEST(LocalizedMessage, IsCutAt2047BytesBetweenCharacters) {
             Kel_Util::getLocalizedPortMsg(message.c_str()),
             (std::string(fit, 'm') + form + "x").substr(0, fit + form.size() > 2047 ? fit : 2047));
     }
-    ASSERT_NE(std::setlocale(LC_CTYPE, before.c_str()), nullptr);
+}
+
+TEST(LocalizedMessage, IsUtf8InAUtf8Locale) {
+    const Utf8Locale locale;
+    if (!locale)
+        GTEST_SKIP() << "no UTF-8 locale";
+    const wchar_t half[] = {L'<', static_cast<wchar_t>(0xDCBE), L'>', 0};
+    EXPECT_EQ(Kel_Util::getLocalizedPortMsg(L"\u20AC \U0001F4BE"), "\xE2\x82\xAC \xF0\x9F\x92\xBE");
+    EXPECT_EQ(Kel_Util::getLocalizedPortMsg(half), "<?>");
 }
 
 } // namespace

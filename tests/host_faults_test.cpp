@@ -19,6 +19,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -184,23 +185,50 @@ TEST(HostFaults, AnyFileThatOpensIsALibraryAndOpeningDoesNotWait) {
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
 }
 
-TEST(HostFaults, ThreadsMayBeCancelledInFileFunctions) {
-    const test_host::TemporaryDirectory directory;
-    const test_host::Variable searchPath("PATH", directory.path());
-    test_host::writeFile(directory / "libFoo.so");
-    const auto searchForever = [](void*) -> void* {
-        for (;;)
-            static_cast<void>(Kel_Util::findLibInPath("libFoo"));
+// Cancels, a hundred times, a thread that makes the call again and again.
+void cancelWithin(std::function<void(int)> call) {
+    struct Round {
+        std::function<void(int)>& call;
+        int number;
     };
-    for (int round = 0; round < 100; ++round) {
+    const auto callForever = [](void* round) -> void* {
+        for (;; pthread_testcancel())
+            static_cast<Round*>(round)->call(static_cast<Round*>(round)->number);
+    };
+    for (Round round{call, 0}; round.number < 100; ++round.number) {
         pthread_t thread{};
         void* result = nullptr;
-        ASSERT_EQ(pthread_create(&thread, nullptr, searchForever, nullptr), 0);
-        usleep(200U + static_cast<useconds_t>(round));
+        ASSERT_EQ(pthread_create(&thread, nullptr, callForever, &round), 0);
+        usleep(200U + static_cast<useconds_t>(round.number));
         EXPECT_EQ(pthread_cancel(thread), 0);
         EXPECT_EQ(pthread_join(thread, &result), 0);
         EXPECT_EQ(result, PTHREAD_CANCELED);
     }
+}
+
+TEST(HostFaults, ThreadsCancelledInFileFunctionsLeaveNothingBehind) {
+    const test_host::TemporaryDirectory directory;
+    const test_host::Variable searchPath("PATH", directory.path());
+    const test_host::Variable home("USERPROFILE", directory.path());
+    test_host::writeFile(directory / "libFoo.so");
+    const auto lowestFreeDescriptor = [] {
+        const int descriptor = dup(0);
+        EXPECT_TRUE(test_host::closeDescriptor(descriptor));
+        return descriptor;
+    };
+    const int before = lowestFreeDescriptor();
+    cancelWithin([](int) { static_cast<void>(Kel_Util::findLibInPath("libFoo")); });
+    std::vector<std::string> list;
+    cancelWithin([&](int) { Kel_Util::getDirectoryFileList(directory.path(), false, list); });
+    std::size_t returned = 0;
+    cancelWithin([&](int round) {
+        const std::string name = std::to_string(round) + "_";
+        static_cast<void>(Kel_Util::createDotLumatraceTempFile(name));
+        ++returned;
+    });
+    EXPECT_EQ(lowestFreeDescriptor(), before);
+    Kel_Util::getDirectoryFileList(directory / ".kel", false, list);
+    EXPECT_EQ(list.size(), returned);
 }
 
 // Processes that call at once get different files, as threads do.

@@ -25,7 +25,7 @@ using Texts = std::vector<std::string>;
 namespace {
 
 struct FakeHost {
-    std::set<std::string> links; ///< reported as links to directories
+    std::set<std::wstring> links; ///< reported as links to directories
     bool searchesFail = false;
 };
 FakeHost host;
@@ -36,15 +36,15 @@ Function systemFunction(Function /*type*/, const char* name) {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
 
-DWORD WINAPI attributes(LPCSTR path) {
+DWORD WINAPI attributes(LPCWSTR path) {
     if (host.links.contains(path))
         return FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-    return systemFunction(attributes, "GetFileAttributesA")(path);
+    return systemFunction(attributes, "GetFileAttributesW")(path);
 }
 
-BOOL WINAPI findNext(HANDLE search, LPWIN32_FIND_DATAA entry) {
+BOOL WINAPI findNext(HANDLE search, LPWIN32_FIND_DATAW entry) {
     if (!host.searchesFail)
-        return systemFunction(findNext, "FindNextFileA")(search, entry);
+        return systemFunction(findNext, "FindNextFileW")(search, entry);
     SetLastError(ERROR_NETNAME_DELETED);
     return FALSE;
 }
@@ -52,8 +52,8 @@ BOOL WINAPI findNext(HANDLE search, LPWIN32_FIND_DATAA entry) {
 } // namespace
 
 extern "C" {
-decltype(&GetFileAttributesA) __imp_GetFileAttributesA = attributes; // NOLINT(*-reserved-*)
-decltype(&FindNextFileA) __imp_FindNextFileA = findNext;             // NOLINT(*-reserved-*)
+decltype(&GetFileAttributesW) __imp_GetFileAttributesW = attributes; // NOLINT(*-reserved-*)
+decltype(&FindNextFileW) __imp_FindNextFileW = findNext;             // NOLINT(*-reserved-*)
 }
 
 namespace {
@@ -111,10 +111,20 @@ TEST_F(EmptyDrive, IsListedAndHasACurrentDirectoryOfItsOwn) {
     std::filesystem::remove_all("W:\\sub");
 }
 
-/// A path without the length limit, for the system's wide functions.
-std::wstring unlimited(const std::string& path) {
-    const std::string text = "\\\\?\\" + path;
-    return {text.begin(), text.end()};
+std::wstring wide(const std::string& path) {
+    return {path.begin(), path.end()};
+}
+
+/// A path without the length limit, which the system does not normalise.
+std::string unlimited(const std::string& path) {
+    return "\\\\?\\" + path;
+}
+
+TEST(WindowsHost, UnlimitedPathIsListedWithAndWithoutSeparator) {
+    const test_host::TemporaryDirectory here;
+    std::filesystem::create_directory(here / "sub");
+    for (const std::string& path : {unlimited(here.path()), unlimited(here / "")})
+        EXPECT_EQ(listed(path), Texts{"sub"}) << path;
 }
 
 TEST(WindowsHost, LongDirectoryIsListedCorrectlyOrRefused) {
@@ -125,16 +135,17 @@ TEST(WindowsHost, LongDirectoryIsListedCorrectlyOrRefused) {
     for (int length = 240; length <= 280; length += length > 255 && length < 262 ? 1 : 5) {
         const std::string name(static_cast<std::size_t>(length) - parent.size() - 1, 'n');
         const std::string path = below(parent, name);
-        const std::wstring inside = unlimited(below(path, "inside"));
-        ASSERT_TRUE(CreateDirectoryW(unlimited(path).c_str(), nullptr));
+        const std::wstring directory = wide(unlimited(path));
+        const std::wstring inside = wide(unlimited(below(path, "inside")));
+        ASSERT_TRUE(CreateDirectoryW(directory.c_str(), nullptr));
         ASSERT_TRUE(CreateDirectoryW(inside.c_str(), nullptr));
-        for (const std::string& directory : {path, name}) {
+        for (const std::string& given : {path, name}) {
             EXPECT_EQ(listed(parent), Texts{name}); // which a truncated path would list
-            const Texts found = listed(directory);
-            EXPECT_TRUE(found == Texts{"inside"} || found == refused(directory)) << length;
+            const Texts found = listed(given);
+            EXPECT_TRUE(found == Texts{"inside"} || found == refused(given)) << length;
         }
         EXPECT_TRUE(RemoveDirectoryW(inside.c_str()));
-        EXPECT_TRUE(RemoveDirectoryW(unlimited(path).c_str()));
+        EXPECT_TRUE(RemoveDirectoryW(directory.c_str()));
     }
 }
 
@@ -142,7 +153,7 @@ TEST(WindowsHost, LinkIsADirectoryWhereItsTargetIsOne) {
     const test_host::TemporaryDirectory here;
     std::filesystem::create_directory(here / "directory");
     test_host::writeFile(here / "file");
-    host.links = {here / "directory", here / "file", here / "gone"};
+    host.links = {wide(here / "directory"), wide(here / "file"), wide(here / "gone")};
     EXPECT_EQ(Kel_Util::isDirectory(here / "directory"), 1);
     EXPECT_EQ(Kel_Util::isDirectory(here / "file"), 0);
     EXPECT_EQ(Kel_Util::isDirectory(here / "gone"), 0);

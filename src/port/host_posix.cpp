@@ -14,7 +14,8 @@
 namespace Port {
 namespace {
 
-// Owns a file descriptor, if opening succeeded. Opening is retried if a signal interrupts it.
+// Owns a file descriptor, if opening succeeded. Opening is retried if a signal interrupts it. While
+// an instance exists, its thread cannot be cancelled, so nothing leaks.
 class Descriptor {
 public:
     Descriptor(const char* path, int flags) {
@@ -25,7 +26,6 @@ public:
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     ~Descriptor() {
-        const CancellationDisabled cancellationGuard; // unwinding must not leave a destructor
         if (isOpen())
             ::close(number);
     }
@@ -36,6 +36,7 @@ public:
     }
 
 private:
+    const CancellationDisabled cancellationGuard;
     int number = -1;
 };
 
@@ -90,6 +91,7 @@ std::string currentDirectory(char /*drive*/) {
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     FileInit::assertReady();
+    const CancellationDisabled cancellationGuard;
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory), closedir);
     if (!stream)
         return;

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
-// Calls the narrow (ANSI) functions, which take the bytes that fopen takes. Some implementations of
-// std::filesystem::path decode them in another code page.
+// Calls the wide functions with paths in the encoding that fopen decodes. The narrow functions
+// always take the ANSI code page, while the fopen of UCRT takes UTF-8 in a UTF-8 locale.
 #include "port/host.h"
 
+#include "port/locale_windows.h"
+
+#include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include <windows.h>
 
@@ -22,15 +27,39 @@ struct CloseSearch {
 };
 using Search = std::unique_ptr<void, CloseSearch>;
 
+// The code page of paths.
+UINT pathEncoding() {
+    if (localeIsUtf8())
+        return CP_UTF8;
+    return AreFileApisANSI() != FALSE ? CP_ACP : CP_OEMCP;
+}
+
+std::wstring wide(const char* path) {
+    const UINT encoding = pathEncoding();
+    const int size = MultiByteToWideChar(encoding, 0, path, -1, nullptr, 0); // with the NUL
+    std::wstring text(static_cast<std::size_t>(std::max(size, 1)) - 1, L'\0');
+    MultiByteToWideChar(encoding, 0, path, -1, text.data(), size);
+    return text;
+}
+
+std::string narrow(const wchar_t* path) {
+    const UINT encoding = pathEncoding();
+    const int size = WideCharToMultiByte(encoding, 0, path, -1, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<std::size_t>(std::max(size, 1)) - 1, '\0');
+    WideCharToMultiByte(encoding, 0, path, -1, text.data(), size, nullptr, nullptr);
+    return text;
+}
+
 // Opens a file without locking it; null if the host refuses.
-FileHandle openFile(const char* path, DWORD access, DWORD disposition, DWORD flags) {
+FileHandle openFile(const std::wstring& path, DWORD access, DWORD disposition, DWORD flags) {
     constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const HANDLE file = CreateFileA(path, access, SHARED, nullptr, disposition, flags, nullptr);
+    const HANDLE file =
+        CreateFileW(path.c_str(), access, SHARED, nullptr, disposition, flags, nullptr);
     return FileHandle(file != INVALID_HANDLE_VALUE ? file : nullptr);
 }
 
 // The attributes of a link's target, INVALID_FILE_ATTRIBUTES if there is none.
-DWORD attributesOfTarget(const char* path) {
+DWORD attributesOfTarget(const std::wstring& path) {
     const FileHandle target =
         openFile(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     BY_HANDLE_FILE_INFORMATION information;
@@ -40,10 +69,10 @@ DWORD attributesOfTarget(const char* path) {
 }
 
 // The absolute form of a path; empty if the host has none.
-std::string fullPath(const char* path) {
-    std::string text(GetFullPathNameA(path, 0, nullptr, nullptr), '\0');
+std::wstring fullPath(const std::wstring& path) {
+    std::wstring text(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
     const DWORD length =
-        GetFullPathNameA(path, static_cast<DWORD>(text.size()), text.data(), nullptr);
+        GetFullPathNameW(path.c_str(), static_cast<DWORD>(text.size()), text.data(), nullptr);
     text.resize(length < text.size() ? length : 0);
     return text;
 }
@@ -51,25 +80,27 @@ std::string fullPath(const char* path) {
 } // namespace
 
 bool isLeadByte(char byte) {
-    return IsDBCSLeadByte(static_cast<BYTE>(byte)) != 0;
+    // FALSE for UTF-8, in which no byte of a longer character looks like a separator.
+    return IsDBCSLeadByteEx(pathEncoding(), static_cast<BYTE>(byte)) != FALSE;
 }
 
 bool File::exist(const char* path) {
     FileInit::assertReady();
-    return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
+    return GetFileAttributesW(wide(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 bool File::isdir(const char* path) {
     FileInit::assertReady();
-    DWORD attributes = GetFileAttributesA(path);
+    const std::wstring name = wide(path);
+    DWORD attributes = GetFileAttributesW(name.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
-        attributes = attributesOfTarget(path);
+        attributes = attributesOfTarget(name);
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 bool File::mkdir(const char* path, bool /*flag*/) {
     FileInit::assertReady();
-    return CreateDirectoryA(path, nullptr) != 0;
+    return CreateDirectoryW(wide(path).c_str(), nullptr) != 0;
 }
 
 bool File::readable(const char* path) {
@@ -80,7 +111,7 @@ bool File::readable(const char* path) {
 
 Creation File::create(const char* path) {
     FileInit::assertReady();
-    if (openFile(path, GENERIC_WRITE, CREATE_NEW, FILE_FLAG_OPEN_REPARSE_POINT))
+    if (openFile(wide(path), GENERIC_WRITE, CREATE_NEW, FILE_FLAG_OPEN_REPARSE_POINT))
         return Creation::created;
     const DWORD reason = GetLastError();
     return reason == ERROR_FILE_EXISTS || reason == ERROR_ALREADY_EXISTS ? Creation::nameTaken
@@ -88,27 +119,30 @@ Creation File::create(const char* path) {
 }
 
 std::string currentDirectory(char drive) {
-    const char onDrive[] = {drive, ':', '.', '\0'};
-    return fullPath(drive == 0 ? "." : onDrive);
+    const wchar_t onDrive[] = {static_cast<wchar_t>(drive), L':', L'.', L'\0'};
+    return narrow(fullPath(drive == 0 ? L"." : onDrive).c_str());
 }
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     FileInit::assertReady();
-    std::string pattern = fullPath(directory);
+    std::wstring pattern = fullPath(wide(directory));
     if (pattern.empty())
         return;
-    pattern += "\\*"; // the doubled separator after a root counts as one
-    WIN32_FIND_DATAA entry;
-    const HANDLE first = FindFirstFileA(pattern.c_str(), &entry);
+    // Behind the prefix `\\?\`, a doubled separator names nothing.
+    pattern += pattern.back() == L'\\' ? L"*" : L"\\*";
+    WIN32_FIND_DATAW entry;
+    const HANDLE first = FindFirstFileW(pattern.c_str(), &entry);
     if (first == INVALID_HANDLE_VALUE) {
         // The root directory of an empty volume has no entries, not even ".".
         valid = GetLastError() == ERROR_FILE_NOT_FOUND && File::isdir(directory);
         return;
     }
     const Search search(first);
-    for (BOOL found = TRUE; found != FALSE; found = FindNextFileA(search.get(), &entry))
-        if (isListed(entry.cFileName, flag))
-            entries.emplace_back(entry.cFileName);
+    for (BOOL found = TRUE; found != FALSE; found = FindNextFileW(search.get(), &entry)) {
+        std::string name = narrow(entry.cFileName);
+        if (isListed(name, flag))
+            entries.push_back(std::move(name));
+    }
     valid = GetLastError() == ERROR_NO_MORE_FILES;
 }
 

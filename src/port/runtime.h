@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <ctime>
+#include <string>
 
 namespace Port {
 
@@ -29,6 +30,10 @@ inline constexpr bool HAS_LINE_BUFFERING = true;
 // As std::vsnprintf. A format that the host rejects gives a negative result and never ends the
 // process, even in a hardened build.
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept;
+
+// Converts the character at `text`, which is not NUL, to the encoding of the locale and moves
+// `text` past it. The result is "?" if the character has no narrow form.
+std::string takeCharacter(const wchar_t*& text);
 
 // Converts to local time without the static object of std::localtime. False if the host cannot
 // convert the time.

@@ -6,7 +6,9 @@
 #undef _FORTIFY_SOURCE
 #include "port/runtime.h"
 
+#include <climits>
 #include <cstdio>
+#include <cwchar>
 
 #include <pthread.h>
 
@@ -14,6 +16,13 @@ namespace Port {
 
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept {
     return std::vsnprintf(text, size, format, arguments);
+}
+
+std::string takeCharacter(const wchar_t*& text) {
+    char bytes[MB_LEN_MAX];
+    std::mbstate_t state{};
+    const std::size_t length = std::wcrtomb(bytes, *text++, &state);
+    return length == static_cast<std::size_t>(-1) ? "?" : std::string(bytes, length);
 }
 
 bool localTime(std::time_t time, std::tm& local) noexcept {

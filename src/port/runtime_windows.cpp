@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "port/runtime.h"
 
+#include "port/locale_windows.h"
+
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cwchar>
+#include <utility>
+
+#include <windows.h>
 
 namespace Port {
 
@@ -19,6 +26,22 @@ int formatText(char* text, std::size_t size, const char* format, std::va_list ar
 #else
     return std::vsnprintf(text, size, format, arguments);
 #endif
+}
+
+// A character is one code unit or a surrogate pair. In UTF-8 the host converts it: the C library
+// would convert each unit of a pair by itself. No other encoding has a form of a pair.
+std::string takeCharacter(const wchar_t*& text) {
+    const int units = IS_SURROGATE_PAIR(text[0], text[1]) ? 2 : 1;
+    const wchar_t* const character = std::exchange(text, text + units);
+    char bytes[MB_LEN_MAX];
+    if (localeIsUtf8()) {
+        const int length = WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, character, units,
+                                               bytes, sizeof bytes, nullptr, nullptr);
+        return length == 0 ? "?" : std::string(bytes, static_cast<std::size_t>(length));
+    }
+    std::mbstate_t state{};
+    const std::size_t length = std::wcrtomb(bytes, *character, &state);
+    return units == 2 || length == static_cast<std::size_t>(-1) ? "?" : std::string(bytes, length);
 }
 
 bool localTime(std::time_t time, std::tm& local) noexcept {

@@ -19,9 +19,11 @@
 
 #ifdef _WIN32
 #define NOMINMAX 1 // as libstdc++ defines it
+#include <direct.h>
 #include <io.h>
 #include <windows.h>
 #else
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -35,6 +37,12 @@ inline void setEnvironment(const char* name, const std::string& value) {
 }
 inline void unsetEnvironment(const char* name) {
     _putenv_s(name, "");
+}
+inline bool makeDirectory(const std::string& path) {
+    return _mkdir(path.c_str()) == 0;
+}
+inline bool changeDirectory(const std::string& path) {
+    return _chdir(path.c_str()) == 0;
 }
 inline bool closeDescriptor(int descriptor) {
 #ifdef _MSC_VER
@@ -57,6 +65,12 @@ inline void setEnvironment(const char* name, const std::string& value) {
 }
 inline void unsetEnvironment(const char* name) {
     unsetenv(name);
+}
+inline bool makeDirectory(const std::string& path) {
+    return mkdir(path.c_str(), 0777) == 0;
+}
+inline bool changeDirectory(const std::string& path) {
+    return chdir(path.c_str()) == 0;
 }
 inline bool closeDescriptor(int descriptor) {
     return close(descriptor) == 0;
