@@ -8,3 +8,9 @@ if(oldest AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS oldest)
   message(FATAL_ERROR "${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION} is too old for C++20; "
     "version ${oldest} or newer is needed. (It is ${CMAKE_CXX_COMPILER}.)")
 endif()
+
+# Strings cross the boundary of the DLL, so it and its clients need one heap.
+if(MSVC AND (CMAKE_CXX_FLAGS MATCHES "[-/]MTd?( |$)"
+    OR (CMAKE_MSVC_RUNTIME_LIBRARY AND NOT CMAKE_MSVC_RUNTIME_LIBRARY MATCHES "DLL$")))
+  message(FATAL_ERROR "The static runtime (/MT) is refused: the DLL and its clients need one heap.")
+endif()
