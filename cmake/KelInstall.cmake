@@ -1,22 +1,21 @@
-# Installs headers, library, CMake package, kelutil.pc. Two components: `runtime` is what
-# a program needs, `development` what is needed to build one.
+# Installs headers, library, licence, CMake package, kelutil.pc. The component KelUtil_Runtime is what
+# a program needs, KelUtil_Development what is needed to build one.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KelUtil)
 
-# Never optional: a parent project can export a target that links ours only if ours is in an export
-# set, both for the install tree and for the build tree.
 install(TARGETS KelUtil EXPORT KelUtilTargets
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT KelUtil_Runtime
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT KelUtil_Runtime NAMELINK_COMPONENT KelUtil_Development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT KelUtil_Development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(EXPORT KelUtilTargets NAMESPACE KelUtil:: DESTINATION ${package_dir} COMPONENT development)
+install(EXPORT KelUtilTargets NAMESPACE KelUtil:: DESTINATION ${package_dir} COMPONENT KelUtil_Development)
 export(EXPORT KelUtilTargets NAMESPACE KelUtil:: FILE ${CMAKE_CURRENT_BINARY_DIR}/KelUtilTargets.cmake)
 
+install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT KelUtil_Runtime)
 install(DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/include/KelRT DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-  COMPONENT development FILES_MATCHING PATTERN "*.h")
+  COMPONENT KelUtil_Development FILES_MATCHING PATTERN "*.h")
 
 # Both trees use the same two files, which lie beside the targets file.
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KelUtilConfig.cmake.in KelUtilConfig.cmake
@@ -24,7 +23,7 @@ configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KelUtilConfig.cmake.in K
 write_basic_package_version_file(KelUtilConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/KelUtilConfig.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/KelUtilConfigVersion.cmake
-  DESTINATION ${package_dir} COMPONENT development)
+  DESTINATION ${package_dir} COMPONENT KelUtil_Development)
 
 # kelutil.pc derives the prefix from its own location, so the installation can be moved. Absolute
 # directories stay as given.
@@ -45,11 +44,11 @@ else()
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/kelutil.pc.in kelutil.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kelutil.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-  COMPONENT development)
+  COMPONENT KelUtil_Development)
 
 if(WIN32)
-  install(FILES ${KELUTIL_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+  install(FILES ${KELUTIL_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT KelUtil_Runtime)
 endif()
 if(MSVC)
-  install(FILES $<TARGET_PDB_FILE:KelUtil> DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT development)
+  install(FILES $<TARGET_PDB_FILE:KelUtil> DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT KelUtil_Development)
 endif()
