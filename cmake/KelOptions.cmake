@@ -2,7 +2,6 @@
 
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
-include(CheckLinkerFlag)
 
 # kel_accepted(VARIABLE OPTION...): the first option that the compiler accepts, or nothing.
 function(kel_accepted variable)
@@ -47,36 +46,19 @@ if(NOT KELUTIL_ROUNDS_DOUBLES)
   endif()
 endif()
 
-# Hardening of what is shipped: _FORTIFY_SOURCE, stack protector, full RELRO, non-executable stack.
-# (The run-time checks need optimised code. They are left out on Windows, where they need another DLL.)
-set(KELUTIL_HARDENED_CODE)
-if(NOT WIN32)
-  kel_accepted(KELUTIL_HARDENED_CODE -fstack-protector-strong)
-  list(APPEND KELUTIL_HARDENED_CODE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
-endif()
-set(KELUTIL_HARDENED_LINK)
-if(MSVC)
-  set(hardened_link /dynamicbase /nxcompat /highentropyva)
-elseif(WIN32)
-  set(hardened_link LINKER:--dynamicbase,--nxcompat,--high-entropy-va)
-else()
-  set(hardened_link LINKER:-z,relro,-z,now,-z,noexecstack)
-endif()
-check_linker_flag(CXX "${hardened_link}" KELUTIL_TAKES_HARDENED_LINK)
-if(KELUTIL_TAKES_HARDENED_LINK)
-  set(KELUTIL_HARDENED_LINK ${hardened_link})
-endif()
-
-# kel_harden(TARGET): in the configurations that are shipped.
-function(kel_harden target)
-  set(shipped $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
-  target_compile_options(${target} PRIVATE "$<${shipped}:${KELUTIL_HARDENED_CODE}>")
-  target_link_options(${target} PRIVATE "$<${shipped}:${KELUTIL_HARDENED_LINK}>")
+# kel_version_script(TARGET FILE): the exports of a shared library. LINKER: and -Wl, would divide a path at its commas.
+function(kel_version_script target file)
+  target_link_options(${target} PRIVATE "SHELL:-Xlinker \"--version-script=${file}\"")
+  set_property(TARGET ${target} PROPERTY LINK_DEPENDS ${file})
 endfunction()
 
-# kel_own_target(TARGET): warnings, hidden visibility, and warnings as errors where asked for.
+# kel_own_target(TARGET): hidden visibility and warnings, as errors where asked for. In a parent project
+# its own choice of warnings stands.
 function(kel_own_target target)
-  target_compile_options(${target} PRIVATE ${KELUTIL_LANGUAGE} ${KELUTIL_WARNINGS} ${KELUTIL_ARITHMETIC})
+  target_compile_options(${target} PRIVATE ${KELUTIL_LANGUAGE} ${KELUTIL_ARITHMETIC})
+  if(PROJECT_IS_TOP_LEVEL)
+    target_compile_options(${target} PRIVATE ${KELUTIL_WARNINGS})
+  endif()
   # On 32-bit hosts, files above 2 GiB and inode numbers above 32 bits need 64-bit file offsets.
   target_compile_definitions(${target} PRIVATE $<$<PLATFORM_ID:Linux>:_FILE_OFFSET_BITS=64>)
   if(KELUTIL_WARNINGS_AS_ERRORS)
