@@ -3,13 +3,8 @@
 /// The value of a Kel_Number from and to bit fields and 64-bit integers, without a detour through
 /// text.
 ///
-/// **Fields.** A field has the width of the number. Bit j of the number is bit `bitPosition + j` of
-/// the bytes, where bit k is bit (k mod 8) of byte (k div 8), as everywhere in the library. Whether
-/// the field is signed does not matter: its bits become those of the number.
-///
-/// **Threads.** As with the members of the classes: several threads may read an object at the same
-/// time, a function that changes it must run alone. Reading a field of a buffer changes the buffer
-/// while a shift is pending.
+/// Threads: several threads may read an object at the same time; a function that changes it must
+/// run alone. Reading a field of a buffer changes the buffer while a shift is pending.
 #pragma once
 
 #include "KelRT/Export.h"
@@ -22,6 +17,9 @@ class Kel_ByteBuffer;
 class Kel_Number;
 
 /// \name Fields
+/// A field has the width of the number. Bit j of the number is bit `bitPosition + j` of the bytes,
+/// where bit k is bit (k mod 8) of byte (k div 8). The bits are copied as they are, whether the
+/// number is meant as signed or not.
 /// @{
 
 /// Reads a field of \a buffer into \a number. Realigns the buffer first.
