@@ -59,8 +59,9 @@ function(kel_own_target target)
   if(PROJECT_IS_TOP_LEVEL)
     target_compile_options(${target} PRIVATE ${KELUTIL_WARNINGS})
   endif()
-  # On 32-bit hosts, files above 2 GiB and inode numbers above 32 bits need 64-bit file offsets.
-  target_compile_definitions(${target} PRIVATE $<$<PLATFORM_ID:Linux>:_FILE_OFFSET_BITS=64>)
+  # On 32-bit hosts, files above 2 GiB and inode numbers above 32 bits need 64-bit file offsets, and files dated
+  # after 2038 need 64-bit times.
+  target_compile_definitions(${target} PRIVATE "$<$<PLATFORM_ID:Linux>:_FILE_OFFSET_BITS=64;_TIME_BITS=64>")
   if(KELUTIL_WARNINGS_AS_ERRORS)
     target_compile_options(${target} PRIVATE ${KELUTIL_WERROR})
   endif()

@@ -185,6 +185,18 @@ TEST(HostFaults, AnyFileThatOpensIsALibraryAndOpeningDoesNotWait) {
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
 }
 
+TEST(HostFaults, DirectoriesMayBeDatedAfter2038) {
+    const test_host::TemporaryDirectory directory;
+    const test_host::Variable home("USERPROFILE", directory.path());
+    const std::string kel = directory / ".kel";
+    ASSERT_TRUE(test_host::makeDirectory(kel));
+    const timespec in2040{2208988800, 0};
+    const timespec times[] = {in2040, in2040};
+    ASSERT_EQ(utimensat(AT_FDCWD, kel.c_str(), times, 0), 0);
+    EXPECT_EQ(Kel_Util::isDirectory(kel), 1);
+    EXPECT_EQ(outcome(Kel_Util::createDotLumatraceDir), kel);
+}
+
 // Cancels, a hundred times, a thread that makes the call again and again.
 void cancelWithin(std::function<void(int)> call) {
     struct Round {
