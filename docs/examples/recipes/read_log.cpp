@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "KelRT/Kel_NumberUtil.h"
+#include "KelRT/Kel_StrTok.h"
+#include "KelRT/Kel_Util.h"
+#include "KelRT/Logger.h"
+#include "KelRT/MethodLogger.h"
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+using namespace KelRT;
+
+static void traceScan() {
+    MethodLogger tracer;
+    tracer.setMethodName("scan");
+    const unsigned char idcode[] = {0x77, 0x04, 0xA0, 0x4B};
+    Logger::logger.dumpBuffer(4, "IDCODE", idcode, 32);
+    unsigned char boundary[20] = {0x55, 0x1E};
+    boundary[19] = 0x80;
+    Logger::logger.dumpBuffer(4, "BOUNDARY", boundary, 160);
+}
+
+//! [example]
+struct Dump {
+    std::string title;
+    std::vector<unsigned char> bytes; // the first one holds bit 0
+};
+
+// A row of a dump: the index of its lowest byte in eight digits, "h:", and the highest byte first.
+static bool isRow(const std::string& line) {
+    return line.size() >= 10 && line.compare(8, 2, "h:") == 0 &&
+           line.find_first_not_of("0123456789abcdef") == 8;
+}
+
+static void appendRow(std::vector<unsigned char>& bytes, const std::string& row) {
+    std::vector<unsigned char> fallingBytes;
+    Kel_StrTok cells(row.c_str() + 10, Kel_StrTok::WHITE_SPACE, false, false, false);
+    while (const char* const cell = cells.getNext())
+        fallingBytes.push_back(static_cast<unsigned char>(Kel_NumberUtil::hexStr2UInt(cell)));
+    bytes.insert(bytes.end(), fallingBytes.rbegin(), fallingBytes.rend());
+}
+
+// The dumps of a log. Every other line (records, entries and exits) is passed over.
+static std::vector<Dump> readDumps(const char* path) {
+    std::vector<Dump> dumps;
+    std::ifstream log(path);
+    std::string line;
+    for (std::string previous; std::getline(log, line); previous = line) {
+        if (line.compare(0, 10, "(MSB<-LSB)") == 0)
+            dumps.push_back({Kel_Util::trimWhitespace(previous), {}}); // the title may be indented
+        else if (isRow(line) && !dumps.empty())
+            appendRow(dumps.back().bytes, line);
+    }
+    return dumps;
+}
+//! [example]
+
+int main() {
+    Logger::logger.startLogging();
+    traceScan();
+    Logger::logger.endLogging();
+    //! [use]
+    for (const Dump& dump : readDumps("trace.log")) {
+        std::printf("%s:", dump.title.c_str());
+        for (const unsigned char byte : dump.bytes)
+            std::printf(" %02X", byte);
+        std::printf("\n");
+    }
+    //! [use]
+}
