@@ -180,7 +180,7 @@ public:
         if (!isPlainField(bitPosition, bitCount))
             return getBitsSlowCase(bitPosition, bitCount);
         const unsigned char* const p = used() + bitPosition / 64 * 8;
-        const unsigned shift = bitPosition % 64;
+        const auto shift = static_cast<unsigned>(bitPosition % 64);
         std::uint64_t value = wordAt(p) >> shift;
         if (shift + bitCount > 64)
             value |= wordAt(p + 8) << (64 - shift);
@@ -203,7 +203,7 @@ public:
         if (!isPlainField(bitPosition, bitCount))
             return setBitsSlowCase(bitPosition, bitCount, value);
         unsigned char* const p = used() + bitPosition / 64 * 8;
-        const unsigned shift = bitPosition % 64;
+        const auto shift = static_cast<unsigned>(bitPosition % 64);
         const std::uint64_t mask = ~std::uint64_t{0} >> (64 - bitCount);
         value &= mask;
         if (shift + bitCount > 64)

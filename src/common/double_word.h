@@ -83,13 +83,14 @@ public:
 private:
     static constexpr TwoWords productOf(std::uint64_t a, std::uint64_t b) {
 #if defined(_M_X64) && !defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
-        if (!std::is_constant_evaluated()) {
-            std::uint64_t high = 0;
-            const std::uint64_t low = _umul128(a, b, &high);
-            return {high, low};
-        }
-#endif
+        if (std::is_constant_evaluated())
+            return productOfHalves(a, b);
+        std::uint64_t high = 0;
+        const std::uint64_t low = _umul128(a, b, &high);
+        return {high, low};
+#else
         return productOfHalves(a, b);
+#endif
     }
 
     // Four products of 32-bit halves. No sum exceeds 64 bits: (2^32 - 1)^2 + 2 (2^32 - 1) is

@@ -151,7 +151,7 @@ inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
                                std::uint64_t position, std::uint64_t count) {
     const unsigned char* const p = data + position / 8;
     const std::uint64_t available = size - position / 8;
-    const unsigned shift = position % 8;
+    const auto shift = static_cast<unsigned>(position % 8);
     if (available <= WORD_BYTES)
         return loadBytes(p, available) >> shift & lowBits(count);
     return wordAtBit(p, shift) & lowBits(count); // the field may reach into the ninth byte
@@ -162,7 +162,7 @@ inline void writeField(unsigned char* data, std::uint64_t size, std::uint64_t po
                        std::uint64_t count, std::uint64_t value) {
     unsigned char* const p = data + position / 8;
     const std::uint64_t available = size - position / 8;
-    const unsigned shift = position % 8;
+    const auto shift = static_cast<unsigned>(position % 8);
     const std::uint64_t mask = lowBits(count);
     value &= mask;
     if (available < WORD_BYTES) {

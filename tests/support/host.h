@@ -19,6 +19,7 @@
 
 #ifdef _WIN32
 #define NOMINMAX 1 // as libstdc++ defines it
+#include <crtdbg.h>
 #include <direct.h>
 #include <io.h>
 #include <windows.h>
@@ -46,7 +47,9 @@ inline bool changeDirectory(const std::string& path) {
 }
 inline bool closeDescriptor(int descriptor) {
 #ifdef _MSC_VER
-    // Without a handler its C library ends the process that uses a closed descriptor.
+    // Without a handler its C library ends the process that uses a closed descriptor. The debug
+    // form would ask in a dialog first.
+    _CrtSetReportMode(_CRT_ASSERT, 0);
     _set_invalid_parameter_handler(
         [](const wchar_t*, const wchar_t*, const wchar_t*, unsigned, std::uintptr_t) {});
 #endif
