@@ -150,6 +150,7 @@ TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
         {"", "foo", ".\\foo.dll", "."},
         {"", "foo", "", "PATH Environmental Variable not set.\n"},
         {"a;", "foo", "\\foo.dll", "Could not find foo in path.\n"},
+        {";", "foo", "\\foo.dll", ""},
         {"C:/a/;;", "foo", "\\foo.dll", ""}, // one empty entry at the end
     };
     for (const auto& [path, name, readable, expected] : cases) {

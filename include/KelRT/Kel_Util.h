@@ -123,8 +123,8 @@ public:
     ///
     /// Paths are byte strings in the host's narrow encoding, the bytes that `fopen` takes. A name
     /// or a path ends at its first NUL. normalizePath and the data directories take both `/` and
-    /// `\` as separators, on every host, unless one is the second byte of a character in the ANSI
-    /// code page of Windows. The other functions pass a path to the host as it is. What the
+    /// `\` as separators, on every host, unless one is the second byte of a character in the code
+    /// page of Windows. The other functions pass a path to the host as it is. What the
     /// functions add follows the host:
     ///
     /// |                                  | Windows | Linux |
@@ -190,8 +190,8 @@ public:
     ///
     /// Any file that opens for reading counts as the library; an unreadable file or a directory
     /// does not. Opening does not wait, so a FIFO or a device that opens counts, too. Empty entries
-    /// of `PATH` are skipped, but two or more separators at its end give one empty entry, which
-    /// means the root. Quotes are ordinary characters.
+    /// of `PATH` are skipped, but two or more separators at its end, or one that is all of it, give
+    /// one empty entry, which means the root. Quotes are ordinary characters.
     /// \throws Kel_Exception when the file is not in the current directory: "PATH Environmental
     ///         Variable not set.\n" or "Could not find LIBRARYNAME in path.\n"
     /// \code
@@ -242,7 +242,8 @@ public:
     /// Replaces \a list by the names of the entries of \a directory, without their path, in the
     /// host's order. With \a listFlag true "." and ".." are included if the host lists them; with
     /// false they are left out. On Windows a directory whose path is longer than the host takes,
-    /// 260 characters as a rule, cannot be opened.
+    /// 260 characters as a rule, cannot be opened, and a name with characters that the narrow
+    /// encoding does not have comes back with others in their place, so nothing opens it.
     /// \throws Kel_Exception "Could not open the directory: DIRECTORY\n" when it cannot be opened
     ///         or read; \a list is then unchanged
     KELRT_API static void getDirectoryFileList(const std::string& directory, bool listFlag,
