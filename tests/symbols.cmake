@@ -35,8 +35,8 @@ endif()
 
 file(READ ${LIST} expected)
 if(WORD_BYTES EQUAL 4)
-  # The list names std::size_t and std::uint64_t as 64-bit hosts do.
-  string(REPLACE "unsigned long" "unsigned long long" expected "${expected}")
+  # The list names std::size_t and the 64-bit integers as 64-bit hosts do.
+  string(REGEX REPLACE "([(, ])long([,&)])" "\\1long long\\2" expected "${expected}")
   string(REGEX REPLACE "(operator new[^\n]*\\()unsigned long long" "\\1unsigned int" expected "${expected}")
   if(NOT symbols MATCHES "va_list")
     string(REPLACE "va_list" "char*" expected "${expected}")
