@@ -6,7 +6,6 @@
 
 #include "port/locale_windows.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -16,6 +15,9 @@
 
 namespace Port {
 namespace {
+
+// What the wide functions take.
+using WideText = std::basic_string<WCHAR>;
 
 struct CloseFile {
     void operator()(HANDLE file) const { CloseHandle(file); }
@@ -34,24 +36,24 @@ UINT pathEncoding() {
     return AreFileApisANSI() != FALSE ? CP_ACP : CP_OEMCP;
 }
 
-std::wstring wide(const char* path) {
+WideText wide(const char* path) {
     const UINT encoding = pathEncoding();
     const int size = MultiByteToWideChar(encoding, 0, path, -1, nullptr, 0); // with the NUL
-    std::wstring text(static_cast<std::size_t>(std::max(size, 1)) - 1, L'\0');
+    WideText text(static_cast<std::size_t>(size), WCHAR{});
     MultiByteToWideChar(encoding, 0, path, -1, text.data(), size);
-    return text;
+    return text.c_str();
 }
 
-std::string narrow(const wchar_t* path) {
+std::string narrow(const WCHAR* path) {
     const UINT encoding = pathEncoding();
     const int size = WideCharToMultiByte(encoding, 0, path, -1, nullptr, 0, nullptr, nullptr);
-    std::string text(static_cast<std::size_t>(std::max(size, 1)) - 1, '\0');
+    std::string text(static_cast<std::size_t>(size), '\0');
     WideCharToMultiByte(encoding, 0, path, -1, text.data(), size, nullptr, nullptr);
-    return text;
+    return text.c_str();
 }
 
 // Opens a file without locking it; null if the host refuses.
-FileHandle openFile(const std::wstring& path, DWORD access, DWORD disposition, DWORD flags) {
+FileHandle openFile(const WideText& path, DWORD access, DWORD disposition, DWORD flags) {
     constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const HANDLE file =
         CreateFileW(path.c_str(), access, SHARED, nullptr, disposition, flags, nullptr);
@@ -59,7 +61,7 @@ FileHandle openFile(const std::wstring& path, DWORD access, DWORD disposition, D
 }
 
 // The attributes of a link's target, INVALID_FILE_ATTRIBUTES if there is none.
-DWORD attributesOfTarget(const std::wstring& path) {
+DWORD attributesOfTarget(const WideText& path) {
     const FileHandle target =
         openFile(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     BY_HANDLE_FILE_INFORMATION information;
@@ -69,8 +71,8 @@ DWORD attributesOfTarget(const std::wstring& path) {
 }
 
 // The absolute form of a path; empty if the host has none.
-std::wstring fullPath(const std::wstring& path) {
-    std::wstring text(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+WideText fullPath(const WideText& path) {
+    WideText text(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), WCHAR{});
     const DWORD length =
         GetFullPathNameW(path.c_str(), static_cast<DWORD>(text.size()), text.data(), nullptr);
     text.resize(length < text.size() ? length : 0);
@@ -91,7 +93,7 @@ bool File::exist(const char* path) {
 
 bool File::isdir(const char* path) {
     FileInit::assertReady();
-    const std::wstring name = wide(path);
+    const WideText name = wide(path);
     DWORD attributes = GetFileAttributesW(name.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
         attributes = attributesOfTarget(name);
@@ -119,17 +121,19 @@ Creation File::create(const char* path) {
 }
 
 std::string currentDirectory(char drive) {
-    const wchar_t onDrive[] = {static_cast<wchar_t>(drive), L':', L'.', L'\0'};
-    return narrow(fullPath(drive == 0 ? L"." : onDrive).c_str());
+    const char onDrive[] = {drive, ':', '.', '\0'};
+    return narrow(fullPath(wide(drive == 0 ? "." : onDrive)).c_str());
 }
 
 UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     FileInit::assertReady();
-    std::wstring pattern = fullPath(wide(directory));
+    WideText pattern = fullPath(wide(directory));
     if (pattern.empty())
         return;
     // Behind the prefix `\\?\`, a doubled separator names nothing.
-    pattern += pattern.back() == L'\\' ? L"*" : L"\\*";
+    if (pattern.back() != '\\')
+        pattern += WCHAR{'\\'};
+    pattern += WCHAR{'*'};
     WIN32_FIND_DATAW entry;
     const HANDLE first = FindFirstFileW(pattern.c_str(), &entry);
     if (first == INVALID_HANDLE_VALUE) {

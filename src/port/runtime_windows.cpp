@@ -35,8 +35,9 @@ std::string takeCharacter(const wchar_t*& text) {
     const wchar_t* const character = std::exchange(text, text + units);
     char bytes[MB_LEN_MAX];
     if (localeIsUtf8()) {
-        const int length = WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, character, units,
-                                               bytes, sizeof bytes, nullptr, nullptr);
+        const WCHAR copy[] = {static_cast<WCHAR>(character[0]), static_cast<WCHAR>(character[1])};
+        const int length = WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, copy, units, bytes,
+                                               sizeof bytes, nullptr, nullptr);
         return length == 0 ? "?" : std::string(bytes, static_cast<std::size_t>(length));
     }
     std::mbstate_t state{};
