@@ -171,6 +171,8 @@ void openGap(const Example& e, Kel_ByteBuffer& buffer) {
     std::fill_n(buffer.uPtr() + at, e.number(1), std::uint8_t{0}); // a gap has any values
 }
 
+// NOLINTBEGIN(cert-err58-cpp): an exception here ends the test, as it should.
+
 const Runs BUFFER{
     {"insertBytes", change(openGap)},
     {"shiftBitsDown", change([](auto& e, auto& b) { b.shiftBitsDown(e.index(0)); })},
@@ -336,7 +338,7 @@ const Runs TEXTS{
          for (Text& entry : entries)
              argv.push_back(entry.data());
          const auto argc = static_cast<std::uint32_t>(argv.size());
-         const Text value = Kel_Util::findKey(entries, e.text(1));
+         Text value = Kel_Util::findKey(entries, e.text(1));
          EXPECT_EQ(Kel_Util::findKey(argc, argv.data(), e.text(1)), value);
          return value;
      }},
@@ -353,6 +355,8 @@ const Runs TEXTS{
              tokens.emplace_back(*token == '\0' ? "(empty)" : token);
          return AsItIs{tokens.empty() ? "none" : joined(tokens, " | ")};
      }}};
+
+// NOLINTEND(cert-err58-cpp)
 
 /// The line that an action logs, without blanks at its ends.
 AsItIs logged(const std::function<void(Logger&)>& action) {
@@ -377,6 +381,7 @@ Run returned(void (*setResult)(const Example&, MethodLogger&)) {
     };
 }
 
+// NOLINTNEXTLINE(cert-err58-cpp): as above.
 const Runs LOG{
     {"logMethodEntry",
      [](auto& e) {

@@ -42,7 +42,7 @@ using Bytes = std::array<unsigned char, VECTOR_BYTES>;
 
 template <typename WordVectorType>
 WordVectorType wordsIn(const Bytes& bytes) {
-    return WordVectorType{loadWord(&bytes[0]), loadWord(&bytes[8])};
+    return WordVectorType{loadWord(bytes.data()), loadWord(bytes.data() + 8)};
 }
 
 template <typename VectorType>
@@ -103,13 +103,13 @@ TYPED_TEST(Vectors, OperationsMoveAndCombineBytesInMemoryOrder) {
         const auto vectorA = bytesOf(wordsA);
         const auto vectorB = bytesOf(wordsB);
         EXPECT_EQ(bytesIn(vectorA), a);
-        EXPECT_EQ(firstWord(vectorA), loadWord(&a[0]));
-        EXPECT_EQ(secondWord(vectorA), loadWord(&a[8]));
+        EXPECT_EQ(firstWord(vectorA), loadWord(a.data()));
+        EXPECT_EQ(secondWord(vectorA), loadWord(a.data() + 8));
         EXPECT_EQ(bytesIn(bytesOf(middleWords(wordsA, wordsB))),
                   eachByte([&](unsigned i) { return i < 8 ? a[i + 8] : b[i - 8]; }));
         EXPECT_EQ(bytesIn(interleave(vectorA, vectorB)),
                   eachByte([&](unsigned i) { return i % 2 == 0 ? a[i / 2] : b[i / 2]; }));
-        const Bytes even = eachByte([&](unsigned i) { return i < 8 ? a[2 * i] : 0; });
+        const Bytes even = eachByte([&](unsigned i) { return i < 8 ? a[std::size_t{2} * i] : 0; });
         EXPECT_EQ(evenBytes(wordsA), loadWord(even.data()));
         std::uint64_t tops = 0;
         for (unsigned i = 0; i < VECTOR_BYTES; ++i)
@@ -117,9 +117,10 @@ TYPED_TEST(Vectors, OperationsMoveAndCombineBytesInMemoryOrder) {
         EXPECT_EQ(topBits(vectorA), tops);
         EXPECT_EQ(bytesIn((vectorA & vectorB) | ((vectorA >> 1) + (vectorB >> 1))),
                   eachByte([&](unsigned i) { return (a[i] & b[i]) | (a[i] / 2 + b[i] / 2); }));
-        EXPECT_EQ(bytesIn(bytesOf(wordsA << 3 | wordsB >> 5)),
-                  bytesIn(bytesOf(TypeParam{loadWord(&a[0]) << 3 | loadWord(&b[0]) >> 5,
-                                            loadWord(&a[8]) << 3 | loadWord(&b[8]) >> 5})));
+        EXPECT_EQ(
+            bytesIn(bytesOf(wordsA << 3 | wordsB >> 5)),
+            bytesIn(bytesOf(TypeParam{loadWord(a.data()) << 3 | loadWord(b.data()) >> 5,
+                                      loadWord(a.data() + 8) << 3 | loadWord(b.data() + 8) >> 5})));
     }
 }
 

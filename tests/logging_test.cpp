@@ -91,6 +91,8 @@ std::uintptr_t fillStack() {
     volatile unsigned char room[ROOM];
     for (volatile unsigned char& byte : room)
         byte = PATTERN;
+    // NOLINTNEXTLINE(clang-diagnostic-return-stack-address): the address outlives the array on
+    // purpose.
     return reinterpret_cast<std::uintptr_t>(&room[0]);
 }
 
@@ -99,6 +101,7 @@ std::size_t stackOf(const std::function<void()>& call) {
     std::size_t unused = 0;
     std::thread([&] {
         std::uintptr_t (*volatile notInlined)() = fillStack;
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the compiler must not follow the pointer.
         const auto* const room = reinterpret_cast<const volatile unsigned char*>(notInlined());
         call();
         while (room[unused] == PATTERN)

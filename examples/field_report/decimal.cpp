@@ -22,6 +22,7 @@ Fault invalid(const std::string& text, const char* what) {
 template <typename Integer>
 bool readInteger(std::string_view text, int base, Integer& number) {
     const char* const end = text.data() + text.size();
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): from_chars gets the end, too.
     const auto [rest, error] = std::from_chars(text.data(), end, number, base);
     return error == std::errc() && rest == end;
 }
