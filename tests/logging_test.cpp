@@ -86,23 +86,24 @@ constexpr bool SANITIZED = false;
 constexpr std::size_t ROOM = 1 << 16; // on the stack of a thread
 constexpr unsigned char PATTERN = 0xA5;
 
-// Fills the stack below the caller and returns its lowest address.
-std::uintptr_t fillStack() {
+std::uintptr_t lowestFilled = 0;
+
+// Fills the stack below the caller, down to the address in lowestFilled.
+void fillStack() {
     volatile unsigned char room[ROOM];
     for (volatile unsigned char& byte : room)
         byte = PATTERN;
-    // NOLINTNEXTLINE(clang-diagnostic-return-stack-address): the address outlives the array on
-    // purpose.
-    return reinterpret_cast<std::uintptr_t>(&room[0]);
+    lowestFilled = reinterpret_cast<std::uintptr_t>(&room[0]);
 }
 
 // The bytes of stack that `call` uses.
 std::size_t stackOf(const std::function<void()>& call) {
     std::size_t unused = 0;
     std::thread([&] {
-        std::uintptr_t (*volatile notInlined)() = fillStack;
+        void (*volatile notInlined)() = fillStack;
+        notInlined();
         // NOLINTNEXTLINE(performance-no-int-to-ptr): the compiler must not follow the pointer.
-        const auto* const room = reinterpret_cast<const volatile unsigned char*>(notInlined());
+        const auto* const room = reinterpret_cast<const volatile unsigned char*>(lowestFilled);
         call();
         while (room[unused] == PATTERN)
             ++unused;
