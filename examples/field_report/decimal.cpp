@@ -70,6 +70,8 @@ std::uint32_t decimalsOf(const std::string& number) {
 }
 
 std::uint32_t decimalsOfFraction(double numerator, double denominator) {
+    // Products are rounded: 0.47 / 47 has two decimals, although 0.47 * 10 * 10 is less than 47.
+    denominator *= 1 - 1e-13;
     std::uint32_t decimals = 0;
     while (numerator < denominator) {
         numerator *= 10;

@@ -15,7 +15,7 @@ import tempfile
 import model
 
 WIDTHS = (1, 2, 7, 8, 9, 16, 31, 32, 33, 63, 64, 65, 100, 128, 129, 200)
-SCALES = ("", "", "", "0.25", "1e-3", "100/255", "3.3/4096", "-1000/3", "2")
+SCALES = ("", "", "", "0.25", "1e-3", "100/255", "3.3/4096", "-1000/3", "0.47/47", "2")
 MAX_SCALED_WIDTH = 32  # every scaled value is exact in the decimals that it has
 
 
