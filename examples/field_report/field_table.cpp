@@ -80,6 +80,8 @@ void readScale(const Columns& columns, Field& field) {
 
 Field fieldOf(const Columns& columns) {
     const std::string& radix = columns[RADIX];
+    if (radix.empty())
+        throw Fault("the radix letter is missing");
     if (radix.size() != 1 || std::strchr("BODIUXSbodiuxs", radix[0]) == nullptr)
         throw Fault("'" + radix + "' is not a radix letter");
     Field field;

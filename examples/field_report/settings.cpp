@@ -28,8 +28,9 @@ Settings:
   capture=FILE   the capture; capture=- reads standard input
   line="NAME: HEX"
                  a line of a capture, in place of a file; may be repeated
-  fields=FILE    the field table; fields=- reads standard input. Without this setting it is
-                 fields.csv in the data directory, which the variable TOR_KEL_DATADIR names
+  fields=FILE    the field table; fields=- reads standard input, unless capture=- does. Without
+                 this setting it is fields.csv in the data directory, which the variable
+                 TOR_KEL_DATADIR names
   register=NAME[,NAME...]
                  only these registers
   scan=N[..M]    only these scans; those of a register are numbered from 1
@@ -69,9 +70,9 @@ The value is raw value * scale + offset. With an offset or a unit alone the scal
 has as many decimals as the scale or the offset, whichever has more. A scale may be a fraction,
 such as 100/255: it counts for the fewest decimals that tell neighbouring raw values apart, here 1.
 
-Names are those of raw values, such as 0=idle;1=shift;0x3=exit. A name stands in the table for
-people where the value would; in the other forms it is the last column or key, name, which is
-there if any field of the table has names.
+Names are those of raw values, such as 0=idle;1=shift;0x3=exit. A code in hexadecimal is the bits of
+the raw value. A name stands in the table for people where the value would; in the other forms it
+is the last column or key, name, which is there if any field of the table has names.
 
 After the fields of a scan, each run of bits that no field covers gets a row without a field name,
 in hexadecimal, unless the bits are all 0.
