@@ -37,11 +37,12 @@ using Access = ValueAccess;
 void readField(const unsigned char* data, std::uint64_t size, std::uint64_t position,
                Kel_Number& number) {
     const auto words = Access::words(number);
+    const auto shift = static_cast<unsigned>(position % 8); // limbs do not change it
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;
     for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB)
         numbers::storeLimb(&words[word], WORDS_PER_LIMB,
-                           common::wordAtBit(data + position / 8, position % 8));
+                           common::wordAtBit(data + position / 8, shift));
     numbers::storeLimb(&words[word], words.size() - word,
                        common::readField(data, size, position, left));
 }
@@ -49,7 +50,7 @@ void readField(const unsigned char* data, std::uint64_t size, std::uint64_t posi
 void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
                 const Kel_Number& number) {
     const auto words = Access::words(number);
-    const unsigned shift = position % 8;
+    const auto shift = static_cast<unsigned>(position % 8);
     Limb carried = data[position / 8] & common::lowBits(shift); // the low bits of the next byte
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;
