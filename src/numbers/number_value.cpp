@@ -37,7 +37,7 @@ using Access = ValueAccess;
 void readField(const unsigned char* data, std::uint64_t size, std::uint64_t position,
                Kel_Number& number) {
     const auto words = Access::words(number);
-    const auto shift = static_cast<unsigned>(position % 8); // limbs do not change it
+    const auto shift = static_cast<unsigned>(position % 8); // the same for each limb
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;
     for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB)
