@@ -46,6 +46,8 @@ std::size_t characterLength(std::string_view text) {
 
 // Each byte that belongs to no character becomes U+FFFD.
 std::string utf8(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; }))
+        return std::string(text);
     std::string result;
     while (!text.empty()) {
         const std::size_t length = characterLength(text);

@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <string_view>
 #include <system_error>
 
 namespace field_report {
@@ -20,10 +19,9 @@ Fault invalid(const std::string& text, const char* what) {
 }
 
 template <typename Integer>
-bool readInteger(std::string_view text, int base, Integer& number) {
+bool readInteger(const std::string& text, std::size_t from, int base, Integer& number) {
     const char* const end = text.data() + text.size();
-    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): from_chars gets the end, too.
-    const auto [rest, error] = std::from_chars(text.data(), end, number, base);
+    const auto [rest, error] = std::from_chars(text.data() + from, end, number, base);
     return error == std::errc() && rest == end;
 }
 
@@ -60,7 +58,7 @@ std::uint32_t decimalsOf(const std::string& number) {
     if (end != number.size()) {
         const std::size_t exponent = end + (number[end + 1] == '+' ? 2 : 1);
         std::int32_t tens = 0;
-        if (!readInteger(std::string_view(number).substr(exponent), 10, tens))
+        if (!readInteger(number, exponent, 10, tens))
             throw invalid(number, "the exponent of");
         decimals -= tens;
     }
@@ -90,7 +88,7 @@ bool hasHexPrefix(const std::string& text) {
 std::uint64_t integerOf(const std::string& text, const char* what) {
     const bool isHex = hasHexPrefix(text);
     std::uint64_t number = 0;
-    if (!readInteger(std::string_view(text).substr(isHex ? 2 : 0), isHex ? 16 : 10, number))
+    if (!readInteger(text, isHex ? 2 : 0, isHex ? 16 : 10, number))
         throw invalid(text, what);
     return number;
 }
