@@ -1,45 +1,16 @@
-# Run by CPack for each package, on the files that are about to be packed: adds what belongs to a
-# package and to no other installation.
+# Run by CPack on the files that are about to be packed: adds what belongs to the archive and to no other
+# installation.
 
-# The packed version must be the last release in the changelog, which also gives the date.
-set(released "## \\[([0-9.]+)\\] - ([0-9-]+)")
+# The packed version must be the last release in the changelog.
+set(released "## \\[([0-9.]+)\\] - [0-9-]+")
 file(STRINGS ${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md releases REGEX "^${released}$")
 list(GET releases 0 release)
 string(REGEX MATCH "${released}" release "${release}")
 set(version ${CMAKE_MATCH_1})
-set(day ${CMAKE_MATCH_2})
 if(NOT version STREQUAL CPACK_PACKAGE_VERSION)
   message(FATAL_ERROR "CHANGELOG.md: the last release is ${version}, what is packed is ${CPACK_PACKAGE_VERSION}")
 endif()
 
-if(CPACK_GENERATOR STREQUAL DEB)
-  execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C date --utc --rfc-email --date=${day}
-    OUTPUT_VARIABLE day OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-  file(GLOB packages LIST_DIRECTORIES TRUE ${CPACK_TEMPORARY_DIRECTORY}/*)
-  foreach(package IN LISTS packages)
-    get_filename_component(component ${package} NAME)
-    string(TOUPPER ${component} component)
-    set(doc ${package}/usr/share/doc/${CPACK_DEBIAN_${component}_PACKAGE_NAME})
-    configure_file(${CPACK_KEL_SOURCE_DIR}/LICENSE ${doc}/copyright COPYONLY)
-    configure_file(${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md ${doc}/changelog COPYONLY)
-    file(WRITE ${doc}/changelog.Debian
-"${CPACK_PACKAGE_NAME} (${version}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
-
-  * Release ${version}.
-
- -- ${CPACK_PACKAGE_CONTACT}  ${day}
-")
-    file(GLOB manuals ${package}/usr/share/man/man1/*.1)
-    execute_process(COMMAND gzip -9nf ${doc}/changelog ${doc}/changelog.Debian ${manuals}
-      COMMAND_ERROR_IS_FATAL ANY)
-  endforeach()
-  # Registers the pages with Debian's documentation systems.
-  configure_file(${CPACK_KEL_SOURCE_DIR}/cmake/doc-base
-    ${CPACK_TEMPORARY_DIRECTORY}/KelUtil_Documentation/usr/share/doc-base/libkelutil-doc COPYONLY)
-  return()
-endif()
-
-# The archive.
 set(root ${CPACK_TEMPORARY_DIRECTORY})
 configure_file(${CPACK_KEL_SOURCE_DIR}/LICENSE ${root}/LICENSE COPYONLY)
 configure_file(${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md ${root}/CHANGELOG.md COPYONLY)
