@@ -3,8 +3,8 @@
 // The report tool on a capture, a line "%%", and a table of fields. Whatever they hold, each fault
 // is one line with its place, the line ends of another host make no difference, and the changes
 // alone have the same faults.
-#include "../../examples/field_report/formats.h"
-#include "../../examples/field_report/report.h"
+#include "../../tools/field_report/formats.h"
+#include "../../tools/field_report/report.h"
 
 #include "input.h"
 #include "support/host.h"
