@@ -1,6 +1,5 @@
-# Compares the exported symbols of LIBRARY, demangled and sorted, with the file LIST, which names
-# types as 64-bit hosts do; WORD_BYTES is the target's pointer size. NM reads a shared object; for a
-# DLL, OBJDUMP and CXXFILT do. With UPDATE the file is written instead.
+# Compares the exported symbols of LIBRARY, demangled and sorted, with the file LIST. NM reads a shared
+# object; for a DLL, OBJDUMP and CXXFILT do. With UPDATE the file is written instead.
 function(run output)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
   set(${output} "${text}" PARENT_SCOPE)
@@ -21,8 +20,13 @@ endif()
 while(symbols MATCHES ">>")
   string(REPLACE ">>" "> >" symbols "${symbols}")
 endwhile()
-# The one type of the interface that processors name differently.
-string(REGEX REPLACE "__va_list_tag\\*|std::__va_list" "va_list" symbols "${symbols}")
+# One list serves every host: std::uint64_t and std::size_t are `unsigned long` in it, std::va_list is va_list.
+# DLLs do not export the names of types.
+string(REPLACE "long long" "long" symbols "${symbols}")
+string(REGEX REPLACE "(operator new[^\n]*\\(unsigned )int" "\\1long" symbols "${symbols}")
+string(REGEX REPLACE "(char const\\*, )(char\\*|std::__va_list|__va_list_tag\\*)\\)" "\\1va_list)"
+  symbols "${symbols}")
+string(REGEX REPLACE "typeinfo name for [^\n]*\n" "" symbols "${symbols}")
 
 # The variants of a constructor or destructor have the same demangled name.
 string(REGEX REPLACE "\n$" "" symbols "${symbols}")
@@ -35,14 +39,6 @@ if(UPDATE)
 endif()
 
 file(READ ${LIST} expected)
-if(WORD_BYTES EQUAL 4)
-  # The list names std::size_t and the 64-bit integers as 64-bit hosts do.
-  string(REGEX REPLACE "([(, ])long([,&)])" "\\1long long\\2" expected "${expected}")
-  string(REGEX REPLACE "(operator new[^\n]*\\()unsigned long long" "\\1unsigned int" expected "${expected}")
-  if(NOT symbols MATCHES "va_list")
-    string(REPLACE "va_list" "char*" expected "${expected}")
-  endif()
-endif()
 if(text STREQUAL "" OR NOT expected STREQUAL "${text}\n")
   string(REGEX REPLACE "\n$" "" expected "${expected}")
   string(REPLACE "\n" ";" expected "${expected}")
