@@ -90,6 +90,9 @@ give
 
 Each fault of the input is one line on standard error; all else is still reported. The exit
 status is 0 when there was no fault, and 1 otherwise.
+
+TOR_KEL_LOGFILE names a file for a log of the run, and TOR_KEL_LOGDETAIL its detail level: 3 shows
+each scan, 4 the calls. NO_COLOR, set and not empty, makes the header of a table plain.
 )";
 
 namespace {
