@@ -1,6 +1,6 @@
 # Windows x64 with the binary interface of MSVC: clang-cl and LLVM's linker, on any host. The folder
 # KELUTIL_MSVC_SDK has the headers and libraries of MSVC and of the Windows SDK, either as an
-# installation of them (VC, Windows Kits) or as tests/msvc/make_sdk lays it out (include, lib).
+# installation of them (VC, Windows Kits) or as .ci/msvc lays it out (include, lib).
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
