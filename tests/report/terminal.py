@@ -7,19 +7,26 @@ usage: terminal.py TOOL
 import os
 import pty
 import re
-import select
-import subprocess
 import sys
 import tempfile
 import time
+from subprocess import PIPE, Popen
 
-TABLE = "fields=good.csv"
+
+def start(stream, *arguments, environment=(), **streams):
+    """The tool, one of whose streams is a terminal, and the other end of that terminal."""
+    controller, terminal = pty.openpty()
+    base = {key: value for key, value in os.environ.items() if key not in ("NO_COLOR", "TERM")}
+    tool = Popen([sys.argv[1], *arguments, "fields=good.csv"], env=base | dict(environment),
+                 **{stream: terminal}, **streams)
+    os.close(terminal)
+    return tool, controller
 
 
-def read_all(descriptor):
+def read_until(mark, terminal):
     text = b""
     try:
-        while piece := os.read(descriptor, 65536):
+        while mark not in text and (piece := os.read(terminal, 65536)):
             text += piece
     except OSError:  # how Linux ends a terminal
         pass
@@ -27,81 +34,41 @@ def read_all(descriptor):
 
 
 def report(**environment):
-    """The report of good.cap as a terminal gets it."""
-    controller, terminal = pty.openpty()
-    base = {key: value for key, value in os.environ.items() if key not in ("NO_COLOR", "TERM")}
-    with subprocess.Popen([sys.argv[1], "capture=good.cap", TABLE], stdout=terminal,
-                          env=base | environment):
-        os.close(terminal)
-        return read_all(controller)
+    return read_until(b"\0", start("stdout", "capture=good.cap", environment=environment)[1])
 
 
-def progress():
-    """What standard error shows of a capture that does not end before the progress is there."""
-    controller, terminal = pty.openpty()
-    shown = b""
-    with tempfile.TemporaryFile() as report, \
-            subprocess.Popen([sys.argv[1], "capture=-", TABLE, "scan=1..2"],
-                             stdin=subprocess.PIPE, stdout=report, stderr=terminal) as tool:
-        os.close(terminal)
-        os.set_blocking(controller, False)
-        while b"read" not in shown:
-            tool.stdin.write(b"COUNT 8 2a\n" * 1000)
-            try:
-                shown += os.read(controller, 4096)
-            except BlockingIOError:
-                pass
-        tool.stdin.close()
-        tool.wait()
-        report.seek(0)
-        piped = report.read().decode()
-    os.set_blocking(controller, True)
-    return shown.decode() + read_all(controller), piped
-
-
-def share():
-    """What standard error shows of a file whose report nobody reads for two seconds."""
-    controller, terminal = pty.openpty()
-    with tempfile.NamedTemporaryFile() as capture:
-        capture.write(b"COUNT 8 2a\n" * 100000)
-        capture.flush()
-        with subprocess.Popen([sys.argv[1], "capture=" + capture.name, TABLE],
-                              stdout=subprocess.PIPE, stderr=terminal) as tool:
-            os.close(terminal)
-            time.sleep(2)  # the share is shown after one
-            tool.stdout.read()
-    return read_all(controller)
-
-
-def live():
-    """The first object of a capture whose second line is not yet complete."""
-    with subprocess.Popen([sys.argv[1], "capture=-", TABLE, "format=jsonl"], stdin=subprocess.PIPE,
-                          stdout=subprocess.PIPE) as tool:
-        tool.stdin.write(b"COUNT 8 2a\nCOUNT 8")
-        tool.stdin.flush()
-        ready, _, _ = select.select([tool.stdout], [], [], 60)
-        line = tool.stdout.readline().decode() if ready else ""
-        tool.stdin.close()
-    return line
-
-
-def expect(what, isRight):
-    if not isRight:
+def expect(what, is_right):
+    if not is_right:
         sys.exit(f"{what} is not as expected")
 
 
-def main():
-    plain = report(TERM="dumb")
-    header, rest = plain.split("\n", 1)
-    expect("a dumb terminal", header.startswith("REGISTER") and "\x1b" not in plain)
-    expect("NO_COLOR", report(TERM="xterm", NO_COLOR="1") == plain)
-    expect("an empty NO_COLOR", report(TERM="xterm", NO_COLOR="") == f"\x1b[1m{header}\x1b[0m\n{rest}")
-    shown, piped = progress()
-    expect("the progress", "MB read\r" in shown and shown.endswith(" \r") and "read" not in piped)
-    expect("a scan of a live pipe", live().endswith('}]}\n'))
-    first = re.match(r"(\d+) % read\r", share())
-    expect("the share of the file", first and 0 < int(first[1]) < 50)
+plain = report(TERM="dumb")
+header, rest = plain.split("\n", 1)
+expect("a dumb terminal", header.startswith("REGISTER") and "\x1b" not in plain)
+expect("NO_COLOR", report(TERM="xterm", NO_COLOR="1") == plain)
+expect("an empty NO_COLOR", report(TERM="xterm", NO_COLOR="") == f"\x1b[1m{header}\x1b[0m\n{rest}")
 
+# A capture whose second line is not yet complete.
+tool = Popen(["timeout", "60", sys.argv[1], "capture=-", "fields=good.csv", "format=jsonl"], stdin=PIPE, stdout=PIPE)
+tool.stdin.write(b"COUNT 8 2a\nCOUNT 8")
+tool.stdin.flush()
+expect("the first scan", tool.stdout.readline().endswith(b"}]}\n"))
+tool.stdin.close()
 
-if __name__ == "__main__":
-    main()
+# A capture that does not end before the progress is shown, and then ends anywhere. The progress is erased.
+with Popen(["yes", "COUNT 8 2a"], stdout=PIPE) as scans:
+    tool, terminal = start("stderr", "capture=-", "scan=1..2", stdin=scans.stdout, stdout=PIPE)
+    shown = read_until(b"read", terminal)
+    scans.terminate()
+shown += read_until(b"\0", terminal)
+expect("the progress", re.search(r"MB read\r +\r", shown) and b"read" not in tool.stdout.read())
+
+# A file whose report nobody reads for two seconds: its share is shown after one.
+with tempfile.NamedTemporaryFile() as capture:
+    capture.write(b"COUNT 8 2a\n" * 100000)
+    capture.flush()
+    tool, terminal = start("stderr", "capture=" + capture.name, stdout=PIPE)
+    time.sleep(2)
+    tool.stdout.read()
+    share = re.match(r"(\d+) % read\r", read_until(b"\0", terminal))
+    expect("the share of the file", share and 0 < int(share[1]) < 50)
