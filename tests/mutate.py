@@ -17,18 +17,17 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
-LIBRARY = 'CMakeFiles/kelutil_objects.dir'
 
 # The programs that know a folder of src/, or a public header, best. They are built and run first.
-BITS = ['random_byte_buffer', 'bits_test']
-NUMBERS = ['random_number', 'random_number_value', 'numbers_test', 'random_number_util', 'number_util_test']
-TEXT = ['random_tokenizer', 'text_test']
-LOG = ['random_log', 'logging_test', 'logging_process', 'memory_test']
-FILES = ['port_test', 'random_normalize_path', 'files_test']
+BITS = 'random_byte_buffer bits_test'
+NUMBERS = 'random_number random_number_value numbers_test random_number_util number_util_test'
+TEXT = 'random_tokenizer text_test'
+LOG = 'random_log logging_test logging_process memory_test'
+FILES = 'port_test random_normalize_path files_test'
 NEAREST = {
     'bits': BITS, 'numbers': NUMBERS, 'text': TEXT, 'logging': LOG, 'files': FILES, 'port': FILES,
-    'common': ['internal_test', *BITS, *NUMBERS], 'Kel_ByteBuffer': BITS, 'Kel_Number': NUMBERS,
-    'Kel_NumberUtil': NUMBERS, 'Kel_StrTok': TEXT, 'Kel_Util': TEXT + FILES, 'Logger': LOG,
+    'common': f'internal_test {BITS} {NUMBERS}', 'Kel_ByteBuffer': BITS, 'Kel_Number': NUMBERS,
+    'Kel_NumberUtil': NUMBERS, 'Kel_StrTok': TEXT, 'Kel_Util': f'{TEXT} {FILES}', 'Logger': LOG,
     'MethodLogger': LOG,
 }
 
@@ -44,8 +43,7 @@ CHANGES = [(re.compile(pattern), new) for pattern, new in [
     (r'(?<!\w)\+\+(?=\w)', '--'), (r'(?<!\w)--(?=\w)', '++'), (r' & [\w.]+(?![\w(\[.:])', ''),
     (r'(?<![\w.])0(?![\w.\'])', '1'),
     (r'(?<![\w.])([1-9]\d*)(?![\w.\'])', lambda m: str(int(m[1]) + 1)),
-    (r'(?<![\w.])0x([0-9A-F]+)(?![0-9A-F\'])',
-     lambda m: f'0x{int(m[1], 16) ^ 1:0{len(m[1])}X}'),
+    (r'(?<![\w.])0x([0-9A-F]+)(?![0-9A-F\'])', lambda m: f'0x{int(m[1], 16) ^ 1:0{len(m[1])}X}'),
     (r"'([A-Za-z0-9])'", lambda m: f"'{chr(ord(m[1]) + 1)}'"),
     (r'"([^"\\]+)"', r'"\1~"'),
     (r'^(\s+)[A-Za-z_][\w:.>-]*\(.*\);$', r'\1;'),  # drops a call
@@ -57,8 +55,7 @@ SKIPPED = re.compile(r'\s*(#|//|assert\(|static_assert|using |namespace |templat
 
 
 def changes_of(file):
-    """(line number, line, changed line) of each change of a file."""
-    found = []
+    """(file, line number, changed line) of each change of a file."""
     for number, line in enumerate((ROOT / file).read_text().split('\n')):
         comment = line.find('//')
         code = line if comment < 0 or line.count('"', 0, comment) % 2 else line[:comment].rstrip()
@@ -67,20 +64,18 @@ def changes_of(file):
                 inside_text = code.count('"', 0, match.start()) % 2 and match[0][0] != '"'
                 if not inside_text:
                     text = new(match) if callable(new) else match.expand(new)
-                    found.append((number, line, code[:match.start()] + text + code[match.end():]))
-    return found
+                    yield file, number, code[:match.start()] + text + code[match.end():]
 
 
-def run(command, limit):
-    """The exit status and the output of a command. One that takes too long has failed."""
+def run(limit, *command):
+    """Whether a command succeeds within the seconds of LIMIT, and its output."""
     try:
         # The time of the build is part of one source: it must not differ from build to build.
-        done = subprocess.run([str(c) for c in command], capture_output=True, text=True,
-                              errors='replace', timeout=limit, check=False,
-                              env={**os.environ, 'SOURCE_DATE_EPOCH': '1300000000'})
-        return done.returncode, done.stdout + done.stderr
+        done = subprocess.run([str(c) for c in command], capture_output=True, text=True, errors='replace',
+                              timeout=limit, check=False, env={**os.environ, 'SOURCE_DATE_EPOCH': '1300000000'})
+        return done.returncode == 0, done.stdout
     except subprocess.TimeoutExpired:
-        return 1, 'it took too long'
+        return False, ''
 
 
 class Copy:
@@ -89,51 +84,48 @@ class Copy:
     def __init__(self, work):
         self.tree, self.build = work / 'tree', work / 'build'
         shutil.rmtree(work, ignore_errors=True)
-        names = run(['git', '-C', ROOT, 'ls-files', '-co', '--exclude-standard'], 60)[1]
-        for name in filter(lambda n: (ROOT / n).is_file(), names.split('\n')):
-            (self.tree / name).parent.mkdir(parents=True, exist_ok=True)
-            shutil.copy2(ROOT / name, self.tree / name)
-        _, said = run(['cmake', '-S', self.tree, '-B', self.build, '-G', 'Ninja', '-Wno-dev',
-                       '-DCMAKE_BUILD_TYPE=Mutation', '-DCMAKE_CXX_FLAGS=-O1 -w',
-                       '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON'], 120)
-        if not self.make(limit=3600) or run(self.suite(60), 600)[0] != 0:
-            sys.exit('The suite fails without any change.\n' + said[-2000:])
+        for name in run(60, 'git', '-C', ROOT, 'ls-files', '-co', '--exclude-standard')[1].split('\n'):
+            if (ROOT / name).is_file():
+                (self.tree / name).parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy2(ROOT / name, self.tree / name)
+        run(120, 'cmake', '-S', self.tree, '-B', self.build, '-G', 'Ninja', '-DCMAKE_BUILD_TYPE=Mutation',
+            '-DCMAKE_CXX_FLAGS=-O1 -w', '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON')
+        if not self.make('all', limit=3600) or not self.passes(limit=60):
+            sys.exit('The suite fails without any change.')
         self.code_before = self.code()
 
-    def make(self, targets=('all',), limit=300):
-        return run(['cmake', '--build', self.build, '-j2', '--target', *targets], limit)[0] == 0
+    def make(self, *targets, limit=300):
+        return run(limit, 'cmake', '--build', self.build, '-j2', '--target', *targets)[0]
 
-    def suite(self, limit, *choice):
-        return ['ctest', '--test-dir', self.build, '-j2', '--stop-on-failure', '--no-tests=error',
-                '--timeout', limit, *choice]
+    def passes(self, *choice, limit=10):
+        return run(600, 'ctest', '--test-dir', self.build, '-j2', '--stop-on-failure', '--no-tests=error',
+                   '--timeout', limit, *choice)[0]
 
     def code(self):
         """The digests of the library's objects."""
-        objects = sorted((self.build / LIBRARY).glob('**/*.o'))
+        objects = sorted(self.build.glob('CMakeFiles/kelutil_*.dir/**/*.o'))
         return [hashlib.sha256(o.read_bytes()).digest() for o in objects]
 
     def outcome(self, file):
         """'caught', 'survived', or 'void' for a change that does not count."""
-        if not self.make(['KelUtil']) or (file.startswith('src/') and self.code() == self.code_before):
+        in_source = file.startswith('src/')
+        if not self.make('KelUtil') or (in_source and self.code() == self.code_before):
             return 'void'
-        nearest = NEAREST.get(file.split('/')[1] if file.startswith('src/') else pathlib.Path(file).stem)
-        if nearest and self.make(nearest):
-            if run(self.suite(10, '-L', f'^({"|".join(nearest)})$'), 240)[0] != 0:
-                return 'caught'
-        if not self.make():
-            return 'void'
-        return 'caught' if run(self.suite(10), 240)[0] != 0 else 'survived'
+        nearest = NEAREST.get(file.split('/')[1] if in_source else pathlib.Path(file).stem, '').split()
+        if nearest and self.make(*nearest) and not self.passes('-L', f'^({"|".join(nearest)})$'):
+            return 'caught'
+        return 'void' if not self.make('all') else 'survived' if self.passes() else 'caught'
 
     def try_change(self, file, number, after):
+        """The outcome, and the line before the change."""
         path = self.tree / file
         original = path.read_text()
         lines = original.split('\n')
-        lines[number] = after
+        before, lines[number] = lines[number], after
         path.write_text('\n'.join(lines))
-        try:
-            return self.outcome(file)
-        finally:
-            path.write_text(original)
+        outcome = self.outcome(file)
+        path.write_text(original)
+        return outcome, before
 
 
 def main():
@@ -143,20 +135,17 @@ def main():
     parser.add_argument('--seed', type=int, default=1)
     parser.add_argument('--only', default='', metavar='PATTERN', help='files whose path matches')
     arguments = parser.parse_args()
-    files = run(['git', '-C', ROOT, 'ls-files', 'src/*.cpp', 'src/*.h', 'include/*.h'], 60)[1].split()
-    generator = random.Random(arguments.seed)
-    changes = [(file, *change) for file in files if re.search(arguments.only, file)
-               for change in changes_of(file)]
-    generator.shuffle(changes)
+    files = run(60, 'git', '-C', ROOT, 'ls-files', 'src/*.cpp', 'src/*.h', 'include/*.h')[1].split()
+    changes = [change for file in files if re.search(arguments.only, file) for change in changes_of(file)]
+    random.Random(arguments.seed).shuffle(changes)
     copy = Copy(arguments.work.resolve())
     count = {'caught': 0, 'survived': 0, 'void': 0}
-    for file, number, before, after in changes:
-        outcome = copy.try_change(file, number, after)
+    while changes and count['caught'] + count['survived'] < arguments.count:
+        file, number, after = changes.pop(0)
+        outcome, before = copy.try_change(file, number, after)
         count[outcome] += 1
         if outcome == 'survived':
             print(f'{file}:{number + 1}: survived\n- {before.strip()}\n+ {after.strip()}', flush=True)
-        if count['caught'] + count['survived'] == arguments.count:
-            break
     judged = max(1, count['caught'] + count['survived'])
     print(f'mutate: seed {arguments.seed}: {count["caught"]} of {judged} changes caught, '
           f'{100 * count["caught"] / judged:.1f} %')

@@ -8,27 +8,25 @@ set(KELUTIL_GOLDEN_RUNNER ${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 # kel_golden_test(TEST PROGRAM GOLDEN [RUN]): one test of the target PROGRAM. GOLDEN is the path of NAME.txt,
 # RUN that of the run file if it is not NAME.run beside it.
 function(kel_golden_test test program golden)
-  cmake_path(ABSOLUTE_PATH golden NORMALIZE)
   cmake_path(REPLACE_EXTENSION golden LAST_ONLY run OUTPUT_VARIABLE run)
   if(ARGN)
     set(run ${ARGN})
-    cmake_path(ABSOLUTE_PATH run NORMALIZE)
   endif()
+  cmake_path(ABSOLUTE_PATH golden NORMALIZE)
+  cmake_path(ABSOLUTE_PATH run NORMALIZE)
   add_test(NAME ${test} COMMAND ${CMAKE_COMMAND} -DNAME=${program}
     "-DCOMMAND=${CMAKE_CROSSCOMPILING_EMULATOR};$<TARGET_FILE:${program}>"
     -DRUN=${run} -DGOLDEN=${golden} -DDIRECTORY=${CMAKE_CURRENT_BINARY_DIR}/golden/${test}
     -DCROSS=${CMAKE_CROSSCOMPILING} -DWINDOWS=${WIN32} -P ${KELUTIL_GOLDEN_RUNNER})
-  set_tests_properties(${test} PROPERTIES
-    SKIP_REGULAR_EXPRESSION "skipped: " TIMEOUT 120 LABELS ${program})
+  set_tests_properties(${test} PROPERTIES SKIP_REGULAR_EXPRESSION "skipped: " TIMEOUT 120 LABELS ${program})
 endfunction()
 
-# kel_golden_tests(SUITE PROGRAM [FOLDER]): a test SUITE.NAME for each NAME.run in the current folder, or
-# in FOLDER below it.
+# kel_golden_tests(SUITE PROGRAM [FOLDER]): a test SUITE.NAME for each FOLDER/NAME.run.
 function(kel_golden_tests suite program)
-  set(folder ${CMAKE_CURRENT_SOURCE_DIR}/${ARGN})
-  file(GLOB runs CONFIGURE_DEPENDS ${folder}/*.run)
+  file(GLOB runs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${ARGN}/*.run)
   foreach(run IN LISTS runs)
     cmake_path(GET run STEM LAST_ONLY name)
-    kel_golden_test(${suite}.${name} ${program} ${folder}/${name}.txt)
+    cmake_path(REPLACE_EXTENSION run LAST_ONLY txt OUTPUT_VARIABLE golden)
+    kel_golden_test(${suite}.${name} ${program} ${golden})
   endforeach()
 endfunction()
