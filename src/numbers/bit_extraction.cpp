@@ -10,7 +10,7 @@
 namespace KelRT {
 namespace {
 
-// The field from bit `low` to bit `high`, or its lowest `maxCount` bits.
+// Reads the field from bit `low` to bit `high`, or its lowest `maxCount` bits.
 std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int32_t low,
                          std::uint64_t maxCount) {
     assert(data != nullptr && "the field lies inside the array");
@@ -20,7 +20,7 @@ std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int3
     return common::readField(data, (first + count + 7) / 8, first, count);
 }
 
-// Bit `firstBit` is the most significant.
+// Reads a field whose bit `firstBit` is the most significant.
 std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
                          std::uint64_t maxCount) {
     if (firstBit < lastBit)
@@ -29,8 +29,8 @@ std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::
     return lowestBits(data, firstBit, lastBit, maxCount);
 }
 
-// The mirrored field: bit `lastBit` becomes bit 0. Of a longer field, only the highest `maxCount`
-// bits are taken.
+// Reads a field in the opposite order: bit `lastBit` becomes bit 0. Of a field longer than
+// `maxCount`, only the highest bits are read.
 std::uint64_t ascending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
                         std::int32_t maxCount) {
     if (firstBit > lastBit)

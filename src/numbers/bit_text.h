@@ -12,7 +12,7 @@
 
 namespace KelRT::numbers {
 
-constexpr unsigned CHARACTERS_PER_STEP = 8; // they fill 64 bits
+constexpr unsigned CHARACTERS_PER_STEP = 8; // one 64-bit load
 
 // Bit i is set if character i of `count` (0 to 64) is '1'.
 inline std::uint64_t onesIn(const char* text, unsigned count) {
@@ -33,7 +33,7 @@ constexpr std::uint64_t spreadOctal(std::uint64_t value) {
     return (value | value << 5) & 0x0707070707070707;
 }
 
-// The inverse of spreadOctal(). The other bits must be 0.
+// The inverse of spreadOctal(). Only the low three bits of each byte may be set.
 constexpr std::uint64_t packOctal(std::uint64_t digits) {
     digits = (digits | digits >> 5) & 0x003F003F003F003F;
     digits = (digits | digits >> 10) & 0x00000FFF00000FFF;
@@ -61,11 +61,13 @@ inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
 
 // The number in the `count` binary digits (0 to 64) before `end`. Any other character counts as 0.
 inline std::uint64_t readLenientBinary(const char* end, unsigned count) {
-    // Mirrored, the digits are the high bits; the rotation moves them to the low end.
+    // Mirrored, the digits are the high bits. A rotation moves them to the low end, because a shift
+    // by 64, for a count of 0, is undefined.
     return std::rotl(common::mirrorWord(onesIn(end - count, count)), static_cast<int>(count));
 }
 
-// Writes the low `count` digits of `value` before `end`. `spread` yields the lowest eight digits.
+// Writes the low `count` digits of `value` before `end`. spread(value) returns the lowest eight
+// digits, one per byte.
 template <unsigned DIGIT_BITS, typename Spread>
 void writeDigits(char* end, std::uint64_t value, unsigned count, Spread spread) {
     const auto characters = [&] {
@@ -80,14 +82,14 @@ void writeDigits(char* end, std::uint64_t value, unsigned count, Spread spread) 
         common::storeHighBytes(end - count, characters(), count);
 }
 
-// 0 to 64 digits.
+// Writes the low `count` bits (0 to 64) of `value` before `end`.
 inline void writeBinary(char* end, std::uint64_t value, unsigned count) {
     writeDigits<1>(end, value, count, [](std::uint64_t bits) {
         return common::spreadBits(static_cast<std::uint8_t>(bits));
     });
 }
 
-// 0 to 21 digits.
+// Writes the low `count` octal digits (0 to 21) of `value` before `end`.
 inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
     const auto spread = [](std::uint64_t bits) { return spreadOctal(bits & 0xFFFFFF); };
     // powerOfTwoText() writes groups of 16 digits: a constant count unrolls the loop. Without it,
@@ -98,7 +100,7 @@ inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
         writeDigits<3>(end, value, count, spread);
 }
 
-// 1 to 8 digits.
+// Writes the low `count` bytes (1 to 8) of `value` before `end`.
 inline void writeBytes(char* end, std::uint64_t value, unsigned count) {
     common::storeHighBytes(end - count, common::swapBytes(value), count);
 }

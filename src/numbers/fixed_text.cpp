@@ -16,13 +16,14 @@ namespace {
 // Further ones are 0.
 constexpr std::uint32_t EXACT_DECIMALS = 1074;
 
-// A sign, the 309 digits of the largest double, a decimal point (32 bytes are assumed to suffice),
-// the decimals and the NUL.
+// A sign, the 309 digits of the largest double, a decimal point (that of the locale, assumed to
+// have at most 32 bytes), the decimals and the NUL.
 constexpr std::size_t LONGEST_TEXT = 1 + 309 + 32 + EXACT_DECIMALS + 1;
 
 } // namespace
 
 std::string fixedText(double value, std::uint32_t precision) {
+    static_assert(MAX_PRECISION == 2147483136);
     if (precision > MAX_PRECISION)
         throw std::length_error("Kel: precision above 2147483136");
     const std::uint32_t printed = std::min(precision, EXACT_DECIMALS);

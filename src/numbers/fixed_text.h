@@ -6,7 +6,8 @@
 
 namespace KelRT::numbers {
 
-// With at most this many decimals, the length of a text fits an int, as printf() requires.
+// With at most this many decimals, the length of a text fits an int, as printf() requires: INT_MAX
+// less 511 characters, enough for a sign, 309 digits and a decimal point.
 constexpr std::uint32_t MAX_PRECISION = 0x7FFF'FE00;
 
 // The whole text of printf("%.*f", precision, value), with the decimal point of LC_NUMERIC. Throws

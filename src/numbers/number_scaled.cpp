@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Scaled values of numbers, by double arithmetic. The build forbids the compiler to fuse a
-// multiplication with an addition in this file, which would change results.
+// Scaled values of numbers, by double arithmetic. The build disables floating-point contraction for
+// this file: fused multiply-adds would change results.
 #include "KelRT/Kel_Number.h"
 #include "numbers/fixed_text.h"
 
@@ -18,7 +18,8 @@ void Kel_Number::setFloat(const std::string& text, double scale, double offset) 
     if (!std::isfinite(quotient))
         return;
     // All steps are exact: the magnitude has at most 53 significant bits, and the divisor is a
-    // power of two. The conversion to a word drops the fraction.
+    // power of two. Each division moves the word that was stored into the fraction, which the next
+    // conversion to a word drops.
     double magnitude = std::fabs(quotient);
     for (std::uint16_t& word : words) {
         if (magnitude < 1)

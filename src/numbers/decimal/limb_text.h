@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The decimal text of single 64-bit values. Readers take eight characters as one 64-bit value, the
-// first in the lowest byte. Writers write before `end` and return a pointer to the first character.
+// The decimal text of 64-bit values. Readers take eight characters as one 64-bit value, the first
+// in the lowest byte. Writers write before `end` and return a pointer to the first character.
 #pragma once
 
 #include "common/words.h"
@@ -19,19 +19,19 @@ constexpr bool areDecimalDigits(std::uint64_t characters) {
 
 constexpr std::uint32_t valueOfEightDigits(std::uint64_t characters) {
     // Each step joins neighbours: 8 numbers of 1 digit become 4 of 2, 2 of 4 and 1 of 8.
-    std::uint64_t word = characters & common::broadcast(0x0F);
-    word = (word * (1 + (10U << 8)) >> 8) & 0x00FF00FF00FF00FF;
-    word = (word * (1 + (100U << 16)) >> 16) & 0x0000FFFF0000FFFF;
-    return static_cast<std::uint32_t>(word * (1 + (std::uint64_t{10000} << 32)) >> 32);
+    std::uint64_t joined = characters & common::broadcast(0x0F);
+    joined = (joined * (1 + (10U << 8)) >> 8) & 0x00FF00FF00FF00FF;
+    joined = (joined * (1 + (100U << 16)) >> 16) & 0x0000FFFF0000FFFF;
+    return static_cast<std::uint32_t>(joined * (1 + (std::uint64_t{10000} << 32)) >> 32);
 }
 
-// The most digits of a 64-bit value.
+// A 64-bit value has at most this many decimal digits.
 constexpr unsigned MAX_DIGITS_64 = 20;
 
-// Without leading zeros.
+// Writes the value without leading zeros.
 char* writeDecimal(char* end, std::uint64_t value);
 
-// With leading zeros; the value is below 10^17 or 10^19.
+// Write values below 10^17 and 10^19, respectively, with leading zeros.
 char* writeSeventeenDigits(char* end, std::uint64_t value);
 char* writeNineteenDigits(char* end, std::uint64_t value);
 
