@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Text of bits and of hexadecimal digits. It is converted from the least significant digit on: from
-// its end, but reverse binary strings from their start.
+// Text of bits and of hexadecimal digits. Conversion starts at the least significant digit: at the
+// end of the text, or at the start of a reverse binary string.
 #include "KelRT/Kel_NumberUtil.h"
 
 #include "common/hex.h"
@@ -13,33 +13,20 @@
 #include <bit>
 #include <cassert>
 #include <cstring>
-#include <functional>
 #include <numeric>
 #include <stdexcept>
+#include <string_view>
 
 namespace KelRT {
 namespace {
 
-// Memory that stays valid while the output is written.
-struct Input {
-    const char* external; // null if the input was part of the output
-    std::size_t size;
-    std::size_t offset; // in the old output
-    std::string oldOutput;
-
-    const char* data() const { return external != nullptr ? external : oldOutput.data() + offset; }
-    const char* end() const { return data() + size; }
-};
-
-// Empties `output`. If the input is part of it, the old output is kept in the result. Never fails.
-Input detach(const char* data, std::size_t size, std::string& output) {
-    const std::less<> before; // orders pointers into different objects, too
-    const char* const begin = output.data();
-    Input input{data, size, 0, {}};
-    if (!before(data, begin) && before(data, begin + output.size())) {
-        input.external = nullptr;
-        input.offset = static_cast<std::size_t>(data - begin);
-        input.oldOutput.swap(output);
+// Empties `output` and returns the input. If that is part of the output, the old text moves to
+// `kept`, and the input with it. Never fails.
+std::string_view detach(std::string_view input, std::string& output, std::string& kept) noexcept {
+    if (common::overlap(input.data(), 1, output.data(), output.size())) {
+        const auto offset = static_cast<std::size_t>(input.data() - output.data());
+        kept.swap(output);
+        input = std::string_view(kept.data() + offset, input.size());
     }
     output.clear();
     return input;
@@ -58,8 +45,9 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
     return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// The `count` characters (1 to 16) before `end` as hexadecimal digits, unchecked. For a character
-// code c, as a signed char, the digit is the low four bits of c - 48 if c < 'A', else of c - 55.
+// Reads the `count` characters (1 to 16) before `end` as hexadecimal digits, unchecked. For a
+// character code c, as a signed char, the digit is the low four bits of c - 48 if c < 'A', else of
+// c - 55. (Modulo 16, -48 is 0 and -55 is 9.)
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::greater(characters, '@'));
@@ -69,7 +57,7 @@ std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
 // The number in `text` modulo 2^64, to which only the last 16 characters contribute.
 std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
-    if (static_cast<std::int32_t>(length) < 1) // documented at hexStr2UInt()
+    if (static_cast<std::int32_t>(length) < 1) // from 2^31 on, as hexStr2UInt() documents
         return 0;
     const unsigned count = limitedTo(common::HEX_DIGITS_PER_WORD, length);
     const char* const end = text + length;
@@ -105,8 +93,9 @@ std::string& Kel_NumberUtil::bin2ReverseBinStr(const unsigned char* binArray,
         refuse("Internal error: bad bitCount value for Kel_NumberUtil::bin2ReverseBinStr", binStr);
     if (binArray == nullptr)
         refuse("Internal error: bad binArray in Kel_NumberUtil::bin2ReverseBinStr", binStr);
-    const Input bytes =
-        detach(reinterpret_cast<const char*>(binArray), common::divideUp(bitCount, 8), binStr);
+    std::string kept;
+    const std::string_view bytes = detach(
+        {reinterpret_cast<const char*>(binArray), common::divideUp(bitCount, 8)}, binStr, kept);
     const auto bits = common::checkedCount<char>(bitCount);
     binStr.resize(bits);
     const auto step = [array = bytes.data()](std::size_t bit) {
@@ -139,13 +128,15 @@ void Kel_NumberUtil::reverseBinStr2Bin(const char* binStr, unsigned char* binArr
 std::string& Kel_NumberUtil::binStr2HexStr(const char* binStr, std::string& hexStr) {
     if (isEmpty(binStr))
         refuse("Internal error: bad binStr for Kel_NumberUtil::binStr2HexStr", hexStr);
-    const Input bits = detach(binStr, std::strlen(binStr), hexStr);
-    hexStr.resize((bits.size + 3) / 4);
+    std::string kept;
+    const std::string_view bits = detach(binStr, hexStr, kept);
+    hexStr.resize((bits.size() + 3) / 4);
+    const char* const bitsEnd = bits.data() + bits.size();
     char* end = hexStr.data() + hexStr.size();
-    for (std::size_t done = 0; done < bits.size; done += 64) {
-        const unsigned count = limitedTo(64, bits.size - done);
+    for (std::size_t done = 0; done < bits.size(); done += 64) {
+        const unsigned count = limitedTo(64, bits.size() - done);
         const unsigned digits = (count + 3) / 4;
-        common::writeHex(end, numbers::readLenientBinary(bits.end() - done, count), digits, 'A');
+        common::writeHex(end, numbers::readLenientBinary(bitsEnd - done, count), digits, 'A');
         end -= digits;
     }
     return hexStr;
@@ -157,13 +148,15 @@ std::string& Kel_NumberUtil::hexStr2BinStr(const char* hexStr, std::uint32_t bit
         refuse("Internal error: bad hexStr for Kel_NumberUtil::hexStr2BinStr", binStr);
     if (bitCount == 0)
         refuse("Internal error: bad bitCount for Kel_NumberUtil::hexStr2BinStr", binStr);
-    const Input digits = detach(hexStr, std::strlen(hexStr), binStr);
+    std::string kept;
+    const std::string_view digits = detach(hexStr, binStr, kept);
     binStr.resize(common::checkedCount<char>(bitCount), '0');
+    const char* const digitsEnd = digits.data() + digits.size();
     char* end = binStr.data() + bitCount;
-    auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.size);
+    auto bitsLeft = std::min<std::uint64_t>(bitCount, std::uint64_t{4} * digits.size());
     for (std::size_t done = 0; bitsLeft > 0; done += 16) {
         const unsigned bits = limitedTo(64, bitsLeft);
-        numbers::writeBinary(end, readUncheckedDigits(digits.end() - done, (bits + 3) / 4), bits);
+        numbers::writeBinary(end, readUncheckedDigits(digitsEnd - done, (bits + 3) / 4), bits);
         end -= bits;
         bitsLeft -= bits;
     }
