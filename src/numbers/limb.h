@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Limbs, the 64-bit digits of wide numbers. A Kel_Number stores 16-bit words, and arithmetic takes
-// four of them at a time.
+// Limbs, the 64-bit digits of multi-precision arithmetic. A Kel_Number stores 16-bit words, the
+// lowest first, and arithmetic takes four of them at a time.
 #pragma once
 
 #include "common/double_word.h"
@@ -9,39 +9,40 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace KelRT::numbers {
 
 using Limb = std::uint64_t;
 using DoubleLimb = common::DoubleWord;
 
-constexpr unsigned WORDS_PER_LIMB = 4;
+constexpr std::size_t WORDS_PER_LIMB = 4;
 constexpr unsigned LIMB_BITS = 64;
 
 constexpr std::size_t limbsFor(std::size_t wordCount) {
     return common::divideUp(wordCount, WORDS_PER_LIMB);
 }
 
-// Loads the first four of `available` words (at least 1). Missing words count as 0.
-inline Limb loadLimb(const std::uint16_t* words, std::size_t available) {
-    if (available >= WORDS_PER_LIMB)
+// Loads up to four words (at least 1). Missing words count as 0.
+inline Limb loadLimb(std::span<const std::uint16_t> words) {
+    if (words.size() >= WORDS_PER_LIMB)
         return Limb{words[0]} | Limb{words[1]} << 16 | Limb{words[2]} << 32 | Limb{words[3]} << 48;
     Limb limb = 0;
-    for (std::size_t i = 0; i < available; ++i)
+    for (std::size_t i = 0; i < words.size(); ++i)
         limb |= Limb{words[i]} << 16 * i;
     return limb;
 }
 
-// Stores into the first four of `available` words (at least 1). Bits without a word are lost.
-inline void storeLimb(std::uint16_t* words, std::size_t available, Limb limb) {
-    if (available >= WORDS_PER_LIMB) {
+// Stores into the first four words, or into all of fewer words. Bits without a word are lost.
+inline void storeLimb(std::span<std::uint16_t> words, Limb limb) {
+    if (words.size() >= WORDS_PER_LIMB) {
         words[0] = static_cast<std::uint16_t>(limb);
         words[1] = static_cast<std::uint16_t>(limb >> 16);
         words[2] = static_cast<std::uint16_t>(limb >> 32);
         words[3] = static_cast<std::uint16_t>(limb >> 48);
         return;
     }
-    for (std::size_t i = 0; i < available; ++i)
+    for (std::size_t i = 0; i < words.size(); ++i)
         words[i] = static_cast<std::uint16_t>(limb >> 16 * i);
 }
 

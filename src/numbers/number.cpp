@@ -6,12 +6,10 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 #include <stdexcept>
 
 namespace KelRT {
-
-using numbers::WORDS_PER_LIMB;
-
 namespace {
 
 std::uint64_t checkedWidth(std::uint64_t bitCount) {
@@ -64,11 +62,9 @@ bool Kel_Number::isNegative() const noexcept {
 
 void Kel_Number::negate() noexcept {
     bool carry = true;
-    for (std::size_t i = 0; i < words.size(); i += WORDS_PER_LIMB) {
-        std::uint16_t* const here = words.data() + i;
-        const std::size_t available = words.size() - i;
-        const numbers::Limb limb = numbers::loadLimb(here, available);
-        numbers::storeLimb(here, available, numbers::negateLimb(limb, carry));
+    for (std::size_t i = 0; i < words.size(); i += numbers::WORDS_PER_LIMB) {
+        const auto rest = std::span(words).subspan(i);
+        numbers::storeLimb(rest, numbers::negateLimb(numbers::loadLimb(rest), carry));
     }
     maskTopWord();
 }

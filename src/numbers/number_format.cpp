@@ -10,14 +10,14 @@
 
 #include <algorithm>
 #include <bit>
-#include <vector>
+#include <span>
 
 namespace KelRT {
 namespace numbers {
 namespace {
 
-// The position of the highest 1, counted from 1; 0 for the value 0.
-std::uint64_t significantBits(const std::vector<std::uint16_t>& words) {
+// Returns the bit width of the number, as std::bit_width does.
+std::uint64_t significantBits(std::span<const std::uint16_t> words) {
     std::size_t count = words.size();
     while (count > 0 && words[count - 1] == 0)
         --count;
@@ -27,11 +27,12 @@ std::uint64_t significantBits(const std::vector<std::uint16_t>& words) {
            static_cast<unsigned>(std::bit_width(words[count - 1]));
 }
 
-// Text in radix 2^DIGIT_BITS. Groups of digits that fill whole words are written from the last one
-// backwards: write(end, group, count).
-template <unsigned DIGIT_BITS, unsigned GROUP_WORDS, typename Write>
-std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t minDigits,
-                           char filler, Write write) {
+// Prints digits of DIGIT_BITS bits. They are written backwards in groups that fill whole words:
+// write(end, group, count) writes the low `count` digits of `group` before `end`.
+template <unsigned DIGIT_BITS, typename Write>
+std::string powerOfTwoText(std::span<const std::uint16_t> words, std::size_t minDigits, char filler,
+                           Write write) {
+    constexpr unsigned GROUP_WORDS = DIGIT_BITS == 3 ? 3 : 4;
     constexpr unsigned GROUP_BITS = 16 * GROUP_WORDS;
     constexpr std::size_t GROUP_DIGITS = GROUP_BITS / DIGIT_BITS;
     static_assert(GROUP_BITS % DIGIT_BITS == 0);
@@ -41,7 +42,7 @@ std::string powerOfTwoText(const std::vector<std::uint16_t>& words, std::size_t 
     char* end = text.data() + text.size();
     for (std::size_t word = 0; digits > 0; word += GROUP_WORDS) {
         const std::size_t count = std::min(digits, GROUP_DIGITS);
-        const Limb limb = loadLimb(words.data() + word, words.size() - word);
+        const Limb limb = loadLimb(words.subspan(word));
         write(end, limb & common::lowBits(GROUP_BITS), static_cast<unsigned>(count));
         end -= count;
         digits -= count;
@@ -58,21 +59,21 @@ std::string Kel_Number::toString(char radix) const {
     };
     switch (numbers::radixOf(radix)) {
     case 2:
-        return numbers::powerOfTwoText<1, 4>(words, minDigits(1), '0', numbers::writeBinary);
+        return numbers::powerOfTwoText<1>(words, minDigits(1), '0', numbers::writeBinary);
     case 8:
-        return numbers::powerOfTwoText<3, 3>(words, minDigits(3), '0', numbers::writeOctal);
+        return numbers::powerOfTwoText<3>(words, minDigits(3), '0', numbers::writeOctal);
     case 10:
         return numbers::decimalText(words, bitCount, numbers::printsSigned(radix) && isNegative());
     case 16: {
         const char firstLetter = radix == 'x' ? 'a' : 'A';
-        return numbers::powerOfTwoText<4, 4>(
+        return numbers::powerOfTwoText<4>(
             words, minDigits(4), '0',
             [firstLetter](char* end, numbers::Limb group, unsigned count) {
                 common::writeHex(end, group, count, firstLetter);
             });
     }
     case 256:
-        return numbers::powerOfTwoText<8, 4>(words, minDigits(8), ' ', numbers::writeBytes);
+        return numbers::powerOfTwoText<8>(words, minDigits(8), ' ', numbers::writeBytes);
     default:
         return "bad format for number";
     }

@@ -14,72 +14,83 @@
 #include "numbers/word_sink.h"
 
 #include <algorithm>
+#include <span>
+#include <string_view>
 
 namespace KelRT {
 namespace numbers {
 namespace {
 
-// Reads characters of which at least one is not a digit, from the last one backwards. False if a
-// digit is refused.
-bool readOneByOne(const char* text, unsigned count, unsigned digitBits, WordSink& sink,
-                  bool& negative) {
+// Reads a group of which at least one character is not a digit, from the last one backwards.
+// `result` is that of the text after the group.
+ParseResult readOneByOne(std::string_view group, unsigned digitBits, WordSink& sink,
+                         ParseResult result) {
     if (digitBits == 8)
-        return false; // only codes from 0x80 on are not digits, and they are refused
-    for (unsigned i = count; i-- > 0;) {
-        const CharacterClass kind = classify(text[i], 1U << digitBits);
-        if (kind == CharacterClass::refused)
-            return false;
-        if (kind == CharacterClass::digit)
-            sink.put(common::hexValue(text[i]), digitBits);
-        negative = negative || kind == CharacterClass::minus;
+        return ParseResult::refused; // only codes from 0x80 on are not digits, and they are refused
+    for (std::size_t i = group.size(); i-- > 0;) {
+        switch (classify(group[i], 1U << digitBits)) {
+        case CharacterClass::digit:
+            sink.put(common::hexValue(group[i]), digitBits);
+            break;
+        case CharacterClass::refused:
+            return ParseResult::refused;
+        case CharacterClass::minus:
+            result = ParseResult::negative;
+            break;
+        case CharacterClass::skipped:
+            break;
+        }
     }
-    return true;
+    return result;
 }
 
 // READ(p, count, number) reads up to MAX_CHARACTERS digits. It returns false if one is not a digit.
 template <unsigned DIGIT_BITS, unsigned MAX_CHARACTERS, auto READ>
-bool parsePowerOfTwo(const std::string& text, WordSink sink, bool& negative) {
+ParseResult parsePowerOfTwo(const std::string& text, WordSink sink) {
+    ParseResult result = ParseResult::positive;
     for (std::size_t left = text.size(); left > 0;) {
         const auto count = static_cast<unsigned>(std::min<std::size_t>(MAX_CHARACTERS, left));
         left -= count;
         const char* const p = text.data() + left;
         Limb number = 0;
-        if (READ(p, count, number)) // zero-extended if the last step is shorter
+        if (READ(p, count, number)) { // a short group, at the start of the text, has leading zeros
             sink.put(number, MAX_CHARACTERS * DIGIT_BITS);
-        else if (!readOneByOne(p, count, DIGIT_BITS, sink, negative))
-            return false;
+            continue;
+        }
+        result = readOneByOne({p, count}, DIGIT_BITS, sink, result);
+        if (result == ParseResult::refused)
+            return result;
     }
     sink.finish();
-    return true;
+    return result;
 }
 
 // Without a radix, every digit is refused.
-bool parseWithoutRadix(const std::string& text, WordSink sink) {
+ParseResult parseWithoutRadix(const std::string& text, WordSink sink) {
     const auto isDigit = [](char c) { return common::hexValue(c) != common::NO_DIGIT; };
     sink.finish();
-    return std::none_of(text.begin(), text.end(), isDigit);
+    return std::any_of(text.begin(), text.end(), isDigit) ? ParseResult::refused
+                                                          : ParseResult::positive;
 }
 
-// Reads text into words, the lowest first. The value wraps at the last word and is not negated yet:
-// in radix 2, 8, 10 and 16, a '-' sets `negative`. False if a digit was refused. Throws
-// std::bad_alloc with the words unchanged.
-bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std::size_t wordCount,
-                 bool& negative) {
-    const WordSink sink(words, wordCount);
+// Reads text into words, the lowest first. The value wraps at the last word and is not negated yet.
+// If a digit was refused, the words are unspecified. Throws std::bad_alloc with the words
+// unchanged.
+ParseResult parseDigits(char radix, const std::string& text, std::span<std::uint16_t> words) {
     switch (radixOf(radix)) {
     case 2:
-        return parsePowerOfTwo<1, CHARACTERS_PER_STEP, readBinary>(text, sink, negative);
+        return parsePowerOfTwo<1, CHARACTERS_PER_STEP, readBinary>(text, WordSink(words));
     case 8:
-        return parsePowerOfTwo<3, CHARACTERS_PER_STEP, readOctal>(text, sink, negative);
+        return parsePowerOfTwo<3, CHARACTERS_PER_STEP, readOctal>(text, WordSink(words));
     case 10:
-        return parseDecimal(text, words, wordCount, negative);
+        return parseDecimal(text, words);
     case 16:
-        return parsePowerOfTwo<4, common::HEX_DIGITS_PER_WORD, common::readHex>(text, sink,
-                                                                                negative);
+        return parsePowerOfTwo<4, common::HEX_DIGITS_PER_WORD, common::readHex>(text,
+                                                                                WordSink(words));
     case 256:
-        return parsePowerOfTwo<8, CHARACTERS_PER_STEP, readBytes>(text, sink, negative);
+        return parsePowerOfTwo<8, CHARACTERS_PER_STEP, readBytes>(text, WordSink(words));
     default:
-        return parseWithoutRadix(text, sink);
+        return parseWithoutRadix(text, WordSink(words));
     }
 }
 
@@ -87,13 +98,14 @@ bool parseDigits(char radix, const std::string& text, std::uint16_t* words, std:
 } // namespace numbers
 
 bool Kel_Number::set(char radix, const std::string& text) {
-    bool negative = false;
-    if (!numbers::parseDigits(radix, text, words.data(), words.size(), negative)) {
+    using numbers::ParseResult;
+    const ParseResult result = numbers::parseDigits(radix, text, words);
+    if (result == ParseResult::refused) {
         setToZero();
         return false;
     }
     maskTopWord();
-    if (negative)
+    if (result == ParseResult::negative)
         negate();
     return true;
 }

@@ -41,10 +41,9 @@ void readField(const unsigned char* data, std::uint64_t size, std::uint64_t posi
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;
     for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB)
-        numbers::storeLimb(&words[word], WORDS_PER_LIMB,
+        numbers::storeLimb(words.subspan(word, WORDS_PER_LIMB),
                            common::wordAtBit(data + position / 8, shift));
-    numbers::storeLimb(&words[word], words.size() - word,
-                       common::readField(data, size, position, left));
+    numbers::storeLimb(words.subspan(word), common::readField(data, size, position, left));
 }
 
 void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
@@ -55,13 +54,12 @@ void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;
     for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB) {
-        const Limb limb = numbers::loadLimb(&words[word], WORDS_PER_LIMB);
+        const Limb limb = numbers::loadLimb(words.subspan(word, WORDS_PER_LIMB));
         common::storeWord(data + position / 8, carried | limb << shift);
         carried = limb >> 1 >> (63 - shift);
     }
     common::writeField(data, size, position - shift, shift, carried);
-    common::writeField(data, size, position, left,
-                       numbers::loadLimb(&words[word], words.size() - word));
+    common::writeField(data, size, position, left, numbers::loadLimb(words.subspan(word)));
 }
 
 // The bytes of an array up to the end of the field.
@@ -70,8 +68,7 @@ std::uint64_t sizeUpTo(const Kel_Number& number, std::uint64_t position) {
 }
 
 Limb lowestLimb(const Kel_Number& number) {
-    const auto words = Access::words(number);
-    return numbers::loadLimb(words.data(), words.size());
+    return numbers::loadLimb(Access::words(number));
 }
 
 constexpr std::uint16_t extension(bool negative) {
@@ -82,7 +79,7 @@ constexpr std::uint16_t extension(bool negative) {
 void setExtended(Kel_Number& number, Limb lowest, bool negative) {
     const auto words = Access::words(number);
     std::fill(words.begin(), words.end(), extension(negative));
-    numbers::storeLimb(words.data(), words.size(), lowest);
+    numbers::storeLimb(words, lowest);
     words.back() &= Access::topWordMask(number);
 }
 

@@ -33,8 +33,8 @@ constexpr bool printsSigned(char letter) {
     return letter != 'U' && letter != 'u';
 }
 
-// The minimum number of digits printed for `bitCount` bits in radix 2^digitBits, taken modulo 2^32
-// as documented at Kel_Number::toString().
+// The minimum number of digits printed for `bitCount` bits in radix 2^digitBits, modulo 2^32, a
+// limit that Kel_Number::toString() documents.
 constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits) {
     return static_cast<std::uint32_t>(common::divideUp(bitCount, digitBits));
 }
@@ -51,5 +51,8 @@ inline CharacterClass classify(char character, unsigned radix) {
         return CharacterClass::refused;
     return character == '-' ? CharacterClass::minus : CharacterClass::skipped;
 }
+
+// What a text is: refused, or a value with or without a minus sign.
+enum class ParseResult : std::uint8_t { refused, positive, negative };
 
 } // namespace KelRT::numbers

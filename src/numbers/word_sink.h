@@ -6,13 +6,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace KelRT::numbers {
 
 // Writes a number into words, from its lowest bits upwards. Bits above the last word are dropped.
 class WordSink {
 public:
-    WordSink(std::uint16_t* target, std::size_t wordCount) : words(target), left(wordCount) {}
+    explicit WordSink(std::span<std::uint16_t> words) : left(words) {}
 
     // Appends `count` bits (1 to 64). Higher bits of `value` must be 0.
     void put(Limb value, unsigned count) {
@@ -29,23 +30,18 @@ public:
     // Stores what is pending and sets all higher words to 0.
     void finish() {
         store();
-        std::fill(words, words + left, std::uint16_t{0});
+        std::fill(left.begin(), left.end(), std::uint16_t{0});
     }
 
 private:
     void store() {
-        if (left == 0)
-            return;
-        storeLimb(words, left, pending);
-        const auto stored = std::min<std::size_t>(left, WORDS_PER_LIMB);
-        words += stored;
-        left -= stored;
+        storeLimb(left, pending);
+        left = left.subspan(std::min(left.size(), WORDS_PER_LIMB));
     }
 
-    std::uint16_t* words;
-    std::size_t left;
+    std::span<std::uint16_t> left; // the words that are not written yet
     Limb pending = 0;
-    unsigned filled = 0;
+    unsigned filled = 0; // bits of `pending`
 };
 
 } // namespace KelRT::numbers

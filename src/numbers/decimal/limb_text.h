@@ -11,10 +11,10 @@
 namespace KelRT::numbers {
 
 constexpr bool areDecimalDigits(std::uint64_t characters) {
-    using common::broadcast;
     // After the first test, the addition cannot carry out of a byte.
-    return (characters & broadcast(0xF0)) == broadcast('0') &&
-           ((characters + broadcast(6)) & broadcast(0xF0)) == broadcast('0');
+    constexpr std::uint64_t HIGH_NIBBLES = common::broadcast(0xF0);
+    return (characters & HIGH_NIBBLES) == common::broadcast('0') &&
+           ((characters + common::broadcast(6)) & HIGH_NIBBLES) == common::broadcast('0');
 }
 
 constexpr std::uint32_t valueOfEightDigits(std::uint64_t characters) {

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
 // From decimal text to a number. A reader gathers digits into chunks, the most significant first,
-// notes minus signs and skips separators. Below WIDE_READ_LIMBS limbs, the schoolbook engine
-// (narrow.h) converts the chunks, otherwise divide and conquer (wide.h). Gathering is linear; the
-// conversion dominates above some 500 bits.
+// notes minus signs and skips separators. The size decides which engine (engines.h) converts the
+// chunks. Gathering is linear; the conversion dominates above some 500 bits.
 #include "numbers/decimal/parse.h"
 
 #include "common/words.h"
+#include "numbers/decimal/engines.h"
 #include "numbers/decimal/limb_text.h"
-#include "numbers/decimal/narrow.h"
-#include "numbers/decimal/wide.h"
-#include "numbers/radix.h"
+#include "numbers/decimal/natural.h"
+#include "numbers/decimal/radix_conversion.h"
+#include "numbers/decimal/schoolbook.h"
 #include "numbers/word_sink.h"
 
 #include <algorithm>
@@ -26,33 +26,33 @@ struct Chunk {
     unsigned digits = 0;
 };
 
-// Splits a text into chunks of DIGITS digits; only the last may have fewer.
+// Splits a text into chunks of DIGITS digits. The last has fewer digits, possibly none.
 template <unsigned DIGITS>
 class ChunkReader {
 public:
     explicit ChunkReader(const std::string& text) : at(text.data()), end(at + text.size()) {}
 
-    // Reads the next chunk. False at a refused digit; also false at the end of the text, where the
-    // chunk is empty.
-    bool next(Chunk& chunk) {
+    // Reads the next chunk. At the end of the text and at a refused digit the chunk is cut short,
+    // and further ones are empty.
+    Chunk next() {
+        Chunk chunk;
         if (left() >= DIGITS && readWhole(chunk))
-            return true;
-        chunk = {};
+            return chunk;
         while (at != end && chunk.digits < DIGITS) {
             const auto count =
                 static_cast<unsigned>(std::min<std::size_t>({STEP, left(), DIGITS - chunk.digits}));
             const std::uint64_t characters = common::loadHighBytes(at, count, '0');
             if (areDecimalDigits(characters))
                 append(chunk, valueOfEightDigits(characters), count);
-            else if (!readOneByOne(chunk, count))
-                return false;
+            else
+                readOneByOne(chunk, count);
             at += count;
         }
-        return chunk.digits != 0;
+        return chunk;
     }
 
-    bool sawMinus() const { return minus; }
-    bool sawRefusedDigit() const { return refused; }
+    // What the text is, as far as it was read.
+    ParseResult result() const { return parsed; }
 
 private:
     std::size_t left() const { return static_cast<std::size_t>(end - at); }
@@ -79,72 +79,87 @@ private:
         return true;
     }
 
-    bool readOneByOne(Chunk& chunk, unsigned count) {
+    void readOneByOne(Chunk& chunk, unsigned count) {
         for (unsigned i = 0; i < count; ++i) {
-            const CharacterClass kind = classify(at[i], 10);
-            if (kind == CharacterClass::digit)
+            switch (classify(at[i], 10)) {
+            case CharacterClass::digit:
                 append(chunk, static_cast<Limb>(at[i] - '0'), 1);
-            minus = minus || kind == CharacterClass::minus;
-            refused = refused || kind == CharacterClass::refused;
+                break;
+            case CharacterClass::refused:
+                parsed = ParseResult::refused;
+                end = at + count; // nothing more is read
+                return;
+            case CharacterClass::minus:
+                parsed = ParseResult::negative;
+                break;
+            case CharacterClass::skipped:
+                break;
+            }
         }
-        return !refused;
     }
 
     const char* at;
     const char* end;
-    bool minus = false;
-    bool refused = false;
+    ParseResult parsed = ParseResult::positive;
 };
 
-bool parseNarrow(const std::string& text, std::uint16_t* words, std::size_t wordCount,
-                 std::size_t limbCount, bool& negative) {
+ParseResult parseBySchoolbook(const std::string& text, std::span<std::uint16_t> words,
+                              std::size_t limbCount) {
+    constexpr unsigned CHUNK_DIGITS = READ_SCHOOLBOOK.chunkDigits;
     Natural value(limbCount);
-    ChunkReader<NARROW_CHUNK_DIGITS> reader(text);
+    ChunkReader<CHUNK_DIGITS> reader(text);
     // Two chunks per pass halve the loads and stores of limbs. With one, the benchmark row "parse
     // decimal, 4096 b" takes 70 % longer.
-    for (Chunk high, low; reader.next(high);) {
-        reader.next(low); // an empty chunk at the end multiplies by 1 and adds 0
+    Chunk low;
+    do {
+        const Chunk high = reader.next();
+        low = reader.next();
+        // The factor is at most 10^38 < 2^128, and the addend is below it. Empty chunks multiply by
+        // 1 and add 0.
+        static_assert(2 * CHUNK_DIGITS == 38);
         const Limb power = POWERS_OF_TEN[low.digits];
-        value.multiplyAdd(DoubleLimb{POWERS_OF_TEN[high.digits]} * power,
-                          DoubleLimb{high.value} * power + low.value);
-    }
-    if (reader.sawRefusedDigit())
-        return false;
-    negative = negative || reader.sawMinus();
-    value.store(words, wordCount);
-    return true;
+        schoolbook::multiplyAdd(value, DoubleLimb{POWERS_OF_TEN[high.digits]} * power,
+                                DoubleLimb{high.value} * power + low.value);
+    } while (low.digits == CHUNK_DIGITS);
+    if (reader.result() != ParseResult::refused)
+        value.store(words);
+    return reader.result();
 }
 
-bool parseWide(const std::string& text, std::uint16_t* words, std::size_t wordCount,
-               bool& negative) {
-    ChunkReader<WIDE_READ_CHUNK_DIGITS> reader(text);
+ParseResult parseByDivideAndConquer(const std::string& text, std::span<std::uint16_t> words) {
+    constexpr unsigned CHUNK_DIGITS = READ_DIVIDE_AND_CONQUER.chunkDigits;
+    ChunkReader<CHUNK_DIGITS> reader(text);
     std::vector<Limb> chunks;
-    chunks.reserve(text.size() / WIDE_READ_CHUNK_DIGITS + 1);
-    unsigned lastDigits = 0;
-    for (Chunk chunk; reader.next(chunk); lastDigits = chunk.digits)
-        chunks.push_back(chunk.value);
-    if (reader.sawRefusedDigit())
-        return false;
-    negative = negative || reader.sawMinus();
-    // The product may exceed std::size_t; the quotient does not.
-    const auto exactDigits =
-        static_cast<std::size_t>(std::uint64_t{16} * wordCount / WIDE_READ_RADIX_BITS + 1);
-    WordSink target(words, wordCount);
-    for (const Limb digit : fromDecimalChunks(chunks, lastDigits, exactDigits))
-        target.put(digit, WIDE_READ_RADIX_BITS);
+    chunks.reserve(text.size() / CHUNK_DIGITS + 1);
+    Chunk last;
+    do {
+        last = reader.next();
+        chunks.push_back(last.value);
+    } while (last.digits == CHUNK_DIGITS);
+    if (reader.result() == ParseResult::refused)
+        return ParseResult::refused;
+    std::reverse(chunks.begin(), chunks.end());
+    // 10^n is divisible by 2^n, so chunks above as many digits as the words have bits do not count.
+    // The lowest chunk may be short or empty; hence one more.
+    const std::uint64_t bits = std::uint64_t{16} * words.size();
+    const std::uint64_t counted = common::divideUp(bits, CHUNK_DIGITS) + 1;
+    if (chunks.size() > counted)
+        chunks.resize(static_cast<std::size_t>(counted));
+    WordSink target(words);
+    for (const Limb digit : divide_and_conquer::fromDecimalChunks(chunks, last.digits))
+        target.put(digit, READ_RADIX_BITS);
     target.finish();
-    return true;
+    return reader.result();
 }
 
 } // namespace
 
-bool parseDecimal(const std::string& text, std::uint16_t* words, std::size_t wordCount,
-                  bool& negative) {
+ParseResult parseDecimal(const std::string& text, std::span<std::uint16_t> words) {
     // A chunk adds at most one limb, so a short text needs few limbs whatever the width.
     const std::size_t limbCount =
-        std::min(text.size() / NARROW_CHUNK_DIGITS + 1, limbsFor(wordCount));
-    return limbCount < WIDE_READ_LIMBS ? parseNarrow(text, words, wordCount, limbCount, negative)
-                                       : parseWide(text, words, wordCount, negative);
+        std::min(text.size() / READ_SCHOOLBOOK.chunkDigits + 1, limbsFor(words.size()));
+    return limbCount < READ_DIVIDE_AND_CONQUER.minLimbs ? parseBySchoolbook(text, words, limbCount)
+                                                        : parseByDivideAndConquer(text, words);
 }
 
 } // namespace KelRT::numbers

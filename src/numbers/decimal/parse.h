@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
+#include "numbers/radix.h"
+
 #include <cstdint>
+#include <span>
 #include <string>
 
 namespace KelRT::numbers {
 
-// Reads decimal text into words, the lowest word first; wordCount is at least 1. The value wraps
-// modulo 2^(16 * wordCount). Sets `negative` if the text has a '-' and leaves the sign to the
-// caller. False for a hexadecimal letter. Throws std::bad_alloc. The words change only on success.
-bool parseDecimal(const std::string& text, std::uint16_t* words, std::size_t wordCount,
-                  bool& negative);
+// Reads decimal text into words (at least one), the lowest first. The value wraps modulo
+// 2^(16 * words.size()); the sign is left to the caller. Text with a hexadecimal letter is refused.
+// Throws std::bad_alloc. The words change only on success.
+ParseResult parseDecimal(const std::string& text, std::span<std::uint16_t> words);
 
 } // namespace KelRT::numbers

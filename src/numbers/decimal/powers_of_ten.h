@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 //
-// The powers of ten that fit a limb. Decimal digits are converted in chunks that fit a limb; each
-// engine derives the size of its chunks from this table.
 #pragma once
 
 #include "numbers/limb.h"
@@ -10,6 +8,7 @@
 
 namespace KelRT::numbers {
 
+// The powers of ten that fit a limb.
 constexpr std::array<Limb, 20> POWERS_OF_TEN = [] {
     std::array<Limb, 20> powers = {1};
     for (std::size_t i = 1; i != powers.size(); ++i)

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// From a number to decimal text. Below WIDE_PRINT_LIMBS limbs, the schoolbook engine (narrow.h)
-// yields chunks of digits one after another, the lowest first, so the text is written backwards.
-// For larger numbers, divide and conquer (wide.h) yields all chunks at once.
+// From a number to decimal text. The schoolbook engine yields chunks of digits one after another,
+// the lowest first, so the text is written backwards. Divide and conquer yields all chunks at once.
 #include "numbers/decimal/print.h"
 
 #include "common/memory.h"
+#include "numbers/decimal/engines.h"
 #include "numbers/decimal/limb_text.h"
-#include "numbers/decimal/narrow.h"
-#include "numbers/decimal/wide.h"
+#include "numbers/decimal/natural.h"
+#include "numbers/decimal/radix_conversion.h"
+#include "numbers/decimal/schoolbook.h"
 
 #include <algorithm>
 #include <array>
@@ -17,43 +18,45 @@ namespace KelRT::numbers {
 namespace {
 
 // Writes before `end` and returns the first character. Consumes the value.
-char* writeNarrow(char* end, Natural& value, bool negative) {
-    // More than four limbs have more than four chunks, so these four keep their leading zeros.
+char* writeBySchoolbook(char* end, Natural& value, bool negative) {
+    // A value of more than four limbs is at least 2^256 > 10^76, so more chunks follow and these
+    // four keep their leading zeros. So does a chunk of a value of at least 2^64 > 10^19.
+    static_assert(PRINT_SCHOOLBOOK.chunkDigits == 19);
     while (value.size() > 4)
-        for (const Limb chunk : value.takeFourChunks())
+        for (const Limb chunk : schoolbook::takeFourChunks(value))
             end = writeNineteenDigits(end, chunk);
-    while (value.size() > 1 || value.lowest() >= NARROW_CHUNK_BASE)
-        end = writeNineteenDigits(end, value.takeChunk());
-    end = writeDecimal(end, value.lowest());
+    while (value.size() > 1)
+        end = writeNineteenDigits(end, schoolbook::takeChunk(value));
+    end = writeDecimal(end, value.size() == 0 ? 0 : value.limbs().front());
     if (negative)
         *--end = '-';
     return end;
 }
 
-std::string narrowText(Natural& value, bool negative) {
+std::string textBySchoolbook(Natural& value, bool negative) {
     // The text of a number of up to 512 bits is first written to the stack. Written straight into
     // a string, it makes the benchmark row "print decimal, 64 b" take 20 % longer.
-    std::array<char, MAX_DIGITS_64 * 8 + 1> small;
+    std::array<char, MAX_DIGITS_64 * Natural::INLINE_LIMBS + 1> small;
     const std::size_t room = MAX_DIGITS_64 * std::max<std::size_t>(value.size(), 1) + 1;
     if (room <= small.size()) {
         char* const end = small.data() + small.size();
-        return {writeNarrow(end, value, negative), end};
+        return {writeBySchoolbook(end, value, negative), end};
     }
     std::string text(room, '0');
-    const char* const first = writeNarrow(text.data() + room, value, negative);
+    const char* const first = writeBySchoolbook(text.data() + room, value, negative);
     text.erase(0, static_cast<std::size_t>(first - text.data()));
     return text;
 }
 
-std::string wideText(const Natural& value, bool negative) {
-    const std::vector<Limb> chunks = toDecimalChunks(value.data(), value.size());
+std::string textByDivideAndConquer(std::span<const Limb> limbs, bool negative) {
+    const std::vector<Limb> chunks = divide_and_conquer::toDecimalChunks(limbs);
     std::array<char, MAX_DIGITS_64> highest;
     char* const highestEnd = highest.data() + highest.size();
     std::string text(negative ? "-" : "");
     text.append(writeDecimal(highestEnd, chunks.back()), highestEnd);
-    text.resize(common::checkedCount<char>(text.size() + std::uint64_t{WIDE_PRINT_CHUNK_DIGITS} *
-                                                             (chunks.size() - 1)));
-    static_assert(WIDE_PRINT_CHUNK_DIGITS == 17);
+    constexpr std::uint64_t CHUNK_DIGITS = PRINT_DIVIDE_AND_CONQUER.chunkDigits;
+    static_assert(CHUNK_DIGITS == 17);
+    text.resize(common::checkedCount<char>(text.size() + CHUNK_DIGITS * (chunks.size() - 1)));
     char* end = text.data() + text.size();
     for (std::size_t i = 0; i + 1 < chunks.size(); ++i)
         end = writeSeventeenDigits(end, chunks[i]);
@@ -62,14 +65,14 @@ std::string wideText(const Natural& value, bool negative) {
 
 } // namespace
 
-std::string decimalText(const std::vector<std::uint16_t>& words, std::uint64_t bitCount,
+std::string decimalText(std::span<const std::uint16_t> words, std::uint64_t bitCount,
                         bool negative) {
-    Natural value(limbsFor(words.size()));
-    value.load(words.data(), words.size());
+    Natural value(words);
     if (negative)
         value.negate(bitCount);
-    return value.size() < WIDE_PRINT_LIMBS ? narrowText(value, negative)
-                                           : wideText(value, negative);
+    return value.size() < PRINT_DIVIDE_AND_CONQUER.minLimbs
+               ? textBySchoolbook(value, negative)
+               : textByDivideAndConquer(value.limbs(), negative);
 }
 
 } // namespace KelRT::numbers

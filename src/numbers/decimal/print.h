@@ -2,14 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
-#include <vector>
 
 namespace KelRT::numbers {
 
-// The decimal text of the number in `words`, the lowest word first. If `negative`, a '-' and the
-// two's complement in `bitCount` bits; bit bitCount - 1 must be set. Throws std::bad_alloc.
-std::string decimalText(const std::vector<std::uint16_t>& words, std::uint64_t bitCount,
+// The decimal text of the number in `words`, the lowest first. If `negative`, prints a '-' and the
+// two's complement in `bitCount` bits, of which the highest, bit bitCount - 1, must be set. Throws
+// std::bad_alloc.
+std::string decimalText(std::span<const std::uint16_t> words, std::uint64_t bitCount,
                         bool negative);
 
 } // namespace KelRT::numbers

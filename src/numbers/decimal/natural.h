@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "numbers/limb.h"
+
+#include <array>
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace KelRT::numbers {
+
+// An unsigned number with a fixed capacity in limbs. Up to INLINE_LIMBS it allocates nothing.
+class Natural {
+public:
+    static constexpr std::size_t INLINE_LIMBS = 8;
+
+    // The value 0. Throws std::bad_alloc.
+    explicit Natural(std::size_t capacity)
+        : large(capacity > INLINE_LIMBS ? std::make_unique_for_overwrite<Limb[]>(capacity)
+                                        : nullptr),
+          lowest(large ? large.get() : small.data()), room(capacity) {}
+
+    // The value of `words`. Throws std::bad_alloc.
+    explicit Natural(std::span<const std::uint16_t> words);
+
+    Natural(const Natural&) = delete;
+    Natural& operator=(const Natural&) = delete;
+
+    // Stores the value modulo 2^(16 * words.size()).
+    void store(std::span<std::uint16_t> words) const;
+
+    // Replaces the value, which must have exactly `bitCount` bits, by its two's complement.
+    void negate(std::uint64_t bitCount);
+
+    // The limbs in use, the lowest first. The highest is not 0, except after a multiplication that
+    // wrapped.
+    std::span<Limb> limbs() { return {lowest, used}; }
+    std::span<const Limb> limbs() const { return {lowest, used}; }
+
+    std::size_t size() const { return used; }
+    bool isFull() const { return used == room; }
+
+    // Adds a limb above the others. There must be room.
+    void append(Limb limb) {
+        assert(!isFull());
+        lowest[used++] = limb;
+    }
+
+    void dropLeadingZeros() {
+        while (used > 0 && lowest[used - 1] == 0)
+            --used;
+    }
+
+private:
+    std::array<Limb, INLINE_LIMBS> small; // uninitialised; only the limbs in use are read
+    std::unique_ptr<Limb[]> large;
+    Limb* lowest;
+    std::size_t used = 0;
+    std::size_t room;
+};
+
+} // namespace KelRT::numbers

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: MIT
+//
+// Arithmetic on digits of a large radix: addition, subtraction and multiplication. Numbers are
+// stored with the lowest digit first.
+//
+// Products use A. Karatsuba's method (with Y. Ofman, 1962): twice the width costs about three times
+// as much, n^1.58 in all. Faster methods for still wider numbers are not worth their code here.
+#pragma once
+
+#include "numbers/decimal/divide_limb.h"
+#include "numbers/decimal/engines.h"
+#include "numbers/limb.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace KelRT::numbers::divide_and_conquer {
+
+using Digits = std::vector<Limb>;
+
+// Policies. split() divides a sum of at most MAX_SUM by VALUE: the remainder is a digit, the
+// quotient is the carry. SOURCE is the radix of the digits that are converted to this one.
+
+struct DecimalRadix {
+    static constexpr Limb VALUE = static_cast<Limb>(PRINT_DIVIDE_AND_CONQUER.radix);
+    static constexpr DoubleLimb SOURCE = DoubleLimb{1} << LIMB_BITS;
+    static constexpr DoubleLimb MAX_SUM = VALUE * SOURCE - 1; // the carry is below 2^64
+
+    static Limb split(DoubleLimb sum, DoubleLimb& carry) {
+        // divideLimb() requires the divisor's top bit to be set, so divisor and dividend are
+        // scaled. As sum < VALUE * 2^64, the high limb is below the divisor: a valid remainder.
+        constexpr unsigned SCALE = 7;
+        static_assert(VALUE >> (LIMB_BITS - SCALE - 1) == 1);
+        assert(sum <= MAX_SUM);
+        const DoubleLimb scaled = sum << SCALE;
+        auto remainder = static_cast<Limb>(scaled >> LIMB_BITS);
+        carry = divideLimb<(VALUE << SCALE)>(static_cast<Limb>(scaled), remainder);
+        return remainder >> SCALE;
+    }
+};
+
+struct BinaryRadix {
+    static constexpr Limb VALUE = static_cast<Limb>(READ_DIVIDE_AND_CONQUER.radix);
+    static constexpr DoubleLimb SOURCE = POWERS_OF_TEN[READ_DIVIDE_AND_CONQUER.chunkDigits];
+    static constexpr DoubleLimb MAX_SUM = ~DoubleLimb{0};
+
+    static Limb split(DoubleLimb sum, DoubleLimb& carry) {
+        carry = sum >> READ_RADIX_BITS;
+        return static_cast<Limb>(sum) & (VALUE - 1);
+    }
+};
+
+// With a radix of at most 2^63, the total of two digits and a carry does not overflow in add(), and
+// the top bit of a difference is the borrow in subtract().
+static_assert(DecimalRadix::VALUE <= Limb{1} << 63 && BinaryRadix::VALUE <= Limb{1} << 63);
+
+// sum += addend, which has no more digits than sum. The result must fit.
+template <typename Radix>
+void add(std::span<Limb> sum, std::span<const Limb> addend) {
+    assert(addend.size() <= sum.size());
+    Limb carry = 0;
+    const auto step = [&carry](Limb& digit, Limb other) {
+        const Limb total = digit + other + carry;
+        carry = total >= Radix::VALUE ? 1 : 0;
+        digit = total - (Radix::VALUE & (0 - carry));
+    };
+    for (std::size_t i = 0; i < addend.size(); ++i)
+        step(sum[i], addend[i]);
+    for (std::size_t i = addend.size(); i < sum.size() && carry != 0; ++i)
+        step(sum[i], 0);
+    assert(carry == 0);
+}
+
+// difference -= subtrahend, which has no more digits than difference and is not larger.
+template <typename Radix>
+void subtract(std::span<Limb> difference, std::span<const Limb> subtrahend) {
+    assert(subtrahend.size() <= difference.size());
+    Limb borrow = 0;
+    const auto step = [&borrow](Limb& digit, Limb other) {
+        const Limb result = digit - other - borrow;
+        borrow = result >> (LIMB_BITS - 1);
+        digit = result + (Radix::VALUE & (0 - borrow));
+    };
+    for (std::size_t i = 0; i < subtrahend.size(); ++i)
+        step(difference[i], subtrahend[i]);
+    for (std::size_t i = subtrahend.size(); i < difference.size() && borrow != 0; ++i)
+        step(difference[i], 0);
+    assert(borrow == 0);
+}
+
+// difference = |a - b|, with as many digits as a; b has no more. Returns whether a < b.
+template <typename Radix>
+bool absoluteDifference(std::span<Limb> difference, std::span<const Limb> a,
+                        std::span<const Limb> b) {
+    std::fill(std::copy(b.begin(), b.end(), difference.begin()), difference.end(), 0);
+    const bool isLess =
+        std::lexicographical_compare(a.rbegin(), a.rend(), difference.rbegin(), difference.rend());
+    if (!isLess)
+        std::copy(a.begin(), a.end(), difference.begin());
+    subtract<Radix>(difference, isLess ? a : b);
+    return isLess;
+}
+
+// Returns the number of zero digits at the low end. The weights of reading have some, because 10^n
+// is divisible by 2^n.
+inline std::size_t lowZeros(std::span<const Limb> digits) {
+    const auto isSet = [](Limb digit) { return digit != 0; };
+    return static_cast<std::size_t>(std::find_if(digits.begin(), digits.end(), isSet) -
+                                    digits.begin());
+}
+
+// product = a * b, column by column. Both have the same size, less than KARATSUBA_SIZE, so the
+// products of a column plus the carry never exceed MAX_SUM.
+template <typename Radix>
+void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span<const Limb> b) {
+    constexpr DoubleLimb MAX_CARRY = Radix::MAX_SUM / Radix::VALUE;
+    constexpr DoubleLimb MAX_PRODUCT = DoubleLimb{Radix::VALUE - 1} * (Radix::VALUE - 1);
+    static_assert((Radix::MAX_SUM - MAX_CARRY) / MAX_PRODUCT >= KARATSUBA_SIZE);
+    assert(a.size() == b.size() && a.size() < KARATSUBA_SIZE);
+    assert(product.size() == a.size() + b.size());
+    // Skips low zeros of a, the weight, and high zeros of b, the last group. Otherwise the
+    // benchmark row "parse decimal, 65536 b" takes 25 % longer.
+    const std::size_t zeros = lowZeros(a);
+    for (; !b.empty() && b.back() == 0; b = b.first(b.size() - 1)) {
+        product.back() = 0;
+        product = product.first(product.size() - 1);
+    }
+    DoubleLimb carry = 0;
+    for (std::size_t column = 0; column + 1 < product.size(); ++column) {
+        const std::size_t end = std::min(column + 1, a.size());
+        std::size_t i = std::max(zeros, column < b.size() ? 0 : column - b.size() + 1);
+        // Two sums, so that neither waits for the other; with one, the benchmark row "parse
+        // decimal, 65536 b" takes 7 % longer.
+        DoubleLimb even = carry;
+        DoubleLimb odd = 0;
+        for (; i + 1 < end; i += 2) {
+            even += DoubleLimb{a[i]} * b[column - i];
+            odd += DoubleLimb{a[i + 1]} * b[column - i - 1];
+        }
+        if (i < end)
+            even += DoubleLimb{a[i]} * b[column - i];
+        product[column] = Radix::split(even + odd, carry);
+    }
+    // The product is below VALUE^product.size(), so the last carry is the highest digit.
+    assert(carry < Radix::VALUE);
+    product.back() = static_cast<Limb>(carry);
+}
+
+// The scratch space of multiply(). A level whose low halves have h digits takes 4 * h + 1 limbs. At
+// level k, counted from 1, h is at most size / 2^k + 1. In all, that is at most 4 * size, plus 5
+// for each of at most 64 levels.
+constexpr std::size_t scratchFor(std::size_t size) {
+    return 4 * size + std::size_t{5} * 64;
+}
+
+// product = a * b, both of the same size, by three products of halves:
+// a1 b0 + a0 b1 = a0 b0 + a1 b1 - (a0 - a1)(b0 - b1).
+template <typename Radix>
+void multiply(std::span<Limb> product, std::span<const Limb> a, std::span<const Limb> b,
+              std::span<Limb> scratch) {
+    if (a.size() < KARATSUBA_SIZE)
+        return multiplyColumns<Radix>(product, a, b);
+    const std::size_t half = (a.size() + 1) / 2; // a high half may have one digit less
+    assert(scratch.size() > 4 * half);
+    const auto cross = scratch.first(2 * half);
+    const auto middle = scratch.subspan(2 * half, 2 * half + 1);
+    const auto rest = scratch.subspan(4 * half + 1);
+    const auto low = product.first(2 * half);
+    const auto high = product.subspan(2 * half);
+    // The product has room for the differences.
+    const bool aLess = absoluteDifference<Radix>(low.first(half), a.first(half), a.subspan(half));
+    const bool bLess = absoluteDifference<Radix>(low.last(half), b.first(half), b.subspan(half));
+    multiply<Radix>(cross, low.first(half), low.last(half), rest);
+    multiply<Radix>(low, a.first(half), b.first(half), rest);
+    multiply<Radix>(high, a.subspan(half), b.subspan(half), rest);
+
+    // The highest digit of `middle` is 0 or 1: `low`, `high`, a1 b0 and a0 b1 are each below
+    // VALUE^(2 * half), so low + high and, in the end, a1 b0 + a0 b1 are below twice that.
+    *std::copy(low.begin(), low.end(), middle.begin()) = 0;
+    add<Radix>(middle, high);
+    if (aLess == bLess)
+        subtract<Radix>(middle, cross);
+    else
+        add<Radix>(middle, cross);
+    // With at least 4 digits, half + 1 <= 2 * (a.size() - half), so `middle` is no longer than the
+    // product above its lowest `half` digits. The sum is the product of a and b: it fits.
+    static_assert(KARATSUBA_SIZE >= 4);
+    add<Radix>(product.subspan(half), middle);
+}
+
+} // namespace KelRT::numbers::divide_and_conquer
