@@ -18,18 +18,18 @@ struct Missing {
     static constexpr bool MISSING = true;
 };
 
-/// The words or limbs whose memory is that of \a bytes.
-template <typename Word>
-std::vector<Word> wordsOf(const Bytes& bytes) {
-    std::vector<Word> words(bytes.size() / sizeof(Word));
-    std::memcpy(words.data(), bytes.data(), bytes.size());
-    return words;
+/// The integers whose memory is that of \a bytes.
+template <typename Integer>
+std::vector<Integer> integersOf(const Bytes& bytes) {
+    std::vector<Integer> integers(bytes.size() / sizeof(Integer));
+    std::memcpy(integers.data(), bytes.data(), bytes.size());
+    return integers;
 }
 
-/// The memory of \a words as text, for comparing results.
-template <typename Word>
-std::string memoryText(const Word* words, std::size_t bytes) {
-    const auto* const first = reinterpret_cast<const char*>(words);
+/// The memory of \a integers as text, for comparing results.
+template <typename Integer>
+std::string memoryText(const Integer* integers, std::size_t bytes) {
+    const auto* const first = reinterpret_cast<const char*>(integers);
     return {first, first + bytes};
 }
 
@@ -40,7 +40,7 @@ std::string memoryText(const Word* words, std::size_t bytes) {
 namespace peers {
 struct Gmp {
     using Limbs = std::vector<mp_limb_t>;
-    static Limbs limbsOf(const Bytes& bytes) { return wordsOf<mp_limb_t>(bytes); }
+    static Limbs limbsOf(const Bytes& bytes) { return integersOf<mp_limb_t>(bytes); }
     static std::string text(const Limbs& limbs) {
         return memoryText(limbs.data(), limbs.size() * sizeof(mp_limb_t));
     }
@@ -100,7 +100,7 @@ namespace peers {
 struct Llvm {
     struct Bits {
         explicit Bits(const Bytes& bytes)
-            : value(static_cast<unsigned>(bytes.size() * 8), wordsOf<std::uint64_t>(bytes)) {}
+            : value(static_cast<unsigned>(bytes.size() * 8), integersOf<std::uint64_t>(bytes)) {}
         llvm::APInt value;
         std::uint64_t get(std::uint32_t position, std::uint32_t count) const {
             return value.extractBitsAsZExtValue(count, position);

@@ -74,7 +74,7 @@ struct Example {
         return arguments.at(i) == "null" ? nullptr : kept.c_str();
     }
     std::uint64_t number(std::size_t i) const { return std::stoull(arguments.at(i), nullptr, 0); }
-    std::uint32_t word(std::size_t i) const { return static_cast<std::uint32_t>(number(i)); }
+    std::uint32_t u32(std::size_t i) const { return static_cast<std::uint32_t>(number(i)); }
     int index(std::size_t i) const { return static_cast<int>(number(i)); }
     double real(std::size_t i) const { return std::stod(arguments.at(i)); }
     char character(std::size_t i) const { return arguments.at(i)[1]; }
@@ -225,7 +225,7 @@ const Runs NUMBER{
      })},
     {"toString", onNumber([](auto& e, auto& number) { return number.toString(e.character(0)); })},
     {"toFloatString", onNumber([](auto& e, auto& number) {
-         return number.toFloatString(e.real(0), e.real(1), e.word(2));
+         return number.toFloatString(e.real(0), e.real(1), e.u32(2));
      })}};
 
 const Runs VALUE{{"bits2Number", onNumber([](auto& e, auto& number) {
@@ -268,12 +268,12 @@ const Runs UTIL{
          Util::getLongLongBitsDebug(DATA, e.index(1), e.index(2));
          return AsItIs{Text("prints ").append(shown(testing::internal::GetCapturedStdout()))};
      }},
-    {"bin2Hex", [](auto& e) { return Util::bin2Hex(e.word(0)); }},
+    {"bin2Hex", [](auto& e) { return Util::bin2Hex(e.u32(0)); }},
     {"hex2Bin", [](auto& e) { return Util::hex2Bin(e.character(0)); }},
     {"bin2ReverseBinStr",
      [](auto& e) {
          const unsigned char byte = 0x06;
-         return Util::bin2ReverseBinStr(e.arguments[0] == "null" ? nullptr : &byte, e.word(1), out);
+         return Util::bin2ReverseBinStr(e.arguments[0] == "null" ? nullptr : &byte, e.u32(1), out);
      }},
     {"reverseBinStr2Bin",
      [](auto& e) {
@@ -282,19 +282,19 @@ const Runs UTIL{
          return AsItIs{Text("{0x").append(inHexadecimal({static_cast<char>(byte)}).text) + "}"};
      }},
     {"binStr2HexStr", [](auto& e) { return Util::binStr2HexStr(e.chars(0), out); }},
-    {"hexStr2BinStr", [](auto& e) { return Util::hexStr2BinStr(e.chars(0), e.word(1), out); }},
+    {"hexStr2BinStr", [](auto& e) { return Util::hexStr2BinStr(e.chars(0), e.u32(1), out); }},
     {"reverseStr",
      [](auto& e) {
          char mirror[8];
-         Util::reverseStr(e.text(0).c_str(), e.word(1), mirror);
+         Util::reverseStr(e.text(0).c_str(), e.u32(1), mirror);
          return Text(mirror);
      }},
     {"binStr2UInt", [](auto& e) { return Util::binStr2UInt(e.chars(0)); }},
     {"hexStr2UInt", [](auto& e) { return Util::hexStr2UInt(e.chars(0)); }},
     {"hexStr2ULL", [](auto& e) { return Util::hexStr2ULL(out = e.text(0)); }},
     {"decStr2ULL", [](auto& e) { return Util::decStr2ULL(e.text(0)); }},
-    {"uInt2BinStr", [](auto& e) { return Util::uInt2BinStr(e.word(0), e.word(1), out); }},
-    {"uInt2HexStr", [](auto& e) { return Util::uInt2HexStr(e.word(0), e.word(1), out); }},
+    {"uInt2BinStr", [](auto& e) { return Util::uInt2BinStr(e.u32(0), e.u32(1), out); }},
+    {"uInt2HexStr", [](auto& e) { return Util::uInt2HexStr(e.u32(0), e.u32(1), out); }},
     {"uLL2DecStr", [](auto& e) { return Util::uLL2DecStr(e.number(0), out); }},
     {"double2Str", [](auto& e) { return Util::double2Str(e.real(0), out); }}};
 
@@ -399,14 +399,14 @@ const Runs LOG{
              logger.logMethodExit(e.index(0));
          });
      }},
-    {"setReturnStatus", returned([](auto& e, auto& tracer) { tracer.setReturnStatus(e.word(0)); })},
+    {"setReturnStatus", returned([](auto& e, auto& tracer) { tracer.setReturnStatus(e.u32(0)); })},
     {"setReturn", returned([](auto& e, auto& tracer) {
          if (e.arguments[0] == "true")
              tracer.setReturn(true);
          else if (e.hasText(0) || e.arguments[0].back() == 'r')
              tracer.setReturn(e.hasText(0) ? e.text(0).c_str() : nullptr);
          else
-             tracer.setReturn(e.word(0));
+             tracer.setReturn(e.u32(0));
      })}};
 
 Example parsed(const Text& call) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "common/double_word.h"
 #include "common/hex.h"
+#include "common/u128.h"
+#include "common/u64.h"
 #include "common/vectors.h"
-#include "common/words.h"
 #include "library/version.h"
 #include "numbers/radix.h"
 #include "support/random_values.h"
@@ -40,9 +40,9 @@ using namespace KelRT::common;
 
 using Bytes = std::array<unsigned char, VECTOR_BYTES>;
 
-template <typename WordVectorType>
-WordVectorType wordsIn(const Bytes& bytes) {
-    return WordVectorType{loadWord(bytes.data()), loadWord(bytes.data() + 8)};
+template <typename U64VectorType>
+U64VectorType u64sIn(const Bytes& bytes) {
+    return U64VectorType{loadU64(bytes.data()), loadU64(bytes.data() + 8)};
 }
 
 template <typename VectorType>
@@ -61,10 +61,10 @@ Bytes eachByte(Rule rule) {
     return bytes;
 }
 
-template <typename WordVectorType>
+template <typename U64VectorType>
 class Vectors : public testing::Test {};
 
-using BackEnds = testing::Types<WordVector, iso::WordVector>;
+using BackEnds = testing::Types<U64Vector, iso::U64Vector>;
 TYPED_TEST_SUITE(Vectors, BackEnds, );
 
 TYPED_TEST(Vectors, ComparisonsMarkEachByteAlone) {
@@ -74,7 +74,7 @@ TYPED_TEST(Vectors, ComparisonsMarkEachByteAlone) {
         const Bytes text = eachByte([code](unsigned i) {
             return i % 3 == 0 ? code : i % 3 == 1 ? 0xFF : 0;
         });
-        const auto vector = bytesOf(wordsIn<TypeParam>(text));
+        const auto vector = bytesOf(u64sIn<TypeParam>(text));
         const auto marked = [&text](auto holds) {
             return eachByte([&](unsigned i) { return holds(text[i]) ? 0xFF : 0; });
         };
@@ -98,19 +98,19 @@ TYPED_TEST(Vectors, OperationsMoveAndCombineBytesInMemoryOrder) {
         const auto random = [](unsigned) { return test::randomValue(); };
         const Bytes a = eachByte(random);
         const Bytes b = eachByte(random);
-        const auto wordsA = wordsIn<TypeParam>(a);
-        const auto wordsB = wordsIn<TypeParam>(b);
-        const auto vectorA = bytesOf(wordsA);
-        const auto vectorB = bytesOf(wordsB);
+        const auto a64 = u64sIn<TypeParam>(a);
+        const auto b64 = u64sIn<TypeParam>(b);
+        const auto vectorA = bytesOf(a64);
+        const auto vectorB = bytesOf(b64);
         EXPECT_EQ(bytesIn(vectorA), a);
-        EXPECT_EQ(firstWord(vectorA), loadWord(a.data()));
-        EXPECT_EQ(secondWord(vectorA), loadWord(a.data() + 8));
-        EXPECT_EQ(bytesIn(bytesOf(middleWords(wordsA, wordsB))),
+        EXPECT_EQ(firstU64(vectorA), loadU64(a.data()));
+        EXPECT_EQ(secondU64(vectorA), loadU64(a.data() + 8));
+        EXPECT_EQ(bytesIn(bytesOf(middleU64s(a64, b64))),
                   eachByte([&](unsigned i) { return i < 8 ? a[i + 8] : b[i - 8]; }));
         EXPECT_EQ(bytesIn(interleave(vectorA, vectorB)),
                   eachByte([&](unsigned i) { return i % 2 == 0 ? a[i / 2] : b[i / 2]; }));
         const Bytes even = eachByte([&](unsigned i) { return i < 8 ? a[std::size_t{2} * i] : 0; });
-        EXPECT_EQ(evenBytes(wordsA), loadWord(even.data()));
+        EXPECT_EQ(evenBytes(a64), loadU64(even.data()));
         std::uint64_t tops = 0;
         for (unsigned i = 0; i < VECTOR_BYTES; ++i)
             tops |= std::uint64_t{a[i] >= 0x80U} << i;
@@ -118,9 +118,9 @@ TYPED_TEST(Vectors, OperationsMoveAndCombineBytesInMemoryOrder) {
         EXPECT_EQ(bytesIn((vectorA & vectorB) | ((vectorA >> 1) + (vectorB >> 1))),
                   eachByte([&](unsigned i) { return (a[i] & b[i]) | (a[i] / 2 + b[i] / 2); }));
         EXPECT_EQ(
-            bytesIn(bytesOf(wordsA << 3 | wordsB >> 5)),
-            bytesIn(bytesOf(TypeParam{loadWord(a.data()) << 3 | loadWord(b.data()) >> 5,
-                                      loadWord(a.data() + 8) << 3 | loadWord(b.data() + 8) >> 5})));
+            bytesIn(bytesOf(a64 << 3 | b64 >> 5)),
+            bytesIn(bytesOf(TypeParam{loadU64(a.data()) << 3 | loadU64(b.data()) >> 5,
+                                      loadU64(a.data() + 8) << 3 | loadU64(b.data() + 8) >> 5})));
     }
 }
 
@@ -130,26 +130,26 @@ TEST(Vectors, LoadsAreInMemoryOrder) {
     EXPECT_EQ(bytesIn(iso::loadVector(bytes.data())), bytes);
 }
 
-// A double word as its two words, the high one first.
-using Words = std::pair<std::uint64_t, std::uint64_t>;
+// The upper and the lower half.
+using Halves = std::pair<std::uint64_t, std::uint64_t>;
 
-template <typename DoubleWordType>
-Words wordsOf(DoubleWordType value) {
+template <typename U128Type>
+Halves halvesOf(U128Type value) {
     return {static_cast<std::uint64_t>(value >> 64), static_cast<std::uint64_t>(value)};
 }
 
-template <typename DoubleWordType>
-class DoubleWords : public testing::Test {};
+template <typename U128Type>
+class U128s : public testing::Test {};
 
-using DoubleWordTypes = testing::Types<DoubleWord, TwoWords>;
-TYPED_TEST_SUITE(DoubleWords, DoubleWordTypes, );
+using U128Types = testing::Types<U128, PortableU128>;
+TYPED_TEST_SUITE(U128s, U128Types, );
 
-TYPED_TEST(DoubleWords, ProductsOfWords) {
+TYPED_TEST(U128s, ProductsOfHalves) {
     constexpr std::uint64_t ALL_ONES = ~std::uint64_t{0};
     constexpr std::uint64_t HALF = 0xFFFFFFFF;
     struct {
         std::uint64_t a, b;
-        Words product;
+        Halves product;
     } const cases[] = {
         {0, ALL_ONES, {0, 0}},
         {1, ALL_ONES, {0, ALL_ONES}},
@@ -159,33 +159,33 @@ TYPED_TEST(DoubleWords, ProductsOfWords) {
         {HALF + 1, HALF + 1, {1, 0}},
         {0x0123456789ABCDEF, 0xFEDCBA9876543210, {0x0121FA00AD77D742, 0x2236D88FE5618CF0}}};
     for (const auto& [a, b, product] : cases) {
-        EXPECT_EQ(wordsOf(TypeParam{a} * b), product) << a << ' ' << b;
-        EXPECT_EQ(wordsOf(TypeParam{b} * a), product) << b << ' ' << a;
+        EXPECT_EQ(halvesOf(TypeParam{a} * b), product) << a << ' ' << b;
+        EXPECT_EQ(halvesOf(TypeParam{b} * a), product) << b << ' ' << a;
     }
 }
 
-TYPED_TEST(DoubleWords, CarriesAndBorrowsPassBetweenTheWords) {
+TYPED_TEST(U128s, CarriesAndBorrowsPassBetweenTheHalves) {
     constexpr std::uint64_t ALL_ONES = ~std::uint64_t{0};
     constexpr TypeParam weight = TypeParam{1} << 64;
-    EXPECT_EQ(wordsOf(TypeParam{ALL_ONES} + 1), Words(1, 0));
-    EXPECT_EQ(wordsOf(weight - 1), Words(0, ALL_ONES));
-    EXPECT_EQ(wordsOf(~TypeParam{0} + 1), Words(0, 0));
-    EXPECT_EQ(wordsOf((weight + 3) * (weight + 5)), Words(8, 15));
+    EXPECT_EQ(halvesOf(TypeParam{ALL_ONES} + 1), Halves(1, 0));
+    EXPECT_EQ(halvesOf(weight - 1), Halves(0, ALL_ONES));
+    EXPECT_EQ(halvesOf(~TypeParam{0} + 1), Halves(0, 0));
+    EXPECT_EQ(halvesOf((weight + 3) * (weight + 5)), Halves(8, 15));
     EXPECT_TRUE(weight > TypeParam{ALL_ONES} && weight != TypeParam{0});
 }
 
-TYPED_TEST(DoubleWords, ShiftsOfEveryCount) {
+TYPED_TEST(U128s, ShiftsOfEveryCount) {
     for (unsigned count = 0; count < 128; ++count) {
         const TypeParam bit = TypeParam{1} << count;
-        EXPECT_EQ(wordsOf(bit), count < 64 ? Words(0, std::uint64_t{1} << count)
-                                           : Words(std::uint64_t{1} << (count - 64), 0));
-        EXPECT_EQ(wordsOf(bit >> count), Words(0, 1));
-        EXPECT_EQ(wordsOf(~TypeParam{0} >> count),
-                  wordsOf((TypeParam{1} << (127 - count)) * 2 - 1));
+        EXPECT_EQ(halvesOf(bit), count < 64 ? Halves(0, std::uint64_t{1} << count)
+                                            : Halves(std::uint64_t{1} << (count - 64), 0));
+        EXPECT_EQ(halvesOf(bit >> count), Halves(0, 1));
+        EXPECT_EQ(halvesOf(~TypeParam{0} >> count),
+                  halvesOf((TypeParam{1} << (127 - count)) * 2 - 1));
     }
 }
 
-TYPED_TEST(DoubleWords, QuotientsAndTheirRemaindersMakeTheDividend) {
+TYPED_TEST(U128s, QuotientsAndTheirRemaindersMakeTheDividend) {
     SCOPED_TRACE(test::SEED);
     for (int round = 0; round < 1000; ++round) {
         const TypeParam dividend = (TypeParam{test::randomValue()} << 64) + test::randomValue();

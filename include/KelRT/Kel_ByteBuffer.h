@@ -181,9 +181,9 @@ public:
             return getBitsSlowCase(bitPosition, bitCount);
         const unsigned char* const p = used() + bitPosition / 64 * 8;
         const auto shift = static_cast<unsigned>(bitPosition % 64);
-        std::uint64_t value = wordAt(p) >> shift;
+        std::uint64_t value = u64At(p) >> shift;
         if (shift + bitCount > 64)
-            value |= wordAt(p + 8) << (64 - shift);
+            value |= u64At(p + 8) << (64 - shift);
         return value & (~std::uint64_t{0} >> (64 - bitCount));
     }
 
@@ -207,8 +207,8 @@ public:
         const std::uint64_t mask = ~std::uint64_t{0} >> (64 - bitCount);
         value &= mask;
         if (shift + bitCount > 64)
-            putWordAt(p + 8, (wordAt(p + 8) & ~(mask >> (64 - shift))) | value >> (64 - shift));
-        putWordAt(p, (wordAt(p) & ~(mask << shift)) | value << shift);
+            putU64At(p + 8, (u64At(p + 8) & ~(mask >> (64 - shift))) | value >> (64 - shift));
+        putU64At(p, (u64At(p) & ~(mask << shift)) | value << shift);
     }
 
     /// As setBitsLL() with \a value extended by zeros. \throws std::logic_error as setBitsLL()
@@ -399,9 +399,9 @@ private:
         return static_cast<std::size_t>(padLow + size + padHigh);
     }
     /// True if the inline paths apply: no shift is pending, and the field has 1 to 64 bits and lies
-    /// within whole 8-byte words, counted from the first used byte. These words are accessed, not
-    /// the word at byte bitPosition / 8: if the first used byte is 8-byte aligned, none of them
-    /// crosses a cache line, and a load after a store of the same word can be forwarded.
+    /// within whole blocks of 8 bytes, counted from the first used byte. These blocks are accessed,
+    /// not the 8 bytes from bitPosition / 8 on: if the first used byte is 8-byte aligned, none of
+    /// them crosses a cache line, and a load after a store of the same block can be forwarded.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
         return pendingBitShift == 0 && bitCount - 1 < 64 &&
@@ -411,23 +411,23 @@ private:
     KELRT_API void setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount,
                                    std::uint64_t value);
     /// Host order to little-endian, and back.
-    static std::uint64_t littleEndian(std::uint64_t word) noexcept {
+    static std::uint64_t littleEndian(std::uint64_t value) noexcept {
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-        word = (word >> 8 & 0x00FF00FF00FF00FF) | (word & 0x00FF00FF00FF00FF) << 8;
-        word = (word >> 16 & 0x0000FFFF0000FFFF) | (word & 0x0000FFFF0000FFFF) << 16;
-        word = word >> 32 | word << 32;
+        value = (value >> 8 & 0x00FF00FF00FF00FF) | (value & 0x00FF00FF00FF00FF) << 8;
+        value = (value >> 16 & 0x0000FFFF0000FFFF) | (value & 0x0000FFFF0000FFFF) << 16;
+        value = value >> 32 | value << 32;
 #endif
-        return word;
+        return value;
     }
-    /// The word in \a p[0..7].
-    static std::uint64_t wordAt(const unsigned char* p) noexcept {
-        std::uint64_t word;
-        std::memcpy(&word, p, sizeof word);
-        return littleEndian(word);
+    /// The 64-bit value in \a p[0..7].
+    static std::uint64_t u64At(const unsigned char* p) noexcept {
+        std::uint64_t value;
+        std::memcpy(&value, p, sizeof value);
+        return littleEndian(value);
     }
-    static void putWordAt(unsigned char* p, std::uint64_t word) noexcept {
-        word = littleEndian(word);
-        std::memcpy(p, &word, sizeof word);
+    static void putU64At(unsigned char* p, std::uint64_t value) noexcept {
+        value = littleEndian(value);
+        std::memcpy(p, &value, sizeof value);
     }
     [[nodiscard]] bool holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_ByteBuffer.h"
 
-#include "common/words.h"
+#include "common/u64.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -21,7 +21,7 @@ std::uint64_t Kel_ByteBuffer::getBitsSlowCase(std::uint64_t bitPosition, std::ui
         throw std::logic_error("Internal Error - Kel_ByteBuffer::getBits bad params.");
     if (bitCount == 0)
         return 0;
-    return common::readField(used(), size, bitPosition, std::min(bitCount, common::WORD_BITS));
+    return common::readField(used(), size, bitPosition, std::min(bitCount, common::U64_BITS));
 }
 
 void Kel_ByteBuffer::setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount,
@@ -30,7 +30,7 @@ void Kel_ByteBuffer::setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bi
     if (!holdsField(bitPosition, bitCount))
         throw std::logic_error("Internal Error - Kel_ByteBuffer::setBits(ll) bad params.");
     while (bitCount != 0) { // bits above the lowest 64 become 0
-        const auto count = std::min(bitCount, common::WORD_BITS);
+        const auto count = std::min(bitCount, common::U64_BITS);
         common::writeField(used(), size, bitPosition, count, value);
         bitPosition += count;
         bitCount -= count;

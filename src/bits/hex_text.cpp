@@ -6,7 +6,7 @@
 
 #include "common/hex.h"
 #include "common/memory.h"
-#include "common/words.h"
+#include "common/u64.h"
 
 #include <algorithm>
 #include <cassert>
@@ -16,30 +16,29 @@
 namespace KelRT {
 namespace {
 
-using namespace common;
-
-void encodeWord(const unsigned char* bytes, char* out) {
-    writeHex(out + HEX_DIGITS_PER_WORD, loadWord(bytes), HEX_DIGITS_PER_WORD, 'A');
+void encodeU64(const unsigned char* bytes, char* out) {
+    common::writeHex(out + common::HEX_DIGITS_PER_U64, common::loadU64(bytes),
+                     common::HEX_DIGITS_PER_U64, 'A');
 }
 
 // Writes the digits of `count` bytes, the last byte first.
 void encode(const unsigned char* bytes, std::uint64_t count, unsigned char* out) {
     char* to = reinterpret_cast<char*>(out);
     // Without this loop, the benchmark row "encode, 4 KiB" takes at least 14 % longer.
-    for (; count >= 2 * WORD_BYTES;
-         count -= 2 * WORD_BYTES, to += std::size_t{2} * HEX_DIGITS_PER_WORD) {
-        encodeWord(bytes + count - WORD_BYTES, to);
-        encodeWord(bytes + count - 2 * WORD_BYTES, to + HEX_DIGITS_PER_WORD);
+    for (; count >= 2 * common::U64_BYTES;
+         count -= 2 * common::U64_BYTES, to += std::size_t{2} * common::HEX_DIGITS_PER_U64) {
+        encodeU64(bytes + count - common::U64_BYTES, to);
+        encodeU64(bytes + count - 2 * common::U64_BYTES, to + common::HEX_DIGITS_PER_U64);
     }
-    for (; count >= WORD_BYTES; count -= WORD_BYTES, to += HEX_DIGITS_PER_WORD)
-        encodeWord(bytes + count - WORD_BYTES, to);
+    for (; count >= common::U64_BYTES; count -= common::U64_BYTES, to += common::HEX_DIGITS_PER_U64)
+        encodeU64(bytes + count - common::U64_BYTES, to);
     const auto digits = static_cast<unsigned>(2 * count);
     if (digits > 0)
-        writeHex(to + digits, loadBytes(bytes, count), digits, 'A');
+        common::writeHex(to + digits, common::loadBytes(bytes, count), digits, 'A');
 }
 
 unsigned char lenientValue(unsigned char character) {
-    return static_cast<unsigned char>(lenientHexValue(static_cast<char>(character)));
+    return static_cast<unsigned char>(common::lenientHexValue(static_cast<char>(character)));
 }
 
 // Reads `count` characters in pairs, the last pair first.
@@ -54,12 +53,13 @@ void decodePairs(const unsigned char* text, std::uint64_t count, unsigned char* 
 // The same, sixteen digits at a time; the remaining ones in pairs. If one of the
 // blocks of sixteen contains a non-digit, the whole text is decoded again in pairs.
 void decode(const unsigned char* text, std::uint64_t count, unsigned char* out) {
-    Vector valid = broadcastVector(0xFF);
+    common::Vector valid = common::broadcastVector(0xFF);
     std::uint64_t left = count;
     unsigned char* to = out;
-    for (; left >= VECTOR_BYTES; left -= VECTOR_BYTES, to += WORD_BYTES)
-        storeWord(to, decodeHex(loadVector(text + left - VECTOR_BYTES), valid));
-    if (allSet(valid))
+    for (; left >= common::VECTOR_BYTES; left -= common::VECTOR_BYTES, to += common::U64_BYTES)
+        common::storeU64(
+            to, common::decodeHex(common::loadVector(text + left - common::VECTOR_BYTES), valid));
+    if (common::allSet(valid))
         decodePairs(text, left, to);
     else
         decodePairs(text, count, out);
@@ -74,8 +74,8 @@ std::uint64_t decodedSize(std::uint64_t firstChar, std::uint64_t lastChar) {
 std::uint64_t readRepeating(const char* text, std::uint64_t count, std::uint64_t previous) {
     std::uint64_t number = 0;
     for (std::uint64_t i = 0; i < count; ++i) {
-        const std::uint8_t value = hexValue(text[i]);
-        if (value != NO_DIGIT)
+        const std::uint8_t value = common::hexValue(text[i]);
+        if (value != common::NO_DIGIT)
             previous = value;
         number = number << 4 | previous;
     }
@@ -85,12 +85,14 @@ std::uint64_t readRepeating(const char* text, std::uint64_t count, std::uint64_t
 // Reads `count` characters of bit-mirrored text into ceil(count / 2) bytes.
 void decodeMirrored(const char* text, std::uint64_t count, unsigned char* out) {
     std::uint64_t previous = 0;
-    for (std::uint64_t i = 0; i < count; i += HEX_DIGITS_PER_WORD, out += WORD_BYTES) {
-        const std::uint64_t digits = std::min<std::uint64_t>(count - i, HEX_DIGITS_PER_WORD);
+    for (std::uint64_t i = 0; i < count;
+         i += common::HEX_DIGITS_PER_U64, out += common::U64_BYTES) {
+        const std::uint64_t digits = std::min<std::uint64_t>(count - i, common::HEX_DIGITS_PER_U64);
         std::uint64_t number = 0;
-        if (!readHex(text + i, static_cast<unsigned>(digits), number))
+        if (!common::readHex(text + i, static_cast<unsigned>(digits), number))
             number = readRepeating(text + i, digits, previous);
-        storeBytes(out, mirrorWord(number) >> (WORD_BITS - 4 * digits), (digits + 1) / 2);
+        common::storeBytes(out, common::mirrorU64(number) >> (common::U64_BITS - 4 * digits),
+                           (digits + 1) / 2);
         previous = number & 0xF;
     }
 }
@@ -112,7 +114,7 @@ Kel_ByteBuffer* newBuffer(Kel_ByteBuffer&& buffer) {
 void Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept {
     byteAlign();
     const std::uint64_t count = size - std::min(fromByte, size);
-    assert(out != nullptr && !overlap(storage.get(), blockSize(), out, 2 * count + 1) &&
+    assert(out != nullptr && !common::overlap(storage.get(), blockSize(), out, 2 * count + 1) &&
            "out lies outside this buffer");
     if (count != 0)
         encode(used() + fromByte, count, out);
@@ -143,14 +145,15 @@ Kel_ByteBuffer* Kel_ByteBuffer::bin2HexString(std::uint64_t fromByte, std::uint6
 void Kel_ByteBuffer::setHexStringBitCount(std::uint64_t bitCount) noexcept {
     byteAlign();
     assert((size == 0 || used()[size - 1] == '\0') && "the last used byte is the terminating NUL");
-    const std::uint64_t wanted = divideUp(bitCount, 4);
+    const std::uint64_t wanted = common::divideUp(bitCount, 4);
     if (size <= wanted) // fewer digits than wanted: size includes the NUL
         return;
     giveToLowReserve(size - 1 - wanted);
     if (bitCount % 4 == 0)
         return;
     unsigned char& first = *used();
-    first = static_cast<unsigned char>(UPPER_DIGITS[lenientValue(first) & lowBits(bitCount % 4)]);
+    first = static_cast<unsigned char>(
+        common::UPPER_DIGITS[lenientValue(first) & common::lowBits(bitCount % 4)]);
 }
 
 void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
@@ -160,7 +163,7 @@ void Kel_ByteBuffer::hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
         return;
     assert(lastChar < size && "lastChar < getSize()");
     assert(out != nullptr &&
-           !overlap(storage.get(), blockSize(), out, decodedSize(firstChar, lastChar)) &&
+           !common::overlap(storage.get(), blockSize(), out, decodedSize(firstChar, lastChar)) &&
            "out lies outside this buffer");
     decode(used() + firstChar, lastChar - firstChar + 1, out);
 }

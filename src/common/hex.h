@@ -4,8 +4,8 @@
 // of either case are read, independently of the locale.
 #pragma once
 
+#include "common/u64.h"
 #include "common/vectors.h"
-#include "common/words.h"
 
 #include <array>
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace KelRT::common {
 
 constexpr const char* UPPER_DIGITS = "0123456789ABCDEF";
 constexpr const char* LOWER_DIGITS = "0123456789abcdef";
-constexpr unsigned HEX_DIGITS_PER_WORD = 16;
+constexpr unsigned HEX_DIGITS_PER_U64 = 16;
 
 // The value of each character as a hexadecimal digit, or NO_DIGIT.
 constexpr std::uint8_t NO_DIGIT = 0xFF;
@@ -46,8 +46,8 @@ inline Vector hexValues(Vector characters, Vector letters) {
 
 // Packs sixteen values below 16, the most significant first.
 inline std::uint64_t packHex(Vector values) {
-    const WordVector words = wordsOf(values); // of each pair of bytes, the first is the high digit
-    return swapBytes(evenBytes(words << 4 | words >> 8));
+    const U64Vector pairs = u64VectorOf(values); // the first byte of each is the high digit
+    return swapBytes(evenBytes(pairs << 4 | pairs >> 8));
 }
 
 // The number in sixteen characters. Clears the bytes of `valid` whose character is not a digit.
@@ -67,17 +67,17 @@ inline bool readHex(const char* p, unsigned count, std::uint64_t& number) {
 
 // Writes the low `count` digits (1 to 16) of `number` before `end`. `firstLetter` is 'A' or 'a'.
 inline void writeHex(char* end, std::uint64_t number, unsigned count, char firstLetter) {
-    const Vector bytes = bytesOf(WordVector{swapBytes(number), 0});
+    const Vector bytes = bytesOf(U64Vector{swapBytes(number), 0});
     const Vector values = interleave(bytes >> 4, bytes & broadcastVector(15));
     const auto gap = static_cast<unsigned char>(firstLetter - ('9' + 1));
     const Vector digits =
         values + broadcastVector('0') + (greater(values, 9) & broadcastVector(gap));
-    if (count == HEX_DIGITS_PER_WORD)
+    if (count == HEX_DIGITS_PER_U64)
         return storeVector(end - VECTOR_BYTES, digits);
     const unsigned fromSecond = count < 8 ? count : 8;
-    storeHighBytes(end - fromSecond, secondWord(digits), fromSecond);
+    storeHighBytes(end - fromSecond, secondU64(digits), fromSecond);
     if (count > 8)
-        storeHighBytes(end - count, firstWord(digits), count - 8);
+        storeHighBytes(end - count, firstU64(digits), count - 8);
 }
 
 } // namespace KelRT::common

@@ -1,26 +1,27 @@
 // SPDX-License-Identifier: MIT
 //
-// Vectors of sixteen bytes, with one of two back ends: GNU vector types, or two words in ISO C++.
-// Elements are numbered in memory order on every host. Each back end has the types Vector, of
-// bytes, and WordVector, of words, with the operators &, | and >>. Words have <<. Bytes have +; no
-// sum may exceed 255. A comparison yields 0xFF in each byte for which it holds, 0 in the others.
+// Vectors of sixteen bytes, with one of two back ends: GNU vector types, or two 64-bit integers in
+// ISO C++. Elements are numbered in memory order on every host. Each back end has the types Vector,
+// of bytes, and U64Vector, of 64-bit integers, with the operators &, | and >>. U64Vector has <<.
+// Vector has +; no sum may exceed 255. A comparison yields 0xFF in each byte for which it holds, 0
+// in the others.
 //
 //   loadVector(from)              the sixteen bytes at `from`, at any alignment
 //   storeVector(to, vector)       writes them
-//   bytesOf(words)                the bytes of two words, the lowest byte of each first
-//   firstWord(vector)             the word in bytes 0 to 7
-//   secondWord(vector)            the word in bytes 8 to 15
-//   middleWords(a, b)             the second word of `a`, then the first of `b`
+//   bytesOf(vector)               the bytes of the two integers, the lowest byte of each first
+//   firstU64(vector)              the integer in bytes 0 to 7
+//   secondU64(vector)             the integer in bytes 8 to 15
+//   middleU64s(a, b)              the second integer of `a`, then the first of `b`
 //   equal(vector, character)      compares each byte with `character`
 //   greater(vector, bound)        bound < byte <= 127, for bounds from 0 to 127
 //   between(vector, first, last)  first <= byte <= last, for bounds from 0 to 127
 //   topBits(vector)               the top bit of byte i as bit i
 //   interleave(a, b)              bytes 0 to 7 of `a` and `b` in turn: a0 b0 a1 b1 and so on
-//   evenBytes(words)              bytes 0, 2, 4, 6 of the first word, then of the second, as a word
+//   evenBytes(vector)             bytes 0, 2, 4, 6 of the first integer, then of the second
 #pragma once
 
+#include "common/u64.h"
 #include "common/vectors_iso.h"
-#include "common/words.h"
 
 #include <cstdint>
 
@@ -44,21 +45,21 @@ namespace KelRT::common {
 constexpr std::uint64_t VECTOR_BYTES = 16;
 
 // The inverse of bytesOf().
-inline WordVector wordsOf(Vector bytes) {
-    return WordVector{firstWord(bytes), secondWord(bytes)};
+inline U64Vector u64VectorOf(Vector bytes) {
+    return U64Vector{firstU64(bytes), secondU64(bytes)};
 }
 
-inline WordVector loadWords(const void* from) {
-    return wordsOf(loadVector(from));
+inline U64Vector loadU64Vector(const void* from) {
+    return u64VectorOf(loadVector(from));
 }
 
-inline void storeWords(void* to, WordVector words) {
-    storeVector(to, bytesOf(words));
+inline void storeU64Vector(void* to, U64Vector vector) {
+    storeVector(to, bytesOf(vector));
 }
 
 // A vector with `byte` in every byte.
 inline Vector broadcastVector(unsigned char byte) {
-    return bytesOf(WordVector{broadcast(byte), broadcast(byte)});
+    return bytesOf(U64Vector{broadcast(byte), broadcast(byte)});
 }
 
 // `count` bytes (1 to 16) as the last bytes of a vector, with `filler` in the others.
@@ -67,14 +68,14 @@ inline Vector loadLastBytes(const void* from, unsigned count, unsigned char fill
     if (count == VECTOR_BYTES)
         return loadVector(p);
     if (count <= 8)
-        return bytesOf(WordVector{broadcast(filler), loadHighBytes(p, count, filler)});
+        return bytesOf(U64Vector{broadcast(filler), loadHighBytes(p, count, filler)});
     const unsigned high = count - 8;
-    return bytesOf(WordVector{loadHighBytes(p, high, filler), loadWord(p + high)});
+    return bytesOf(U64Vector{loadHighBytes(p, high, filler), loadU64(p + high)});
 }
 
 // Whether every bit is set.
 inline bool allSet(Vector vector) {
-    return (firstWord(vector) & secondWord(vector)) == ~std::uint64_t{0};
+    return (firstU64(vector) & secondU64(vector)) == ~std::uint64_t{0};
 }
 
 } // namespace KelRT::common

@@ -3,7 +3,7 @@
 // The back end of vectors.h in GNU vector types.
 #pragma once
 
-#include "common/words.h"
+#include "common/u64.h"
 
 #include <bit>
 #include <cstdint>
@@ -12,7 +12,7 @@
 namespace KelRT::common::gnu {
 
 using Vector = unsigned char __attribute__((vector_size(16)));
-using WordVector = std::uint64_t __attribute__((vector_size(16)));
+using U64Vector = std::uint64_t __attribute__((vector_size(16)));
 
 inline Vector loadVector(const void* from) {
     Vector vector;
@@ -24,20 +24,20 @@ inline void storeVector(void* to, Vector vector) {
     std::memcpy(to, &vector, sizeof vector);
 }
 
-inline WordVector middleWords(WordVector a, WordVector b) {
+inline U64Vector middleU64s(U64Vector a, U64Vector b) {
     return __builtin_shufflevector(a, b, 1, 2);
 }
 
-inline Vector bytesOf(WordVector words) {
-    return reinterpret_cast<Vector>(WordVector{littleEndian(words[0]), littleEndian(words[1])});
+inline Vector bytesOf(U64Vector vector) {
+    return reinterpret_cast<Vector>(U64Vector{littleEndian(vector[0]), littleEndian(vector[1])});
 }
 
-inline std::uint64_t firstWord(Vector vector) {
-    return littleEndian(reinterpret_cast<WordVector>(vector)[0]);
+inline std::uint64_t firstU64(Vector vector) {
+    return littleEndian(reinterpret_cast<U64Vector>(vector)[0]);
 }
 
-inline std::uint64_t secondWord(Vector vector) {
-    return littleEndian(reinterpret_cast<WordVector>(vector)[1]);
+inline std::uint64_t secondU64(Vector vector) {
+    return littleEndian(reinterpret_cast<U64Vector>(vector)[1]);
 }
 
 inline Vector equal(Vector vector, char character) {
@@ -65,7 +65,7 @@ inline std::uint64_t topBits(Vector vector) {
     return static_cast<unsigned>(__builtin_ia32_pmovmskb128(reinterpret_cast<Chars>(vector)));
 #else
     const Vector bits = vector >> 7;
-    return packBits(firstWord(bits)) | std::uint64_t{packBits(secondWord(bits))} << 8;
+    return packBits(firstU64(bits)) | std::uint64_t{packBits(secondU64(bits))} << 8;
 #endif
 }
 
@@ -73,13 +73,13 @@ inline Vector interleave(Vector a, Vector b) {
     return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
 }
 
-inline std::uint64_t evenBytes(WordVector words) {
+inline std::uint64_t evenBytes(U64Vector vector) {
     using Pairs = std::uint16_t __attribute__((vector_size(16)));
     using Bytes = unsigned char __attribute__((vector_size(8)));
     constexpr unsigned SHIFT = std::endian::native == std::endian::little ? 0 : 8;
-    const auto pairs = reinterpret_cast<Pairs>(bytesOf(words));
+    const auto pairs = reinterpret_cast<Pairs>(bytesOf(vector));
     const Bytes bytes = __builtin_convertvector(pairs >> SHIFT & 0xFF, Bytes);
-    return loadWord(&bytes);
+    return loadU64(&bytes);
 }
 
 } // namespace KelRT::common::gnu

@@ -3,13 +3,13 @@
 // The back end of vectors.h in ISO C++.
 #pragma once
 
-#include "common/words.h"
+#include "common/u64.h"
 
 #include <cstdint>
 
 namespace KelRT::common::iso {
 
-// Two words; byte 0 is the lowest byte of the first.
+// Two integers; byte 0 is the lowest byte of the first.
 template <typename Element>
 struct VectorOf {
     std::uint64_t first;
@@ -24,7 +24,7 @@ struct VectorOf {
 };
 
 using Vector = VectorOf<unsigned char>;
-using WordVector = VectorOf<std::uint64_t>;
+using U64Vector = VectorOf<std::uint64_t>;
 
 inline Vector operator+(Vector a, Vector b) {
     return {a.first + b.first, a.second + b.second};
@@ -35,46 +35,46 @@ inline Vector operator>>(Vector vector, unsigned count) {
     return {vector.first >> count & kept, vector.second >> count & kept};
 }
 
-inline WordVector operator>>(WordVector words, unsigned count) {
-    return {words.first >> count, words.second >> count};
+inline U64Vector operator>>(U64Vector vector, unsigned count) {
+    return {vector.first >> count, vector.second >> count};
 }
 
-inline WordVector operator<<(WordVector words, unsigned count) {
-    return {words.first << count, words.second << count};
+inline U64Vector operator<<(U64Vector vector, unsigned count) {
+    return {vector.first << count, vector.second << count};
 }
 
 inline Vector loadVector(const void* from) {
     const auto* const p = static_cast<const unsigned char*>(from);
-    return {loadWord(p), loadWord(p + WORD_BYTES)};
+    return {loadU64(p), loadU64(p + U64_BYTES)};
 }
 
 inline void storeVector(void* to, Vector vector) {
     auto* const p = static_cast<unsigned char*>(to);
-    storeWord(p, vector.first);
-    storeWord(p + WORD_BYTES, vector.second);
+    storeU64(p, vector.first);
+    storeU64(p + U64_BYTES, vector.second);
 }
 
-inline WordVector middleWords(WordVector a, WordVector b) {
+inline U64Vector middleU64s(U64Vector a, U64Vector b) {
     return {a.second, b.first};
 }
 
-inline Vector bytesOf(WordVector words) {
-    return {words.first, words.second};
+inline Vector bytesOf(U64Vector vector) {
+    return {vector.first, vector.second};
 }
 
-inline std::uint64_t firstWord(Vector vector) {
+inline std::uint64_t firstU64(Vector vector) {
     return vector.first;
 }
 
-inline std::uint64_t secondWord(Vector vector) {
+inline std::uint64_t secondU64(Vector vector) {
     return vector.second;
 }
 
-// The top bit of each byte of `comparison(word)` tells whether the comparison holds for that byte.
+// The top bit of each byte of `comparison(value)` tells whether the comparison holds for that byte.
 template <typename Comparison>
 Vector compare(Vector vector, Comparison comparison) {
-    const auto masks = [comparison](std::uint64_t word) {
-        const std::uint64_t found = comparison(word) & broadcast(0x80);
+    const auto masks = [comparison](std::uint64_t value) {
+        const std::uint64_t found = comparison(value) & broadcast(0x80);
         return (found << 1) - (found >> 7); // 0x100 - 1 in each such byte
     };
     return {masks(vector.first), masks(vector.second)};
@@ -82,53 +82,54 @@ Vector compare(Vector vector, Comparison comparison) {
 
 inline Vector equal(Vector vector, char character) {
     const std::uint64_t characters = broadcast(static_cast<unsigned char>(character));
-    return compare(vector, [characters](std::uint64_t word) {
-        const std::uint64_t difference = word ^ characters;
+    return compare(vector, [characters](std::uint64_t value) {
+        const std::uint64_t difference = value ^ characters;
         return ~(((difference & broadcast(0x7F)) + broadcast(0x7F)) | difference);
     });
 }
 
 // The top bit of each byte tells whether bound <= byte <= 127. The other bits are unspecified.
 // `bound` is 0 to 128.
-inline std::uint64_t atLeast(std::uint64_t word, int bound) {
-    return ((word & broadcast(0x7F)) + broadcast(static_cast<unsigned char>(0x80 - bound))) & ~word;
+inline std::uint64_t atLeast(std::uint64_t value, int bound) {
+    return ((value & broadcast(0x7F)) + broadcast(static_cast<unsigned char>(0x80 - bound))) &
+           ~value;
 }
 
 inline Vector greater(Vector vector, signed char bound) {
-    return compare(vector, [bound](std::uint64_t word) { return atLeast(word, bound + 1); });
+    return compare(vector, [bound](std::uint64_t value) { return atLeast(value, bound + 1); });
 }
 
 inline Vector between(Vector vector, signed char first, signed char last) {
-    return compare(vector, [first, last](std::uint64_t word) {
-        return atLeast(word, first) & ~atLeast(word, last + 1);
+    return compare(vector, [first, last](std::uint64_t value) {
+        return atLeast(value, first) & ~atLeast(value, last + 1);
     });
 }
 
 inline std::uint64_t topBits(Vector vector) {
-    const auto bits = [](std::uint64_t word) {
-        return std::uint64_t{packBits(word >> 7 & broadcast(1))};
+    const auto bits = [](std::uint64_t value) {
+        return std::uint64_t{packBits(value >> 7 & broadcast(1))};
     };
     return bits(vector.first) | bits(vector.second) << 8;
 }
 
 inline Vector interleave(Vector a, Vector b) {
-    // Moves the bytes of 32 bits to the even bytes of a word.
-    const auto spread = [](std::uint64_t half) {
-        half = (half | half << 16) & 0x0000FFFF0000FFFF;
-        return (half | half << 8) & 0x00FF00FF00FF00FF;
+    // Moves the bytes of 32 bits to the even bytes of 64.
+    const auto spread = [](std::uint64_t value) {
+        value = (value | value << 16) & 0x0000FFFF0000FFFF;
+        return (value | value << 8) & 0x00FF00FF00FF00FF;
     };
     constexpr std::uint64_t HALF = 0xFFFFFFFF;
     return {spread(a.first & HALF) | spread(b.first & HALF) << 8,
             spread(a.first >> 32) | spread(b.first >> 32) << 8};
 }
 
-inline std::uint64_t evenBytes(WordVector words) {
-    const auto pack = [](std::uint64_t word) {
-        word &= 0x00FF00FF00FF00FF;
-        word = (word | word >> 8) & 0x0000FFFF0000FFFF;
-        return (word | word >> 16) & 0xFFFFFFFF;
+inline std::uint64_t evenBytes(U64Vector vector) {
+    const auto pack = [](std::uint64_t value) {
+        value &= 0x00FF00FF00FF00FF;
+        value = (value | value >> 8) & 0x0000FFFF0000FFFF;
+        return (value | value >> 16) & 0xFFFFFFFF;
     };
-    return pack(words.first) | pack(words.second) << 32;
+    return pack(vector.first) | pack(vector.second) << 32;
 }
 
 } // namespace KelRT::common::iso

@@ -5,7 +5,7 @@
 #include "KelRT/Logger.h"
 
 #include "common/hex.h"
-#include "common/words.h"
+#include "common/u64.h"
 #include "logging/records.h"
 #include "port/runtime.h"
 
@@ -74,10 +74,10 @@ char* putBlanks(char* out, std::uint64_t count) {
     return out + count;
 }
 
-// The bytes of a word, the most significant one first.
-char* putWord(char* out, std::uint64_t characters) {
-    common::storeWord(out, common::swapBytes(characters));
-    return out + common::WORD_BYTES;
+// Writes eight characters, the one in the most significant byte first.
+char* putBigEndian(char* out, std::uint64_t characters) {
+    common::storeU64(out, common::swapBytes(characters));
+    return out + common::U64_BYTES;
 }
 
 char* putRowStart(char* out, std::uint64_t index) {
@@ -112,7 +112,7 @@ struct BitForm {
     static constexpr std::uint64_t CELL_WIDTH = 9;
 
     static char* putByte(char* out, unsigned char byte) {
-        out = putWord(out, common::spreadBits(byte) + common::broadcast('0'));
+        out = putBigEndian(out, common::spreadBits(byte) + common::broadcast('0'));
         *out++ = ' ';
         return out;
     }

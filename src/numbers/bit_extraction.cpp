@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_NumberUtil.h"
 
-#include "common/words.h"
+#include "common/u64.h"
 
 #include <algorithm>
 #include <cassert>
@@ -37,9 +37,9 @@ std::uint64_t ascending(const unsigned char* data, std::int32_t firstBit, std::i
         return 0;
     assert(firstBit >= 0 && "the indices are not negative");
     const std::int32_t low = lastBit - firstBit < maxCount ? firstBit : lastBit - maxCount + 1;
-    const std::uint64_t bits = lowestBits(data, lastBit, low, common::WORD_BITS);
+    const std::uint64_t bits = lowestBits(data, lastBit, low, common::U64_BITS);
     const auto count = static_cast<unsigned>(lastBit - low + 1);
-    return common::mirrorWord(bits) >> (common::WORD_BITS - count);
+    return common::mirrorU64(bits) >> (common::U64_BITS - count);
 }
 
 } // namespace

@@ -4,8 +4,8 @@
 // eight characters at a time, onesIn() sixteen. The first character is the most significant digit.
 #pragma once
 
+#include "common/u64.h"
 #include "common/vectors.h"
-#include "common/words.h"
 
 #include <bit>
 #include <cstdint>
@@ -63,7 +63,7 @@ inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
 inline std::uint64_t readLenientBinary(const char* end, unsigned count) {
     // Mirrored, the digits are the high bits. A rotation moves them to the low end, because a shift
     // by 64, for a count of 0, is undefined.
-    return std::rotl(common::mirrorWord(onesIn(end - count, count)), static_cast<int>(count));
+    return std::rotl(common::mirrorU64(onesIn(end - count, count)), static_cast<int>(count));
 }
 
 // Writes the low `count` digits of `value` before `end`. spread(value) returns the lowest eight
@@ -75,7 +75,7 @@ void writeDigits(char* end, std::uint64_t value, unsigned count, Spread spread) 
     };
     for (; count >= CHARACTERS_PER_STEP; count -= CHARACTERS_PER_STEP) {
         end -= CHARACTERS_PER_STEP;
-        common::storeWord(end, characters());
+        common::storeU64(end, characters());
         value >>= CHARACTERS_PER_STEP * DIGIT_BITS;
     }
     if (count > 0)

@@ -6,7 +6,7 @@
 
 #include "common/hex.h"
 #include "common/memory.h"
-#include "common/words.h"
+#include "common/u64.h"
 #include "numbers/bit_text.h"
 
 #include <algorithm>
@@ -59,7 +59,7 @@ std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
     if (static_cast<std::int32_t>(length) < 1) // from 2^31 on, as hexStr2UInt() documents
         return 0;
-    const unsigned count = limitedTo(common::HEX_DIGITS_PER_WORD, length);
+    const unsigned count = limitedTo(common::HEX_DIGITS_PER_U64, length);
     const char* const end = text + length;
     std::uint64_t number = 0;
     if (common::readHex(end - count, count, number))
@@ -104,7 +104,7 @@ std::string& Kel_NumberUtil::bin2ReverseBinStr(const unsigned char* binArray,
     };
     std::size_t done = 0;
     for (; done + 8 <= bits; done += 8)
-        common::storeWord(binStr.data() + done, step(done));
+        common::storeU64(binStr.data() + done, step(done));
     if (done < bits)
         common::storeBytes(binStr.data() + done, step(done), bitCount % 8);
     return binStr;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_NumberUtil.h"
 
-#include "common/words.h"
+#include "common/u64.h"
 #include "numbers/decimal/limb_text.h"
 #include "numbers/decimal/powers_of_ten.h"
 #include "numbers/fixed_text.h"
@@ -42,9 +42,9 @@ std::uint64_t leadingNumber(const char* text, const char* end) {
     constexpr unsigned SAFE_DIGITS = numbers::digitsWithin(~numbers::Limb{0}); // no overflow
     const char* const limit = text + std::min<std::ptrdiff_t>(end - text, SAFE_DIGITS);
     std::uint64_t number = 0;
-    for (; limit - text >= 8 && numbers::areDecimalDigits(common::loadWord(text)); text += 8)
-        number = number * numbers::POWERS_OF_TEN[8] +
-                 numbers::valueOfEightDigits(common::loadWord(text));
+    for (; limit - text >= 8 && numbers::areDecimalDigits(common::loadU64(text)); text += 8)
+        number =
+            number * numbers::POWERS_OF_TEN[8] + numbers::valueOfEightDigits(common::loadU64(text));
     for (; text != limit && isDigit(*text); ++text)
         number = number * 10 + static_cast<std::uint64_t>(*text - '0');
     const bool hasMoreDigits = text == limit && text != end && isDigit(*text);

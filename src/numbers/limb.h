@@ -4,8 +4,8 @@
 // lowest first, and arithmetic takes four of them at a time.
 #pragma once
 
-#include "common/double_word.h"
-#include "common/words.h"
+#include "common/u128.h"
+#include "common/u64.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +14,7 @@
 namespace KelRT::numbers {
 
 using Limb = std::uint64_t;
-using DoubleLimb = common::DoubleWord;
+using DoubleLimb = common::U128;
 
 constexpr std::size_t WORDS_PER_LIMB = 4;
 constexpr unsigned LIMB_BITS = 64;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Number.h"
 
-#include "common/words.h"
+#include "common/u64.h"
 #include "numbers/limb.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #include "KelRT/Kel_Number.h"
 #include "common/hex.h"
 #include "common/memory.h"
-#include "common/words.h"
+#include "common/u64.h"
 #include "numbers/bit_text.h"
 #include "numbers/decimal/print.h"
 #include "numbers/limb.h"

@@ -6,7 +6,7 @@
 #include "KelRT/Kel_Number.h"
 
 #include "common/hex.h"
-#include "common/words.h"
+#include "common/u64.h"
 #include "numbers/bit_text.h"
 #include "numbers/decimal/parse.h"
 #include "numbers/limb.h"
@@ -85,8 +85,8 @@ ParseResult parseDigits(char radix, const std::string& text, std::span<std::uint
     case 10:
         return parseDecimal(text, words);
     case 16:
-        return parsePowerOfTwo<4, common::HEX_DIGITS_PER_WORD, common::readHex>(text,
-                                                                                WordSink(words));
+        return parsePowerOfTwo<4, common::HEX_DIGITS_PER_U64, common::readHex>(text,
+                                                                               WordSink(words));
     case 256:
         return parsePowerOfTwo<8, CHARACTERS_PER_STEP, readBytes>(text, WordSink(words));
     default:

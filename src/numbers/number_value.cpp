@@ -3,7 +3,7 @@
 
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
-#include "common/words.h"
+#include "common/u64.h"
 #include "numbers/limb.h"
 
 #include <algorithm>
@@ -42,7 +42,7 @@ void readField(const unsigned char* data, std::uint64_t size, std::uint64_t posi
     std::size_t word = 0;
     for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB)
         numbers::storeLimb(words.subspan(word, WORDS_PER_LIMB),
-                           common::wordAtBit(data + position / 8, shift));
+                           common::u64AtBit(data + position / 8, shift));
     numbers::storeLimb(words.subspan(word), common::readField(data, size, position, left));
 }
 
@@ -55,7 +55,7 @@ void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
     std::size_t word = 0;
     for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB) {
         const Limb limb = numbers::loadLimb(words.subspan(word, WORDS_PER_LIMB));
-        common::storeWord(data + position / 8, carried | limb << shift);
+        common::storeU64(data + position / 8, carried | limb << shift);
         carried = limb >> 1 >> (63 - shift);
     }
     common::writeField(data, size, position - shift, shift, carried);

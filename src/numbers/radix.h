@@ -2,7 +2,7 @@
 #pragma once
 
 #include "common/hex.h"
-#include "common/words.h"
+#include "common/u64.h"
 
 #include <cstdint>
 

@@ -2,8 +2,8 @@
 #include "KelRT/Kel_StrTok.h"
 
 #include "common/memory.h"
+#include "common/u64.h"
 #include "common/vectors.h"
-#include "common/words.h"
 
 #include <algorithm>
 #include <bit>
@@ -15,7 +15,7 @@
 namespace KelRT {
 namespace {
 
-constexpr std::uint64_t BLOCK_SIZE = common::WORD_BITS; // in characters, one per bit of the mask
+constexpr std::uint64_t BLOCK_SIZE = common::U64_BITS; // in characters, one per bit of the mask
 
 // COMMA is an array, because equal string literals may share an address, and no other "," may have
 // the address of CSV_DELIM.

@@ -17,12 +17,12 @@ namespace {
 
 constexpr std::size_t PIECE = 1 << 16; // bytes of report per write, of capture per progress line
 
-constexpr std::uint64_t WORD = 64; // the most bits that getBitsLL reads
+constexpr std::uint64_t STEP = 64; // bits; getBitsLL reads no more at once
 
 // True if the bits of `field` differ from those in `previous`, or from 0 if that is null.
 bool differ(const Field& field, Kel_ByteBuffer& bits, Kel_ByteBuffer* previous) {
-    for (std::uint64_t at = 0; at < field.width; at += WORD) {
-        const std::uint64_t count = std::min(WORD, field.width - at);
+    for (std::uint64_t at = 0; at < field.width; at += STEP) {
+        const std::uint64_t count = std::min(STEP, field.width - at);
         const std::uint64_t before =
             previous == nullptr ? 0 : previous->getBitsLL(field.lowest + at, count);
         if (bits.getBitsLL(field.lowest + at, count) != before)

@@ -4,7 +4,7 @@
 // in the lowest byte. Writers write before `end` and return a pointer to the first character.
 #pragma once
 
-#include "common/words.h"
+#include "common/u64.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "numbers/decimal/natural.h"
 
-#include "common/words.h"
+#include "common/u64.h"
 
 #include <algorithm>
 #include <cassert>

@@ -5,7 +5,7 @@
 // chunks. Gathering is linear; the conversion dominates above some 500 bits.
 #include "numbers/decimal/parse.h"
 
-#include "common/words.h"
+#include "common/u64.h"
 #include "numbers/decimal/engines.h"
 #include "numbers/decimal/limb_text.h"
 #include "numbers/decimal/natural.h"
@@ -66,9 +66,9 @@ private:
     // Without it, the benchmark row "parse decimal, 512 b" takes 25 % longer.
     bool readWhole(Chunk& chunk) {
         static_assert(DIGITS > 2 * STEP && DIGITS < 3 * STEP);
-        const std::uint64_t first = common::loadWord(at);
-        const std::uint64_t second = common::loadWord(at + STEP);
-        const std::uint64_t last = common::loadWord(at + DIGITS - STEP);
+        const std::uint64_t first = common::loadU64(at);
+        const std::uint64_t second = common::loadU64(at + STEP);
+        const std::uint64_t last = common::loadU64(at + DIGITS - STEP);
         if (!areDecimalDigits(first) || !areDecimalDigits(second) || !areDecimalDigits(last))
             return false;
         constexpr Limb TAIL_WEIGHT = POWERS_OF_TEN[DIGITS - 2 * STEP];

@@ -9,7 +9,7 @@
 // long), the joined groups and the scratch space (twice as long).
 #include "numbers/decimal/radix_conversion.h"
 
-#include "common/words.h"
+#include "common/u64.h"
 #include "numbers/decimal/radix_arithmetic.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// DoubleWord, an unsigned integer of 128 bits for the products of words: the compiler's own type,
-// or else TwoWords, a class with the operators that the library uses.
+// U128, an unsigned integer of 128 bits for the products of 64-bit ones: the compiler's own type,
+// or else PortableU128, a class with the operators that the library uses.
 #pragma once
 
 #include <compare>
@@ -14,44 +14,46 @@
 
 namespace KelRT::common {
 
-class TwoWords {
+class PortableU128 {
 public:
-    constexpr TwoWords() = default;
-    constexpr TwoWords(std::uint64_t value) : low(value) {} // implicit, as between integers
-    constexpr TwoWords(std::uint64_t newHigh, std::uint64_t newLow) : high(newHigh), low(newLow) {}
+    constexpr PortableU128() = default;
+    constexpr PortableU128(std::uint64_t value) : low(value) {} // implicit, as between integers
+    constexpr PortableU128(std::uint64_t newHigh, std::uint64_t newLow)
+        : high(newHigh), low(newLow) {}
 
     // Truncates to an integer type. Do not convert to bool: it compiles but, unlike the conversion
-    // of the compiler's type, ignores the high word.
+    // of the compiler's type, ignores the high half.
     template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
     constexpr explicit operator Integer() const {
         return static_cast<Integer>(low);
     }
 
-    friend constexpr bool operator==(TwoWords, TwoWords) = default;
-    friend constexpr auto operator<=>(TwoWords, TwoWords) = default; // `high` is compared first
+    friend constexpr bool operator==(PortableU128, PortableU128) = default;
+    // Compares `high` first.
+    friend constexpr auto operator<=>(PortableU128, PortableU128) = default;
 
-    friend constexpr TwoWords operator~(TwoWords a) { return {~a.high, ~a.low}; }
+    friend constexpr PortableU128 operator~(PortableU128 a) { return {~a.high, ~a.low}; }
 
-    friend constexpr TwoWords operator+(TwoWords a, TwoWords b) {
+    friend constexpr PortableU128 operator+(PortableU128 a, PortableU128 b) {
         const std::uint64_t sum = a.low + b.low;
         return {a.high + b.high + (sum < b.low ? 1 : 0), sum};
     }
 
-    friend constexpr TwoWords operator-(TwoWords a, TwoWords b) {
+    friend constexpr PortableU128 operator-(PortableU128 a, PortableU128 b) {
         return {a.high - b.high - (a.low < b.low ? 1 : 0), a.low - b.low};
     }
 
     // The product modulo 2^128.
-    friend constexpr TwoWords operator*(TwoWords a, TwoWords b) {
-        const TwoWords product = productOf(a.low, b.low);
+    friend constexpr PortableU128 operator*(PortableU128 a, PortableU128 b) {
+        const PortableU128 product = productOf(a.low, b.low);
         return {product.high + a.high * b.low + a.low * b.high, product.low};
     }
 
     // Slow bitwise long division, only for compile-time constants. The divisor is 1 to 2^127, so
     // the remainder can be doubled.
-    friend constexpr TwoWords operator/(TwoWords dividend, TwoWords divisor) {
-        TwoWords quotient;
-        TwoWords remainder;
+    friend constexpr PortableU128 operator/(PortableU128 dividend, PortableU128 divisor) {
+        PortableU128 quotient;
+        PortableU128 remainder;
         for (unsigned bit = 128; bit-- > 0;) {
             quotient = quotient << 1;
             remainder = (remainder << 1) + ((dividend >> bit).low & 1);
@@ -64,24 +66,24 @@ public:
     }
 
     // Shifts take counts of 0 to 127.
-    friend constexpr TwoWords operator<<(TwoWords a, unsigned count) {
+    friend constexpr PortableU128 operator<<(PortableU128 a, unsigned count) {
         if (count >= 64)
             return {a.low << (count - 64), 0};
         // Two steps, because a shift by 64 is undefined.
         return {a.high << count | a.low >> 1 >> (63 - count), a.low << count};
     }
 
-    friend constexpr TwoWords operator>>(TwoWords a, unsigned count) {
+    friend constexpr PortableU128 operator>>(PortableU128 a, unsigned count) {
         if (count >= 64)
             return {0, a.high >> (count - 64)};
         return {a.high >> count, a.low >> count | a.high << 1 << (63 - count)};
     }
 
-    constexpr TwoWords& operator+=(TwoWords other) { return *this = *this + other; }
-    constexpr TwoWords& operator>>=(unsigned count) { return *this = *this >> count; }
+    constexpr PortableU128& operator+=(PortableU128 other) { return *this = *this + other; }
+    constexpr PortableU128& operator>>=(unsigned count) { return *this = *this >> count; }
 
 private:
-    static constexpr TwoWords productOf(std::uint64_t a, std::uint64_t b) {
+    static constexpr PortableU128 productOf(std::uint64_t a, std::uint64_t b) {
 #if defined(_M_X64) && !defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
         if (std::is_constant_evaluated())
             return productOfHalves(a, b);
@@ -95,7 +97,7 @@ private:
 
     // Four products of 32-bit halves. No sum exceeds 64 bits: (2^32 - 1)^2 + 2 (2^32 - 1) is
     // 2^64 - 1.
-    static constexpr TwoWords productOfHalves(std::uint64_t a, std::uint64_t b) {
+    static constexpr PortableU128 productOfHalves(std::uint64_t a, std::uint64_t b) {
         constexpr std::uint64_t HALF = 0xFFFFFFFF;
         const std::uint64_t lowest = (a & HALF) * (b & HALF);
         const std::uint64_t middle = (a >> 32) * (b & HALF) + (lowest >> 32);
@@ -109,9 +111,9 @@ private:
 };
 
 #if defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
-__extension__ using DoubleWord = unsigned __int128;
+__extension__ using U128 = unsigned __int128;
 #else
-using DoubleWord = TwoWords;
+using U128 = PortableU128;
 #endif
 
 } // namespace KelRT::common
