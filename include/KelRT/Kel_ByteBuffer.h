@@ -411,7 +411,7 @@ private:
     KELRT_API void setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount,
                                    std::uint64_t value);
     /// Host order to little-endian, and back.
-    static std::uint64_t littleEndian(std::uint64_t value) noexcept {
+    [[nodiscard]] static std::uint64_t littleEndian(std::uint64_t value) noexcept {
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
         value = (value >> 8 & 0x00FF00FF00FF00FF) | (value & 0x00FF00FF00FF00FF) << 8;
         value = (value >> 16 & 0x0000FFFF0000FFFF) | (value & 0x0000FFFF0000FFFF) << 16;
@@ -420,7 +420,7 @@ private:
         return value;
     }
     /// The 64-bit value in \a p[0..7].
-    static std::uint64_t u64At(const unsigned char* p) noexcept {
+    [[nodiscard]] static std::uint64_t u64At(const unsigned char* p) noexcept {
         std::uint64_t value;
         std::memcpy(&value, p, sizeof value);
         return littleEndian(value);

@@ -28,30 +28,30 @@ constexpr std::array<std::uint8_t, 256> HEX_VALUES = [] {
     return values;
 }();
 
-constexpr std::uint8_t hexValue(char character) {
+[[nodiscard]] constexpr std::uint8_t hexValue(char character) {
     return HEX_VALUES[static_cast<unsigned char>(character)];
 }
 
 // The value of a digit; of any other character, its code (as a signed char) minus 48.
-constexpr std::int32_t lenientHexValue(char character) {
+[[nodiscard]] constexpr std::int32_t lenientHexValue(char character) {
     const std::uint8_t value = hexValue(character);
     return value != NO_DIGIT ? value : static_cast<signed char>(character) - 48;
 }
 
 // The values of digits; `letters` is the mask of those that are letters. The low nibbles
 // of 'A' and 'a' have the value 1, so 9 is added.
-inline Vector hexValues(Vector characters, Vector letters) {
+[[nodiscard]] inline Vector hexValues(Vector characters, Vector letters) {
     return (characters & broadcastVector(15)) + (letters & broadcastVector(9));
 }
 
 // Packs sixteen values below 16, the most significant first.
-inline std::uint64_t packHex(Vector values) {
+[[nodiscard]] inline std::uint64_t packHex(Vector values) {
     const U64Vector pairs = u64VectorOf(values); // the first byte of each is the high digit
     return swapBytes(evenBytes(pairs << 4 | pairs >> 8));
 }
 
 // The number in sixteen characters. Clears the bytes of `valid` whose character is not a digit.
-inline std::uint64_t decodeHex(Vector characters, Vector& valid) {
+[[nodiscard]] inline std::uint64_t decodeHex(Vector characters, Vector& valid) {
     constexpr unsigned char LOWER_CASE = 0x20;
     const Vector letters = between(characters | broadcastVector(LOWER_CASE), 'a', 'f');
     valid = valid & (between(characters, '0', '9') | letters);
@@ -59,7 +59,7 @@ inline std::uint64_t decodeHex(Vector characters, Vector& valid) {
 }
 
 // Reads `count` characters (1 to 16) at `p` into `number`. Returns false if one is not a digit.
-inline bool readHex(const char* p, unsigned count, std::uint64_t& number) {
+[[nodiscard]] inline bool readHex(const char* p, unsigned count, std::uint64_t& number) {
     Vector valid = broadcastVector(0xFF);
     number = decodeHex(loadLastBytes(p, count, '0'), valid);
     return allSet(valid);

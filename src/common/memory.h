@@ -13,7 +13,7 @@ namespace KelRT::common {
 // std::bad_alloc if count + 1 elements would exceed PTRDIFF_MAX bytes: a text needs one more for
 // its terminating NUL.
 template <typename Element = unsigned char>
-constexpr std::size_t checkedCount(std::uint64_t count) {
+[[nodiscard]] constexpr std::size_t checkedCount(std::uint64_t count) {
     if (count >= std::numeric_limits<std::ptrdiff_t>::max() / sizeof(Element))
         throw std::bad_alloc();
     return static_cast<std::size_t>(count);
@@ -21,8 +21,8 @@ constexpr std::size_t checkedCount(std::uint64_t count) {
 
 // Whether two blocks of memory overlap. An empty block strictly inside the other one counts as
 // overlapping. The blocks may belong to different objects.
-inline bool overlap(const void* a, std::uint64_t aSize, const void* b,
-                    std::uint64_t bSize) noexcept {
+[[nodiscard]] inline bool overlap(const void* a, std::uint64_t aSize, const void* b,
+                                  std::uint64_t bSize) noexcept {
     const std::less<> before; // orders pointers into different objects, too
     return before(static_cast<const char*>(a), static_cast<const char*>(b) + bSize) &&
            before(static_cast<const char*>(b), static_cast<const char*>(a) + aSize);

@@ -83,7 +83,7 @@ public:
     constexpr PortableU128& operator>>=(unsigned count) { return *this = *this >> count; }
 
 private:
-    static constexpr PortableU128 productOf(std::uint64_t a, std::uint64_t b) {
+    [[nodiscard]] static constexpr PortableU128 productOf(std::uint64_t a, std::uint64_t b) {
 #if defined(_M_X64) && !defined(__SIZEOF_INT128__) && !defined(KELRT_NO_EXTENSIONS)
         if (std::is_constant_evaluated())
             return productOfHalves(a, b);
@@ -97,7 +97,7 @@ private:
 
     // Four products of 32-bit halves. No sum exceeds 64 bits: (2^32 - 1)^2 + 2 (2^32 - 1) is
     // 2^64 - 1.
-    static constexpr PortableU128 productOfHalves(std::uint64_t a, std::uint64_t b) {
+    [[nodiscard]] static constexpr PortableU128 productOfHalves(std::uint64_t a, std::uint64_t b) {
         constexpr std::uint64_t HALF = 0xFFFFFFFF;
         const std::uint64_t lowest = (a & HALF) * (b & HALF);
         const std::uint64_t middle = (a >> 32) * (b & HALF) + (lowest >> 32);

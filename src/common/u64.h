@@ -14,27 +14,27 @@ constexpr std::uint64_t U64_BITS = 64;
 constexpr std::uint64_t U64_BYTES = 8;
 
 // Compilers recognise this as one instruction.
-constexpr std::uint64_t swapBytes(std::uint64_t value) {
+[[nodiscard]] constexpr std::uint64_t swapBytes(std::uint64_t value) {
     value = (value >> 8 & 0x00FF00FF00FF00FF) | (value & 0x00FF00FF00FF00FF) << 8;
     value = (value >> 16 & 0x0000FFFF0000FFFF) | (value & 0x0000FFFF0000FFFF) << 16;
     return value >> 32 | value << 32;
 }
 
-constexpr std::uint32_t swapBytes(std::uint32_t value) {
+[[nodiscard]] constexpr std::uint32_t swapBytes(std::uint32_t value) {
     value = (value >> 8 & 0x00FF00FF) | (value & 0x00FF00FF) << 8;
     return value >> 16 | value << 16;
 }
 
 // Converts from the byte order of the host to little-endian, and back.
 template <typename Unsigned>
-constexpr Unsigned littleEndian(Unsigned value) {
+[[nodiscard]] constexpr Unsigned littleEndian(Unsigned value) {
     if constexpr (std::endian::native == std::endian::big)
         return swapBytes(value);
     else
         return value;
 }
 
-inline std::uint64_t loadU64(const void* from) {
+[[nodiscard]] inline std::uint64_t loadU64(const void* from) {
     std::uint64_t value;
     std::memcpy(&value, from, sizeof value);
     return littleEndian(value);
@@ -45,7 +45,7 @@ inline void storeU64(void* to, std::uint64_t value) {
     std::memcpy(to, &value, sizeof value);
 }
 
-inline std::uint64_t loadU32(const void* from) {
+[[nodiscard]] inline std::uint64_t loadU32(const void* from) {
     std::uint32_t value;
     std::memcpy(&value, from, sizeof value);
     return littleEndian(value);
@@ -59,7 +59,7 @@ inline void storeU32(void* to, std::uint64_t value) {
 
 // `count` bytes (0 to 8) as the low bytes of a u64; the others are 0. The loads overlap. With a
 // memcpy() of `count` bytes, the benchmark row "parse hexadecimal, mixed" takes 2.9 times as long.
-inline std::uint64_t loadBytes(const void* from, std::uint64_t count) {
+[[nodiscard]] inline std::uint64_t loadBytes(const void* from, std::uint64_t count) {
     const auto* const p = static_cast<const unsigned char*>(from);
     if (count >= U64_BYTES)
         return loadU64(p);
@@ -88,22 +88,23 @@ inline void storeBytes(void* to, std::uint64_t value, std::uint64_t count) {
 
 // A quotient rounded up, without overflow.
 template <typename Unsigned>
-constexpr Unsigned divideUp(Unsigned count, unsigned divisor) {
+[[nodiscard]] constexpr Unsigned divideUp(Unsigned count, unsigned divisor) {
     return count / divisor + (count % divisor != 0 ? 1 : 0);
 }
 
 // A u64 with `byte` in every byte.
-constexpr std::uint64_t broadcast(unsigned char byte) {
+[[nodiscard]] constexpr std::uint64_t broadcast(unsigned char byte) {
     return byte * std::uint64_t{0x0101010101010101};
 }
 
 // A u64 whose low `count` bits (0 to 64) are set.
-constexpr std::uint64_t lowBits(std::uint64_t count) {
+[[nodiscard]] constexpr std::uint64_t lowBits(std::uint64_t count) {
     return count >= U64_BITS ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
 }
 
 // `count` bytes (0 to 8) as the high bytes of a u64, with `filler` in the others.
-inline std::uint64_t loadHighBytes(const void* from, unsigned count, unsigned char filler) {
+[[nodiscard]] inline std::uint64_t loadHighBytes(const void* from, unsigned count,
+                                                 unsigned char filler) {
     if (count == U64_BYTES)
         return loadU64(from);
     const std::uint64_t step = (U64_BYTES - count) * 4; // two steps: a shift by 64 is undefined
@@ -116,40 +117,40 @@ inline void storeHighBytes(void* to, std::uint64_t value, unsigned count) {
 }
 
 // Mirrors each byte: bit 0 becomes bit 7, bit 1 bit 6, and so on.
-constexpr std::uint64_t mirrorEachByte(std::uint64_t value) {
+[[nodiscard]] constexpr std::uint64_t mirrorEachByte(std::uint64_t value) {
     value = (value >> 4 & 0x0F0F0F0F0F0F0F0F) | (value & 0x0F0F0F0F0F0F0F0F) << 4;
     value = (value >> 2 & 0x3333333333333333) | (value & 0x3333333333333333) << 2;
     return (value >> 1 & 0x5555555555555555) | (value & 0x5555555555555555) << 1;
 }
 
 // Mirrors the whole u64: bit 0 becomes bit 63, bit 1 bit 62, and so on.
-constexpr std::uint64_t mirrorU64(std::uint64_t value) {
+[[nodiscard]] constexpr std::uint64_t mirrorU64(std::uint64_t value) {
     return swapBytes(mirrorEachByte(value));
 }
 
 // Spreads eight bits to eight bytes of 0 or 1, bit 0 to the lowest byte.
-constexpr std::uint64_t spreadBits(std::uint8_t bits) {
+[[nodiscard]] constexpr std::uint64_t spreadBits(std::uint8_t bits) {
     // Byte n keeps bit n. Adding 0x7F sets bit 7 of the bytes that are not 0, without a carry.
     const std::uint64_t kept = broadcast(bits) & 0x8040201008040201;
     return (kept + broadcast(0x7F)) >> 7 & broadcast(1);
 }
 
 // The inverse of spreadBits().
-constexpr std::uint8_t packBits(std::uint64_t value) {
+[[nodiscard]] constexpr std::uint8_t packBits(std::uint64_t value) {
     // The factor moves bit 8n to bit 56 + n. No partial products overlap, so nothing carries.
     return static_cast<std::uint8_t>(value * 0x0102040810204080 >> 56);
 }
 
 // The u64 from bit `shift` (0 to 7) of p[0] on. Nine bytes are read; if the shift is 0, the ninth
 // is shifted out entirely.
-inline std::uint64_t u64AtBit(const unsigned char* p, unsigned shift) {
+[[nodiscard]] inline std::uint64_t u64AtBit(const unsigned char* p, unsigned shift) {
     return loadU64(p) >> shift | std::uint64_t{p[U64_BYTES]} << 1 << (63 - shift);
 }
 
 // The field of `count` bits (1 to 64) at bit `position`. It lies within the `size` bytes of `data`,
 // and no other byte is read.
-inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
-                               std::uint64_t position, std::uint64_t count) {
+[[nodiscard]] inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
+                                             std::uint64_t position, std::uint64_t count) {
     const unsigned char* const p = data + position / 8;
     const std::uint64_t available = size - position / 8;
     const auto shift = static_cast<unsigned>(position % 8);

@@ -45,11 +45,11 @@ namespace KelRT::common {
 constexpr std::uint64_t VECTOR_BYTES = 16;
 
 // The inverse of bytesOf().
-inline U64Vector u64VectorOf(Vector bytes) {
+[[nodiscard]] inline U64Vector u64VectorOf(Vector bytes) {
     return U64Vector{firstU64(bytes), secondU64(bytes)};
 }
 
-inline U64Vector loadU64Vector(const void* from) {
+[[nodiscard]] inline U64Vector loadU64Vector(const void* from) {
     return u64VectorOf(loadVector(from));
 }
 
@@ -58,12 +58,12 @@ inline void storeU64Vector(void* to, U64Vector vector) {
 }
 
 // A vector with `byte` in every byte.
-inline Vector broadcastVector(unsigned char byte) {
+[[nodiscard]] inline Vector broadcastVector(unsigned char byte) {
     return bytesOf(U64Vector{broadcast(byte), broadcast(byte)});
 }
 
 // `count` bytes (1 to 16) as the last bytes of a vector, with `filler` in the others.
-inline Vector loadLastBytes(const void* from, unsigned count, unsigned char filler) {
+[[nodiscard]] inline Vector loadLastBytes(const void* from, unsigned count, unsigned char filler) {
     const auto* const p = static_cast<const unsigned char*>(from);
     if (count == VECTOR_BYTES)
         return loadVector(p);
@@ -74,7 +74,7 @@ inline Vector loadLastBytes(const void* from, unsigned count, unsigned char fill
 }
 
 // Whether every bit is set.
-inline bool allSet(Vector vector) {
+[[nodiscard]] inline bool allSet(Vector vector) {
     return (firstU64(vector) & secondU64(vector)) == ~std::uint64_t{0};
 }
 

@@ -14,7 +14,7 @@ namespace KelRT::common::gnu {
 using Vector = unsigned char __attribute__((vector_size(16)));
 using U64Vector = std::uint64_t __attribute__((vector_size(16)));
 
-inline Vector loadVector(const void* from) {
+[[nodiscard]] inline Vector loadVector(const void* from) {
     Vector vector;
     std::memcpy(&vector, from, sizeof vector);
     return vector;
@@ -24,34 +24,34 @@ inline void storeVector(void* to, Vector vector) {
     std::memcpy(to, &vector, sizeof vector);
 }
 
-inline U64Vector middleU64s(U64Vector a, U64Vector b) {
+[[nodiscard]] inline U64Vector middleU64s(U64Vector a, U64Vector b) {
     return __builtin_shufflevector(a, b, 1, 2);
 }
 
-inline Vector bytesOf(U64Vector vector) {
+[[nodiscard]] inline Vector bytesOf(U64Vector vector) {
     return reinterpret_cast<Vector>(U64Vector{littleEndian(vector[0]), littleEndian(vector[1])});
 }
 
-inline std::uint64_t firstU64(Vector vector) {
+[[nodiscard]] inline std::uint64_t firstU64(Vector vector) {
     return littleEndian(reinterpret_cast<U64Vector>(vector)[0]);
 }
 
-inline std::uint64_t secondU64(Vector vector) {
+[[nodiscard]] inline std::uint64_t secondU64(Vector vector) {
     return littleEndian(reinterpret_cast<U64Vector>(vector)[1]);
 }
 
-inline Vector equal(Vector vector, char character) {
+[[nodiscard]] inline Vector equal(Vector vector, char character) {
     return reinterpret_cast<Vector>(vector == static_cast<unsigned char>(character));
 }
 
 using SignedVector = signed char __attribute__((vector_size(16)));
 
 // Compares as signed, since SSE2 has no unsigned ordering comparison.
-inline Vector greater(Vector vector, signed char bound) {
+[[nodiscard]] inline Vector greater(Vector vector, signed char bound) {
     return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(vector) > bound);
 }
 
-inline Vector between(Vector vector, signed char first, signed char last) {
+[[nodiscard]] inline Vector between(Vector vector, signed char first, signed char last) {
     // The range is moved to start at -128, so that one signed comparison tests both bounds.
     const Vector moved = vector + static_cast<unsigned char>(0x80 - first);
     const auto end = static_cast<signed char>(-128 + (last - first + 1));
@@ -59,7 +59,7 @@ inline Vector between(Vector vector, signed char first, signed char last) {
 }
 
 // Without pmovmskb, the benchmark row "CSV, 1 MiB" takes 9 % longer.
-inline std::uint64_t topBits(Vector vector) {
+[[nodiscard]] inline std::uint64_t topBits(Vector vector) {
 #ifdef __SSE2__
     using Chars = char __attribute__((vector_size(16)));
     return static_cast<unsigned>(__builtin_ia32_pmovmskb128(reinterpret_cast<Chars>(vector)));
@@ -69,11 +69,11 @@ inline std::uint64_t topBits(Vector vector) {
 #endif
 }
 
-inline Vector interleave(Vector a, Vector b) {
+[[nodiscard]] inline Vector interleave(Vector a, Vector b) {
     return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
 }
 
-inline std::uint64_t evenBytes(U64Vector vector) {
+[[nodiscard]] inline std::uint64_t evenBytes(U64Vector vector) {
     using Pairs = std::uint16_t __attribute__((vector_size(16)));
     using Bytes = unsigned char __attribute__((vector_size(8)));
     constexpr unsigned SHIFT = std::endian::native == std::endian::little ? 0 : 8;

@@ -43,7 +43,7 @@ inline U64Vector operator<<(U64Vector vector, unsigned count) {
     return {vector.first << count, vector.second << count};
 }
 
-inline Vector loadVector(const void* from) {
+[[nodiscard]] inline Vector loadVector(const void* from) {
     const auto* const p = static_cast<const unsigned char*>(from);
     return {loadU64(p), loadU64(p + U64_BYTES)};
 }
@@ -54,25 +54,25 @@ inline void storeVector(void* to, Vector vector) {
     storeU64(p + U64_BYTES, vector.second);
 }
 
-inline U64Vector middleU64s(U64Vector a, U64Vector b) {
+[[nodiscard]] inline U64Vector middleU64s(U64Vector a, U64Vector b) {
     return {a.second, b.first};
 }
 
-inline Vector bytesOf(U64Vector vector) {
+[[nodiscard]] inline Vector bytesOf(U64Vector vector) {
     return {vector.first, vector.second};
 }
 
-inline std::uint64_t firstU64(Vector vector) {
+[[nodiscard]] inline std::uint64_t firstU64(Vector vector) {
     return vector.first;
 }
 
-inline std::uint64_t secondU64(Vector vector) {
+[[nodiscard]] inline std::uint64_t secondU64(Vector vector) {
     return vector.second;
 }
 
 // The top bit of each byte of `comparison(value)` tells whether the comparison holds for that byte.
 template <typename Comparison>
-Vector compare(Vector vector, Comparison comparison) {
+[[nodiscard]] Vector compare(Vector vector, Comparison comparison) {
     const auto masks = [comparison](std::uint64_t value) {
         const std::uint64_t found = comparison(value) & broadcast(0x80);
         return (found << 1) - (found >> 7); // 0x100 - 1 in each such byte
@@ -80,7 +80,7 @@ Vector compare(Vector vector, Comparison comparison) {
     return {masks(vector.first), masks(vector.second)};
 }
 
-inline Vector equal(Vector vector, char character) {
+[[nodiscard]] inline Vector equal(Vector vector, char character) {
     const std::uint64_t characters = broadcast(static_cast<unsigned char>(character));
     return compare(vector, [characters](std::uint64_t value) {
         const std::uint64_t difference = value ^ characters;
@@ -90,29 +90,29 @@ inline Vector equal(Vector vector, char character) {
 
 // The top bit of each byte tells whether bound <= byte <= 127. The other bits are unspecified.
 // `bound` is 0 to 128.
-inline std::uint64_t atLeast(std::uint64_t value, int bound) {
+[[nodiscard]] inline std::uint64_t atLeast(std::uint64_t value, int bound) {
     return ((value & broadcast(0x7F)) + broadcast(static_cast<unsigned char>(0x80 - bound))) &
            ~value;
 }
 
-inline Vector greater(Vector vector, signed char bound) {
+[[nodiscard]] inline Vector greater(Vector vector, signed char bound) {
     return compare(vector, [bound](std::uint64_t value) { return atLeast(value, bound + 1); });
 }
 
-inline Vector between(Vector vector, signed char first, signed char last) {
+[[nodiscard]] inline Vector between(Vector vector, signed char first, signed char last) {
     return compare(vector, [first, last](std::uint64_t value) {
         return atLeast(value, first) & ~atLeast(value, last + 1);
     });
 }
 
-inline std::uint64_t topBits(Vector vector) {
+[[nodiscard]] inline std::uint64_t topBits(Vector vector) {
     const auto bits = [](std::uint64_t value) {
         return std::uint64_t{packBits(value >> 7 & broadcast(1))};
     };
     return bits(vector.first) | bits(vector.second) << 8;
 }
 
-inline Vector interleave(Vector a, Vector b) {
+[[nodiscard]] inline Vector interleave(Vector a, Vector b) {
     // Moves the bytes of 32 bits to the even bytes of 64.
     const auto spread = [](std::uint64_t value) {
         value = (value | value << 16) & 0x0000FFFF0000FFFF;
@@ -123,7 +123,7 @@ inline Vector interleave(Vector a, Vector b) {
             spread(a.first >> 32) | spread(b.first >> 32) << 8};
 }
 
-inline std::uint64_t evenBytes(U64Vector vector) {
+[[nodiscard]] inline std::uint64_t evenBytes(U64Vector vector) {
     const auto pack = [](std::uint64_t value) {
         value &= 0x00FF00FF00FF00FF;
         value = (value | value >> 8) & 0x0000FFFF0000FFFF;

@@ -10,9 +10,10 @@
 namespace KelRT::files {
 
 // Kel_Util::getDataDirPath; an empty userDataDir counts as unset.
-std::string dataDirectory(const Port::Conventions& conventions, const std::string& userDataDir);
+[[nodiscard]] std::string dataDirectory(const Port::Conventions& conventions,
+                                        const std::string& userDataDir);
 
 // Kel_Util::getSorvaDataDirPath
-std::string sorvaDataDirectory(const Port::Conventions& conventions);
+[[nodiscard]] std::string sorvaDataDirectory(const Port::Conventions& conventions);
 
 } // namespace KelRT::files

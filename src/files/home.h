@@ -10,9 +10,10 @@
 namespace KelRT::files {
 
 // Kel_Util::createDotLumatraceDir
-std::string createUserDirectory(const Port::Conventions& conventions);
+[[nodiscard]] std::string createUserDirectory(const Port::Conventions& conventions);
 
 // Kel_Util::createDotLumatraceTempFile
-std::string createTempFile(const Port::Conventions& conventions, const std::string& baseName);
+[[nodiscard]] std::string createTempFile(const Port::Conventions& conventions,
+                                         const std::string& baseName);
 
 } // namespace KelRT::files

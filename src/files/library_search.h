@@ -10,6 +10,7 @@
 namespace KelRT::files {
 
 // Kel_Util::findLibInPath
-std::string findLibrary(const Port::Conventions& conventions, const std::string& libraryName);
+[[nodiscard]] std::string findLibrary(const Port::Conventions& conventions,
+                                      const std::string& libraryName);
 
 } // namespace KelRT::files

@@ -10,9 +10,9 @@
 namespace KelRT::files {
 
 // The text before the first NUL, as the host reads a name or a path.
-std::string upToNul(const std::string& text);
+[[nodiscard]] std::string upToNul(const std::string& text);
 
 // Kel_Util::normalizePath
-std::string normalize(const Port::Conventions& conventions, const std::string& path);
+[[nodiscard]] std::string normalize(const Port::Conventions& conventions, const std::string& path);
 
 } // namespace KelRT::files

@@ -15,7 +15,7 @@ constexpr int TRACE_LEVEL = 4;       // method entries and exits
 constexpr std::size_t MAX_RECORD_LENGTH = 2047;
 
 // The precision of a "%.*s" that fills the room left by the fixed text of its record.
-constexpr int maxPrecision(std::string_view fixedText) {
+[[nodiscard]] constexpr int maxPrecision(std::string_view fixedText) {
     return static_cast<int>(MAX_RECORD_LENGTH - fixedText.size());
 }
 

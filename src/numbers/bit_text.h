@@ -15,7 +15,7 @@ namespace KelRT::numbers {
 constexpr unsigned CHARACTERS_PER_STEP = 8; // one 64-bit load
 
 // Bit i is set if character i of `count` (0 to 64) is '1'.
-inline std::uint64_t onesIn(const char* text, unsigned count) {
+[[nodiscard]] inline std::uint64_t onesIn(const char* text, unsigned count) {
     constexpr unsigned BLOCK = 16;
     std::uint64_t ones = 0;
     for (unsigned done = 0; done < count; done += BLOCK) {
@@ -27,40 +27,40 @@ inline std::uint64_t onesIn(const char* text, unsigned count) {
 }
 
 // Spreads 24 bits over eight bytes, three bits each, the lowest bits in the lowest byte.
-constexpr std::uint64_t spreadOctal(std::uint64_t value) {
+[[nodiscard]] constexpr std::uint64_t spreadOctal(std::uint64_t value) {
     value = (value | value << 20) & 0x00000FFF00000FFF;
     value = (value | value << 10) & 0x003F003F003F003F;
     return (value | value << 5) & 0x0707070707070707;
 }
 
 // The inverse of spreadOctal(). Only the low three bits of each byte may be set.
-constexpr std::uint64_t packOctal(std::uint64_t digits) {
+[[nodiscard]] constexpr std::uint64_t packOctal(std::uint64_t digits) {
     digits = (digits | digits >> 5) & 0x003F003F003F003F;
     digits = (digits | digits >> 10) & 0x00000FFF00000FFF;
     return (digits | digits >> 20) & 0xFFFFFF;
 }
 
 // Reads up to 8 digits. False if a character is not a digit.
-inline bool readBinary(const char* p, unsigned count, std::uint64_t& number) {
+[[nodiscard]] inline bool readBinary(const char* p, unsigned count, std::uint64_t& number) {
     const std::uint64_t characters = common::loadHighBytes(p, count, '0');
     number = common::packBits(common::swapBytes(characters & common::broadcast(1)));
     return (characters & common::broadcast(0xFE)) == common::broadcast('0');
 }
 
-inline bool readOctal(const char* p, unsigned count, std::uint64_t& number) {
+[[nodiscard]] inline bool readOctal(const char* p, unsigned count, std::uint64_t& number) {
     const std::uint64_t characters = common::loadHighBytes(p, count, '0');
     number = packOctal(common::swapBytes(characters & common::broadcast(7)));
     return (characters & common::broadcast(0xF8)) == common::broadcast('0');
 }
 
 // Every character below 128 is a digit, and its code is the value.
-inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
+[[nodiscard]] inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
     number = common::swapBytes(common::loadHighBytes(p, count, 0));
     return (number & common::broadcast(0x80)) == 0;
 }
 
 // The number in the `count` binary digits (0 to 64) before `end`. Any other character counts as 0.
-inline std::uint64_t readLenientBinary(const char* end, unsigned count) {
+[[nodiscard]] inline std::uint64_t readLenientBinary(const char* end, unsigned count) {
     // Mirrored, the digits are the high bits. A rotation moves them to the low end, because a shift
     // by 64, for a count of 0, is undefined.
     return std::rotl(common::mirrorU64(onesIn(end - count, count)), static_cast<int>(count));

@@ -12,6 +12,6 @@ constexpr std::uint32_t MAX_PRECISION = 0x7FFF'FE00;
 
 // The whole text of printf("%.*f", precision, value), with the decimal point of LC_NUMERIC. Throws
 // std::length_error for a precision above MAX_PRECISION, and std::bad_alloc.
-std::string fixedText(double value, std::uint32_t precision);
+[[nodiscard]] std::string fixedText(double value, std::uint32_t precision);
 
 } // namespace KelRT::numbers

@@ -19,12 +19,12 @@ using DoubleLimb = common::U128;
 constexpr std::size_t WORDS_PER_LIMB = 4;
 constexpr unsigned LIMB_BITS = 64;
 
-constexpr std::size_t limbsFor(std::size_t wordCount) {
+[[nodiscard]] constexpr std::size_t limbsFor(std::size_t wordCount) {
     return common::divideUp(wordCount, WORDS_PER_LIMB);
 }
 
 // Loads up to four words (at least 1). Missing words count as 0.
-inline Limb loadLimb(std::span<const std::uint16_t> words) {
+[[nodiscard]] inline Limb loadLimb(std::span<const std::uint16_t> words) {
     if (words.size() >= WORDS_PER_LIMB)
         return Limb{words[0]} | Limb{words[1]} << 16 | Limb{words[2]} << 32 | Limb{words[3]} << 48;
     Limb limb = 0;
@@ -47,7 +47,7 @@ inline void storeLimb(std::span<std::uint16_t> words, Limb limb) {
 }
 
 // A step of two's-complement negation, which starts at the lowest limb with `carry` true.
-inline Limb negateLimb(Limb limb, bool& carry) {
+[[nodiscard]] inline Limb negateLimb(Limb limb, bool& carry) {
     const Limb negated = ~limb + (carry ? 1 : 0);
     carry = carry && negated == 0;
     return negated;

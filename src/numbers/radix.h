@@ -9,7 +9,7 @@
 namespace KelRT::numbers {
 
 // The radix that a letter of either case names; 0 for other characters.
-constexpr unsigned radixOf(char letter) {
+[[nodiscard]] constexpr unsigned radixOf(char letter) {
     switch (letter | 0x20) { // upper case to lower case; nothing else becomes a letter
     case 'b':
         return 2;
@@ -29,13 +29,13 @@ constexpr unsigned radixOf(char letter) {
 }
 
 // Whether a letter of radix 10 stands for signed numbers.
-constexpr bool printsSigned(char letter) {
+[[nodiscard]] constexpr bool printsSigned(char letter) {
     return letter != 'U' && letter != 'u';
 }
 
 // The minimum number of digits printed for `bitCount` bits in radix 2^digitBits, modulo 2^32, a
 // limit that Kel_Number::toString() documents.
-constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits) {
+[[nodiscard]] constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits) {
     return static_cast<std::uint32_t>(common::divideUp(bitCount, digitBits));
 }
 
@@ -43,7 +43,7 @@ constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits
 // have is refused, a character that is neither a hexadecimal digit nor a '-' is skipped.
 enum class CharacterClass : std::uint8_t { digit, refused, minus, skipped };
 
-inline CharacterClass classify(char character, unsigned radix) {
+[[nodiscard]] inline CharacterClass classify(char character, unsigned radix) {
     const unsigned value = common::hexValue(character);
     if (value < radix)
         return CharacterClass::digit;

@@ -31,7 +31,7 @@ inline constexpr const Conventions& NATIVE = POSIX;
 #endif
 
 // In a path from a caller, both '/' and '\' separate components, on every host.
-constexpr bool isSeparator(char character) {
+[[nodiscard]] constexpr bool isSeparator(char character) {
     return character == '/' || character == '\\';
 }
 
@@ -39,16 +39,17 @@ constexpr bool isSeparator(char character) {
 // character boundary.
 //     "a\\b"       => 1
 //     "\x83\\a\\b" => 3     WINDOWS in code page 932, where \x83\\ is one character
-std::size_t findSeparator(const Conventions& conventions, std::string_view path,
-                          std::string_view separators = "/\\");
+[[nodiscard]] std::size_t findSeparator(const Conventions& conventions, std::string_view path,
+                                        std::string_view separators = "/\\");
 
 // True if the last character of path is a separator.
-bool endsInSeparator(const Conventions& conventions, std::string_view path);
+[[nodiscard]] bool endsInSeparator(const Conventions& conventions, std::string_view path);
 
 // Always adds a separator between directory and name.
 //     join(WINDOWS, "C:\\a", "b") => "C:\\a\\b"
 //     join(POSIX, "/a/", "b")     => "/a//b"
-std::string join(const Conventions& conventions, std::string_view directory, std::string_view name);
+[[nodiscard]] std::string join(const Conventions& conventions, std::string_view directory,
+                               std::string_view name);
 
 // The result type of FileName::GetAbsolutePath(): an immutable text.
 template <typename Character>
@@ -81,7 +82,7 @@ public:
     //     "c:/a/../b"    => "c:\\b"           WINDOWS
     //     "\\x"          => "C:\\x"           WINDOWS, in C:\work
     //     "//srv/d/../x" => "\\\\srv\\d\\x"   WINDOWS
-    StringBase<char> GetAbsolutePath(bool flag) const;
+    [[nodiscard]] StringBase<char> GetAbsolutePath(bool flag) const;
 
 private:
     std::string name;

@@ -40,22 +40,22 @@ private:
 };
 
 // True for the first byte of a two-byte character in the narrow encoding of the host's paths.
-bool isLeadByte(char byte);
+[[nodiscard]] bool isLeadByte(char byte);
 
 enum class Creation : std::uint8_t { created, nameTaken, refused };
 
 struct File {
     // True if anything of that name exists, even a dangling symbolic link.
-    static bool exist(const char* path);
+    [[nodiscard]] static bool exist(const char* path);
 
     // True if path names an existing directory or a symbolic link to one.
-    static bool isdir(const char* path);
+    [[nodiscard]] static bool isdir(const char* path);
 
     // Creates one directory, not its parents; true if it was created. The flag is ignored.
     static bool mkdir(const char* path, bool flag);
 
     // True if path is not a directory and opens for reading. Opening does not block.
-    static bool readable(const char* path);
+    [[nodiscard]] static bool readable(const char* path);
 
     // Creates an empty file if nothing of that name exists, not even a dangling symbolic link.
     static Creation create(const char* path);
@@ -64,7 +64,7 @@ struct File {
 // The current directory, of any length; empty if it cannot be read. On hosts with drives, `drive`
 // is a drive letter, or 0 for the current drive. The result for a drive that has no current
 // directory, or does not exist, is the drive's root.
-std::string currentDirectory(char drive = 0);
+[[nodiscard]] std::string currentDirectory(char drive = 0);
 
 // Iterates over the entries of a UT_DIR, which must outlive it unchanged.
 class UT_DIR_ITERATOR {
@@ -96,7 +96,7 @@ public:
     UT_DIR_ITERATOR end() const { return UT_DIR_ITERATOR(entries.end()); }
 
 private:
-    static bool isListed(std::string_view name, std::uint8_t flag) {
+    [[nodiscard]] static bool isListed(std::string_view name, std::uint8_t flag) {
         return flag == 0 || (name != "." && name != "..");
     }
 

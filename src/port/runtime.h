@@ -14,7 +14,7 @@ namespace Port {
 
 // The value of an environment variable, "" if it is unset. The library reads them only through
 // this function.
-inline const char* environment(const char* name) noexcept {
+[[nodiscard]] inline const char* environment(const char* name) noexcept {
     const char* const value = std::getenv(name);
     return value != nullptr ? value : "";
 }
@@ -33,7 +33,7 @@ int formatText(char* text, std::size_t size, const char* format, std::va_list ar
 
 // Converts the character at `text`, which is not NUL, to the encoding of the locale and moves
 // `text` past it. The result is "?" if the character has no narrow form.
-std::string takeCharacter(const wchar_t*& text);
+[[nodiscard]] std::string takeCharacter(const wchar_t*& text);
 
 // Converts to local time without the static object of std::localtime. False if the host cannot
 // convert the time.

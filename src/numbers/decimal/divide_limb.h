@@ -11,7 +11,7 @@ namespace KelRT::numbers {
 // DIVISOR and is replaced by the new one. Two multiplications instead of a division: N. Moeller,
 // T. Granlund, "Improved division by invariant integers", 2011.
 template <Limb DIVISOR>
-inline Limb divideLimb(Limb limb, Limb& remainder) {
+[[nodiscard]] inline Limb divideLimb(Limb limb, Limb& remainder) {
     static_assert(DIVISOR >> (LIMB_BITS - 1) == 1, "the top bit must be set");
     assert(remainder < DIVISOR);
     // floor((2^128 - 1) / DIVISOR) - 2^64; the cast drops the 2^64.

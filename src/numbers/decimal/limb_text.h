@@ -10,14 +10,14 @@
 
 namespace KelRT::numbers {
 
-constexpr bool areDecimalDigits(std::uint64_t characters) {
+[[nodiscard]] constexpr bool areDecimalDigits(std::uint64_t characters) {
     // After the first test, the addition cannot carry out of a byte.
     constexpr std::uint64_t HIGH_NIBBLES = common::broadcast(0xF0);
     return (characters & HIGH_NIBBLES) == common::broadcast('0') &&
            ((characters + common::broadcast(6)) & HIGH_NIBBLES) == common::broadcast('0');
 }
 
-constexpr std::uint32_t valueOfEightDigits(std::uint64_t characters) {
+[[nodiscard]] constexpr std::uint32_t valueOfEightDigits(std::uint64_t characters) {
     // Each step joins neighbours: 8 numbers of 1 digit become 4 of 2, 2 of 4 and 1 of 8.
     std::uint64_t joined = characters & common::broadcast(0x0F);
     joined = (joined * (1 + (10U << 8)) >> 8) & 0x00FF00FF00FF00FF;
@@ -29,10 +29,10 @@ constexpr std::uint32_t valueOfEightDigits(std::uint64_t characters) {
 constexpr unsigned MAX_DIGITS_64 = 20;
 
 // Writes the value without leading zeros.
-char* writeDecimal(char* end, std::uint64_t value);
+[[nodiscard]] char* writeDecimal(char* end, std::uint64_t value);
 
 // Write values below 10^17 and 10^19, respectively, with leading zeros.
-char* writeSeventeenDigits(char* end, std::uint64_t value);
-char* writeNineteenDigits(char* end, std::uint64_t value);
+[[nodiscard]] char* writeSeventeenDigits(char* end, std::uint64_t value);
+[[nodiscard]] char* writeNineteenDigits(char* end, std::uint64_t value);
 
 } // namespace KelRT::numbers

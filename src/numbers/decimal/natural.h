@@ -37,11 +37,11 @@ public:
 
     // The limbs in use, the lowest first. The highest is not 0, except after a multiplication that
     // wrapped.
-    std::span<Limb> limbs() { return {lowest, used}; }
-    std::span<const Limb> limbs() const { return {lowest, used}; }
+    [[nodiscard]] std::span<Limb> limbs() { return {lowest, used}; }
+    [[nodiscard]] std::span<const Limb> limbs() const { return {lowest, used}; }
 
-    std::size_t size() const { return used; }
-    bool isFull() const { return used == room; }
+    [[nodiscard]] std::size_t size() const { return used; }
+    [[nodiscard]] bool isFull() const { return used == room; }
 
     // Adds a limb above the others. There must be room.
     void append(Limb limb) {

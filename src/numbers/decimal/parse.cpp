@@ -52,10 +52,10 @@ public:
     }
 
     // What the text is, as far as it was read.
-    ParseResult result() const { return parsed; }
+    [[nodiscard]] ParseResult result() const { return parsed; }
 
 private:
-    std::size_t left() const { return static_cast<std::size_t>(end - at); }
+    [[nodiscard]] std::size_t left() const { return static_cast<std::size_t>(end - at); }
 
     static void append(Chunk& chunk, Limb value, unsigned digits) {
         chunk.value = chunk.value * POWERS_OF_TEN[digits] + value;

@@ -12,6 +12,6 @@ namespace KelRT::numbers {
 // Reads decimal text into words (at least one), the lowest first. The value wraps modulo
 // 2^(16 * words.size()); the sign is left to the caller. Text with a hexadecimal letter is refused.
 // Throws std::bad_alloc. The words change only on success.
-ParseResult parseDecimal(const std::string& text, std::span<std::uint16_t> words);
+[[nodiscard]] ParseResult parseDecimal(const std::string& text, std::span<std::uint16_t> words);
 
 } // namespace KelRT::numbers

@@ -17,7 +17,7 @@ constexpr std::array<Limb, 20> POWERS_OF_TEN = [] {
 }();
 
 // The largest n for which 10^n <= limit.
-constexpr unsigned digitsWithin(Limb limit) {
+[[nodiscard]] constexpr unsigned digitsWithin(Limb limit) {
     unsigned digits = 0;
     while (digits + 1 < POWERS_OF_TEN.size() && POWERS_OF_TEN[digits + 1] <= limit)
         ++digits;

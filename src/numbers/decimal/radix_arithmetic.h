@@ -29,7 +29,7 @@ struct DecimalRadix {
     static constexpr DoubleLimb SOURCE = DoubleLimb{1} << LIMB_BITS;
     static constexpr DoubleLimb MAX_SUM = VALUE * SOURCE - 1; // the carry is below 2^64
 
-    static Limb split(DoubleLimb sum, DoubleLimb& carry) {
+    [[nodiscard]] static Limb split(DoubleLimb sum, DoubleLimb& carry) {
         // divideLimb() requires the divisor's top bit to be set, so divisor and dividend are
         // scaled. As sum < VALUE * 2^64, the high limb is below the divisor: a valid remainder.
         constexpr unsigned SCALE = 7;
@@ -47,7 +47,7 @@ struct BinaryRadix {
     static constexpr DoubleLimb SOURCE = POWERS_OF_TEN[READ_DIVIDE_AND_CONQUER.chunkDigits];
     static constexpr DoubleLimb MAX_SUM = ~DoubleLimb{0};
 
-    static Limb split(DoubleLimb sum, DoubleLimb& carry) {
+    [[nodiscard]] static Limb split(DoubleLimb sum, DoubleLimb& carry) {
         carry = sum >> READ_RADIX_BITS;
         return static_cast<Limb>(sum) & (VALUE - 1);
     }
@@ -93,8 +93,8 @@ void subtract(std::span<Limb> difference, std::span<const Limb> subtrahend) {
 
 // difference = |a - b|, with as many digits as a; b has no more. Returns whether a < b.
 template <typename Radix>
-bool absoluteDifference(std::span<Limb> difference, std::span<const Limb> a,
-                        std::span<const Limb> b) {
+[[nodiscard]] bool absoluteDifference(std::span<Limb> difference, std::span<const Limb> a,
+                                      std::span<const Limb> b) {
     std::fill(std::copy(b.begin(), b.end(), difference.begin()), difference.end(), 0);
     const bool isLess =
         std::lexicographical_compare(a.rbegin(), a.rend(), difference.rbegin(), difference.rend());
@@ -106,7 +106,7 @@ bool absoluteDifference(std::span<Limb> difference, std::span<const Limb> a,
 
 // Returns the number of zero digits at the low end. The weights of reading have some, because 10^n
 // is divisible by 2^n.
-inline std::size_t lowZeros(std::span<const Limb> digits) {
+[[nodiscard]] inline std::size_t lowZeros(std::span<const Limb> digits) {
     const auto isSet = [](Limb digit) { return digit != 0; };
     return static_cast<std::size_t>(std::find_if(digits.begin(), digits.end(), isSet) -
                                     digits.begin());
@@ -152,7 +152,7 @@ void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span
 // The scratch space of multiply(). A level whose low halves have h digits takes 4 * h + 1 limbs. At
 // level k, counted from 1, h is at most size / 2^k + 1. In all, that is at most 4 * size, plus 5
 // for each of at most 64 levels.
-constexpr std::size_t scratchFor(std::size_t size) {
+[[nodiscard]] constexpr std::size_t scratchFor(std::size_t size) {
     return 4 * size + std::size_t{5} * 64;
 }
 

@@ -12,10 +12,11 @@ namespace KelRT::numbers::divide_and_conquer {
 
 // Converts limbs (at least one) to chunks of decimal digits, both the lowest first. The highest
 // chunk is 0 only for the value 0. Throws std::bad_alloc.
-std::vector<Limb> toDecimalChunks(std::span<const Limb> limbs);
+[[nodiscard]] std::vector<Limb> toDecimalChunks(std::span<const Limb> limbs);
 
 // Converts chunks of decimal digits (at least one chunk) to digits of radix 2^READ_RADIX_BITS, both
 // the lowest first. The lowest chunk has only `lowestDigits` decimal digits. Throws std::bad_alloc.
-std::vector<Limb> fromDecimalChunks(std::span<const Limb> chunks, unsigned lowestDigits);
+[[nodiscard]] std::vector<Limb> fromDecimalChunks(std::span<const Limb> chunks,
+                                                  unsigned lowestDigits);
 
 } // namespace KelRT::numbers::divide_and_conquer

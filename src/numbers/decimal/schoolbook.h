@@ -17,11 +17,11 @@ namespace KelRT::numbers::schoolbook {
 void multiplyAdd(Natural& value, DoubleLimb factor, DoubleLimb addend);
 
 // Divides by 10^19 and returns the remainder: the lowest chunk.
-Limb takeChunk(Natural& value);
+[[nodiscard]] Limb takeChunk(Natural& value);
 
 // Takes the four lowest chunks, the lowest first, in one pass. Each division for a chunk waits for
 // the previous one; interleaving four chains of divisions hides that latency. With one chunk a
 // pass, the benchmark row "print decimal, 4096 b" takes 2.6 times as long.
-std::array<Limb, 4> takeFourChunks(Natural& value);
+[[nodiscard]] std::array<Limb, 4> takeFourChunks(Natural& value);
 
 } // namespace KelRT::numbers::schoolbook
