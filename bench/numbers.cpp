@@ -2,7 +2,8 @@
 //
 // Numbers of a fixed width, printed into a new string and read. Every peer makes a new string too:
 // GMP writes into the string itself (mpz_get_str) and, as the library does, looks at each character
-// that it reads (mpz_set_str). APInt and cpp_int are left out where they take 100 ms or more.
+// that it reads (mpz_set_str). FLINT is compared in decimal alone. APInt and cpp_int are left out
+// where they take 100 ms or more.
 #include "peers.h"
 #include "row.h"
 
@@ -102,6 +103,8 @@ void rows(const char* work, const Base& base, unsigned bits, const Widest& wides
         return Work<Number>(Number(base.radix, bits, hex), text);
     };
     row.addPeer<peers::Gmp>("GMP", contender);
+    if (base.radix == 10)
+        row.addPeer<peers::Flint>("FLINT", contender);
     if (bits <= widest.apInt)
         row.addPeer<peers::Llvm>("APInt", contender);
     if (bits <= widest.cppInt && base.radix != 2) // it has no binary

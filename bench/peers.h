@@ -90,6 +90,42 @@ struct Gmp : Missing {};
 } // namespace peers
 #endif
 
+#ifdef HAVE_FLINT
+#include <flint/fmpz.h>
+
+#include <memory>
+namespace peers {
+struct Flint {
+    struct Number {
+        Number(unsigned base, unsigned /*bits*/, const std::string& hex)
+            : radix(static_cast<int>(base)) {
+            fmpz_set_str(value.get(), hex.c_str(), 16);
+        }
+        int radix;
+        std::shared_ptr<fmpz> value{new fmpz(0), [](fmpz* used) {
+                                        fmpz_clear(used);
+                                        delete used;
+                                    }};
+        std::string print() const { return digits(radix); }
+        void parse(const std::string& text) { fmpz_set_str(value.get(), text.c_str(), radix); }
+        std::string hex() const { return digits(16); }
+        static std::string spelled(const std::string& text) { return text; }
+        std::string digits(int base) const {
+            std::string text(fmpz_sizeinbase(value.get(), base), '\0');
+            fmpz_get_str(text.data(), base, value.get());
+            if (text.back() == '\0') // the size may be one too large
+                text.pop_back();
+            return text;
+        }
+    };
+};
+} // namespace peers
+#else
+namespace peers {
+struct Flint : Missing {};
+} // namespace peers
+#endif
+
 #ifdef HAVE_LLVM
 #include <llvm/ADT/APInt.h>
 #include <llvm/ADT/StringExtras.h>

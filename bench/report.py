@@ -2,12 +2,13 @@
 # SPDX-License-Identifier: MIT
 """Tables from the results of the benchmark programs.
 
-usage: report.py GOALS RESULT.json... [--plain RESULT.json...]
+usage: report.py GOALS PEERS RESULT.json... [--plain RESULT.json...]
 
-Prints one table per family: work, size, our figure, with --plain that of the library without compiler
-extensions, each peer's, and the ratios of ours to the best peer's and to the limit. A figure is the
-median, over the repetitions, of the processor time of one piece of work. A goal that names a peer
-requires every other peer to be slower. The exit status is 1 when a row misses its goal.
+Prints the peers with their versions, which the file PEERS lists, and one table per family: work, size,
+our figure, with --plain that of the library without compiler extensions, each peer's, and the ratios of
+ours to the best peer's and to the limit. A figure is the median, over the repetitions, of the processor
+time of one piece of work. A goal that names peers requires every other peer to be slower. The exit status
+is 1 when a row misses its goal.
 """
 import json
 import statistics
@@ -102,8 +103,10 @@ def table(family, rows, goals):
 
 def main():
     goals = read_goals(sys.argv[1])
+    with open(sys.argv[2], encoding="utf-8") as peers:
+        print("Peers: " + ", ".join(peers.read().splitlines()))
     missed = []
-    results = sys.argv[2:]
+    results = sys.argv[3:]
     split = results.index("--plain") if "--plain" in results else len(results)
     families = read_results(results[:split])
     add_plain(families, read_results(results[split + 1:]))
