@@ -1,5 +1,5 @@
 # README.md shows the program of CLIENT, whole, as it is compiled and run.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 file(READ ${CLIENT} program)
 string(REGEX REPLACE "^.*//! \\[example\\]\n(.*)//! \\[example\\]\n$" "\\1" program "${program}")

@@ -13,7 +13,7 @@
 # The transcript shows standard output and then, each under a heading and unless it is empty, standard
 # error, every file that was written, and the exit status unless it is 0. If RUN calls run() more than
 # once, each run is preceded by its command line. The build, times and the directory are masked.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 cmake_path(GET RUN PARENT_PATH FOLDER)
 string(ASCII 8 backspace)
