@@ -63,7 +63,9 @@ void forEveryAllocation(const std::string& name,
         long n = 0;
         while (attempt(failure, n) && n < 10000)
             ++n;
-        EXPECT_GE(n, 1);
+        // An empty string of libc++ has room for the nineteen digits.
+        const bool fits = name == "uLL2DecStr" && std::string().capacity() >= 19;
+        EXPECT_GE(n, fits ? 0 : 1);
         EXPECT_LT(n, 10000);
     }
 }

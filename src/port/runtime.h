@@ -49,7 +49,7 @@ public:
     CancellationDisabled& operator=(const CancellationDisabled&) = delete;
 
 private:
-    [[maybe_unused]] int previousState = 0;
+    int previousState = 0;
 };
 
 } // namespace Port

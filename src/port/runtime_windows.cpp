@@ -51,6 +51,8 @@ bool localTime(std::time_t time, std::tm& local) noexcept {
 }
 
 CancellationDisabled::CancellationDisabled() noexcept = default;
-CancellationDisabled::~CancellationDisabled() = default;
+CancellationDisabled::~CancellationDisabled() {
+    static_cast<void>(previousState); // threads cannot be cancelled here
+}
 
 } // namespace Port
