@@ -246,12 +246,12 @@ const Runs VALUE{{"bits2Number", onNumber([](auto& e, auto& number) {
                       return AsItIs{number.toString('d')};
                   })},
                  {"number2ULL", onNumber([](auto&, auto& number) {
-                      std::uint64_t value = 0;
+                      std::uint64_t value = 7; // stays if the number does not fit
                       const Text fits = number2ULL(number, value) ? "true, " : "false, ";
                       return AsItIs{fits + std::to_string(value)};
                   })},
                  {"number2LL", onNumber([](auto&, auto& number) {
-                      std::int64_t value = 0;
+                      std::int64_t value = 7;
                       const Text fits = number2LL(number, value) ? "true, " : "false, ";
                       return AsItIs{fits + std::to_string(value)};
                   })}};

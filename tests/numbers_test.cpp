@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
-#include "KelRT/NumberValue.h"
 #include "models/number_model.h"
 #include "support/failing_new.h"
 #include "support/outcome.h"
@@ -20,38 +19,6 @@ namespace {
 
 static_assert(!std::is_copy_constructible_v<Kel_Number>, "a copy would hide its cost");
 static_assert(!std::is_convertible_v<std::uint64_t, Kel_Number>);
-
-TEST(NumberValue, IntegersAtTheirLimitsAreThoseOfDecimalText) {
-    struct {
-        const char* text;
-        bool isUnsigned, isSigned; // whether an integer of 64 bits holds it
-    } const cases[] = {{"0", true, true},
-                       {"9223372036854775807", true, true},
-                       {"9223372036854775808", true, false},
-                       {"18446744073709551615", true, false},
-                       {"18446744073709551616", false, false},
-                       {"-1", false, true},
-                       {"-9223372036854775808", false, true},
-                       {"-9223372036854775809", false, false}};
-    for (const auto& [text, isUnsigned, isSigned] : cases)
-        for (const std::uint64_t width : {66U, 79U, 80U, 81U, 127U, 128U, 129U, 4096U}) {
-            SCOPED_TRACE(std::string(text) + " on " + std::to_string(width));
-            Kel_Number number(width);
-            ASSERT_TRUE(number.set('d', text));
-            const std::string digits = number.toString('x');
-            std::uint64_t value = 7;
-            EXPECT_EQ(number2ULL(number, value), isUnsigned);
-            EXPECT_EQ(value, isUnsigned ? std::stoull(text) : 7);
-            uLL2Number(value, number);
-            EXPECT_EQ(number.toString('u'), std::to_string(value));
-            ASSERT_TRUE(number.set('x', digits));
-            std::int64_t signedValue = 7;
-            EXPECT_EQ(number2LL(number, signedValue), isSigned);
-            EXPECT_EQ(signedValue, isSigned ? std::stoll(text) : 7);
-            lL2Number(signedValue, number);
-            EXPECT_EQ(number.toString('d'), std::to_string(signedValue));
-        }
-}
 
 // Above several thousand bits, decimals are read and printed by divide and conquer: from 120 limbs
 // on when printing, from 220 when reading. In the third row the text wraps, and the highest digits

@@ -12,6 +12,7 @@
 #include <utility>
 
 using fuzz::require;
+using fuzz::requireEqual;
 using KelRT::Kel_ByteBuffer;
 using model::Bytes;
 
@@ -39,22 +40,25 @@ public:
         Kel_ByteBuffer copy(buffer);
         model::ByteBuffer aligned = expected;
         aligned.access();
-        require(copy.getSize() == aligned.size, "size");
-        require(aligned.block.empty() || std::equal(aligned.block.begin(), aligned.block.end(),
-                                                    copy.uPtr() - aligned.start),
-                "block");
+        requireEqual(copy.getSize(), aligned.size, "size");
+        if (!aligned.block.empty()) {
+            const unsigned char* const block = copy.uPtr() - aligned.start;
+            requireEqual(Bytes(block, block + aligned.block.size()), aligned.block, "block");
+        }
     }
 
 private:
     void insert() {
         const std::size_t at = input.below(expected.size + 3);
         const std::size_t count = input.below(12);
-        require(buffer.insertBytes(at, count) == 0, "insertBytes gives 0");
+        input.note("insertBytes", {at, count});
+        requireEqual(buffer.insertBytes(at, count), 0, "insertBytes gives 0");
         expected.access();
         expected.insertBytes(at, count);
     }
     void remove() {
         const std::size_t count = input.below(std::min<std::uint64_t>(expected.size, 5) + 1);
+        input.note("removeBytesAtEnd", {count});
         buffer.removeBytesAtEnd(count);
         expected.access();
         expected.size -= count;
@@ -63,6 +67,7 @@ private:
         const auto forward = input.below(std::min<std::uint64_t>(expected.size, 4) + 1);
         const auto back = input.below(std::min<std::uint64_t>(expected.start, 4) + 1);
         const std::int64_t count = static_cast<std::int64_t>(forward - back);
+        input.note("moveStartPositionForward", {forward, back});
         buffer.moveStartPositionForward(static_cast<std::int32_t>(count));
         expected.access();
         expected.moveStart(count);
@@ -71,6 +76,7 @@ private:
         const std::uint64_t bits = 8 * expected.size;
         const std::uint64_t most = bits < expected.pending ? 0 : bits - expected.pending;
         const std::uint64_t count = input.below(30) % (most + 1);
+        input.note("shiftBitsDown", {count});
         buffer.shiftBitsDown(static_cast<std::int32_t>(count));
         expected.shiftBitsDown(count);
     }
@@ -80,6 +86,7 @@ private:
         expected.access();
         const bool holds = expected.holds(position, count);
         if (input.below(2) == 0) {
+            input.note("getBits, getBitsLL", {position, count});
             std::uint64_t all = 0;
             std::uint32_t low = 0;
             const std::string said = test::outcome([&] {
@@ -87,13 +94,14 @@ private:
                 low = buffer.getBits(position, count);
                 return "";
             });
-            require(said == (holds ? "" : BAD_GET), "a refused read");
-            require(all == (holds ? expected.get(position, count) : 0), "getBitsLL");
-            require(low == static_cast<std::uint32_t>(all), "the low 32 bits");
+            requireEqual(said, (holds ? "" : BAD_GET), "a refused read");
+            requireEqual(all, (holds ? expected.get(position, count) : 0), "getBitsLL");
+            requireEqual(low, static_cast<std::uint32_t>(all), "the low 32 bits");
             return;
         }
         const bool narrow = input.below(2) == 0;
         const std::uint64_t value = input.value(narrow ? 4 : 8);
+        input.note(narrow ? "setBits" : "setBitsLL", {position, count, value});
         const std::string said = test::outcome([&] {
             if (narrow)
                 buffer.setBits(position, count, static_cast<std::uint32_t>(value));
@@ -101,7 +109,7 @@ private:
                 buffer.setBitsLL(position, count, value);
             return "";
         });
-        require(said == (holds ? "" : BAD_SET), "a refused write");
+        requireEqual(said, (holds ? "" : BAD_SET), "a refused write");
         if (holds)
             expected.set(position, count, value);
     }
@@ -111,31 +119,35 @@ private:
     void reorder() {
         expected.access();
         if (input.below(2) == 0) {
+            input.note("swapBitOrderWithinEachByte", {});
             buffer.swapBitOrderWithinEachByte();
             return expected.mirrorEachByte();
         }
         const std::size_t from = input.below(expected.size + 1);
         const std::size_t count = input.below(expected.size - from + 1);
+        input.note("swapByteOrder", {from, count});
         buffer.swapByteOrder(from, count);
         expected.reverse(from, count);
     }
     void hexText() {
         const std::uint64_t from = input.below(expected.size + 2);
+        input.note("bin2HexString", {from});
         const std::uint64_t count = from < expected.size ? expected.size - from : 0;
         Bytes text(static_cast<std::size_t>(2 * count + 1), 0xEE);
         buffer.bin2HexString(from, text.data());
         expected.access();
-        require(text == expected.hexText(from), "bin2HexString");
+        requireEqual(text, expected.hexText(from), "bin2HexString");
         text.resize(static_cast<std::size_t>(2 * expected.size + 1));
         checkStored(text, 0, [from](auto& of, auto& target) { of.bin2HexString(from, target); });
     }
     void cutHex() {
         const std::uint64_t from = input.below(expected.size + 2);
         const std::uint64_t bits = input.below(8 * expected.size + 10);
+        input.note("bin2HexString, cut", {from, bits});
         const std::unique_ptr<Kel_ByteBuffer> made(buffer.bin2HexString(from, bits));
         expected.access();
         const Bytes text = model::cutHexText(expected.hexText(from), bits);
-        require(contentOf(*made) == text, "bin2HexString, cut");
+        requireEqual(contentOf(*made), text, "bin2HexString, cut");
     }
     void readHex() {
         expected.access();
@@ -143,23 +155,26 @@ private:
             return;
         const std::uint64_t first = input.below(expected.size);
         const std::uint64_t last = input.below(expected.size);
+        input.note("hex2Bin", {first, last});
         const Bytes bytes = expected.hexToBin(first, last);
         Bytes out(bytes.size() + 1, 0xEE); // the last one is not touched
         buffer.hex2Bin(first, last, out.data());
         require(out.back() == 0xEE && std::equal(bytes.begin(), bytes.end(), out.begin()),
                 "hex2Bin to a place");
         const std::unique_ptr<Kel_ByteBuffer> made(buffer.hex2Bin(first, last));
-        require(contentOf(*made) == bytes, "hex2Bin");
+        requireEqual(contentOf(*made), bytes, "hex2Bin");
         checkStored(bytes, 0, [=](auto& of, auto& target) { of.hex2Bin(first, last, target); });
     }
     void readMirrored() {
         const std::string text = input.text(input.below(60), DIGITS);
+        input.note("hex2BinReverse", {text.size()});
         checkStored(model::mirroredTextToBin(text), 10, [&text](auto&, auto& target) {
             Kel_ByteBuffer::hex2BinReverse(text.c_str(), target);
         });
     }
     void clearOrInit() {
         const std::size_t size = input.below(60);
+        input.note("clear or init", {size});
         switch (input.below(3)) {
         case 0:
             buffer.clear();
@@ -180,6 +195,7 @@ private:
         const Bytes bytes(text.begin(), text.end());
         const std::size_t low = input.below(6);
         const std::size_t high = input.below(6);
+        input.note("a new buffer", {size, low, high});
         buffer = Kel_ByteBuffer(bytes.data(), bytes.size(), low, high);
         expected = model::ByteBuffer(bytes, low, high);
     }
@@ -193,7 +209,7 @@ private:
         }
         Kel_ByteBuffer target(reinterpret_cast<const unsigned char*>("old"), 3, 0, 0);
         operation(buffer, target);
-        require(contentOf(target) == made, "the content of another buffer");
+        requireEqual(contentOf(target), made, "the content of another buffer");
     }
     static Bytes contentOf(Kel_ByteBuffer& of) { return {of.uPtr(), of.uPtr() + of.getSize()}; }
 

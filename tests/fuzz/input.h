@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The input of one run of a fuzz target, read as values and texts, and the check that reports a
+// The input of one run of a fuzz target, read as values and texts, and the checks that report a
 // finding.
 #pragma once
 
@@ -8,7 +8,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <initializer_list>
 #include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace fuzz {
 
@@ -16,7 +20,12 @@ namespace fuzz {
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size)
-        : bytes(reinterpret_cast<const char*>(data), size) {}
+        : bytes(reinterpret_cast<const char*>(data), size) {
+        running = this;
+    }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+    ~Input() { running = nullptr; }
 
     [[nodiscard]] bool empty() const { return at >= bytes.size(); }
     std::uint64_t value(unsigned byteCount = 8) {
@@ -51,17 +60,73 @@ public:
         return text;
     }
 
+    /// Notes an operation of a sequence. A failure prints all of them.
+    void note(const char* operation, std::initializer_list<std::uint64_t> arguments) {
+        operations.emplace_back(operation, arguments);
+    }
+    [[noreturn]] static void fail(const std::string& message) {
+        for (const auto& [operation, arguments] : running->operations) {
+            static_cast<void>(std::fprintf(stderr, "%s", operation));
+            for (const std::uint64_t argument : arguments)
+                static_cast<void>(std::fprintf(stderr, " %s", std::to_string(argument).c_str()));
+            static_cast<void>(std::fprintf(stderr, "\n"));
+        }
+        static_cast<void>(std::fprintf(stderr, "failed: %s\n", message.c_str()));
+        std::abort();
+    }
+
 private:
+    inline static thread_local const Input* running = nullptr;
     std::string bytes;
     std::size_t at = 0;
+    std::vector<std::pair<const char*, std::vector<std::uint64_t>>> operations;
 };
 
 /// Aborts the run, which makes it a finding, unless \a holds.
 inline void require(bool holds, const char* what) {
-    if (holds)
+    if (!holds)
+        Input::fail(what);
+}
+
+inline std::string shown(const std::string& text) {
+    return text;
+}
+template <typename Value>
+    requires std::is_arithmetic_v<Value>
+std::string shown(Value value) {
+    return std::to_string(value);
+}
+
+/// Aborts the run, and prints both lists from shortly before their first difference on, unless they
+/// are equal.
+template <typename List>
+void requireEqualLists(const List& found, const List& expected, const char* what) {
+    std::size_t place = 0;
+    while (place < found.size() && place < expected.size() && found[place] == expected[place])
+        ++place;
+    if (place == found.size() && place == expected.size())
         return;
-    static_cast<void>(std::fprintf(stderr, "failed: %s\n", what));
-    std::abort();
+    const auto partOf = [first = place < 40 ? 0 : place - 40](const List& list) {
+        std::string text;
+        for (std::size_t i = first; i < list.size() && i < first + 200; ++i)
+            if constexpr (std::is_same_v<List, std::string>)
+                text += list[i];
+            else
+                text += shown(list[i]) + ' ';
+        return text;
+    };
+    Input::fail(std::string(what) + ", from " + std::to_string(place) +
+                " on\n  found:    " + partOf(found) + "\n  expected: " + partOf(expected));
+}
+
+/// Aborts the run, and prints both values, unless they are equal.
+template <typename Found, typename Expected>
+void requireEqual(const Found& found, const Expected& expected, const char* what) {
+    if constexpr (!std::is_arithmetic_v<Found>)
+        requireEqualLists<Found>(found, expected, what);
+    else if (found != expected)
+        Input::fail(std::string(what) + "\n  found:    " + shown(found) +
+                    "\n  expected: " + shown(expected));
 }
 
 } // namespace fuzz

@@ -77,7 +77,7 @@ public:
         expected.record(1, "\n");
         setLevel(3);
         logger.flush();
-        fuzz::require(output.take() == expected.text, "the log equals the model's");
+        fuzz::requireEqual(output.take(), expected.text, "the log equals the model's");
         expected.text.clear();
     }
 

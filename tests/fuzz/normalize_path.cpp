@@ -31,10 +31,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
 
     const std::string rooted = "/" + path;
     const std::string found = Kel_Util::normalizePath(rooted);
-    fuzz::require(found == expected('/', "", rooted), "an absolute path");
-    fuzz::require(Kel_Util::normalizePath(found) == found, "a normalised path stays as it is");
+    fuzz::requireEqual(found, expected('/', "", rooted), "an absolute path");
+    fuzz::requireEqual(Kel_Util::normalizePath(found), found, "a normalised path stays as it is");
     const std::string onDrive = KelRT::files::normalize(Port::WINDOWS, "c:" + rooted);
-    fuzz::require(onDrive == expected('\\', "c:", rooted), "a path on a drive");
+    fuzz::requireEqual(onDrive, expected('\\', "c:", rooted), "a path on a drive");
 
     const bool relative = !path.empty() && !Port::isSeparator(path[0]);
     fuzz::require(!relative ||
@@ -43,6 +43,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // Paths with any beginning, under the conventions of Windows. Our current directory has no
     // drive.
     const std::string any = KelRT::files::normalize(Port::WINDOWS, path);
-    fuzz::require(any.find('/') == std::string::npos, "only the host's separator is written");
+    fuzz::requireEqual(any.find('/'), std::string::npos, "only the host's separator is written");
     return 0;
 }

@@ -7,6 +7,7 @@
 #include "models/number_model.h"
 
 using fuzz::require;
+using fuzz::requireEqual;
 using KelRT::Kel_Number;
 
 namespace {
@@ -25,10 +26,10 @@ const std::string ALPHABETS[] = {"01",
 
 void expectSame(const Kel_Number& number, const model::Number& expected,
                 const std::string& radices) {
-    require(number.isZero() == expected.isZero(), "isZero");
-    require(number.isNegative() == expected.isNegative(), "isNegative");
+    requireEqual(number.isZero(), expected.isZero(), "isZero");
+    requireEqual(number.isNegative(), expected.isNegative(), "isNegative");
     for (const char radix : radices)
-        require(number.toString(radix) == expected.toString(radix), "toString");
+        requireEqual(number.toString(radix), expected.toString(radix), "toString");
 }
 
 void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
@@ -37,18 +38,18 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
     require(again.set('x', "-1"), "digits of another width");
     again = number;
     again = *&again;
-    require(again.toString('x') == pattern, "assignment");
+    requireEqual(again.toString('x'), pattern, "assignment");
     if (width <= 50) { // every step is exact
         again.setFloat(number.toFloatString(0.5, 1, 1), 0.5, 1);
-        require(again.toString('x') == pattern, "what is printed scaled reads as the number");
+        requireEqual(again.toString('x'), pattern, "what is printed scaled reads as the number");
         const double halfStep = number.isNegative() ? -0.05 : 0.05;
         again.setFloat(number.toFloatString(0.1, 0, 1), 0.1, -halfStep);
-        require(again.toString('x') == pattern, "with half a step more under any scale");
+        requireEqual(again.toString('x'), pattern, "with half a step more under any scale");
     }
     for (const char* radix = RADICES; *radix != 0; ++radix) {
         again.setToZero(); // so that words left unread are noticed
         require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
-        require(again.toString('x') == pattern, "what is printed reads as the number");
+        requireEqual(again.toString('x'), pattern, "what is printed reads as the number");
     }
 }
 
@@ -69,7 +70,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         input.below(16) == 0 ? input.text(1500) : input.text(1500, input.oneOf(ALPHABETS));
     while (isWide && !text.empty() && text.size() < 6000)
         text += text;
-    require(number.set(radix, text) == expected.set(radix, text), "set");
+    requireEqual(number.set(radix, text), expected.set(radix, text), "set");
     expectSame(number, expected, radices);
     number.negate();
     expected.negate();

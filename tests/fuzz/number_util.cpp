@@ -14,6 +14,7 @@
 
 using Util = KelRT::Kel_NumberUtil;
 using fuzz::require;
+using fuzz::requireEqual;
 using Bytes = std::vector<unsigned char>;
 
 namespace {
@@ -39,26 +40,27 @@ void readFields(fuzz::Input& input) {
     const std::uint64_t up = model::field(data, low, high);
     const auto down32 = static_cast<std::uint32_t>(down);
     const auto up32 = static_cast<std::uint32_t>(up);
-    require(Util::getLongLongBits(data.data(), high, low) == down, "getLongLongBits");
-    require(Util::getReverseLongLongBits(data.data(), low, high) == up, "getReverseLongLongBits");
-    require(Util::getBits(data.data(), high, low) == down32, "getBits");
-    require(Util::getLongBits(data.data(), high, low) == down32, "getLongBits");
-    require(Util::getReverseBits(data.data(), low, high) == up32, "getReverseBits");
-    require(Util::getReverseLongBits(data.data(), low, high) == up32, "getReverseLongBits");
+    requireEqual(Util::getLongLongBits(data.data(), high, low), down, "getLongLongBits");
+    requireEqual(Util::getReverseLongLongBits(data.data(), low, high), up,
+                 "getReverseLongLongBits");
+    requireEqual(Util::getBits(data.data(), high, low), down32, "getBits");
+    requireEqual(Util::getLongBits(data.data(), high, low), down32, "getLongBits");
+    requireEqual(Util::getReverseBits(data.data(), low, high), up32, "getReverseBits");
+    requireEqual(Util::getReverseLongBits(data.data(), low, high), up32, "getReverseLongBits");
 
     if (input.below(32) != 0)
         return;
     static std::mutex oneAtATime;
     const std::lock_guard<std::mutex> lock(oneAtATime);
     static fuzz::CapturedOutput output;
-    require(Util::getLongLongBitsDebug(data.data(), high, low) == down, "getLongLongBitsDebug");
+    requireEqual(Util::getLongLongBitsDebug(data.data(), high, low), down, "getLongLongBitsDebug");
     std::string rows;
     for (int bit = high; bit >= low; --bit) {
         rows += model::field(data, bit, bit) != 0 ? '1' : '0';
         if ((high - bit) % 8 == 7)
             rows += '\n';
     }
-    require(output.take() == rows + '\n', "printed bits");
+    requireEqual(output.take(), rows + '\n', "printed bits");
 }
 
 void convertBits(const std::string& text) {
@@ -71,57 +73,58 @@ void convertBits(const std::string& text) {
     expected.push_back(0xA5); // which is not touched
     Bytes array(expected.size(), 0xA5);
     Util::reverseBinStr2Bin(text.c_str(), array.data());
-    require(array == expected, "reverseBinStr2Bin");
+    requireEqual(array, expected, "reverseBinStr2Bin");
     if (bits.empty())
         return;
     const Bytes exact(expected.begin(), expected.end() - 1); // not a byte behind the bits
     std::string out;
     Util::bin2ReverseBinStr(exact.data(), static_cast<std::uint32_t>(bits.size()), out);
-    require(out == bits, "bin2ReverseBinStr");
+    requireEqual(out, bits, "bin2ReverseBinStr");
 }
 
 void convertText(std::string text, std::uint32_t bitCount) {
     std::string out = "left over";
     const std::uint64_t number = model::hexStr2ULL(text);
-    require(Util::hexStr2ULL(text) == number, "hexStr2ULL");
-    require(Util::hexStr2UInt(text.c_str()) == static_cast<std::uint32_t>(number), "hexStr2UInt");
-    require(Util::binStr2UInt(text.c_str()) == model::binToUInt(text), "binStr2UInt");
+    requireEqual(Util::hexStr2ULL(text), number, "hexStr2ULL");
+    requireEqual(Util::hexStr2UInt(text.c_str()), static_cast<std::uint32_t>(number),
+                 "hexStr2UInt");
+    requireEqual(Util::binStr2UInt(text.c_str()), model::binToUInt(text), "binStr2UInt");
     require(Util::decStr2ULL(text) ==
                 static_cast<std::uint64_t>(std::strtoll(text.c_str(), nullptr, 10)),
             "decStr2ULL");
     if (!text.empty()) {
-        require(Util::binStr2HexStr(text.c_str(), out) == model::binToHex(text), "binStr2HexStr");
-        require(Util::hexStr2BinStr(text.c_str(), bitCount, out) == model::hexToBin(text, bitCount),
-                "hexStr2BinStr");
-        require(Util::hex2Bin(text[0]) == static_cast<std::uint32_t>(model::upperDigit(text[0])),
-                "hex2Bin");
+        requireEqual(Util::binStr2HexStr(text.c_str(), out), model::binToHex(text),
+                     "binStr2HexStr");
+        requireEqual(Util::hexStr2BinStr(text.c_str(), bitCount, out),
+                     model::hexToBin(text, bitCount), "hexStr2BinStr");
+        requireEqual(Util::hex2Bin(text[0]), static_cast<std::uint32_t>(model::upperDigit(text[0])),
+                     "hex2Bin");
     }
     std::string mirror(text.size() + 2, '#');
     Util::reverseStr(text.data(), static_cast<std::uint32_t>(text.size()), mirror.data());
-    require(mirror == std::string(text.rbegin(), text.rend()) + std::string("\0#", 2),
-            "reverseStr");
+    requireEqual(mirror, std::string(text.rbegin(), text.rend()) + std::string("\0#", 2),
+                 "reverseStr");
     convertBits(text);
 }
 
 void printNumbers(std::uint64_t value, std::uint32_t bitCount, std::uint64_t pattern) {
     std::string out;
     const auto low = static_cast<std::uint32_t>(value);
-    require(Util::uLL2DecStr(value, out) == printed("%" PRId64, static_cast<std::int64_t>(value)),
-            "uLL2DecStr");
-    require(Util::decStr2ULL(out) == value, "decStr2ULL of uLL2DecStr");
-    require(Util::uLL2HexStr(value, out) == printed("%" PRIx64, value), "uLL2HexStr");
-    require(Util::hexStr2ULL(out) == value, "hexStr2ULL of uLL2HexStr");
-    require(Util::uInt2DecStr(low, out) == printed("%" PRIu32, low), "uInt2DecStr");
-    require(Util::uInt2HexStr(low, bitCount, out) ==
-                printed("%0*" PRIx32, static_cast<int>(bitCount + 3) / 4, low),
-            "uInt2HexStr");
+    requireEqual(Util::uLL2DecStr(value, out),
+                 printed("%" PRId64, static_cast<std::int64_t>(value)), "uLL2DecStr");
+    requireEqual(Util::decStr2ULL(out), value, "decStr2ULL of uLL2DecStr");
+    requireEqual(Util::uLL2HexStr(value, out), printed("%" PRIx64, value), "uLL2HexStr");
+    requireEqual(Util::hexStr2ULL(out), value, "hexStr2ULL of uLL2HexStr");
+    requireEqual(Util::uInt2DecStr(low, out), printed("%" PRIu32, low), "uInt2DecStr");
+    requireEqual(Util::uInt2HexStr(low, bitCount, out),
+                 printed("%0*" PRIx32, static_cast<int>(bitCount + 3) / 4, low), "uInt2HexStr");
     const std::uint32_t bits = 1 + bitCount % 32;
-    require(Util::uInt2BinStr(low, bits, out) == model::hexToBin(printed("%08" PRIX32, low), bits),
-            "uInt2BinStr");
-    require(Util::bin2Hex(low % 16) == "0123456789ABCDEF"[low % 16], "bin2Hex");
+    requireEqual(Util::uInt2BinStr(low, bits, out),
+                 model::hexToBin(printed("%08" PRIX32, low), bits), "uInt2BinStr");
+    requireEqual(Util::bin2Hex(low % 16), "0123456789ABCDEF"[low % 16], "bin2Hex");
     double number = 0;
     std::memcpy(&number, &pattern, sizeof number);
-    require(Util::double2Str(number, out) == printed("%f", number), "double2Str");
+    requireEqual(Util::double2Str(number, out), printed("%f", number), "double2Str");
 }
 
 } // namespace

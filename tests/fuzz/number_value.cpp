@@ -1,215 +1,131 @@
 // SPDX-License-Identifier: MIT
 //
-// Fields and integers into a number and back, compared with the same work as text: hexadecimal for
-// fields, decimal for integers.
+// Fields into a number and back, compared with a model of single bits, and integers, compared with
+// decimal text.
 #include "KelRT/NumberValue.h"
 
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
 
 #include "input.h"
+#include "models/byte_buffer_model.h"
 #include "support/outcome.h"
 
 #include <algorithm>
-#include <optional>
-#include <vector>
 
-using fuzz::require;
+using fuzz::requireEqual;
 using KelRT::Kel_ByteBuffer;
 using KelRT::Kel_Number;
-using Bytes = std::vector<unsigned char>;
+using model::Bytes;
 
 namespace {
 
-/// The integer in a decimal text, unless it is out of range.
-template <typename Integer, typename Read>
-std::optional<Integer> integerIn(const std::string& text, Read read) {
-    try {
-        return read(text, nullptr, 10);
-    } catch (const std::out_of_range&) {
-        return {};
-    }
+std::string said(const auto& action) {
+    return test::outcome([&] {
+        action();
+        return "";
+    });
 }
 
-class Program {
-public:
-    Program(fuzz::Input& bytes, std::uint64_t bits)
-        : input(bytes), width(bits), number(bits), textNumber(bits) {
-        const std::string text = input.text(input.below(200));
-        const Bytes start(text.begin(), text.end());
-        buffer = Kel_ByteBuffer(start.data(), start.size(), 2, 1);
-        textBuffer = buffer;
+std::string bitsOf(const model::ByteBuffer& bytes, std::uint64_t at, std::uint64_t width) {
+    std::string text;
+    for (std::uint64_t k = width; k-- > 0;)
+        text += bytes.bit(at + k) ? '1' : '0';
+    return text;
+}
+
+/// A field near either end of a buffer or beyond it. A shift may be pending.
+void convertField(fuzz::Input& input, std::uint64_t width) {
+    const std::string text = input.text(input.below(200));
+    const Bytes bytes(text.begin(), text.end());
+    Kel_ByteBuffer buffer(bytes.data(), bytes.size(), 0, 0);
+    model::ByteBuffer expected(bytes, 0, 0);
+    const std::uint64_t shift = bytes.empty() ? 0 : input.below(8);
+    buffer.shiftBitsDown(static_cast<std::int32_t>(shift));
+    expected.shiftBitsDown(shift);
+    expected.access();
+    const std::uint64_t bits = 8 * bytes.size();
+    const std::uint64_t last = bits - std::min(bits, width);
+    const std::uint64_t places[] = {last, last + input.below(10), input.below(last + 1),
+                                    std::uint64_t{0} - input.below(800)};
+    const std::uint64_t at = input.oneOf(places);
+    input.note("a field of a buffer after a shift", {width, at, bytes.size(), shift});
+
+    Kel_Number number(width);
+    number.set('d', "-1");
+    const bool holds = expected.holds(at, width);
+    requireEqual(said([&] { bits2Number(buffer, at, number); }),
+                 holds ? "" : "Internal Error - Kel_ByteBuffer::getBits bad params.", "a read");
+    requireEqual(number.toString('b'),
+                 holds ? bitsOf(expected, at, width)
+                       : std::string(static_cast<std::size_t>(width), '1'),
+                 "the field");
+    Bytes exact = expected.block; // ends with the field, so a sanitizer sees an access past it
+    if (holds) {
+        exact.resize(static_cast<std::size_t>((at + width + 7) / 8));
+        number.set('d', "-1");
+        bits2Number(exact.data(), at, number);
+        requireEqual(number.toString('b'), bitsOf(expected, at, width), "the field of an array");
     }
 
-    /// Does one operation in both ways.
-    void step() {
-        static constexpr void (Program::* OPERATIONS[])() = {
-            &Program::read,        &Program::read,       &Program::write,      &Program::write,
-            &Program::setUnsigned, &Program::setSigned,  &Program::readArray,  &Program::writeArray,
-            &Program::shift,       &Program::extendSign, &Program::changeBytes};
-        (this->*input.oneOf(OPERATIONS))();
-        expectSame();
-    }
+    number.set('b', input.text(static_cast<std::size_t>(width), "01"));
+    requireEqual(said([&] { number2Bits(number, buffer, at); }),
+                 holds ? "" : "Internal Error - Kel_ByteBuffer::setBits(ll) bad params.",
+                 "a write");
+    const std::string written = number.toString('b');
+    for (std::uint64_t k = 0; holds && k < width; ++k)
+        expected.setBit(at + k, written[static_cast<std::size_t>(width - 1 - k)] == '1');
+    const unsigned char* const content = buffer.uPtr();
+    requireEqual(Bytes(content, content + buffer.getSize()), expected.block, "what is written");
+    if (holds)
+        number2Bits(number, exact.data(), at);
+    expected.block.resize(exact.size());
+    requireEqual(exact, expected.block, "what is written to an array");
+}
 
-private:
-    std::uint64_t position() {
-        const std::uint64_t bits = 8 * textBuffer.getSize();
-        switch (input.below(16)) {
-        case 0:
-            return std::uint64_t{0} - input.below(800);
-        case 1:
-            return input.below(bits + 10);
-        case 2: // the last one that fits, or the next
-            return bits - std::min(bits, width) + input.below(2);
-        default:
-            return input.below(bits - std::min(bits, width) + 1);
-        }
-    }
+/// Whether a decimal text has a value above that of \a limit.
+bool exceeds(const std::string& digits, const std::string& limit) {
+    return digits.size() != limit.size() ? digits.size() > limit.size() : digits > limit;
+}
 
-    void read() {
-        const std::uint64_t at = position();
-        const std::string said = test::outcome([&] {
-            bits2Number(buffer, at, number);
-            return "";
-        });
-        const std::string expected = test::outcome([&] {
-            static_cast<void>(textBuffer.getBitsLL(at, width));
-            return "";
-        });
-        require(said == expected, "a refused read");
-        if (said.empty())
-            textNumber.set('x', textOf(textBuffer, at));
-    }
-    void write() {
-        const std::uint64_t at = position();
-        const std::string said = test::outcome([&] {
-            number2Bits(number, buffer, at);
-            return "";
-        });
-        const std::string expected = test::outcome([&] {
-            textBuffer.setBitsLL(at, width, 0);
-            return "";
-        });
-        require(said == expected, "a refused write");
-        if (said.empty())
-            putText(textNumber.toString('x'), textBuffer, at);
-    }
-    /// The array ends with the field, so a sanitizer notices an access past it.
-    void readArray() {
-        const std::uint64_t at = input.below(130);
-        Bytes bytes(sizeUpTo(at + width));
-        for (auto& byte : bytes)
-            byte = static_cast<unsigned char>(input.character());
-        bits2Number(bytes.data(), at, number);
-        Kel_ByteBuffer copy(bytes.data(), bytes.size(), 0, 0);
-        textNumber.set('x', textOf(copy, at));
-    }
-    void writeArray() {
-        const std::uint64_t at = input.below(130);
-        Bytes bytes(sizeUpTo(at + width), static_cast<unsigned char>(input.character()));
-        Kel_ByteBuffer copy(bytes.data(), bytes.size(), 0, 0);
-        number2Bits(number, bytes.data(), at);
-        putText(textNumber.toString('x'), copy, at);
-        require(std::equal(bytes.begin(), bytes.end(), copy.uPtr()), "an array");
-    }
-    void setUnsigned() {
-        const std::uint64_t value = input.value() >> input.below(64);
-        uLL2Number(value, number);
-        textNumber.set('u', std::to_string(value));
-    }
-    void setSigned() {
-        const auto value = static_cast<std::int64_t>(input.value()) >> input.below(64);
-        lL2Number(value, number);
-        textNumber.set('d', std::to_string(value));
-    }
-    /// A negative or positive number of any size, so that the integers are often at their limits.
-    void extendSign() {
-        std::string one = "1";
-        one.append(input.below(width), '0');
-        for (Kel_Number* const changed : {&number, &textNumber})
-            changed->set('b', one);
-        if (input.below(2) == 0)
-            return;
+void convertInteger(fuzz::Input& input, std::uint64_t width) {
+    Kel_Number number(width);
+    Kel_Number ofText(width);
+    const std::uint64_t value = input.value() >> input.below(64);
+    uLL2Number(value, number);
+    ofText.set('u', std::to_string(value));
+    requireEqual(number.toString('x'), ofText.toString('x'), "uLL2Number");
+    const auto signedValue = static_cast<std::int64_t>(input.value()) >> input.below(64);
+    lL2Number(signedValue, number);
+    ofText.set('d', std::to_string(signedValue));
+    requireEqual(number.toString('x'), ofText.toString('x'), "lL2Number");
+
+    if (input.below(2) == 0)
+        number.set('b', std::string("1").append(input.below(width), '0'));
+    if (input.below(2) == 0)
         number.negate();
-        textNumber.negate();
-    }
-    void changeBytes() {
-        if (textBuffer.getSize() == 0)
-            return;
-        const auto at = static_cast<std::int32_t>(input.below(textBuffer.getSize()));
-        buffer[at] = textBuffer[at] = input.character();
-    }
-    void shift() {
-        const std::uint64_t most = std::min<std::uint64_t>(8 * textBuffer.getSize(), 9);
-        const auto bits = static_cast<std::int32_t>(input.below(most + 1));
-        // A shift that is still pending may drop one more byte.
-        if (textBuffer.getSize() < 2)
-            return;
-        buffer.shiftBitsDown(bits);
-        textBuffer.shiftBitsDown(bits);
-    }
-
-    /// Compares copies, because reading realigns.
-    void expectSame() const {
-        require(number.toString('x') == textNumber.toString('x'), "the number");
-        require(buffer.getSize() == textBuffer.getSize(), "the size of the buffer");
-        Kel_ByteBuffer copy(buffer);
-        Kel_ByteBuffer textCopy(textBuffer);
-        require(std::equal(copy.uPtr(), copy.uPtr() + copy.getSize(), textCopy.uPtr()), "a byte");
-
-        const auto unsignedInteger = integerIn<unsigned long long>(
-            number.toString('u'), [](auto... of) { return std::stoull(of...); });
-        std::uint64_t value = 7;
-        require(number2ULL(number, value) == unsignedInteger.has_value(), "whether it is unsigned");
-        require(value == unsignedInteger.value_or(7), "the unsigned integer");
-        const auto signedInteger = integerIn<long long>(
-            number.toString('d'), [](auto... of) { return std::stoll(of...); });
-        std::int64_t signedValue = 7;
-        require(number2LL(number, signedValue) == signedInteger.has_value(),
-                "whether it is signed");
-        require(signedValue == signedInteger.value_or(7), "the signed integer");
-    }
-
-    static std::size_t sizeUpTo(std::uint64_t bit) {
-        return static_cast<std::size_t>((bit + 7) / 8);
-    }
-    static void copyBits(Kel_ByteBuffer& from, std::uint64_t fromBit, Kel_ByteBuffer& to,
-                         std::uint64_t toBit, std::uint64_t count) {
-        for (std::uint64_t done = 0; done < count; done += 64) {
-            const std::uint64_t step = std::min<std::uint64_t>(64, count - done);
-            to.setBitsLL(toBit + done, step, from.getBitsLL(fromBit + done, step));
-        }
-    }
-    std::string textOf(Kel_ByteBuffer& from, std::uint64_t at) const {
-        Kel_ByteBuffer bits(sizeUpTo(width), 0, 0);
-        Kel_ByteBuffer text;
-        copyBits(from, at, bits, 0, width);
-        bits.bin2HexString(0, text);
-        return text.ptr();
-    }
-    void putText(const std::string& digits, Kel_ByteBuffer& to, std::uint64_t at) const {
-        Kel_ByteBuffer text(reinterpret_cast<const unsigned char*>(digits.data()), digits.size(), 0,
-                            0);
-        Kel_ByteBuffer bits;
-        text.hex2Bin(0, digits.size() - 1, bits);
-        copyBits(bits, 0, to, at, width);
-    }
-
-    fuzz::Input& input;
-    std::uint64_t width;
-    Kel_ByteBuffer buffer;
-    Kel_Number number;
-    Kel_ByteBuffer textBuffer; // what the work as text gives
-    Kel_Number textNumber;
-};
+    std::string text = number.toString('u');
+    std::uint64_t read = 7;
+    const bool isUnsigned = !exceeds(text, "18446744073709551615");
+    requireEqual(number2ULL(number, read), isUnsigned, "whether it fits");
+    requireEqual(std::to_string(read), isUnsigned ? text : "7", "number2ULL");
+    text = number.toString('d');
+    std::int64_t signedRead = 7;
+    const bool isSigned =
+        !exceeds(text, text[0] == '-' ? "-9223372036854775808" : "9223372036854775807");
+    requireEqual(number2LL(number, signedRead), isSigned, "whether it fits with a sign");
+    requireEqual(std::to_string(signedRead), isSigned ? text : "7", "number2LL");
+}
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     const std::uint64_t widest = input.below(2) == 0 ? 700 : 140;
-    Program program(input, 1 + input.value(2) % widest);
-    while (!input.empty())
-        program.step();
+    const std::uint64_t width = 1 + input.value(2) % widest;
+    do {
+        convertField(input, width);
+        convertInteger(input, width);
+    } while (!input.empty());
     return 0;
 }
