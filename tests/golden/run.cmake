@@ -84,6 +84,7 @@ function(run)
     endif()
   endif()
 
+  # The command line is one line of printable characters.
   foreach(escape "\t=\\t" "\r=\\r" "\n=\\n" "${backspace}=\\b" ";= ")
     string(REGEX MATCH "^(.*)=(.*)$" escape "${escape}")
     string(REPLACE "${CMAKE_MATCH_1}" "${CMAKE_MATCH_2}" command_line "${command_line}")
