@@ -227,15 +227,6 @@ TEST_F(Files, DataDirectoriesComeFromOverridesBeforeTheTree) {
     expect("kel", "lumatrace");
 }
 
-TEST_F(Files, NormalizedPathsNameTheSameFile) {
-    const std::string paths[][2] = {{".\\sub//deep/..\\f", below(here / "sub", "f")},
-                                    {".", here.path()},
-                                    {".\\", here / ""},
-                                    {{"f\0g", 3}, here / "f"}};
-    for (const auto& [path, expected] : paths)
-        EXPECT_EQ(Kel_Util::normalizePath(path), expected);
-}
-
 TEST_F(Files, PathOnADriveCountsFromTheCurrentDirectoryThere) {
     if (!WINDOWS)
         GTEST_SKIP() << "no drives here";

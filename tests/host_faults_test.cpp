@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Faults that POSIX hosts can inject: a full disk, a pipe without a reader, cancelled threads,
-// files that block on opening, processes that race for a file. logging_process/ tests a closed
-// standard output, files_test.cpp a removed current directory.
+// files that block on opening. logging_process/ tests a closed standard output, files_test.cpp a
+// removed current directory.
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
@@ -241,26 +241,6 @@ TEST(HostFaults, ThreadsCancelledInFileFunctionsLeaveNothingBehind) {
     EXPECT_EQ(lowestFreeDescriptor(), before);
     Kel_Util::getDirectoryFileList(directory / ".kel", false, list);
     EXPECT_EQ(list.size(), returned);
-}
-
-// Processes that call at once get different files, as threads do.
-TEST(HostFaults, ProcessesGetDifferentTemporaryFiles) {
-    constexpr int CALLERS = 8;
-    const test_host::TemporaryDirectory directory;
-    const test_host::Variable home("USERPROFILE", directory.path());
-    for (int caller = 0; caller < CALLERS; ++caller)
-        if (fork() == 0) {
-            const std::string path = outcome(Kel_Util::createDotLumatraceTempFile, "trace");
-            test_host::writeFile(path, path);
-            _exit(0);
-        }
-    while (wait(nullptr) > 0) {
-    }
-    for (int number = 0; number < CALLERS; ++number) {
-        const std::string path =
-            directory / std::string(".kel/trace").append(std::to_string(number));
-        EXPECT_EQ(test_host::readWholeFile(path), path);
-    }
 }
 
 } // namespace

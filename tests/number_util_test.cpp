@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <limits>
 #include <string>
 
@@ -37,18 +36,6 @@ TEST(Conversions, InputMayBeTheOutputsOwnText) {
         const auto* const array = reinterpret_cast<const unsigned char*>(s.data());
         EXPECT_EQ(Util::bin2ReverseBinStr(array, 16, s), "0000110010001100"); // '0' and '1'
     }
-}
-
-TEST(Conversions, DecimalTextIsReadAsTheStandardScanReadsIt) {
-    const std::string many(25, '9');
-    for (const std::string text :
-         {"\t\n\v\f\r +7", "+-1", "- 1", "+", "0x10", "\xA0+5", "9223372036854775807",
-          "9223372036854775808", "-9223372036854775808", "-9223372036854775809",
-          "18446744073709551616", "9999999999999999999", "-10000000000000000000", many.c_str(),
-          "-000000000000000000000000012345678", "1234567:9", "000000001234567/", "12345678 1"})
-        EXPECT_EQ(Util::decStr2ULL(text),
-                  static_cast<std::uint64_t>(std::strtoll(text.c_str(), nullptr, 10)))
-            << text;
 }
 
 TEST(Conversions, DigitCountsDoNotWrap) {

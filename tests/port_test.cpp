@@ -168,15 +168,10 @@ TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
 }
 
 TEST_F(OnWindows, NormalizedPathsEndInASeparatorIfGivenOne) {
-    const char* const cases[][2] = {{"", ""},
-                                    {".", "C:\\work"},
-                                    {"./sub\\", "C:\\work\\sub\\"},
-                                    {"..\\x", "C:\\x"},
-                                    {"C:\\a\\b\\..\\c", "C:\\a\\c"},
-                                    {"C:\\a\\..\\", "C:\\"},
-                                    {"C:\\a\\..", "C:"}};
-    for (const auto& [path, expected] : cases)
-        EXPECT_EQ(files::normalize(WINDOWS, path), expected) << path;
+    EXPECT_EQ(files::normalize(WINDOWS, ""), "");
+    EXPECT_EQ(files::normalize(WINDOWS, "./sub\\"), "C:\\work\\sub\\");
+    EXPECT_EQ(files::normalize(WINDOWS, "C:\\a\\..\\"), "C:\\");
+    EXPECT_EQ(files::normalize(WINDOWS, "C:\\a\\.."), "C:");
     host.currentDirectories[0] = "C:\\";
     EXPECT_EQ(files::normalize(WINDOWS, "."), "C:\\");
     EXPECT_EQ(files::normalize(WINDOWS, ".\\a"), "C:\\a");
@@ -206,6 +201,7 @@ TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
     const char* const cases[][3] = {
         // path, absolute form in C:\work, absolute form in /here
         {"c:/a/../b", "c:\\b", "/here/c:/b"},
+        {"..\\x", "C:\\x", "/x"},
         {"//", "C:\\", "/"},
         {"C:", "C:\\work", "/here/C:"},
         {"C:x", "C:\\work\\x", "/here/C:x"},

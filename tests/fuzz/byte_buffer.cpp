@@ -190,7 +190,7 @@ private:
     }
     /// Starts anew with other bytes and reserves.
     void replaceBuffer() {
-        const std::size_t size = input.below(80);
+        const std::size_t size = input.below(180);
         const std::string text = input.below(2) == 0 ? input.text(size) : input.text(size, DIGITS);
         const Bytes bytes(text.begin(), text.end());
         const std::size_t low = input.below(6);

@@ -33,11 +33,8 @@ namespace test_host {
 #ifdef _WIN32
 constexpr bool WINDOWS = true;
 constexpr const char* SEPARATOR = "\\"; ///< between the parts of a path
-inline void setEnvironment(const char* name, const std::string& value) {
-    _putenv_s(name, value.c_str());
-}
-inline void unsetEnvironment(const char* name) {
-    _putenv_s(name, "");
+inline void setEnvironment(const char* name, const std::optional<std::string>& value) {
+    _putenv_s(name, value.value_or("").c_str());
 }
 inline bool makeDirectory(const std::string& path) {
     return _mkdir(path.c_str()) == 0;
@@ -63,11 +60,8 @@ inline bool closeDescriptor(int descriptor) {
 #else
 constexpr bool WINDOWS = false;
 constexpr const char* SEPARATOR = "/"; ///< between the parts of a path
-inline void setEnvironment(const char* name, const std::string& value) {
-    setenv(name, value.c_str(), 1);
-}
-inline void unsetEnvironment(const char* name) {
-    unsetenv(name);
+inline void setEnvironment(const char* name, const std::optional<std::string>& value) {
+    static_cast<void>(value ? setenv(name, value->c_str(), 1) : unsetenv(name));
 }
 inline bool makeDirectory(const std::string& path) {
     return mkdir(path.c_str(), 0777) == 0;
@@ -159,12 +153,7 @@ struct Variable {
         : name(variable) {
         set(value);
     }
-    void set(const std::optional<std::string>& value) const {
-        if (value)
-            setEnvironment(name, *value);
-        else
-            unsetEnvironment(name);
-    }
+    void set(const std::optional<std::string>& value) const { setEnvironment(name, value); }
 };
 
 } // namespace test_host
