@@ -12,11 +12,12 @@
 
 namespace KelRT {
 
-/// Bytes that are also a string of bits.
+/// A byte buffer that can also be addressed as a string of bits.
 ///
-/// **Bit numbering.** Bit k of the buffer is bit (k mod 8) of byte (k div 8); bit 0 of a byte is
-/// its least significant bit, byte 0 is the first used byte. In a field value, value bit j is
-/// buffer bit `bitPosition + j`: least significant first, as IEEE 1149.1 shifts registers.
+/// **Bit numbering.** Bit k of the buffer is bit (k mod 8) of byte (k div 8). Byte 0 is the first
+/// used byte, and bit 0 of a byte is its least significant bit. Bit j of a field's value is bit
+/// `bitPosition + j` of the buffer: least significant first, the order in which IEEE 1149.1 shifts
+/// registers.
 ///
 /// **Storage.** One block holds a low reserve, the used bytes, and a high reserve:
 /// \code
@@ -24,35 +25,37 @@ namespace KelRT {
 ///       +------------+------------------+-------------+
 ///       |  reserve   |  byte 0, 1, ...  |   reserve   |
 ///       +------------+------------------+-------------+
-///                    ^ startPosition, always equal to padLow
+///                    ^ startPosition
 /// \endcode
 /// While no shift is pending, dropping bytes at either end only changes counts. Inserting moves the
-/// smaller side into a reserve. A reserve grows by exactly the count asked for. New reserve bytes
-/// are zero; bytes that move from the used part into a reserve keep their values.
+/// smaller side into its reserve. insertBytes() enlarges a reserve that is too small by exactly the
+/// inserted count. New reserve bytes are zero. Bytes that move from the used part into a reserve
+/// keep their values.
 ///
-/// **Pending shift.** shiftBitsDown() drops whole bytes at once and leaves up to 7 bits pending.
-/// Every operation that returns, reads or changes the used bytes first applies the pending shift in
-/// one pass (the *realignment*), even if it then throws or does nothing. getSize(), clear(),
-/// init(), shiftBitsDown(), construction, copying and moving do not realign. The realignment also
-/// sets the first byte of the high reserve, if there is one, to 0.
+/// **Pending shift.** shiftBitsDown() drops whole bytes immediately and leaves up to 7 bits
+/// pending. Every operation that returns, reads or changes the used bytes first applies the pending
+/// shift in one pass: it *realigns*, even if it then throws or does nothing. getSize(), clear(),
+/// init(), shiftBitsDown(), construction, copying and moving do not realign. Realigning also sets
+/// the first byte of the high reserve, if there is one, to 0.
 ///
 /// **Ownership.** A buffer owns its block. The caller deletes a `Kel_ByteBuffer*` that a function
-/// returns. The class has its own `operator new` and `operator delete`, so this works whatever
-/// global operators the client has replaced. Pointers and references to the bytes stay valid until
-/// the buffer takes a new block (init(), insertBytes() if a reserve grows, filling it as a target,
-/// assignment) or is destroyed.
+/// returns. This works even if the client has replaced the global operators, since the class has
+/// its own `operator new` and `operator delete`. Pointers and references to the bytes stay valid
+/// until the buffer is destroyed or gets a new block: by init(), by assignment, by insertBytes() if
+/// a reserve grows, or as the target of a conversion.
 ///
 /// **Limits.** `startPosition + size` must stay below 2^31, since operator[](),
-/// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked. So the
-/// whole hexadecimal text of a buffer of 2^30 bytes or more is too long; setHexStringBitCount()
-/// cuts it all the same. A size of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as exhausted
-/// memory does; the buffer (or target) then keeps its old contents, apart from the realignment.
+/// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked.
+/// Hexadecimal text takes two characters for each byte and a NUL, so the text of 2^30 bytes or more
+/// exceeds the limit; setHexStringBitCount() nevertheless works on it. A block of PTRDIFF_MAX bytes
+/// or more throws `std::bad_alloc`, as exhausted memory does. The buffer (or target) then keeps its
+/// old contents, but may have been realigned.
 ///
 /// **Preconditions** are marked as such. Debug builds assert them; release builds do not check
 /// them.
 ///
 /// **Threads.** Distinct buffers are independent. Only one thread at a time may use a buffer, since
-/// even reading may realign it, with one exception: while no shift is pending, getSize(),
+/// even reading may realign it. There is one exception: while no shift is pending, getSize(),
 /// getBits(), getBitsLL() and bits2Number() write nothing, so several threads may call them at the
 /// same time. After shiftBitsDown(), call ptr() once before the threads start: it realigns.
 class Kel_ByteBuffer {
@@ -60,58 +63,59 @@ public:
     /// \name Construction
     /// @{
 
-    /// An empty buffer without a block: getSize() is 0, ptr() is null.
+    /// Constructs an empty buffer without a block: getSize() is 0, ptr() is null.
     KELRT_API Kel_ByteBuffer() noexcept;
 
-    /// As init() on an empty buffer. Sizes in bytes. \throws std::bad_alloc
+    /// Constructs a buffer of zero bytes, as init() does. The sizes are in bytes.
+    /// \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer(std::uint64_t size, std::uint64_t padLow, std::uint64_t padHigh);
 
-    /// As init(), then copies \a size bytes from \a source; both reserves are zero.
+    /// Copies \a size bytes from \a source into a new block, between two reserves of zero bytes.
     /// \pre source designates at least size bytes (it may be null when size is 0)
     /// \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer(const unsigned char* source, std::uint64_t size, std::uint64_t padLow,
                              std::uint64_t padHigh);
 
-    /// A deep copy: a new block with the same layout and contents, reserves and pending shift
-    /// included. \throws std::bad_alloc
+    /// Copies the block with its layout and contents, including both reserves and the pending
+    /// shift. \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer(const Kel_ByteBuffer& other);
 
-    /// Takes over the block of \a other, which is left as if default-constructed.
+    /// Takes over the block of \a other, which is then as if default-constructed.
     KELRT_API Kel_ByteBuffer(Kel_ByteBuffer&& other) noexcept;
 
-    /// A deep copy; on failure this buffer is unchanged. Assigning a buffer to itself changes
-    /// nothing.
-    /// \throws std::bad_alloc
+    /// Copies the block as the copy constructor does. Assigning a buffer to itself changes nothing.
+    /// \throws std::bad_alloc; this buffer is then unchanged
     KELRT_API Kel_ByteBuffer& operator=(const Kel_ByteBuffer& other);
 
-    /// Takes over the block of \a other, which is left as if default-constructed. Assigning a
+    /// Takes over the block of \a other, which is then as if default-constructed. Assigning a
     /// buffer to itself changes nothing.
     KELRT_API Kel_ByteBuffer& operator=(Kel_ByteBuffer&& other) noexcept;
 
     /// Releases the block.
     KELRT_API ~Kel_ByteBuffer();
 
-    /// Replaces the block by one of \a padLow + \a size + \a padHigh bytes, all zero, with no shift
-    /// pending. \throws std::bad_alloc also when the sum exceeds what memory can hold; the buffer
-    /// is then unchanged
+    /// Replaces the block with one of \a padLow + \a size + \a padHigh zero bytes. No shift is
+    /// pending afterwards.
+    /// \throws std::bad_alloc if memory is exhausted or the sum is too large for a block; the
+    /// buffer is then unchanged
     KELRT_API void init(std::uint64_t size, std::uint64_t padLow, std::uint64_t padHigh);
 
     /// @}
     /// \name Bytes
-    /// Counts and positions are in bytes and count from the first used byte.
+    /// Counts are in bytes. Positions are byte offsets from the first used byte.
     /// @{
 
-    /// The number of used bytes.
+    /// Returns the number of used bytes.
     [[nodiscard]] std::uint64_t getSize() const noexcept { return size; }
 
     /// Sets every byte of the block, both reserves included, to 0. Keeps the counts and a pending
     /// shift.
     KELRT_API void clear() noexcept;
 
-    /// Realigns, and returns the address of the first used byte; null without a block.
+    /// Realigns, and returns the address of the first used byte, or null without a block.
     char* ptr() noexcept { return reinterpret_cast<char*>(uPtr()); }
 
-    /// As ptr().
+    /// Does the same as ptr().
     unsigned char* uPtr() noexcept {
         byteAlign();
         return used();
@@ -123,37 +127,38 @@ public:
         return ptr()[index];
     }
 
-    /// Opens a gap of \a byteCount bytes at \a atByte: the bytes before it stay in front of the
-    /// gap, the others follow it, and the size grows by \a byteCount. The gap is not cleared. The
-    /// side with fewer bytes moves (the tail if \a atByte is above half the size). If its reserve
-    /// is smaller than \a byteCount, the reserve first grows by \a byteCount, in a new block.
+    /// Inserts \a byteCount bytes of unspecified value in front of byte \a atByte. The side with
+    /// fewer bytes moves: the bytes from \a atByte on if it is above half the size, otherwise those
+    /// in front of it. If the reserve on that side is smaller than \a byteCount, it first grows by
+    /// \a byteCount, in a new block.
     /// \code
     /// b0 b1 b2 b3, insertBytes(3, 2) => b0 b1 b2 x x b3
     /// b0 b1 b2 b3, insertBytes(9, 1) => b0 b1 b2 b3 x     // at or beyond the end: appended
     /// \endcode
     /// \return always 0
-    /// \throws std::bad_alloc also when the block's size exceeds what memory can hold; the buffer
-    /// is then realigned and otherwise unchanged
+    /// \throws std::bad_alloc if memory is exhausted or the block would become too large; the
+    /// buffer is then realigned and otherwise unchanged
     KELRT_API std::int32_t insertBytes(std::uint64_t atByte, std::uint64_t byteCount);
 
     /// Moves the last \a byteCount bytes into the high reserve. \pre byteCount <= getSize()
     KELRT_API void removeBytesAtEnd(std::uint64_t byteCount) noexcept;
 
-    /// Moves the first \a byteCount bytes into the low reserve. A negative count moves bytes back,
-    /// with the values that they have there. \pre -padLow <= byteCount <= getSize()
+    /// Moves the first \a byteCount bytes into the low reserve. A negative count moves bytes of the
+    /// reserve back into the used part; their values do not change.
+    /// \pre -padLow <= byteCount <= getSize()
     KELRT_API void moveStartPositionForward(std::int32_t byteCount) noexcept;
 
     /// @}
     /// \name Bit fields
     /// A field is the \a bitCount bits from bit \a bitPosition on, least significant first. It must
-    /// end within the used bytes; a field for which bitPosition + bitCount exceeds 2^64 - 1 is
-    /// rejected, too. The buffer never grows to take a field.
+    /// end within the used bytes: the buffer never grows to hold a field. A field for which
+    /// bitPosition + bitCount exceeds 2^64 - 1 is outside as well.
     /// @{
 
-    /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, zeros enter
-    /// at the top of the last byte, and the size shrinks by the whole bytes dropped (this call's
-    /// bits and those already pending taken together). No byte is changed until the next
-    /// realignment.
+    /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, and zeros
+    /// enter at the top of the last byte. The bits dropped are added to those already pending; for
+    /// every 8 of them, the size shrinks by one byte. The bytes themselves do not change until the
+    /// buffer realigns.
     /// \code
     /// 21 43, shiftBitsDown(4)     => 32 04
     /// 21 43 65, shiftBitsDown(12) => 54 06
@@ -168,7 +173,7 @@ public:
         pendingBitShift = static_cast<std::int32_t>(pending % 8);
     }
 
-    /// Reads a field. A field of more than 64 bits gives its lowest 64, a field of 0 bits gives 0.
+    /// Returns the value of a field: its lowest 64 bits if it is longer, 0 if it has no bits.
     /// \code
     /// 21 43, getBitsLL(0, 16) => 0x4321
     /// 21 43, getBitsLL(4, 8)  => 0x32
@@ -187,7 +192,7 @@ public:
         return value & (~std::uint64_t{0} >> (64 - bitCount));
     }
 
-    /// The low 32 bits of getBitsLL(). \throws std::logic_error as getBitsLL()
+    /// Returns the low 32 bits of getBitsLL(). \throws std::logic_error as getBitsLL() does
     [[nodiscard]] std::uint32_t getBits(std::uint64_t bitPosition, std::uint64_t bitCount) {
         return static_cast<std::uint32_t>(getBitsLL(bitPosition, bitCount));
     }
@@ -198,7 +203,7 @@ public:
     /// 00 00, setBitsLL(4, 8, 0xAB) => B0 0A
     /// \endcode
     /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::setBits(ll) bad params." when the
-    /// field reaches past the last used byte; no byte changes then
+    /// field reaches past the last used byte; the bytes are then unchanged
     void setBitsLL(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint64_t value) {
         if (!isPlainField(bitPosition, bitCount))
             return setBitsSlowCase(bitPosition, bitCount, value);
@@ -211,33 +216,34 @@ public:
         putU64At(p, (u64At(p) & ~(mask << shift)) | value << shift);
     }
 
-    /// As setBitsLL() with \a value extended by zeros. \throws std::logic_error as setBitsLL()
+    /// Writes \a value, zero-extended to 64 bits, as setBitsLL() does.
+    /// \throws std::logic_error as setBitsLL() does
     void setBits(std::uint64_t bitPosition, std::uint64_t bitCount, std::uint32_t value) {
         setBitsLL(bitPosition, bitCount, value);
     }
 
     /// @}
     /// \name Hexadecimal text
-    /// Text is stored in a buffer, too: one character in each byte and a terminating NUL, which
-    /// counts as used. The ordinary form shows the buffer as one number, most significant digit
-    /// first; it is written in upper case and read in either case. The bit-mirrored form shows the
-    /// bits from bit 0 on in groups of four. The first bit of a group is the most significant bit
-    /// of its digit.
+    /// A buffer that holds text has one character in each used byte, the terminating NUL included.
+    /// The ordinary form shows the bytes as one number, most significant digit first. It is written
+    /// in upper case and read in either case. The bit-mirrored form shows the bits in groups of
+    /// four, from bit 0 on; the first bit of a group is the most significant bit of its digit.
     /// \code
     /// 21 43: "4321" in the ordinary form, "84C2" in the bit-mirrored form
     /// \endcode
-    /// Characters that are not digits are not reported. A target may be this buffer itself. A
-    /// target does not change if memory is exhausted, except that one that is this buffer is
-    /// realigned.
+    /// Characters that are not digits are not diagnosed. The target of a conversion may be the
+    /// source itself. If memory is exhausted, the target is unchanged, except that a buffer which
+    /// is converted to itself is realigned.
     /// @{
 
-    /// Writes the bytes from \a fromByte on as text, and a terminating NUL.
+    /// Writes the bytes from \a fromByte on as ordinary text with a terminating NUL to \a out.
     /// \pre out lies outside this buffer and has room for 2 * (getSize() - fromByte) + 1
-    /// characters, or for 1 when fromByte is at or beyond the end
+    /// characters, or for the NUL alone if fromByte is at or beyond the end
     KELRT_API void bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept;
 
-    /// Fills \a target with the text. The target has 2 * getSize() + 1 used bytes, whatever
-    /// \a fromByte is (NULs fill the rest), and no reserves.
+    /// Replaces the contents of \a target with the ordinary text of the bytes from \a fromByte on.
+    /// The target then has no reserves and always 2 * getSize() + 1 used bytes: if \a fromByte is
+    /// not 0, more NULs follow the text.
     /// \code
     /// 21 43, bin2HexString(0, target) => "4321\0"
     /// 21 43, bin2HexString(1, target) => "43\0\0\0"
@@ -245,11 +251,11 @@ public:
     /// \throws std::bad_alloc
     KELRT_API void bin2HexString(std::uint64_t fromByte, Kel_ByteBuffer& target);
 
-    /// As above, in a new buffer, which the caller deletes. \throws std::bad_alloc
+    /// Fills a new buffer, which the caller deletes, in the same way. \throws std::bad_alloc
     [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte);
 
-    /// The text of the bytes from \a fromByte on, cut to \a bitCount bits by
-    /// setHexStringBitCount(), in a new buffer, which the caller deletes.
+    /// Fills a new buffer, which the caller deletes, with the text of the bytes from \a fromByte
+    /// on, truncated to \a bitCount bits by setHexStringBitCount().
     /// \code
     /// 21 43, bin2HexString(0, 12) => "321\0"
     /// FF FF, bin2HexString(0, 10) => "3FF\0"
@@ -258,31 +264,36 @@ public:
     [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte,
                                                           std::uint64_t bitCount);
 
-    /// Reads the characters \a firstChar to \a lastChar of this buffer as digits, \a lastChar the
-    /// least significant, into ceil(digits / 2) bytes at \a out, least significant byte first. If
-    /// the count is odd, the last byte holds the first digit alone. A reversed range writes
-    /// nothing. A character that is not a hexadecimal digit has the value of its code minus the
-    /// code of '0'. Each byte is 16 * first value + second value, modulo 256.
+    /// Converts the characters \a firstChar to \a lastChar of this buffer from ordinary text to
+    /// bytes at \a out, least significant byte first. Two digits a, b become the byte 16 * a + b,
+    /// modulo 256. If the number of digits is odd, the first digit alone becomes the last byte. If
+    /// \a firstChar is above \a lastChar, nothing is written. A character that is not a hexadecimal
+    /// digit has the value of its code minus the code of '0'.
     /// \code
     /// "4321", hex2Bin(0, 3) => 21 43
     /// "4321", hex2Bin(1, 3) => 21 03
     /// \endcode
-    /// \pre lastChar < getSize(), and out lies outside this buffer and has room
+    /// \pre lastChar < getSize(), and out lies outside this buffer and has room for the bytes, one
+    /// for every two digits, rounded up
     KELRT_API void hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar,
                            unsigned char* out) noexcept;
 
-    /// As above, into \a target, which has exactly these bytes and no reserves; a reversed range
-    /// gives an empty buffer. \pre lastChar < getSize() \throws std::bad_alloc
+    /// Replaces the contents of \a target with the bytes of the digits \a firstChar to \a lastChar.
+    /// The target then has no reserves; it is empty if \a firstChar is above \a lastChar.
+    /// \pre lastChar < getSize()
+    /// \throws std::bad_alloc
     KELRT_API void hex2Bin(std::uint64_t firstChar, std::uint64_t lastChar, Kel_ByteBuffer& target);
 
-    /// As above, in a new buffer, which the caller deletes. \throws std::bad_alloc
+    /// Fills a new buffer, which the caller deletes, in the same way.
+    /// \pre lastChar < getSize()
+    /// \throws std::bad_alloc
     [[nodiscard]] KELRT_API Kel_ByteBuffer* hex2Bin(std::uint64_t firstChar,
                                                     std::uint64_t lastChar);
 
-    /// Reads bit-mirrored text into a new buffer, which the caller deletes; it has reserves of 10
-    /// bytes in front and behind. Null counts as empty text. If the count of characters is odd, the
-    /// last one fills the low four bits of the last byte. A character that is not a hexadecimal
-    /// digit has the value of the previous one, and 0 if it is the first.
+    /// Converts bit-mirrored text to a new buffer, which the caller deletes. Both its reserves have
+    /// 10 bytes. A null pointer counts as empty text. If the number of characters is odd, the last
+    /// one fills the low four bits of the last byte. A character that is not a hexadecimal digit
+    /// has the value of the previous character, or 0 if it is the first.
     /// \code
     /// hex2BinReverse("80")  => 01
     /// hex2BinReverse("A5")  => A5
@@ -291,13 +302,12 @@ public:
     /// \throws std::bad_alloc
     [[nodiscard]] KELRT_API static Kel_ByteBuffer* hex2BinReverse(const char* hexText);
 
-    /// As above, into \a target. \throws std::bad_alloc
+    /// Replaces the contents of \a target in the same way. \throws std::bad_alloc
     KELRT_API static void hex2BinReverse(const char* hexText, Kel_ByteBuffer& target);
 
-    /// Cuts the ordinary text in this buffer to \a bitCount bits: the ceil(bitCount / 4) least
-    /// significant digits and the terminating NUL stay, and the first digit keeps only its wanted
-    /// bits. The other digits move into the low reserve. A text with fewer digits does not change:
-    /// it is neither padded nor masked.
+    /// Truncates the ordinary text in this buffer to its \a bitCount least significant bits. The
+    /// last ceil(bitCount / 4) digits stay, and bits above \a bitCount are cleared in the first of
+    /// them. The other digits move into the low reserve. A text with fewer digits does not change.
     /// \code
     /// "FFFF\0", setHexStringBitCount(10) => "3FF\0"
     /// \endcode
@@ -306,7 +316,7 @@ public:
 
     /// @}
     /// \name Reordering
-    /// In place; size, reserves and block stay. swapByteOrder(0, size) and
+    /// These functions work in place; size, reserves and block stay. swapByteOrder(0, size) and
     /// swapBitOrderWithinEachByte() together reverse the whole bit string.
     /// @{
 
@@ -324,54 +334,54 @@ public:
     KELRT_API void swapByteOrder(std::uint64_t fromByte, std::uint64_t byteCount) noexcept;
 
     /// @}
-    /// \name Memory of the objects themselves
-    /// One allocator for the library, which creates buffers, and for the client, which deletes
-    /// them. An operator in a class hides all global forms, so the class declares every form of
-    /// `new`, and every form of `delete` that takes no size. The sized forms are not needed.
+    /// \name Allocation of buffer objects
+    /// The library creates buffers and the client deletes them, so both must use one allocator.
+    /// An operator in a class hides all global forms. So the class declares every form of `new`,
+    /// and every form of `delete` that takes no size. The sized forms are not needed.
     /// @{
 
-    /// One object. \throws std::bad_alloc
+    /// Allocates one object. \throws std::bad_alloc
     KELRT_API static void* operator new(std::size_t bytes);
-    /// One object; null when memory is exhausted.
+    /// Allocates one object; returns null if memory is exhausted.
     KELRT_API static void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept;
-    /// One object at \a place.
+    /// Returns \a place, for one object.
     KELRT_API static void* operator new(std::size_t bytes, void* place) noexcept;
-    /// An array. \throws std::bad_alloc
+    /// Allocates an array. \throws std::bad_alloc
     KELRT_API static void* operator new[](std::size_t bytes);
-    /// An array; null when memory is exhausted.
+    /// Allocates an array; returns null if memory is exhausted.
     KELRT_API static void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept;
-    /// An array at \a place.
+    /// Returns \a place, for an array.
     KELRT_API static void* operator new[](std::size_t bytes, void* place) noexcept;
-    /// One object of an over-aligned derived class. \throws std::bad_alloc
+    /// Allocates one object of an over-aligned derived class. \throws std::bad_alloc
     KELRT_API static void* operator new(std::size_t bytes, std::align_val_t alignment);
-    /// The same; null when memory is exhausted.
+    /// Allocates one over-aligned object; returns null if memory is exhausted.
     KELRT_API static void* operator new(std::size_t bytes, std::align_val_t alignment,
                                         const std::nothrow_t&) noexcept;
-    /// An array of such objects. \throws std::bad_alloc
+    /// Allocates an array of over-aligned objects. \throws std::bad_alloc
     KELRT_API static void* operator new[](std::size_t bytes, std::align_val_t alignment);
-    /// The same; null when memory is exhausted.
+    /// Allocates an array of over-aligned objects; returns null if memory is exhausted.
     KELRT_API static void* operator new[](std::size_t bytes, std::align_val_t alignment,
                                           const std::nothrow_t&) noexcept;
     /// Releases one object.
     KELRT_API static void operator delete(void* memory) noexcept;
     /// Releases one object whose constructor has thrown.
     KELRT_API static void operator delete(void* memory, const std::nothrow_t&) noexcept;
-    /// Releases nothing: the place is the caller's.
+    /// Releases nothing: the caller owns \a place.
     KELRT_API static void operator delete(void* memory, void* place) noexcept;
     /// Releases an array.
     KELRT_API static void operator delete[](void* memory) noexcept;
     /// Releases an array after the constructor of an element has thrown.
     KELRT_API static void operator delete[](void* memory, const std::nothrow_t&) noexcept;
-    /// Releases nothing: the place is the caller's.
+    /// Releases nothing: the caller owns \a place.
     KELRT_API static void operator delete[](void* memory, void* place) noexcept;
     /// Releases one over-aligned object.
     KELRT_API static void operator delete(void* memory, std::align_val_t) noexcept;
-    /// The same, of an object whose constructor has thrown.
+    /// Releases one over-aligned object whose constructor has thrown.
     KELRT_API static void operator delete(void* memory, std::align_val_t,
                                           const std::nothrow_t&) noexcept;
-    /// Releases an array of such objects.
+    /// Releases an array of over-aligned objects.
     KELRT_API static void operator delete[](void* memory, std::align_val_t) noexcept;
-    /// The same, of an array after the constructor of an element has thrown.
+    /// Releases such an array after the constructor of an element has thrown.
     KELRT_API static void operator delete[](void* memory, std::align_val_t,
                                             const std::nothrow_t&) noexcept;
     /// @}
@@ -379,14 +389,13 @@ public:
 private:
     friend struct ValueAccess; // lets the functions of NumberValue.h check a field
 
-    /// The realignment; just one test if no shift is pending.
+    /// Realigns. If no shift is pending, this costs one branch.
     void byteAlign() noexcept {
         if (pendingBitShift != 0)
             byteAlignSlowCase();
     }
     KELRT_API void byteAlignSlowCase() noexcept;
-    /// Moves the first \a bytes used bytes into the low reserve. A negative count, converted to
-    /// unsigned, moves bytes back.
+    /// Moves the first \a bytes used bytes into the low reserve; 2^64 - n moves n bytes back.
     void giveToLowReserve(std::uint64_t bytes) noexcept {
         startPosition += bytes;
         size -= bytes;
@@ -398,10 +407,10 @@ private:
     [[nodiscard]] std::size_t blockSize() const noexcept {
         return static_cast<std::size_t>(padLow + size + padHigh);
     }
-    /// True if the inline paths apply: no shift is pending, and the field has 1 to 64 bits and lies
-    /// within whole blocks of 8 bytes, counted from the first used byte. These blocks are accessed,
-    /// not the 8 bytes from bitPosition / 8 on: if the first used byte is 8-byte aligned, none of
-    /// them crosses a cache line, and a load after a store of the same block can be forwarded.
+    /// Returns true if the inline code can access the field: no shift is pending, and the field has
+    /// 1 to 64 bits and lies within whole units of 8 bytes, counted from the first used byte. The
+    /// inline code accesses exactly these units. So, if the first used byte is 8-byte aligned, no
+    /// access crosses a cache line, and a load can be forwarded from an earlier store to its unit.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
         return pendingBitShift == 0 && bitCount - 1 < 64 &&
@@ -410,7 +419,7 @@ private:
     KELRT_API std::uint64_t getBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount);
     KELRT_API void setBitsSlowCase(std::uint64_t bitPosition, std::uint64_t bitCount,
                                    std::uint64_t value);
-    /// Host order to little-endian, and back.
+    /// Converts a value from host order to little-endian, or back.
     [[nodiscard]] static std::uint64_t littleEndian(std::uint64_t value) noexcept {
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
         value = (value >> 8 & 0x00FF00FF00FF00FF) | (value & 0x00FF00FF00FF00FF) << 8;
@@ -419,7 +428,7 @@ private:
 #endif
         return value;
     }
-    /// The 64-bit value in \a p[0..7].
+    /// Reads the little-endian 64-bit value in \a p[0..7].
     [[nodiscard]] static std::uint64_t u64At(const unsigned char* p) noexcept {
         std::uint64_t value;
         std::memcpy(&value, p, sizeof value);
@@ -431,7 +440,7 @@ private:
     }
     [[nodiscard]] bool holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept;
 
-    std::uint64_t startPosition = 0;
+    std::uint64_t startPosition = 0; // always equal to padLow; kept for the object layout
     std::int32_t pendingBitShift = 0;
     std::uint64_t size = 0;
     std::uint64_t padLow = 0;

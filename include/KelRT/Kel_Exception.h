@@ -12,11 +12,12 @@ namespace KelRT {
 #pragma warning(disable : 4251) // only the library's own members access the string
 #endif
 
-/// The exception of the file, directory and environment functions: a message that says what failed.
+/// The file, directory and environment functions throw this exception. Its message says what
+/// failed.
 ///
-/// The class has no base on purpose: a handler for `std::exception` does not catch it. It is thrown
-/// by value and caught by reference; its type is exported, so a client with hidden visibility can
-/// catch it by type.
+/// The class has no base class, so a handler for `std::exception` does not catch it. Catch it by
+/// reference: it is thrown by value. Its type is exported, so clients that are built with hidden
+/// visibility can also catch it by type.
 ///
 /// Threads: distinct objects are independent.
 class KELRT_API Kel_Exception {
@@ -32,7 +33,7 @@ public:
 
     virtual ~Kel_Exception();
 
-    /// A new string with the message given at construction. \throws std::bad_alloc
+    /// Returns a new string with the message given at construction. \throws std::bad_alloc
     [[nodiscard]] virtual std::string what() const;
 
 private:

@@ -9,7 +9,8 @@
 
 namespace KelRT {
 
-/// One integer of a fixed width in bits, from 1 bit upwards, read from and printed as text.
+/// A Kel_Number is an integer of a fixed width of one or more bits. It is parsed from text and
+/// formatted as text.
 ///
 /// **Value.** The number is a bit pattern of exactly its width, bit 0 the least significant. Each
 /// operation says whether it reads the pattern as unsigned, 0 to 2^width - 1, or as signed in two's
@@ -28,12 +29,12 @@ namespace KelRT {
 /// | 'U', 'u'           | 10   | decimal, printed as an unsigned number                     |
 /// | 'X', 'x'           | 16   | hexadecimal, printed with letters of the same case         |
 /// | 'S', 's'           | 256  | characters: the code of each is one digit                  |
-/// | every other        | none | `set` refuses every digit; `toString` gives an error text  |
+/// | any other          | -    | `set` rejects every digit; `toString` gives an error text  |
 ///
-/// **Ownership.** A number owns its words. It is copied by assignment alone. The copy constructor
-/// is private, so a number is not passed or returned by value: pass references.
+/// **Ownership.** A number owns its storage. It can be copied only by assignment: the copy
+/// constructor is private, so numbers are passed by reference and never returned by value.
 /// \code
-/// Kel_Number copy(1); // any width: assignment takes over that of the other number
+/// Kel_Number copy(1); // any width will do: assignment replaces it
 /// copy = number;
 /// \endcode
 ///
@@ -48,51 +49,51 @@ namespace KelRT {
 /// time; an operation that changes it must run alone.
 class Kel_Number {
 public:
-    /// A number of \a bitCount bits with the value 0.
+    /// Constructs a number of \a bitCount bits with the value 0.
     /// \param bitCount the width in bits, at least 1
     /// \throws std::logic_error "Internal error: bad bitCount for Kel_Number" for a width of 0
-    /// \throws std::bad_alloc for a width that memory cannot hold
-    /// \throws std::length_error for a width beyond what a sequence of words can have; on 32-bit
-    /// hosts, that is 2^34 bits or more
+    /// \throws std::bad_alloc if the storage cannot be allocated
+    /// \throws std::length_error for a width beyond the limit of `std::vector`: on 32-bit hosts,
+    /// 2^34 bits or more
     KELRT_API explicit Kel_Number(std::uint64_t bitCount);
 
     /// Copies the width and the value of \a other. Assigning a number to itself changes nothing.
     /// \throws std::bad_alloc; this number is then unchanged
     KELRT_API Kel_Number& operator=(const Kel_Number& other);
 
-    /// Releases the words.
+    /// Releases the storage.
     KELRT_API ~Kel_Number();
 
     /// Sets the value to 0 and keeps the width.
     KELRT_API void setToZero() noexcept;
 
-    /// True when every bit is 0.
+    /// Returns true if every bit is 0.
     [[nodiscard]] KELRT_API bool isZero() const noexcept;
 
-    /// True when the sign bit, bit width - 1, is set. In a number of 1 bit that is bit 0.
+    /// Returns true if the sign bit, bit width - 1, is set. In a number of 1 bit this is bit 0.
     [[nodiscard]] KELRT_API bool isNegative() const noexcept;
 
-    /// Replaces the value by its two's complement, 2^width - value. 0 and the most negative value
+    /// Replaces the value with its two's complement, 2^width - value. 0 and the most negative value
     /// (only the sign bit set) are their own complements.
     KELRT_API void negate() noexcept;
 
-    /// Reads a whole number from a text of digits.
+    /// Parses an integer from text.
     ///
     /// In the bases 2, 8, 10 and 16 the characters '0' to '9', 'A' to 'F' and 'a' to 'f' are
-    /// digits. A '-' anywhere, once or more often, makes the whole value negative. Every other
-    /// character (blanks, '_', ',', 'x', codes from 0x80 on, NUL) is skipped, so digits may be
-    /// grouped and hexadecimal text may have the prefix "0x". A text without a digit reads as 0.
+    /// digits. One or more '-' anywhere make the whole value negative. Every other character
+    /// (blanks, '_', ',', 'x', NUL, codes 0x80 and above) is skipped, so digits may be grouped and
+    /// hexadecimal text may have the prefix "0x". A text without digits yields 0.
     ///
-    /// In base 256 each character is a digit with its code as value, the first one the most
-    /// significant; '-' is the digit 45. Codes from 0x80 on are refused.
+    /// In base 256 each character is one digit whose value is its code, most significant first;
+    /// '-' is the digit 45. Codes 0x80 and above are rejected.
     ///
     /// A value that does not fit wraps modulo 2^width.
     ///
     /// \param radix a radix letter of the table above
     /// \param text  any bytes, NUL included
-    /// \return false, with the value 0, if \a text holds a digit that the base does not have (for a
-    ///         letter outside the table, any digit); true otherwise
-    /// \throws std::bad_alloc (only for a decimal text read into more than 512 bits)
+    /// \return true on success. If \a text contains a digit outside the base (any digit, if
+    ///         \a radix is not in the table), the result is false and the value 0
+    /// \throws std::bad_alloc only when parsing decimal text into a number wider than 512 bits
     /// \code
     /// set('x', "0x1F")      => 31, true
     /// set('b', "1010_1010") => 170, true
@@ -107,22 +108,23 @@ public:
     /// \endcode
     KELRT_API bool set(char radix, const std::string& text);
 
-    /// Reads a scaled value: stores (value of \a text - \a offset) / \a scale, the fraction
-    /// dropped, modulo 2^width in two's complement.
+    /// Parses a scaled value: stores (value of \a text - \a offset) / \a scale modulo 2^width in
+    /// two's complement. The fraction is dropped.
     ///
-    /// Since the fraction is dropped, this reads back what toFloatString() printed only where every
-    /// step is exact: with a scale and an offset such as 0.0625 or 2.5, which are multiples of a
-    /// power of two, and with all digits printed. Other scales may give a quotient just short of
-    /// the number, which is then one step nearer to 0: with a scale of 0.1, 11,469 of the numbers
-    /// 0 to 32,767 are. Half a step more rounds to the nearest number: pass \a offset - \a scale /
-    /// 2 for a number that is not negative, \a offset + \a scale / 2 for a negative one.
+    /// So the text of toFloatString() may read back as a number one step nearer to 0. At a scale of
+    /// 0.1, for example, the number 3 prints as "0.3", and 0.3 / 0.1 is just below 3 in double
+    /// arithmetic; this happens to 11,469 of the numbers 0 to 32,767. It does not happen if all
+    /// digits are printed and every step is exact, as with the scales and offsets 0.0625 or 2.5,
+    /// which are multiples of a power of two. To round to the nearest number instead, pass
+    /// \a offset - \a scale / 2 for a number that is not negative, and \a offset + \a scale / 2 for
+    /// a negative one.
     ///
-    /// \param text   a floating-point number as `atof` reads it: white space before it is skipped,
-    ///               reading stops at the first character that cannot continue it, and text that
-    ///               does not begin with a number reads as 0.0. The decimal point is that of
+    /// \param text   a floating-point number as `atof` reads it: leading white space is skipped,
+    ///               reading stops at the first character that cannot continue the number, and text
+    ///               that does not begin with a number yields 0.0. The decimal point is that of
     ///               `LC_NUMERIC`.
-    /// \param scale  the value of one step
-    /// \param offset the value of the number 0
+    /// \param scale  the physical value of one step
+    /// \param offset the physical value that the number 0 stands for
     ///
     /// A quotient that is not finite (a \a scale of 0, a text beyond the range of double, "nan")
     /// stores 0. No error is reported.
@@ -136,16 +138,16 @@ public:
     /// \endcode
     KELRT_API void setFloat(const std::string& text, double scale, double offset) noexcept;
 
-    /// The value as digits, most significant first.
+    /// Formats the value as digits, most significant first.
     ///
     /// Base 10 prints no leading zeros; under 'D', 'd', 'I', 'i' a number whose sign bit is set
-    /// prints as '-' and its magnitude. The other bases print the pattern as an unsigned number
-    /// with every digit of the width: width digits in base 2, (width + 2) / 3 in base 8, (width +
-    /// 3) / 4 in base 16, filled with '0' at the front. Base 256 prints (width + 7) / 8 characters,
-    /// filled with blanks at the front; the value 0 has one digit, NUL. (The digit
-    /// count of the width is taken modulo 2^32; significant digits are never cut.)
+    /// prints as '-' and its magnitude. The other bases print the pattern as an unsigned number.
+    /// It is padded on the left with '0' to width digits in base 2, (width + 2) / 3 in base 8 and
+    /// (width + 3) / 4 in base 16. In base 256 it is padded with blanks to (width + 7) / 8
+    /// characters; the value 0 prints as blanks followed by a NUL. (The length to pad to is
+    /// computed modulo 2^32. Significant digits are always printed in full.)
     ///
-    /// \param radix a radix letter of the table above; any other letter gives the text
+    /// \param radix a radix letter of the table above; for any other letter the result is
     ///              "bad format for number"
     /// \throws std::bad_alloc
     /// \code
@@ -159,21 +161,21 @@ public:
     /// \endcode
     [[nodiscard]] KELRT_API std::string toString(char radix) const;
 
-    /// The scaled value \a scale * value + \a offset in fixed-point notation, the value read as
-    /// signed. setFloat() says when it reads the number back.
+    /// Formats the scaled value \a scale * value + \a offset in fixed-point notation. The value is
+    /// read as signed. See setFloat() for reading the text back.
     ///
-    /// The value is converted to double 16 bits at a time from the top. Each step rounds as double
-    /// arithmetic does (exact up to 53 bits, infinite beyond the range of double). One rounded
-    /// multiplication and one rounded addition follow.
+    /// The value is accumulated in a double 16 bits at a time, most significant first. Each step
+    /// rounds as double arithmetic does (exact up to 53 bits, infinite beyond the range of double).
+    /// One rounded multiplication and one rounded addition follow.
     ///
-    /// \param scale     the value of one step
-    /// \param offset    the value of the number 0
+    /// \param scale     the physical value of one step
+    /// \param offset    the physical value that the number 0 stands for
     /// \param precision how many digits follow the decimal point, which is that of `LC_NUMERIC`; 0
     ///                  omits the point
-    /// \return the text that the C library's `printf` prints for "%.*f" with \a precision, in full,
-    ///         whatever its length; this holds for infinities and NaN too
-    /// \throws std::length_error for a \a precision above 2^31 - 512, before anything is printed;
-    ///         up to there the length of every text fits an `int`
+    /// \return the whole text that the C library's `printf` prints for "%.*f" with \a precision,
+    ///         also for infinities and NaN
+    /// \throws std::length_error for a \a precision above 2^31 - 512. Up to this limit, the length
+    ///         of every text fits an `int`
     /// \throws std::bad_alloc
     /// \code
     /// 16 bits, 1000, toFloatString(0.001, 0.0, 3) => "1.000"
@@ -184,7 +186,7 @@ public:
                                                       std::uint32_t precision) const;
 
 private:
-    friend struct ValueAccess; // gives the words to the functions of NumberValue.h
+    friend struct ValueAccess; // lets the functions of NumberValue.h access the words
 
     KELRT_API static const std::uint32_t WORD_LENGTH = 16;  // bits in a word
     KELRT_API static const std::uint32_t WORD_BASE = 65536; // the radix of one word
@@ -192,12 +194,12 @@ private:
     Kel_Number(const Kel_Number& other); // to copy: Kel_Number copy(1); copy = other;
 
     void maskTopWord() noexcept;
-    double toDouble() const noexcept; // the pattern, read as unsigned
+    double toDouble() const noexcept; // reads the pattern as unsigned
 
     std::uint16_t topWordMask;        // the bits of the top word that belong to the number
     std::vector<std::uint16_t> words; // word 0 is the least significant; bits above the width are 0
     std::uint64_t bitCount;           // the width, at least 1
-    std::uint64_t wordCount;          // words.size()
+    std::uint64_t wordCount;          // == words.size(); kept for the object layout
 };
 
 } // namespace KelRT

@@ -8,8 +8,8 @@
 
 namespace KelRT {
 
-/// Conversions between bit arrays, texts of '0' and '1', hexadecimal text, decimal text and
-/// unsigned integers. Every member is static; the class is used without instances.
+/// Converts between bit arrays, texts of '0' and '1', hexadecimal text, decimal text and unsigned
+/// integers. Every member is static; the class is used without instances.
 ///
 /// **Bit numbering.** Bit n of an array is bit (n mod 8) of byte (n div 8), bit 0 being the least
 /// significant bit of a byte.
@@ -24,22 +24,23 @@ namespace KelRT {
 /// 64-bit. A "character code" is a signed 8-bit value, -128 to 127, also on hosts whose `char` is
 /// unsigned.
 ///
-/// Hexadecimal digits are read by three different rules, on purpose:
+/// **Hexadecimal digits.** The members treat lower-case letters and characters that are not digits
+/// by different rules, and clients depend on each rule. A character code c has the value
 ///
-/// | member          | '0'-'9' | 'A'-'F' | 'a'-'f'   | other characters                      |
-/// |-----------------|---------|---------|-----------|---------------------------------------|
-/// | `hex2Bin`       | 0-9     | 10-15   | code - 55 | code - 48 below 'A', else code - 55   |
-/// | `hexStr2BinStr` | 0-9     | 10-15   | 10-15     | the low four bits of `hex2Bin`'s value |
-/// | `hexStr2UInt`   | 0-9     | 10-15   | 10-15     | code - 48                             |
-/// | `hexStr2ULL`    | 0-9     | 10-15   | 10-15     | code - 48                             |
+/// | member          | '0'-'9' | 'A'-'F' | 'a'-'f' | other characters                       |
+/// |-----------------|---------|---------|---------|----------------------------------------|
+/// | `hex2Bin`       | 0-9     | 10-15   | c - 55  | c < 'A' ? c - 48 : c - 55              |
+/// | `hexStr2BinStr` | 0-9     | 10-15   | 10-15   | the low four bits of `hex2Bin`'s value |
+/// | `hexStr2UInt`   | 0-9     | 10-15   | 10-15   | c - 48                                 |
+/// | `hexStr2ULL`    | 0-9     | 10-15   | 10-15   | c - 48                                 |
 ///
 /// **Output strings.** A member that produces text fills a string passed by reference and returns
 /// that reference. Input may point into the output: `binStr2HexStr(s.c_str(), s)` works. A member
 /// that checks its arguments leaves the output empty if it throws.
 ///
-/// **Errors.** A member checks only what it lists, and throws `std::logic_error` with the given
-/// message. Everything else is converted by the rules above. Members that fill a string also throw
-/// `std::bad_alloc`.
+/// **Errors.** Only the conditions that a member lists are checked; it throws `std::logic_error`
+/// with the given message. If it lists two, it checks them in that order. Any other input is
+/// converted by the rules above. Members that fill a string also throw `std::bad_alloc`.
 ///
 /// **Locale.** `double2Str` writes the decimal point of the process's `LC_NUMERIC`; nothing else
 /// depends on the locale.
@@ -51,7 +52,8 @@ public:
     /// A field is given by two inclusive indices. Its bits are shifted into the result one after
     /// the other from \a firstBit to \a lastBit, so the bit at \a lastBit becomes the least
     /// significant one. If the field is longer than the result, its last 32 (or 64) bits remain.
-    /// Indices in the wrong order for the member give 0, and \a data is not read.
+    /// If the indices are in the wrong order for the member, the result is 0 and \a data is not
+    /// read.
     /// \pre the indices are not negative, and the field lies inside the array
     ///
     /// Only bytes that hold bits of the field are read.
@@ -64,38 +66,39 @@ public:
     /// \endcode
     /// @{
 
-    /// The value of a field, its highest bit given first: \a firstBit >= \a lastBit. The lowest 32
-    /// bits of a longer field.
+    /// Returns a field from its most significant bit \a firstBit down to \a lastBit, its least
+    /// significant one (firstBit >= lastBit). A longer field yields its lowest 32 bits.
     [[nodiscard]] KELRT_API static std::uint32_t
     getBits(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit) noexcept;
 
-    /// The field with its bits in the opposite order, its lowest bit given first and becoming the
-    /// most significant: \a firstBit <= \a lastBit. The highest 32 bits of a longer field.
+    /// Returns a field with its bits reversed: the bit at \a firstBit becomes the most significant
+    /// one (firstBit <= lastBit). A longer field yields its highest 32 bits, reversed.
     [[nodiscard]] KELRT_API static std::uint32_t
     getReverseBits(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit) noexcept;
 
-    /// The same as getBits.
+    /// Does the same as getBits.
     [[nodiscard]] KELRT_API static std::uint32_t
     getLongBits(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit) noexcept;
 
-    /// The same as getReverseBits.
+    /// Does the same as getReverseBits.
     [[nodiscard]] KELRT_API static std::uint32_t getReverseLongBits(const unsigned char* data,
                                                                     std::int32_t firstBit,
                                                                     std::int32_t lastBit) noexcept;
 
-    /// As getBits, of up to 64 bits.
+    /// Does the same as getBits for up to 64 bits.
     [[nodiscard]] KELRT_API static std::uint64_t getLongLongBits(const unsigned char* data,
                                                                  std::int32_t firstBit,
                                                                  std::int32_t lastBit) noexcept;
 
-    /// As getReverseBits, of up to 64 bits.
+    /// Does the same as getReverseBits for up to 64 bits.
     [[nodiscard]] KELRT_API static std::uint64_t
     getReverseLongLongBits(const unsigned char* data, std::int32_t firstBit,
                            std::int32_t lastBit) noexcept;
 
-    /// As getLongLongBits. It also prints every bit of the field, even if the result drops it, to
-    /// the process's standard output: '0' or '1' from \a firstBit on, a newline after every eighth,
-    /// and one more after the last. With the indices in the wrong order it prints one newline.
+    /// Does the same as getLongLongBits, and also prints every bit of the field to standard output,
+    /// including bits that do not fit the result: '0' or '1' from \a firstBit on, a newline after
+    /// every eighth bit, and one more newline at the end. If the indices are in the wrong order, it
+    /// prints one newline.
     /// \code
     /// getLongLongBitsDebug(data, 15, 4) => prints "00010010\n0011\n"
     /// getLongLongBitsDebug(data, 15, 8) => prints "00010010\n\n"
@@ -107,16 +110,17 @@ public:
     /// \name Single digits
     /// @{
 
-    /// The hexadecimal digit of \a value, upper case: '0' + value below 10, else 'A' + value - 10.
-    /// Only 0 to 15 have digits; larger values follow the same formula, cut to a character.
+    /// Converts 0 to 15 to an upper-case hexadecimal digit, by the formula
+    /// value < 10 ? '0' + value : 'A' + value - 10. Larger values follow the same formula,
+    /// truncated to `char`.
     /// \code
     /// bin2Hex(7)  => '7'
     /// bin2Hex(12) => 'C'
     /// \endcode
     [[nodiscard]] KELRT_API static char bin2Hex(std::uint32_t value) noexcept;
 
-    /// The value of an upper-case hexadecimal digit: the character code minus 48 below 'A', else
-    /// minus 55, modulo 2^32. Nothing is checked, and lower-case letters are not digits here.
+    /// Converts an upper-case hexadecimal digit c to its value: c < 'A' ? c - 48 : c - 55, modulo
+    /// 2^32. Nothing is checked, and lower-case letters are not digits here.
     /// \code
     /// hex2Bin('9') => 9
     /// hex2Bin('A') => 10
@@ -128,11 +132,11 @@ public:
     /// \name Bit arrays and texts
     /// @{
 
-    /// Bits 0 to \a bitCount - 1 of \a binArray as a reverse binary string. Reads
+    /// Converts bits 0 to \a bitCount - 1 of \a binArray to a reverse binary string. It reads
     /// (bitCount + 7) / 8 bytes.
     /// \throws std::logic_error for a \a bitCount of 0:
     ///         "Internal error: bad bitCount value for Kel_NumberUtil::bin2ReverseBinStr";
-    ///         then for a null \a binArray:
+    ///         for a null \a binArray:
     ///         "Internal error: bad binArray in Kel_NumberUtil::bin2ReverseBinStr"
     /// \code
     /// bin2ReverseBinStr({0x06}, 4) => "0110"
@@ -140,19 +144,18 @@ public:
     KELRT_API static std::string& bin2ReverseBinStr(const unsigned char* binArray,
                                                     std::uint32_t bitCount, std::string& binStr);
 
-    /// The characters of a reverse binary string as bits 0, 1, ... of \a binArray. It writes the
-    /// (length + 7) / 8 bytes that hold them, unused high bits as 0, and no byte after them; an
-    /// empty text writes nothing.
-    /// \pre binArray has room for those bytes, and binArray does not overlap binStr
+    /// Converts a reverse binary string to bits 0, 1, ... of \a binArray. It writes exactly
+    /// (length + 7) / 8 bytes; unused high bits of the last byte become 0.
+    /// \pre binArray has room for these bytes, and binArray does not overlap binStr
     /// \throws std::logic_error for a null \a binStr:
-    ///         "Internal error: bad binStr in Kel_NumberUtil::reverseBinStr2Bin"; then for a null
+    ///         "Internal error: bad binStr in Kel_NumberUtil::reverseBinStr2Bin"; for a null
     ///         \a binArray: "Internal error: bad binArray in Kel_NumberUtil::reverseBinStr2Bin"
     /// \code
     /// reverseBinStr2Bin("0110") => {0x06}
     /// \endcode
     KELRT_API static void reverseBinStr2Bin(const char* binStr, unsigned char* binArray);
 
-    /// A binary string as upper-case hexadecimal text of (length + 3) / 4 digits.
+    /// Converts a binary string to upper-case hexadecimal text of (length + 3) / 4 digits.
     /// \throws std::logic_error for a null or empty \a binStr:
     ///         "Internal error: bad binStr for Kel_NumberUtil::binStr2HexStr"
     /// \code
@@ -162,11 +165,11 @@ public:
     /// \endcode
     KELRT_API static std::string& binStr2HexStr(const char* binStr, std::string& hexStr);
 
-    /// Hexadecimal text of either case as a binary string of exactly \a bitCount characters: the
-    /// last \a bitCount bits, or all of them after '0' characters. Each character gives the low
-    /// four bits of its code minus 48 below 'A', else minus 55.
+    /// Converts hexadecimal text of either case to a binary string of \a bitCount characters. The
+    /// bits are truncated on the left, or padded there with '0', to this length. See the table
+    /// above for characters that are not digits.
     /// \throws std::logic_error for a null or empty \a hexStr:
-    ///         "Internal error: bad hexStr for Kel_NumberUtil::hexStr2BinStr"; then for a
+    ///         "Internal error: bad hexStr for Kel_NumberUtil::hexStr2BinStr"; for a
     ///         \a bitCount of 0: "Internal error: bad bitCount for Kel_NumberUtil::hexStr2BinStr"
     /// \code
     /// hexStr2BinStr("a5", 8)  => "10100101"
@@ -176,8 +179,8 @@ public:
     KELRT_API static std::string& hexStr2BinStr(const char* hexStr, std::uint32_t bitCount,
                                                 std::string& binStr);
 
-    /// The first \a length characters of \a src in the opposite order, and a terminating NUL.
-    /// \a src needs no terminator.
+    /// Writes the first \a length characters of \a src in reverse order, followed by a NUL, to
+    /// \a dst. \a src needs no terminator.
     /// \pre dst has room for length + 1 characters, and dst does not overlap src
     /// \code
     /// reverseStr("abc", 3) => "cba"
@@ -189,8 +192,8 @@ public:
     /// \name Texts to integers
     /// @{
 
-    /// A binary string as a number modulo 2^32, so only the last 32 characters count; 0 for a null
-    /// pointer and for an empty text.
+    /// Converts a binary string to a number modulo 2^32, so only the last 32 characters count. A
+    /// null pointer or an empty text yields 0.
     /// \code
     /// binStr2UInt("1010") => 10
     /// binStr2UInt("1012") => 10
@@ -198,8 +201,9 @@ public:
     /// \endcode
     [[nodiscard]] KELRT_API static std::uint32_t binStr2UInt(const char* binStr) noexcept;
 
-    /// Hexadecimal text of either case as a number modulo 2^32. Other characters count as their
-    /// code minus 48. A text whose length, cut to a signed 32-bit number, is 0 or negative gives 0.
+    /// Converts hexadecimal text of either case to a number modulo 2^32. Any other character c is a
+    /// digit of the value c - 48. An empty text yields 0. So does one whose length, converted to a
+    /// signed 32-bit number, is negative or 0: for example, 2^31 characters.
     /// \throws std::logic_error for a null pointer:
     ///         "Kel_NumberUtil::hexStr2UInt called with null ptr"
     /// \code
@@ -210,18 +214,18 @@ public:
     /// \endcode
     [[nodiscard]] KELRT_API static std::uint32_t hexStr2UInt(const char* hexStr);
 
-    /// The same rule modulo 2^64, for the characters of \a hexStr up to its first NUL. The string
-    /// does not change.
+    /// Converts the text as hexStr2UInt does, modulo 2^64, up to the first NUL of \a hexStr. The
+    /// string is not modified; the reference is not const for compatibility.
     /// \code
     /// hexStr2ULL("FFFFFFFFFFFFFFFF") => 0xFFFFFFFFFFFFFFFF
     /// hexStr2ULL("")                 => 0
     /// \endcode
     [[nodiscard]] KELRT_API static std::uint64_t hexStr2ULL(std::string& hexStr) noexcept;
 
-    /// A signed decimal number as `scanf` reads it with "%lld": white space of the "C" locale
-    /// before it is skipped, a sign may follow, and reading stops at the first character that is
-    /// not a digit. Text without a number gives 0. The result is the number's 64-bit pattern; a
-    /// number outside -2^63 to 2^63 - 1 gives the nearer of the two.
+    /// Converts a signed decimal number to its 64-bit pattern. It reads as `scanf` does with
+    /// "%lld": leading white space of the "C" locale is skipped, a sign may follow, and reading
+    /// stops at the first character that is not a digit. Text without a number yields 0. A number
+    /// outside the range -2^63 to 2^63 - 1 saturates.
     /// \code
     /// decStr2ULL("\t42abc")              => 42
     /// decStr2ULL("-1")                  => 0xFFFFFFFFFFFFFFFF
@@ -234,7 +238,7 @@ public:
     /// \name Integers to texts
     /// @{
 
-    /// The low \a bitCount bits of \a value as a binary string; higher bits are ignored.
+    /// Converts the low \a bitCount bits of \a value to a binary string; higher bits are ignored.
     /// \throws std::logic_error for a \a bitCount of 0 or above 32:
     ///         "Internal error: bad bitCount value for Kel_NumberUtil::uInt2BinStr"
     /// \code
@@ -244,11 +248,11 @@ public:
     KELRT_API static std::string& uInt2BinStr(std::uint32_t value, std::uint32_t bitCount,
                                               std::string& binStr);
 
-    /// \a value in decimal, without leading zeros.
+    /// Converts \a value to decimal text without leading zeros.
     KELRT_API static std::string& uInt2DecStr(std::uint32_t value, std::string& out);
 
-    /// \a value in lower-case hexadecimal, filled with '0' at the front to (bitCount + 3) / 4
-    /// digits. A value with more digits is printed in full; a \a bitCount of 0 sets no minimum.
+    /// Converts \a value to lower-case hexadecimal text, padded on the left with '0' to
+    /// (bitCount + 3) / 4 digits. A value with more digits is printed in full.
     /// \code
     /// uInt2HexStr(0xAB, 16) => "00ab"
     /// uInt2HexStr(0xAB, 4)  => "ab"
@@ -257,20 +261,20 @@ public:
     KELRT_API static std::string& uInt2HexStr(std::uint32_t value, std::uint32_t bitCount,
                                               std::string& out);
 
-    /// \a value in decimal, read as a signed 64-bit number; decStr2ULL reads the text back to the
-    /// same value.
+    /// Converts \a value, read as a signed 64-bit number, to decimal text. decStr2ULL converts the
+    /// text back to the same value.
     /// \code
     /// uLL2DecStr(42)                 => "42"
     /// uLL2DecStr(0xFFFFFFFFFFFFFFFF) => "-1"
     /// \endcode
     KELRT_API static std::string& uLL2DecStr(std::uint64_t value, std::string& out);
 
-    /// \a value in lower-case hexadecimal, without leading zeros; "0" for 0.
+    /// Converts \a value to lower-case hexadecimal text without leading zeros; 0 becomes "0".
     KELRT_API static std::string& uLL2HexStr(std::uint64_t value, std::string& out);
 
-    /// \a value in fixed-point notation with six digits after the decimal point, as `printf` prints
-    /// it with "%f": in full, whatever its magnitude (up to 317 characters). Infinities and NaN
-    /// print as the C library prints them.
+    /// Converts \a value to fixed-point text with six digits after the decimal point, as `printf`
+    /// prints it with "%f". The text is complete, up to 317 characters. Infinities and NaN become
+    /// what the C library prints for them.
     /// \code
     /// double2Str(1.5) => "1.500000"
     /// \endcode

@@ -10,12 +10,11 @@ namespace KelRT {
 
 /// Splits a text into tokens at a set of delimiter characters.
 ///
-/// There are two modes. The *pointer* to the delimiter set selects the mode, not the text that it
-/// points to:
-///  - Comma-separated mode, with the pointer Kel_StrTok::CSV_DELIM itself: every field counts. No
-///    delimiter is skipped; a leading, a repeated and a trailing comma each give an empty token.
-///  - Skipping mode, with any other set, another "," included: the run of delimiters before a token
-///    is skipped, so a run acts as one separator.
+/// The delimiter set selects one of two modes:
+///  - The pointer Kel_StrTok::CSV_DELIM selects comma-separated mode. No delimiter is skipped: a
+///    leading, a repeated and a trailing comma each give an empty token.
+///  - Any other pointer selects skipping mode, even if it points to the text ",". The delimiters in
+///    front of a token are skipped, so a run of them acts as one separator.
 ///
 /// \code
 /// text                     delimiters and flags                  tokens
@@ -35,47 +34,47 @@ namespace KelRT {
 /// "ab"cd e                 WHITE_SPACE, quotes handled        => ab | cd | e
 /// \endcode
 ///
-/// The last four lines show what follows a closing quote. If quotes are kept, the next character
-/// counts as the delimiter, whatever it is. If they are not kept, that character starts the next
-/// token; in comma-separated mode this gives an empty token. So split records with quoted fields
-/// with quotes kept, and remove the quotes with Kel_Util::unQuote. Unlike in RFC 4180, a
+/// The last four lines show what happens after a closing quote. If quotes are kept, the next
+/// character counts as a delimiter, whatever it is. If they are not kept, that character starts the
+/// next token; in comma-separated mode, a comma then gives an empty token. So keep the quotes to
+/// split records with quoted fields, and remove them with Kel_Util::unQuote. Unlike in RFC 4180, a
 /// doubled quote does not stand for one quote: the first of the two closes the token.
 ///
-/// In skipping mode, a text that ends in two or more delimiters, or consists of delimiters, gives
-/// one final empty token.
+/// In skipping mode, a text that ends in two or more delimiters gives one final empty token. So
+/// does a text of nothing but delimiters.
 ///
-/// Ownership: the constructor copies the text; the tokens lie in that copy, which the tokenizer
-/// owns. The delimiter set is not copied.
+/// Ownership: the tokenizer owns a copy of the text, in which the tokens lie. The delimiter set is
+/// not copied.
 ///
-/// To scan a text again, construct another tokenizer. Tokenizers are neither copied nor moved,
-/// since their tokens point into them.
+/// To scan a text again, construct another tokenizer. Tokenizers cannot be copied or moved, since
+/// their tokens point into them.
 ///
 /// Threads: only one thread at a time may use an object; distinct objects are independent.
 class Kel_StrTok {
 public:
-    /// ",", at the address that selects comma-separated mode.
+    /// This pointer selects comma-separated mode; it points to ",".
     KELRT_API static const char* const CSV_DELIM;
 
-    /// The delimiters of words: newline, tab, space, vertical tab, carriage return, backspace, form
-    /// feed.
+    /// These characters separate words: newline, tab, space, vertical tab, carriage return,
+    /// backspace, form feed.
     KELRT_API static const char* const WHITE_SPACE;
 
     /// Copies \a text and starts before its first token.
     ///
-    /// \param text         ends at its NUL; a null pointer is taken as the empty text
-    /// \param delimiters   ends at its NUL; an empty set splits nowhere. CSV_DELIM selects
-    ///                     comma-separated mode
-    /// \param handleQuotes a token that begins with a double quote runs to the next double quote,
-    ///                     or without one to the end of the text, whatever delimiters lie between.
-    ///                     A double quote elsewhere in a token is an ordinary character
-    /// \param toLowerCase  every upper-case letter of the copy is folded to lower case first, also
-    ///                     within quotes, by `isupper` and `tolower` of the current locale (in the
-    ///                     default locale only A to Z)
-    /// \param keepQuotes   quoted tokens keep their quotes; without \a handleQuotes it has no
-    ///                     effect
-    /// \pre \a delimiters is not null, and the set stays alive and unchanged while tokens are taken
-    ///      (delimiters are searched for beyond the current token)
-    /// \throws std::bad_alloc when there is no memory for the copy
+    /// \param text         NUL-terminated text; a null pointer counts as empty text
+    /// \param delimiters   NUL-terminated set of characters; an empty set splits nowhere.
+    ///                     CSV_DELIM selects comma-separated mode
+    /// \param handleQuotes If true, a token that begins with a double quote ends at the next double
+    ///                     quote, or at the end of the text if there is none; it may contain
+    ///                     delimiters. A double quote elsewhere in a token is an ordinary character
+    /// \param toLowerCase  If true, upper-case letters of the copy are folded to lower case before
+    ///                     it is split, also within quotes, by `isupper` and `tolower` of the
+    ///                     current locale (in the default locale only A to Z)
+    /// \param keepQuotes   If true, quoted tokens keep their quotes. Without \a handleQuotes it has
+    ///                     no effect
+    /// \pre \a delimiters is not null, and the set stays alive and unchanged between the
+    ///      construction and the last call of getNext()
+    /// \throws std::bad_alloc if there is no memory for the copy
     KELRT_API Kel_StrTok(const char* text, const char* delimiters, bool handleQuotes,
                          bool toLowerCase, bool keepQuotes);
 
@@ -85,11 +84,11 @@ public:
     Kel_StrTok(const Kel_StrTok&) = delete;
     Kel_StrTok& operator=(const Kel_StrTok&) = delete;
 
-    /// The next token as a NUL-terminated text, or null if there is none; after a null every
-    /// further call gives null again. Every text is valid, and nothing is allocated.
+    /// Returns the next token as NUL-terminated text. After the last token, every call returns
+    /// null. Any text can be split, and nothing is allocated.
     ///
-    /// The token stays valid and unchanged until the tokenizer is destroyed, even if later tokens
-    /// are taken.
+    /// The token stays valid and unchanged until the tokenizer is destroyed, even after later
+    /// calls.
     KELRT_API const char* getNext() noexcept;
 
 private:
@@ -104,13 +103,13 @@ private:
     std::unique_ptr<char[]> buffer;
     bool handleQuotes;
     bool keepQuotes;
-    std::uint64_t position = 0; // of the next character to examine; >= length at the end
+    std::uint64_t position = 0; // the next character to examine; >= length at the end
     std::uint64_t length;
     const char* delimiters;
-    std::int32_t pendingEmptyToken = 0; // 1: an empty token is due behind the last character
+    std::int32_t pendingEmptyToken = 0; // 1: an empty token follows the last character
 
-    // The delimiters among the 64 characters of one block of the buffer, found once for all tokens
-    // of the block: bit i of the mask stands for character 64 * block + i.
+    // Bit i of blockDelimiters is 1 if character 64 * block + i of the buffer is a delimiter. The
+    // mask is computed once for all tokens of a block.
     std::uint64_t block = ~std::uint64_t{0};
     std::uint64_t blockDelimiters = 0;
 };

@@ -9,28 +9,28 @@
 
 namespace KelRT {
 
-/// Static helpers for text, files and the environment; the class is used without instances.
+/// Offers static helpers for text, files and the environment; the class is used without instances.
 ///
-/// Strings are byte strings. The text functions use only their arguments and, to fold case, the
-/// locale. They keep no state and report no errors: text that does not match the rule does not
-/// change. The file functions ask the host, keep one setting, and throw.
+/// Strings are byte strings. The text functions depend only on their arguments and, when they fold
+/// case, on the process's locale. They keep no state and report no errors. The file functions call
+/// the operating system, keep one setting, and throw.
 ///
-/// Threads: the text functions may be called from any thread at any time, on texts that no other
-/// thread changes. Those that fold case use the process's locale. For the file functions see below.
+/// Threads: any thread may call the text functions at any time, as long as no other thread changes
+/// the same texts. For the file functions see below.
 class Kel_Util {
 public:
     /// \name Text
     ///
-    /// *Without regard to case* means: upper-case letters are folded to lower case by the process's
-    /// locale (`tolower`; in the default locale only A to Z), then both texts are compared byte by
-    /// byte as unsigned characters. So the punctuation between the two alphabets (`[ \ ] ^ _` and
-    /// the grave accent) sorts before every letter.
+    /// *Ignoring case* means: upper-case letters are folded to lower case by the process's locale
+    /// (`tolower`; in the default locale only A to Z), then both texts are compared byte by byte as
+    /// unsigned characters. So the characters between 'Z' and 'a' (`[ \ ] ^ _` and the grave
+    /// accent) sort before every letter.
     ///
     /// Only the sign of a comparison's result is defined.
     ///@{
 
-    /// Compares two texts without regard to case, up to the first difference or the end of either;
-    /// the end counts as the smallest character.
+    /// Compares two texts, ignoring case. A text that is the beginning of the other sorts before
+    /// it.
     /// \return negative, 0 or positive if \a a sorts before, with or after \a b
     /// \pre \a a and \a b are not null.
     /// \code
@@ -41,7 +41,8 @@ public:
     /// \endcode
     [[nodiscard]] KELRT_API static int stricmp(const char* a, const char* b);
 
-    /// As stricmp, for the first \a count characters at most; a \a count of 0 gives 0.
+    /// Compares at most the first \a count characters as stricmp does. If \a count is 0, the result
+    /// is 0.
     /// \pre \a a and \a b are not null.
     /// \code
     /// strnicmp("HELLO world", "hello there", 6) => 0
@@ -49,15 +50,15 @@ public:
     /// \endcode
     [[nodiscard]] KELRT_API static int strnicmp(const char* a, const char* b, std::uint64_t count);
 
-    /// As the form for NUL-terminated texts: characters after a NUL in a string are not compared.
+    /// Compares two strings up to their first NUL in the same way.
     [[nodiscard]] KELRT_API static int stricmp(const std::string& a, const std::string& b);
 
-    /// As the form for NUL-terminated texts: characters after a NUL in a string are not compared.
+    /// Compares two strings up to their first NUL in the same way.
     [[nodiscard]] KELRT_API static int strnicmp(const std::string& a, const std::string& b,
                                                 std::uint64_t count);
 
-    /// Removes one carriage return from the end of \a text. A line that was written on Windows and
-    /// read without its newline ends in one.
+    /// Removes one carriage return from the end of \a text. A line of a Windows file ends in one
+    /// after its newline is removed.
     /// \return \a text
     /// \code
     /// stripEndingCR("line\r")   => "line"
@@ -66,8 +67,7 @@ public:
     /// \endcode
     KELRT_API static std::string& stripEndingCR(std::string& text);
 
-    /// Removes one pair of double quotes that encloses \a text. Quotes within the text, apostrophes
-    /// and a quote without a partner stay.
+    /// Removes one pair of double quotes that encloses \a text. Other quotes and apostrophes stay.
     /// \return \a text
     /// \code
     /// unQuote("\"abc\"")     => "abc"
@@ -78,11 +78,11 @@ public:
     /// \endcode
     KELRT_API static std::string& unQuote(std::string& text);
 
-    /// unQuote for each of \a texts.
+    /// Calls unQuote for each of \a texts.
     KELRT_API static void unQuote(std::vector<std::string>& texts);
 
-    /// \a text without the white space at both ends. White space is the set
-    /// Kel_StrTok::WHITE_SPACE, backspace and form feed included. A NUL ends the text.
+    /// Returns \a text, up to its first NUL, without the white space at both ends. White space is
+    /// the set Kel_StrTok::WHITE_SPACE, which includes backspace and form feed.
     /// \throws std::bad_alloc
     /// \code
     /// trimWhitespace(" \t value \r\n") => "value"
@@ -92,14 +92,15 @@ public:
     /// \endcode
     [[nodiscard]] KELRT_API static std::string trimWhitespace(const std::string& text);
 
-    /// The value of one setting among words of the form `name=value`.
+    /// Returns the value of the setting \a key among words of the form `name=value`.
     ///
-    /// The name is the text before the first `=` of a word, the value is all text after it. The
-    /// first word whose name equals \a key counts: the same length, and equal by stricmp. Words
-    /// without `=` are skipped. Nothing is trimmed, and no prefix such as a dash is recognised.
+    /// The name is the text before the first `=` of a word; the value is all text after it. The
+    /// result comes from the first word whose name has the length of \a key and equals it by
+    /// stricmp. Words without `=` are skipped. Nothing is trimmed, and no prefix such as a dash is
+    /// recognised.
     ///
     /// \param entries the words; they are not changed
-    /// \return the value; empty if no name matches, as for an empty value
+    /// \return the value, or empty text if no name matches
     /// \throws std::bad_alloc
     /// \code
     /// findKey({"a=1", "B=2", "b=3"}, "b") => "2"
@@ -111,8 +112,8 @@ public:
     [[nodiscard]] KELRT_API static std::string findKey(std::vector<std::string>& entries,
                                                        const std::string& key);
 
-    /// findKey for the \a argc texts of \a argv, including the first one, which is usually the
-    /// program's name.
+    /// Searches the \a argc texts of \a argv in the same way, including the first one, which is
+    /// usually the program's name.
     /// \pre \a argv holds \a argc pointers, none of them null.
     [[nodiscard]] KELRT_API static std::string findKey(std::uint32_t argc, char** argv,
                                                        const std::string& key);
@@ -122,10 +123,10 @@ public:
     /// \name Files and environment
     ///
     /// Paths are byte strings in the host's narrow encoding, the bytes that `fopen` takes. A name
-    /// or a path ends at its first NUL. normalizePath and the data directories take both `/` and
-    /// `\` as separators, on every host, unless one is the second byte of a character in the code
-    /// page of Windows. The other functions pass a path to the host as it is. What the
-    /// functions add follows the host:
+    /// or a path ends at its first NUL. normalizePath, getDataDirPath and getSorvaDataDirPath
+    /// accept both `/` and `\` as separators on every host. (On Windows, the second byte of a
+    /// two-byte character is never a separator.) The other functions pass a path to the host
+    /// unchanged. Separators and extensions that the functions add are the host's:
     ///
     /// |                                  | Windows | Linux |
     /// |----------------------------------|---------|-------|
@@ -135,64 +136,65 @@ public:
     ///
     /// The examples are for Windows, with the current directory `C:\work`.
     ///
-    /// Failures are thrown as Kel_Exception whose message ends in a newline; exhausted memory as
+    /// Failures throw a Kel_Exception whose message ends in a newline. Exhausted memory throws
     /// `std::bad_alloc`. Every call reads the environment variables again; an empty value counts as
     /// unset.
     ///
-    /// Threads: setUserDataDirPath writes what getDataDirPath reads, without a lock: callers
-    /// serialise the two. The others share only the environment, the current directory and the
-    /// locale of the process, and may run in parallel while nobody changes those. Other threads and
-    /// processes may create the same directory and temporary files at the same time.
+    /// Threads: setUserDataDirPath writes what getDataDirPath reads, without a lock, so callers
+    /// must serialise these two. The others may run in parallel while no thread changes the
+    /// environment, the current directory or the locale of the process. Other threads and processes
+    /// may create the same directory and temporary files at the same time.
     ///@{
 
-    /// The value of the environment variable `USERPROFILE`, unchanged.
+    /// Returns the value of the environment variable `USERPROFILE`, unchanged.
     /// \throws Kel_Exception "USERPROFILE Environmental Variable is not set Correctly.\n" if it is
     ///         not set
     [[nodiscard]] KELRT_API static std::string getHomePath();
 
-    /// Sets the main data directory for getDataDirPath, which prefers `TOR_KEL_DATADIR`. \a path is
+    /// Sets the directory that getDataDirPath returns if `TOR_KEL_DATADIR` is not set. \a path is
     /// stored unchanged and not checked. Empty text, the initial state, selects the installed
     /// directory.
     KELRT_API static void setUserDataDirPath(const std::string& path);
 
-    /// The per-user directory `.kel` in the home path, created if nothing of that name exists.
-    /// Anything else of that name is left alone. The home path itself is not created.
-    /// \throws Kel_Exception as getHomePath; "Cannot create DIRECTORY directory, check the
+    /// Returns the path of the per-user directory `.kel` in the home path, and creates it if
+    /// nothing of that name exists. A file of that name stays, and its path is returned. The home
+    /// path itself is not created.
+    /// \throws Kel_Exception as getHomePath does; "Cannot create DIRECTORY directory, check the
     ///         USERPROFILE variable.\n"
     /// \code
     /// USERPROFILE=C:\Users\user => "C:\Users\user\.kel"
     /// \endcode
     KELRT_API static std::string createDotLumatraceDir();
 
-    /// Creates a new, empty file in the per-user directory: \a baseName followed by the lowest
-    /// number from 0 to 32001 that gives an unused name. The caller uses the file and deletes it.
+    /// Creates a new, empty file in the per-user directory and returns its path. The file's name is
+    /// \a baseName followed by the lowest number from 0 to 32001 that makes it unused. The caller
+    /// deletes the file.
     ///
-    /// The file is created exclusively, never through a link, so every file is given to one caller,
-    /// however many threads and processes ask at once. A file that cannot be created is not
-    /// reported: the path is returned all the same, and may be returned again. A directory within
-    /// \a baseName is not created.
-    /// \throws Kel_Exception as createDotLumatraceDir; "Too many temporary files exist in the .kel
-    ///         directory with the name BASENAME\n" when all 32,002 names are taken
+    /// The file is created exclusively and never through a link, so no two threads or processes
+    /// get the same file. If it cannot be created, no error is reported: the path is returned, and
+    /// may be returned again later. A directory within \a baseName is not created.
+    /// \throws Kel_Exception as createDotLumatraceDir does; when all 32,002 names are taken, "Too
+    ///         many temporary files exist in the .kel directory with the name BASENAME\n"
     /// \code
     /// "trace"     => "C:\Users\user\.kel\trace0", then "C:\Users\user\.kel\trace1"
     /// "trace.log" => "C:\Users\user\.kel\trace.log0"
     /// \endcode
     KELRT_API static std::string createDotLumatraceTempFile(const std::string& baseName);
 
-    /// 1 when \a path names an existing directory or a link to one; otherwise 0, also if the host
-    /// does not tell.
+    /// Returns 1 if \a path names an existing directory or a link to one, and 0 otherwise or if the
+    /// host cannot say.
     [[nodiscard]] KELRT_API static int isDirectory(const std::string& path);
 
-    /// The directory that holds a library: "." when the file is in the current directory, otherwise
-    /// the first directory of `PATH` that holds it, as `PATH` spells it. The name of the file is
-    /// \a libraryName if that contains the library extension in lower case anywhere; otherwise
-    /// \a libraryName followed by the extension.
+    /// Returns the directory that contains a library: "." if the file is in the current directory,
+    /// otherwise the first directory of `PATH` that contains it, as `PATH` spells it. The extension
+    /// is appended to \a libraryName unless it already occurs in it, anywhere and in lower case.
     ///
     /// Any file that opens for reading counts as the library; an unreadable file or a directory
-    /// does not. Opening does not wait, so a FIFO or a device that opens counts, too. Empty entries
-    /// of `PATH` are skipped, but two or more separators at its end, or one that is all of it, give
-    /// one empty entry, which means the root. Quotes are ordinary characters.
-    /// \throws Kel_Exception when the file is not in the current directory: "PATH Environmental
+    /// does not. Opening does not wait, so a FIFO or a device that opens counts as well. Empty
+    /// entries of `PATH` are skipped, with one exception: if `PATH` ends in two or more separators,
+    /// or is nothing but a separator, its last entry is empty and means the root. Quotes are
+    /// ordinary characters.
+    /// \throws Kel_Exception if the file is not in the current directory: "PATH Environmental
     ///         Variable not set.\n" or "Could not find LIBRARYNAME in path.\n"
     /// \code
     /// "foo"         looks for foo.dll
@@ -202,32 +204,32 @@ public:
     /// \endcode
     KELRT_API static std::string findLibInPath(const std::string& libraryName);
 
-    /// The main data directory, as normalizePath gives it, with a separator at its end: the value
-    /// of `TOR_KEL_DATADIR`; else the directory given to setUserDataDirPath; else `..\..\data\kel\`
-    /// relative to the directory in which findLibInPath finds "libKelJtag". Its existence is not
-    /// checked.
-    /// \throws Kel_Exception as findLibInPath and normalizePath
+    /// Returns the main data directory, normalised by normalizePath and with a separator at its
+    /// end: the value of `TOR_KEL_DATADIR`; else the directory given to setUserDataDirPath; else
+    /// `..\..\data\kel\` relative to the directory in which findLibInPath finds "libKelJtag". It
+    /// need not exist.
+    /// \throws Kel_Exception as findLibInPath and normalizePath do
     /// \code
     /// TOR_KEL_DATADIR=D:\data           => "D:\data\"
     /// libKelJtag.dll in C:\tool\bin\x64 => "C:\tool\data\kel\"
     /// \endcode
     [[nodiscard]] KELRT_API static std::string getDataDirPath();
 
-    /// The Sorva data directory: as getDataDirPath, from `TOR_KEL_SORVADATADIR` or
-    /// `..\..\data\lumatrace\` relative to the directory of "libKelCore". setUserDataDirPath does
-    /// not affect it.
-    /// \throws Kel_Exception as findLibInPath and normalizePath
+    /// Returns the Sorva data directory in the same form: the value of `TOR_KEL_SORVADATADIR`; else
+    /// `..\..\data\lumatrace\` relative to the directory in which findLibInPath finds "libKelCore".
+    /// setUserDataDirPath does not affect it.
+    /// \throws Kel_Exception as findLibInPath and normalizePath do
     [[nodiscard]] KELRT_API static std::string getSorvaDataDirPath();
 
-    /// The absolute form of \a path, computed from its text and the current directory: nothing
-    /// needs to exist and no link is followed. "." and ".." are resolved; ".." at the root stays
-    /// there. The separators become the host's, and a run of them becomes one. On Windows a path
-    /// such as `E:x` is relative to the current directory of its drive.
+    /// Makes \a path absolute. Only its text and the current directory are used: nothing needs to
+    /// exist, and no link is followed. "." and ".." are resolved; ".." at the root stays at the
+    /// root. Separators become the host's, and a run of them becomes one. On Windows a path such as
+    /// `E:x` is relative to the current directory of its drive.
     ///
-    /// The result ends in a separator if and only if \a path does. So a path to the root without a
-    /// separator at its end gives the root without one: `C:`, or on Linux the empty text. The
-    /// exception is ".", which gives the current directory as the host spells it.
-    /// \throws Kel_Exception "Could not read the current directory.\n" when the path is relative
+    /// The result ends in a separator if and only if \a path does. So the root without a separator
+    /// at its end is `C:` on Windows, and the empty text on Linux. There is one exception: "."
+    /// becomes the current directory as the host spells it.
+    /// \throws Kel_Exception "Could not read the current directory.\n" if \a path is relative
     /// \code
     /// ""               => ""
     /// "."              => "C:\work"
@@ -239,19 +241,21 @@ public:
     /// \endcode
     [[nodiscard]] KELRT_API static std::string normalizePath(const std::string& path);
 
-    /// Replaces \a list by the names of the entries of \a directory, without their path, in the
-    /// host's order. With \a listFlag true "." and ".." are included if the host lists them; with
-    /// false they are left out. On Windows a directory whose path is longer than the host takes,
-    /// 260 characters as a rule, cannot be opened, and a name with characters that the narrow
-    /// encoding does not have comes back with others in their place, so nothing opens it.
-    /// \throws Kel_Exception "Could not open the directory: DIRECTORY\n" when it cannot be opened
-    ///         or read; \a list is then unchanged
+    /// Replaces \a list with the names of the entries of \a directory, without their path, in the
+    /// host's order. If \a listFlag is true, "." and ".." are included if the host lists them;
+    /// otherwise they are left out.
+    ///
+    /// On Windows a directory with a path longer than the host's limit, usually 260 characters,
+    /// cannot be opened. In a name, characters that the narrow encoding lacks are replaced by
+    /// others, so a file cannot be opened by such a name.
+    /// \throws Kel_Exception "Could not open the directory: DIRECTORY\n" if it cannot be opened or
+    ///         read; \a list is then unchanged
     KELRT_API static void getDirectoryFileList(const std::string& directory, bool listFlag,
                                                std::vector<std::string>& list);
 
-    /// \a message in the multibyte encoding of the process's current locale (`LC_CTYPE`). A
-    /// character that the encoding does not have becomes "?". The text is cut at 2,047 bytes,
-    /// before the character that would exceed them. A null \a message gives empty text.
+    /// Converts \a message to the multibyte encoding of the process's current locale (`LC_CTYPE`).
+    /// A character that the encoding lacks becomes "?". The text is truncated to as many whole
+    /// characters as fit 2,047 bytes. A null \a message yields empty text.
     /// \code
     /// L"Disk full"    => "Disk full"
     /// L"5 \u20AC off" => "5 ? off"    (in the default locale)

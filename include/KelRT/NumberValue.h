@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The value of a Kel_Number from and to bit fields and 64-bit integers, without a detour through
-/// text.
+/// These functions convert a Kel_Number from and to bit fields and 64-bit integers.
 ///
 /// Threads: several threads may read an object at the same time; a function that changes it must
 /// run alone. Reading a field of a buffer changes the buffer while a shift is pending.
@@ -18,8 +17,8 @@ class Kel_Number;
 
 /// \name Fields
 /// A field has the width of the number. Bit j of the number is bit `bitPosition + j` of the bytes,
-/// where bit k is bit (k mod 8) of byte (k div 8). The bits are copied as they are, whether the
-/// number is meant as signed or not.
+/// where bit k is bit (k mod 8) of byte (k div 8). The bits are copied unchanged, so the sign does
+/// not matter.
 /// @{
 
 /// Reads a field of \a buffer into \a number. Realigns the buffer first.
@@ -28,7 +27,7 @@ class Kel_Number;
 /// 8 bits, bits2Number(buffer, 4, number)  => 0x32
 /// \endcode
 /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::getBits bad params." when the field
-/// reaches past the last used byte; the number does not change then
+/// reaches past the last used byte; the number is then unchanged
 KELRT_API void bits2Number(Kel_ByteBuffer& buffer, std::uint64_t bitPosition, Kel_Number& number);
 
 /// Reads a field of an array.
@@ -42,7 +41,7 @@ KELRT_API void bits2Number(const unsigned char* data, std::uint64_t bitPosition,
 /// 12 bits, 0xABC, number2Bits(number, buffer, 4) => C0 AB  // from 00 00
 /// \endcode
 /// \throws std::logic_error "Internal Error - Kel_ByteBuffer::setBits(ll) bad params." when the
-/// field reaches past the last used byte; no byte changes then
+/// field reaches past the last used byte; the bytes are then unchanged
 KELRT_API void number2Bits(const Kel_Number& number, Kel_ByteBuffer& buffer,
                            std::uint64_t bitPosition);
 
@@ -53,8 +52,8 @@ KELRT_API void number2Bits(const Kel_Number& number, unsigned char* data,
 
 /// @}
 /// \name Integers
-/// An integer that does not fit the number wraps modulo 2^width, as in Kel_Number::set(). A number
-/// that does not fit the integer is reported.
+/// An integer that does not fit the number wraps modulo 2^width, as in Kel_Number::set(). If a
+/// number does not fit the integer, the function returns false.
 /// @{
 
 /// Sets \a number to an unsigned integer.

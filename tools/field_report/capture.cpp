@@ -45,7 +45,8 @@ void reduceToDigits(std::string& text) {
         throw Fault("the value has no digits");
 }
 
-// Pads with zeros to `count` digits, or drops zeros, at the most significant end.
+// Removes zeros from the most significant end, or adds zeros there up to `count` digits. Other
+// digits are never removed, so more than `count` may remain.
 void fitDigits(std::string& digits, std::size_t count, ByteOrder order) {
     if (order == ByteOrder::BIG) {
         digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
@@ -60,7 +61,7 @@ void fitDigits(std::string& digits, std::size_t count, ByteOrder order) {
 
 Kel_ByteBuffer parseValue(std::string digits, std::uint64_t width, ByteOrder order) {
     reduceToDigits(digits);
-    const std::uint64_t count = (width + 7) / 8 * 2; // digits of whole bytes
+    const std::uint64_t count = (width + 7) / 8 * 2; // two digits for each byte
     fitDigits(digits, static_cast<std::size_t>(count), order);
     if (digits.size() > count)
         throw misfit(width);
@@ -74,8 +75,8 @@ Kel_ByteBuffer parseValue(std::string digits, std::uint64_t width, ByteOrder ord
     return bits;
 }
 
-// The position of the ':' or '=' after the name: the first character of the second word, or else
-// the last such character of the first word.
+// Finds the ':' or '=' after the name: the first character of the second word, or else the last
+// such character of the first word.
 std::size_t separatorOf(const std::string& line) {
     const auto isSeparator = [](char c) { return c == ':' || c == '='; };
     const std::size_t end = std::min(line.find_first_of(Kel_StrTok::WHITE_SPACE), line.size());
@@ -92,7 +93,7 @@ std::string joined(Kel_StrTok& words) {
     return text;
 }
 
-// Reads "NAME WIDTH VALUE". Returns the digits of the value, with their prefix.
+// Reads "NAME WIDTH VALUE" and returns the digits of the value with their prefix.
 std::string readLongForm(const std::string& line, Scan& scan) {
     Kel_StrTok words(line.c_str(), Kel_StrTok::WHITE_SPACE, false, false, false);
     scan.name = words.getNext();
@@ -104,8 +105,8 @@ std::string readLongForm(const std::string& line, Scan& scan) {
     return digits;
 }
 
-// Reads a line with a separator: "NAME: VALUE" if the table has the width of that register. If not,
-// the separator may be a character of the name in "NAME WIDTH VALUE".
+// Reads a line with a separator. It is "NAME: VALUE" if the table has the width of that register.
+// Otherwise the separator may be part of the name in "NAME WIDTH VALUE": "CORE:ID 8 5A".
 std::string readShortForm(const std::string& line, std::size_t separator, const FieldTable& table,
                           Scan& scan) {
     const std::string name = Kel_Util::trimWhitespace(line.substr(0, separator));

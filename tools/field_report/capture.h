@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A line of a capture: a name, a width in bits, and a value in hexadecimal digits.
+// Reads the lines of a capture. A line has a name, a width in bits, and a value in hexadecimal
+// digits.
 #pragma once
 
 #include "field_table.h"
@@ -12,7 +13,7 @@
 
 namespace field_report {
 
-/// A register as it was captured once; bit 0 is the lowest bit of its value.
+/// A scan is one captured value of a register. Bit 0 of `bits` is its least significant bit.
 struct Scan {
     std::string name;
     std::uint64_t width = 0;
@@ -20,15 +21,15 @@ struct Scan {
 };
 
 enum class ByteOrder : std::uint8_t {
-    BIG,   ///< the digits are those of one number
-    LITTLE ///< the first two digits are the lowest byte
+    BIG,   ///< the most significant byte comes first
+    LITTLE ///< the least significant byte comes first
 };
 
-/// Reads a line of a capture. A register whose width \a table has may stand without one.
+/// Reads a line of a capture. The width may be missing if \a table has it.
 /// \code
 /// "IDCODE 32 4BA0_0477"    "IDCODE: 4BA0_0477"    "IDCODE = 0x4ba00477"
 /// \endcode
-/// \throws Fault; \a scan then has the name that the line begins with
+/// \throws Fault if the line is not valid; \a scan then has the name at the start of the line
 void readScan(const std::string& line, ByteOrder order, const FieldTable& table, Scan& scan);
 
 } // namespace field_report

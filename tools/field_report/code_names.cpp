@@ -29,7 +29,7 @@ std::string keyOf(const Kel_Number& number, bool isSigned) {
     return withoutLeadingZeros(number.toString(isSigned ? 'd' : 'x'));
 }
 
-// A code as it is written: its digits, in lower case, and their radix letter.
+// A code has digits, in lower case here, and their radix letter.
 struct Code {
     std::string digits;
     char radix;
@@ -48,7 +48,8 @@ Code codeOf(const std::string& text, bool isSigned) {
     return code;
 }
 
-// The key of a code. Its number is only as wide as the digits need.
+// Converts a code to its key. The number is only as wide as the digits need, so that short codes of
+// wide fields cost little.
 std::string keyOf(const std::string& text, std::uint64_t width, bool isSigned) {
     const Code code = codeOf(text, isSigned);
     Kel_Number number(std::min<std::uint64_t>(width, (code.digits.size() * 4) + 1));
@@ -58,7 +59,7 @@ std::string keyOf(const std::string& text, std::uint64_t width, bool isSigned) {
     return keyOf(number, isSigned);
 }
 
-// The code and the name of an entry "CODE=NAME".
+// Splits an entry "CODE=NAME" into its code and its name.
 std::pair<std::string, std::string> entryOf(const std::string& entry) {
     const std::size_t sign = std::min(entry.find('='), entry.size());
     const std::string code = Kel_Util::trimWhitespace(entry.substr(0, sign));

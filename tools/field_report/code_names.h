@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The names that a table gives to raw values.
+// Reads and finds the names that a table gives to raw values.
 #pragma once
 
 #include "KelRT/Kel_Number.h"
@@ -10,19 +10,20 @@
 
 namespace field_report {
 
-/// The names of raw values, each under its value as a number: in decimal if the field is signed, in
-/// hexadecimal otherwise, without leading zeros.
+/// Maps raw values to their names. The keys are decimal if the field is signed, hexadecimal
+/// otherwise, and have no leading zeros.
 using CodeNames = std::map<std::string, std::string>;
 
-/// Reads names for the codes of a field of \a width bits. A code in decimal is the raw value; one
-/// in hexadecimal, with 0x in front, is its bits.
+/// Reads the names of a field of \a width bits. A decimal code is the raw value. A hexadecimal
+/// code, which begins with 0x, is the bits of the raw value: in a signed field of 4 bits, 0xF means
+/// -1.
 /// \code
 /// "0=idle; 1=shift; 0x3=exit"
 /// \endcode
-/// \throws Fault
+/// \throws Fault if an entry is not valid
 CodeNames codeNamesOf(const std::string& column, std::uint64_t width, bool isSigned);
 
-/// The name of \a number, a raw value; empty if it has none.
+/// Returns the name of the raw value \a number, or empty text if it has none.
 std::string nameOf(const KelRT::Kel_Number& number, bool isSigned, const CodeNames& names);
 
 } // namespace field_report

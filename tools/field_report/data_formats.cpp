@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The formats for programs. Both are UTF-8, whatever the input holds.
+// The formats for programs: CSV, JSON and JSON lines. They are UTF-8, whatever the input contains.
 #include "field_text.h"
 #include "formats.h"
 
@@ -13,8 +13,9 @@ namespace field_report {
 
 namespace {
 
-// A range of lead bytes, the length of their characters, and the range of the second byte, which
-// excludes overlong encodings, surrogates, and code points above U+10FFFF.
+// Lead bytes from `first` to `last` begin a character of `length` bytes whose second byte is
+// `least` to `most`. These ranges exclude overlong encodings, surrogates, and code points above
+// U+10FFFF.
 struct Lead {
     unsigned first, last;
     std::size_t length;
@@ -25,7 +26,7 @@ constexpr Lead LEADS[] = {{0xC2, 0xDF, 2, 0x80, 0xBF}, {0xE0, 0xE0, 3, 0xA0, 0xB
                           {0xEE, 0xEF, 3, 0x80, 0xBF}, {0xF0, 0xF0, 4, 0x90, 0xBF},
                           {0xF1, 0xF3, 4, 0x80, 0xBF}, {0xF4, 0xF4, 4, 0x80, 0x8F}};
 
-// The length of the character at the start of `text`, 0 if it is not well-formed UTF-8.
+// Returns the length of the character at the start of `text`, or 0 if it is not well-formed UTF-8.
 std::size_t characterLength(std::string_view text) {
     const auto byte = [&](std::size_t at) {
         return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
@@ -44,7 +45,7 @@ std::size_t characterLength(std::string_view text) {
     return lead->length;
 }
 
-// Each byte that belongs to no character becomes U+FFFD.
+// Replaces each byte that belongs to no well-formed character with U+FFFD.
 std::string utf8(std::string_view text) {
     if (std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; }))
         return std::string(text);
@@ -57,9 +58,10 @@ std::string utf8(std::string_view text) {
     return result;
 }
 
-// A value beyond the range of double prints as "inf" or "nan", which is no number here.
+// Returns false for a missing value, and for one that prints as "inf" or "nan", because it is
+// beyond the range of double.
 bool isNumber(const std::string& value) {
-    return !value.empty() && value.find_first_of("in") == std::string::npos; // inf, nan
+    return !value.empty() && value.find_first_of("in") == std::string::npos;
 }
 
 class CsvFormat : public Format {
@@ -113,7 +115,7 @@ private:
     bool headerIsDone = false;
 };
 
-// Each byte of a field of characters is the character with that code, U+0000 to U+00FF.
+// Converts each byte to the character with that code, U+0000 to U+00FF, in UTF-8.
 std::string charactersOf(const std::string& raw) {
     std::string text;
     for (const char c : raw) {
@@ -141,7 +143,7 @@ void addString(const std::string& string, std::string& text) {
     text += '"';
 }
 
-// Appends the keys that tell which scan it is.
+// Appends the keys that identify the scan.
 void addScanKeys(const ScanReport& report, std::string& text) {
     text += "{\"register\":";
     addString(utf8(*report.registerName), text);

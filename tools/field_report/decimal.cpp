@@ -30,8 +30,8 @@ bool readDouble(const std::string& text, double& number) {
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
     return error == std::errc() && rest == end;
-#else // std::from_chars() takes integers alone
-    // std::strtod() also accepts leading blanks and a plus sign, and hexadecimal numbers.
+#else // std::from_chars() reads only integers
+    // std::strtod() would accept leading blanks, a plus sign and hexadecimal numbers.
     const bool isDecimal = !text.empty() && text.front() != '+' &&
                            text.find_first_not_of("0123456789.eE+-") == std::string::npos;
     if (!isDecimal)
@@ -68,7 +68,8 @@ std::uint32_t decimalsOf(const std::string& number) {
 }
 
 std::uint32_t decimalsOfFraction(double numerator, double denominator) {
-    // Products are rounded: 0.47 / 47 has two decimals, although 0.47 * 10 * 10 is less than 47.
+    // Products are rounded, so the comparison allows for it: 0.47 * 10 * 10 is less than 47, yet
+    // 0.47/47 has two decimals.
     denominator *= 1 - 1e-13;
     std::uint32_t decimals = 0;
     while (numerator < denominator) {

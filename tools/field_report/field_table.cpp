@@ -49,7 +49,7 @@ void unquote(std::string& column) {
         text += column[at];
         if (column[at] != '"')
             continue;
-        if (column[++at] != '"') // at the end it is a NUL
+        if (column[++at] != '"') // std::string has a NUL at its end
             throw Fault("a quote within a quoted column has to be doubled");
     }
     column = std::move(text);
@@ -96,8 +96,8 @@ Field fieldOf(const Columns& columns) {
     return field;
 }
 
-// The row of a register itself. It is that of the whole register as one field, whose name, lowest
-// bit and radix may be left out.
+// Reads the row of a register itself as one field that covers the register. Its lowest bit and its
+// radix letter may be empty.
 Field registerOf(Columns columns) {
     const auto setDefault = [&](Column column, const char* value) {
         if (columns[column].empty())
@@ -129,7 +129,7 @@ void takeLine(const std::string& line, const std::string& place, FieldTable& tab
     if (columns.size() > COLUMNS)
         throw Fault("expected at most " + std::to_string(COLUMNS) + " columns, found " +
                     std::to_string(columns.size()));
-    columns.resize(COLUMNS); // those at the end may be left out
+    columns.resize(COLUMNS); // empty columns at the end may be left out
     const std::string& name = columns[REGISTER];
     if (name.empty())
         throw Fault("the register has no name");
@@ -181,9 +181,9 @@ std::vector<Field> gapsBetween(std::vector<Field> fields, std::uint64_t width) {
         return a.lowest + a.width > b.lowest + b.width;
     };
     std::sort(fields.begin(), fields.end(), isHigher);
-    fields.emplace_back(); // of no bits at bit 0
+    fields.emplace_back(); // an empty field at bit 0 ends the lowest gap
     std::vector<Field> gaps;
-    std::uint64_t left = width; // the bits from here on are covered, or in a gap
+    std::uint64_t left = width; // all bits from here on belong to a field or a gap
     for (const Field& field : fields) {
         const std::uint64_t end = field.lowest + field.width;
         if (end < left) {
@@ -211,11 +211,11 @@ bool hasNames(const FieldTable& table) {
 }
 
 std::vector<std::string> columnsOf(const std::string& line) {
-    // With quotes handled, the tokenizer would end a column at a doubled quote. So it cuts at every
-    // comma, and the pieces of a quoted column are joined here.
+    // The tokenizer's own handling of quotes would end a column at a doubled quote. So it splits at
+    // every comma, and the pieces of a quoted column are joined here.
     Kel_StrTok tokens(line.c_str(), Kel_StrTok::CSV_DELIM, false, false, false);
     std::vector<std::string> columns;
-    bool open = false; // within the quotes of the last column
+    bool open = false; // true within the quotes of the last column
     while (const char* const token = tokens.getNext()) {
         if (open)
             columns.back().append(",").append(token);

@@ -34,7 +34,7 @@ std::string valueText(const Field& field, const Kel_Number& number) {
         return "";
     if (isSigned(field.radix))
         return number.toFloatString(field.scale, field.offset, field.decimals);
-    // The library reads the top bit as a sign, so an unsigned value gets a zero above it.
+    // toFloatString() reads the top bit as a sign, so an unsigned value gets a zero bit above it.
     std::vector<unsigned char> bytes(static_cast<std::size_t>(field.width / 8) + 1);
     KelRT::number2Bits(number, bytes.data(), 0);
     Kel_Number wider(field.width + 1);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The texts of one field of a scan: its raw value, its scaled value and its name.
+// Formats the texts of one field of a scan: its raw value, its scaled value and its name.
 #pragma once
 
 #include "field_table.h"
@@ -11,20 +11,20 @@
 
 namespace field_report {
 
-/// The raw value \a number in the radix of \a field, without a prefix. A field of radix s gives one
-/// character for each byte, whatever its code; zero bytes at the front give blanks.
+/// Formats the raw value \a number in the radix of \a field, without a prefix. Radix s gives one
+/// character for each byte, whatever its code; leading zero bytes become blanks.
 std::string rawText(const Field& field, const KelRT::Kel_Number& number);
 
-/// "0b", "0o" or "0x", or nothing for the other radices.
+/// Returns "0b", "0o" or "0x", or empty text for the other radices.
 const char* prefixOf(const Field& field);
 
-/// raw value * scale + offset; empty if the field has no scale.
+/// Formats raw value * scale + offset; returns empty text if the field has no scale.
 std::string valueText(const Field& field, const KelRT::Kel_Number& number);
 
-/// The name of the raw value; empty if it has none.
+/// Returns the name of the raw value, or empty text if it has none.
 std::string nameText(const Field& field, const KelRT::Kel_Number& number);
 
-/// Each byte that is not printable ASCII becomes '.'.
+/// Replaces each byte that is not printable ASCII with '.'.
 std::string printable(std::string text);
 
 } // namespace field_report

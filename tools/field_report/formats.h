@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The formats of a report. A format gets one scan after the other, in the order of the report, with
-// all its fields at once, and appends their text to a string.
+// Declares the formats of a report. The caller passes the scans in the order of the report, one at
+// a time, and the format appends their text to a string.
 #pragma once
 
 #include "field_table.h"
@@ -13,19 +13,19 @@
 
 namespace field_report {
 
-/// One field of one scan.
+/// Holds one field of one scan.
 struct Item {
     const Field* field;
     std::string raw;   ///< as rawText() gives it
     std::string value; ///< as valueText() gives it
-    std::string name;  ///< of the raw value, or empty
+    std::string name;  ///< as nameText() gives it
 };
 
-/// What is reported of one scan.
+/// Holds the part of one scan that the report shows.
 struct ScanReport {
     const std::string* registerName;
-    std::uint64_t scan; ///< its number among those of the register, from 1
-    const Field* whole; ///< the register itself
+    std::uint64_t scan; ///< the number of the scan; those of a register are numbered from 1
+    const Field* whole; ///< the register as one field
     std::vector<Item> items;
 };
 
@@ -36,25 +36,27 @@ public:
     Format& operator=(const Format&) = delete;
     virtual ~Format() = default;
 
-    /// Appends the fields of one scan, at least one.
+    /// Appends the fields of one scan. \a report has at least one.
     virtual void addScan(const ScanReport& report, std::string& text) = 0;
 
-    /// Appends what ends the report.
+    /// Appends the end of the report, such as a closing bracket.
     virtual void end(std::string& text) = 0;
 };
 
-/// A table for people. Its columns are wide enough for whatever the fields of \a table can hold,
-/// and grow for registers that it does not know.
+/// Makes a format that prints a table for people. Its columns are wide enough for any value of the
+/// fields of \a table. They grow for registers that \a table does not have.
 std::unique_ptr<Format> makeTextFormat(const FieldTable& table, bool boldHeader);
 
-/// Comma-separated values with a header line, as RFC 4180 has them. \param named with a column for
-/// the names of raw values
+/// Makes a format that prints comma-separated values with a header line, as RFC 4180 defines them.
+/// \param named whether there is a column for the names of raw values
 std::unique_ptr<Format> makeCsvFormat(bool named);
 
-/// One array of objects. \param named with a key for the names of raw values
+/// Makes a format that prints one array of objects.
+/// \param named whether the objects have a key for the names of raw values
 std::unique_ptr<Format> makeJsonFormat(bool named);
 
-/// One object a scan and line. \param named as for makeJsonFormat()
+/// Makes a format that prints one object for each scan, on a line of its own.
+/// \param named whether the objects have a key for the names of raw values
 std::unique_ptr<Format> makeJsonLinesFormat(bool named);
 
 } // namespace field_report

@@ -28,7 +28,7 @@ bool isTerminal(std::FILE* stream) {
 
 bool enableEscapes() {
     const HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
-    const DWORD escapes = 0x0004; // ENABLE_VIRTUAL_TERMINAL_PROCESSING, not in every SDK
+    const DWORD escapes = 0x0004; // ENABLE_VIRTUAL_TERMINAL_PROCESSING, which some SDKs lack
     DWORD mode = 0;
     return GetConsoleMode(console, &mode) != 0 && SetConsoleMode(console, mode | escapes) != 0;
 }

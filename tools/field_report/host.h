@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What the C++ standard library does not offer: terminals, binary streams and the replacement of a
-// file. All of the tool that depends on the host is here.
+// Provides what the C++ standard library lacks: terminals, binary streams and the replacement of
+// files. All code of the tool that depends on the host is here.
 #pragma once
 
 #include <cstdio>
@@ -11,28 +11,28 @@ namespace field_report::host {
 
 bool isTerminal(std::FILE* stream);
 
-/// Enables escape sequences on standard output; false if it has none or is no terminal.
+/// Enables escape sequences on standard output. Returns false if it does not support them.
 bool enableEscapes();
 
-/// Switches \a stream to binary mode on hosts that would translate line ends.
+/// Switches \a stream to binary mode on hosts that otherwise translate line ends.
 void setBinaryMode(std::FILE* stream);
 
-/// True if both names lead to one existing file.
+/// Returns true if both paths name the same existing file.
 bool isSameFile(const std::string& a, const std::string& b);
 
-/// False for a device, a pipe or a directory: a file must not take its place.
+/// Returns false if \a path names a device, a pipe or a directory, which no file must replace.
 bool mayReplace(const std::string& path);
 
-/// The file that a symbolic link leads to, on hosts whose tools write through links; otherwise, and
-/// for other files, \a path.
+/// Returns the target of the symbolic link \a path on POSIX, where tools write through links.
+/// Returns \a path itself on Windows, and if it is not a link.
 std::string linkTarget(const std::string& path);
 
-/// Gives \a to the permissions of \a from, if that file exists, on hosts that do not inherit them
-/// from the directory.
+/// Copies the permissions of the file \a from, if it exists, to \a to. Does nothing on Windows,
+/// where files inherit permissions from the directory.
 void copyPermissions(const std::string& from, const std::string& to);
 
-/// Renames \a from to \a to in one step, over an existing file; false, with `errno` set, on
-/// failure.
+/// Renames \a from to \a to atomically, replacing an existing file. On failure, sets `errno` and
+/// returns false.
 bool replaceFile(const std::string& from, const std::string& to);
 
 } // namespace field_report::host

@@ -16,7 +16,7 @@ using KelRT::Kel_Util;
 
 namespace {
 
-// Twice what the widest register needs with a blank after each digit.
+// The widest register has 2^18 digits. A value with a blank after each digit has half this length.
 constexpr std::size_t MAX_LINE_LENGTH = std::size_t{1} << 20;
 constexpr const char* BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
@@ -37,7 +37,7 @@ Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(MAX_LI
     total = end > 0 ? static_cast<std::uint64_t>(end) : 0;
     file.clear();
     file.seekg(0);
-    file.clear(); // seeking fails on a pipe
+    file.clear(); // seeking in a pipe fails
 }
 
 Lines::Lines(const std::vector<std::string>& lines)
@@ -70,7 +70,7 @@ bool Lines::read(std::string& line) {
         failed = true;
         throw hostFault("the rest of the file cannot be read");
     }
-    if (count == 0) // end of file, also on a repeated call
+    if (count == 0) // the end of the file, also on later calls
         return false;
     ++number;
     if (stream->fail() && !stream->eof()) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The lines of a text file, without comments, blank lines, byte order mark and carriage returns.
+// Reads the lines of a text file, without comments, blank lines, byte order mark and carriage
+// returns.
 #pragma once
 
 #include "messages.h"
@@ -20,27 +21,26 @@ public:
     /// Opens \a path; "-" is standard input. \throws Fault with the host's reason
     explicit Lines(const std::string& path);
 
-    /// The \a lines of the command line.
+    /// Reads \a lines, which come from the command line, in place of a file.
     explicit Lines(const std::vector<std::string>& lines);
 
-    /// Reads the next line that is neither blank nor a comment ('#' first), trimmed. A byte order
-    /// mark and carriage returns at line ends are dropped.
+    /// Reads the next line that is neither blank nor a comment, which begins with '#'. Trims it.
     /// \return false at the end of the file
-    /// \throws Fault for a line that cannot be read; the next call goes on after it
+    /// \throws Fault for a line that cannot be read; the next call continues after it
     bool next(std::string& line);
 
-    /// False after a failure of the host, which ends the file early.
+    /// Returns false after a read error, which ends the file early.
     bool isComplete() const { return !failed; }
 
-    /// True if reading the next line may block.
+    /// Returns true if reading the next line may block.
     bool mayBlock() const { return stream->rdbuf()->in_avail() <= 0; }
 
-    /// "PATH:NUMBER" of the last line, "PATH" after a failure of the host.
+    /// Returns "PATH:NUMBER" of the last line, or "PATH" after a read error.
     std::string place() const { return failed ? name : name + ":" + std::to_string(number); }
 
     std::uint64_t bytesRead() const { return consumed; }
 
-    /// The size of the file in bytes, 0 if it is unknown.
+    /// Returns the size of the file in bytes, or 0 if it is unknown.
     std::uint64_t size() const { return total; }
 
 private:
@@ -48,16 +48,16 @@ private:
 
     std::string name;
     std::ifstream file;
-    std::istringstream given; // on the command line
+    std::istringstream given; // the lines of the command line
     std::istream* stream;
-    std::vector<char> buffer; // one line and its NUL
+    std::vector<char> buffer; // holds one line and its NUL
     std::uint64_t number = 0;
     std::uint64_t consumed = 0;
     std::uint64_t total = 0;
     bool failed = false;
 };
 
-/// The lines of \a path; null, after the fault is reported, if it cannot be opened.
+/// Opens \a path. If it cannot be opened, reports the fault and returns null.
 std::unique_ptr<Lines> openLines(const std::string& path, Messages& messages);
 
 } // namespace field_report

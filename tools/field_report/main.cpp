@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Prints captured registers field by field. HELP in settings.cpp tells what it reads.
+// Prints captured registers field by field. HELP in settings.cpp describes its input.
 #include "field_table.h"
 #include "formats.h"
 #include "host.h"
@@ -29,10 +29,10 @@ using namespace KelRT;
 
 namespace {
 
-constexpr unsigned FAILURE = 0x80000001; // as a status: bit 31 marks a failure
+constexpr unsigned FAILURE = 0x80000001; // setReturnStatus() takes bit 31 as a failure
 
-// The table that the settings name, else the installed one. If it cannot be read, the fault is
-// reported and the table is empty, so every register is printed whole.
+// Reads the table that the settings name, or else the installed one. If it cannot be read, reports
+// the fault and returns an empty table, so every register is printed as one field.
 FieldTable tableFor(const Settings& settings, Messages& messages) {
     if (!settings.table.empty())
         return readTable(settings.table, messages);
@@ -46,7 +46,8 @@ FieldTable tableFor(const Settings& settings, Messages& messages) {
     return {};
 }
 
-// Only the named registers, all if there are no names: these alone set the column widths.
+// Returns only the named registers, or all if there are no names, so the columns of the report are
+// only as wide as these need.
 FieldTable selectedOf(FieldTable table, const std::vector<std::string>& names) {
     FieldTable selected;
     for (const std::string& name : names)
@@ -119,7 +120,7 @@ int main(int argc, char** argv) {
     const auto has = [&](const char* argument) {
         return std::find(arguments.begin(), arguments.end(), argument) != arguments.end();
     };
-    std::ios::sync_with_stdio(false); // several times as fast
+    std::ios::sync_with_stdio(false); // makes the streams several times faster
     if (has("--help") || has("--version")) {
         std::cout << (has("--help")
                           ? std::string(USAGE) + HELP

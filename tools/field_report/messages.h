@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What goes to standard error: faults, one line each, and the progress of a long run.
+// Writes to standard error: faults, one line each, and the progress of a long run.
 #pragma once
 
 #include <chrono>
@@ -10,10 +10,10 @@
 
 namespace field_report {
 
-/// A fault of the input, the settings or the host. The text says what is wrong.
+/// A Fault says what is wrong with the input or the settings, or what the host failed to do.
 using Fault = std::runtime_error;
 
-/// "WHAT: REASON" with the host's reason for the last failed call.
+/// Makes a Fault "WHAT: REASON"; the reason is that of `errno`.
 Fault hostFault(const std::string& what);
 
 class Messages {
@@ -23,11 +23,13 @@ public:
     /// Prints "WHERE: WHAT" and writes it to the log.
     void reportFault(const std::string& where, const std::string& what);
 
-    /// Shows how much of the capture is read, on a terminal and after the first second.
-    /// \param total the size of the capture in bytes, 0 if it is unknown
+    /// Shows how much of the capture has been read. Does nothing in the first second, or if
+    /// standard error is not a terminal.
+    /// \param done  how many bytes have been read
+    /// \param total the size of the capture in bytes, or 0 if it is unknown
     void showProgress(std::uint64_t done, std::uint64_t total);
 
-    /// Takes the progress off the terminal before other text appears there.
+    /// Erases the progress from the terminal. Call it before other text is printed.
     void hideProgress();
 
     bool anyFault() const { return faults; }
@@ -37,8 +39,8 @@ private:
 
     bool faults = false;
     bool onTerminal;
-    Clock::time_point due; // of the next progress line
-    std::size_t shown = 0; // characters of the one on the terminal
+    Clock::time_point due; // when the next progress is shown
+    std::size_t shown = 0; // how many characters of progress are on the terminal
 };
 
 } // namespace field_report

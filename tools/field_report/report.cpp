@@ -15,11 +15,13 @@ using KelRT::Kel_ByteBuffer;
 
 namespace {
 
-constexpr std::size_t PIECE = 1 << 16; // bytes of report per write, of capture per progress line
+// The report is written in pieces of at least this many bytes. The progress is shown each time this
+// many bytes of the capture have been read.
+constexpr std::size_t PIECE = 1 << 16;
 
-constexpr std::uint64_t STEP = 64; // bits; getBitsLL reads no more at once
+constexpr std::uint64_t STEP = 64; // the most bits that getBitsLL() reads
 
-// True if the bits of `field` differ from those in `previous`, or from 0 if that is null.
+// Returns true if the bits of `field` differ from those in `previous`, or from 0 if it is null.
 bool differ(const Field& field, Kel_ByteBuffer& bits, Kel_ByteBuffer* previous) {
     for (std::uint64_t at = 0; at < field.width; at += STEP) {
         const std::uint64_t count = std::min(STEP, field.width - at);
@@ -40,7 +42,7 @@ void Report::print(Lines& capture, Format& format, Output& output) {
     KelRT::MethodLogger trace;
     trace.setMethodName("print");
     std::string line;
-    std::uint64_t due = 0; // the value of bytesRead() at which the progress is shown again
+    std::uint64_t due = 0; // the progress is shown next when bytesRead() reaches this value
     for (bool more = true; more;) {
         try {
             more = capture.next(line);
@@ -67,7 +69,7 @@ void Report::takeLine(const std::string& line, Format& format) {
     try {
         readScan(line, settings->byteOrder, *table, scan);
     } catch (const Fault&) {
-        countScan(scan.name); // a faulty scan takes a number, too
+        countScan(scan.name); // a faulty scan is numbered as well
         throw;
     }
     Register& entry = countScan(scan.name);
@@ -89,7 +91,8 @@ Report::Register& Report::countScan(const std::string& name) {
     return entry;
 }
 
-// Takes the fields of a register from the table, now that its width is known.
+// Takes the fields of a register from the table. A register without a row there gets the width of
+// its first scan.
 void Report::takeFields(Register& entry) {
     entry.isSelected = isSelected(entry.name);
     const auto known = table->find(entry.name);

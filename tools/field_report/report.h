@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Reports one capture: reads its lines and passes one scan after the other to a format.
+// Reports one capture: reads its lines and passes its scans to a format, one at a time.
 #pragma once
 
 #include "capture.h"
@@ -22,21 +22,22 @@ class Report {
 public:
     Report(const Settings& chosen, const FieldTable& fieldTable, Messages& faultMessages);
 
-    /// Reports the scans of \a capture. A line with a fault is reported as such and left out.
+    /// Prints the scans of \a capture. A line with a fault is reported and skipped.
     void print(Lines& capture, Format& format, Output& output);
 
-    /// False if the capture could not be read to its end, or does not hold what was asked for.
+    /// Returns false if the capture could not be read to its end, or lacks a register or a scan
+    /// that the settings ask for.
     bool isComplete() const { return complete; }
 
 private:
     struct Register {
-        std::string name;          // as first spelled in the capture
-        Field whole;               // its width is 0 before the first good line
-        std::vector<Field> fields; // within its width; if there are none, the whole is shown
-        std::vector<Field> gaps;   // that the fields leave
-        std::uint64_t scans = 0;
+        std::string name;          // as the capture first spells it
+        Field whole;               // its width is 0 before the first valid line
+        std::vector<Field> fields; // if there are none, `whole` is shown
+        std::vector<Field> gaps;   // the bits that no field covers
+        std::uint64_t scans = 0;   // how many have been read
         bool isSelected = false;
-        KelRT::Kel_ByteBuffer previous; // scan, if only changes are shown
+        KelRT::Kel_ByteBuffer previous; // the preceding scan, if only changes are shown
     };
 
     void takeLine(const std::string& line, Format& format);
@@ -55,7 +56,7 @@ private:
     std::map<std::string, Register, CaseInsensitiveLess> registers;
     Scan scan;
     ScanReport scanReport;
-    std::string text; // not yet written
+    std::string text; // the part of the report that is not yet written
     bool anyReported = false;
     bool complete = true;
 };

@@ -97,11 +97,11 @@ each scan, 4 the calls. NO_COLOR, set and not empty, makes the header of a table
 
 namespace {
 
-constexpr const char* LINE = "line"; // the one setting that may be repeated
+constexpr const char* LINE = "line"; // only this setting may be repeated
 constexpr std::array SETTINGS = {"capture", LINE,        "fields", "register", "scan",
                                  "show",    "byteorder", "format", "output"};
 
-// Rejects what findKey() would not notice: unknown names, empty values and repeated settings.
+// Rejects what findKey() does not detect: unknown names, empty values and repeated settings.
 void checkArguments(const std::vector<std::string>& arguments) {
     std::vector<std::string> seen;
     for (const std::string& argument : arguments) {
@@ -120,7 +120,7 @@ void checkArguments(const std::vector<std::string>& arguments) {
     }
 }
 
-// The index of `word` in `choices`; 0, the default, for an empty word.
+// Returns the index of `word` in `choices`, or 0, the default, for an empty word.
 std::size_t choiceOf(const std::string& word, const std::vector<std::string>& choices,
                      const char* name) {
     for (std::size_t i = 0; i < choices.size(); ++i)

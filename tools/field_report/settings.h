@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The settings given on the command line.
+// Reads the settings from the command line.
 #pragma once
 
 #include "capture.h"
@@ -18,20 +18,21 @@ extern const char* const HELP;  ///< the rest of what --help prints
 enum class FormatKind : std::uint8_t { TEXT, CSV, JSON, JSONL };
 
 struct Settings {
-    std::string capture;                ///< "-" is standard input; empty: the lines stand for it
-    std::vector<std::string> lines;     ///< of a capture
-    std::string table;                  ///< empty: the installed one
-    std::vector<std::string> registers; ///< empty: all of them
+    std::string capture;                ///< a path; "-" for standard input; empty if `lines` is not
+    std::vector<std::string> lines;     ///< a capture given on the command line
+    std::string table;                  ///< a path; empty for the installed table
+    std::vector<std::string> registers; ///< the registers to print; empty for all
     std::uint64_t firstScan = 1;
     std::uint64_t lastScan = std::numeric_limits<std::uint64_t>::max();
     bool onlyChanges = false;
     ByteOrder byteOrder = ByteOrder::BIG;
     FormatKind format = FormatKind::TEXT;
-    std::string output; ///< empty: standard output
+    std::string output; ///< empty for standard output; see Output
 };
 
-/// \throws Fault for an argument that is not a setting, a setting that is empty, wrong or given
-/// twice, a missing capture, and two inputs that would both be standard input
+/// Parses the arguments of the command line.
+/// \throws Fault if an argument is not a setting, if a setting is empty, wrong or given twice, if
+/// there is no capture, or if two inputs would both read standard input
 Settings settingsOf(std::vector<std::string> arguments);
 
 } // namespace field_report

@@ -23,9 +23,9 @@ enum Column : std::uint8_t {
     VALUE,
     UNIT,
     COLUMNS
-}; // and the description, unpadded
+}; // the description, which is not padded, follows them
 
-// The number of characters in UTF-8 text: 2 in "µs".
+// Counts the characters of UTF-8 text: 2 in "µs".
 std::size_t lengthOf(std::string_view text) {
     return static_cast<std::size_t>(
         std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
@@ -41,13 +41,13 @@ std::string bitRange(const Field& field) {
            std::to_string(field.lowest) + "]";
 }
 
-// The layout of a raw value: '_' separates groups of `group` digits. A line has at most `most`
-// characters without the prefix and is right-aligned. Every line but the first begins with '_'.
+// A raw value is printed in groups of `group` digits with '_' between them, on lines of at most
+// `most` characters without the prefix. Every line after the first begins with '_'.
 struct Layout {
     std::size_t group;
     std::size_t most;
 
-    // How many of `length` characters are in the first line; all other lines are full.
+    // Returns how many of `length` characters are in the first line; all other lines are full.
     std::size_t firstLine(std::size_t length) const { return ((length - 1) % most) + 1; }
 };
 
@@ -67,7 +67,7 @@ std::string grouped(const std::string& raw, std::size_t group) {
     return text;
 }
 
-// The maximum length of a raw value, in characters.
+// Returns the maximum number of characters of a raw value, without '_' and prefix.
 std::size_t maxRawLength(const Field& field) {
     const auto width = static_cast<std::size_t>(field.width);
     const auto decimals = [](std::size_t bits) {
@@ -95,8 +95,8 @@ std::size_t maxRawWidth(const Field& field) {
     return length <= layout.most ? first : std::max(first, layout.most);
 }
 
-// The maximum width of a scaled value, which an extreme raw value has: 0, all bits set, the top bit
-// alone, or all but the top bit.
+// Returns the maximum width of a scaled value. One of these raw values has it: 0, all bits set, the
+// top bit alone, or all but the top bit.
 std::size_t maxScaledWidth(const Field& field) {
     if (field.scale == 0)
         return 0;
@@ -141,7 +141,7 @@ public:
         std::string label = labelOf(report);
         makeRoom(REGISTER, lengthOf(label));
         for (const Item& item : report.items)
-            if (item.field->place.empty()) // not from the table
+            if (item.field->place.empty()) // the field is not from the table
                 makeRoom(*item.field);
         addHeader(text);
         text += '\n';
@@ -185,7 +185,7 @@ private:
         const std::string raw = grouped(printable(item.raw), layout.group);
         std::size_t shown = layout.firstLine(raw.size());
         const std::string first = prefixOf(field) + raw.substr(0, shown);
-        // A name takes the place of the value, and so of its unit.
+        // A name is printed in place of the value and its unit.
         const std::string_view value = item.name.empty() ? item.value : item.name;
         const std::string_view unit = item.name.empty() ? std::string_view(field.unit) : "";
         addRow({label, field.name, bitRange(field), first, value, unit}, field.description, text);
