@@ -31,3 +31,13 @@
 #else
 #define KELRT_FORMAT(formatPosition, firstArgument)
 #endif
+
+/// Encloses a class with private members whose types are not exported. MSVC warns of them (C4251),
+/// in clients too, although only the functions of the library access them.
+#if defined(_MSC_VER)
+#define KELRT_PRIVATE_TYPES_BEGIN __pragma(warning(push)) __pragma(warning(disable : 4251))
+#define KELRT_PRIVATE_TYPES_END __pragma(warning(pop))
+#else
+#define KELRT_PRIVATE_TYPES_BEGIN
+#define KELRT_PRIVATE_TYPES_END
+#endif

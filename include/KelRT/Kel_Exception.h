@@ -7,10 +7,7 @@
 
 namespace KelRT {
 
-#if defined(_MSC_VER)
-#pragma warning(push)
-#pragma warning(disable : 4251) // only the library's own members access the string
-#endif
+KELRT_PRIVATE_TYPES_BEGIN
 
 /// The file, directory and environment functions throw this exception. Its message says what
 /// failed.
@@ -40,8 +37,6 @@ private:
     std::string message;
 };
 
-#if defined(_MSC_VER)
-#pragma warning(pop)
-#endif
+KELRT_PRIVATE_TYPES_END
 
 } // namespace KelRT
