@@ -24,7 +24,8 @@ def owned(value):
     kind = value.type.strip_typedefs()
     if kind.code == gdb.TYPE_CODE_PTR:
         return value
-    if kind.code == gdb.TYPE_CODE_STRUCT:
+    # In the debug mode of libstdc++, bases of a vector hold pointers to its iterators.
+    if kind.code == gdb.TYPE_CODE_STRUCT and not (kind.name or "").startswith("__gnu_debug::"):
         for field in kind.fields():
             found = owned(value[field]) if hasattr(field, "bitpos") else None  # static: no place
             if found is not None:
