@@ -11,8 +11,6 @@
 #include <memory>
 #include <utility>
 
-using fuzz::require;
-using fuzz::requireEqual;
 using KelRT::Kel_ByteBuffer;
 using model::Bytes;
 
@@ -48,6 +46,11 @@ public:
     }
 
 private:
+    void require(bool holds, const char* what) const { fuzz::require(holds, what, &input); }
+    void requireEqual(const auto& found, const auto& expectedValue, const char* what) const {
+        fuzz::requireEqual(found, expectedValue, what, &input);
+    }
+
     void insert() {
         const std::size_t at = input.below(expected.size + 3);
         const std::size_t count = input.below(12);

@@ -20,12 +20,7 @@ namespace fuzz {
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size)
-        : bytes(reinterpret_cast<const char*>(data), size) {
-        running = this;
-    }
-    Input(const Input&) = delete;
-    Input& operator=(const Input&) = delete;
-    ~Input() { running = nullptr; }
+        : bytes(reinterpret_cast<const char*>(data), size) {}
 
     [[nodiscard]] bool empty() const { return at >= bytes.size(); }
     std::uint64_t value(unsigned byteCount = 8) {
@@ -64,28 +59,32 @@ public:
     void note(const char* operation, std::initializer_list<std::uint64_t> arguments) {
         operations.emplace_back(operation, arguments);
     }
-    [[noreturn]] static void fail(const std::string& message) {
-        for (const auto& [operation, arguments] : running->operations) {
+    void printOperations() const {
+        for (const auto& [operation, arguments] : operations) {
             static_cast<void>(std::fprintf(stderr, "%s", operation));
             for (const std::uint64_t argument : arguments)
                 static_cast<void>(std::fprintf(stderr, " %s", std::to_string(argument).c_str()));
             static_cast<void>(std::fprintf(stderr, "\n"));
         }
-        static_cast<void>(std::fprintf(stderr, "failed: %s\n", message.c_str()));
-        std::abort();
     }
 
 private:
-    inline static thread_local const Input* running = nullptr;
     std::string bytes;
     std::size_t at = 0;
     std::vector<std::pair<const char*, std::vector<std::uint64_t>>> operations;
 };
 
-/// Aborts the run, which makes it a finding, unless \a holds.
-inline void require(bool holds, const char* what) {
+/// Aborts the run, which makes it a finding. Prints the operations that \a input has noted.
+[[noreturn]] inline void fail(const std::string& message, const Input* input) {
+    if (input != nullptr)
+        input->printOperations();
+    static_cast<void>(std::fprintf(stderr, "failed: %s\n", message.c_str()));
+    std::abort();
+}
+
+inline void require(bool holds, const char* what, const Input* input = nullptr) {
     if (!holds)
-        Input::fail(what);
+        fail(what, input);
 }
 
 inline std::string shown(const std::string& text) {
@@ -97,10 +96,11 @@ std::string shown(Value value) {
     return std::to_string(value);
 }
 
-/// Aborts the run, and prints both lists from shortly before their first difference on, unless they
-/// are equal.
+/// Unless the lists are equal, fails with what they hold from shortly before the first difference
+/// on.
 template <typename List>
-void requireEqualLists(const List& found, const List& expected, const char* what) {
+void requireEqualLists(const List& found, const List& expected, const char* what,
+                       const Input* input) {
     std::size_t place = 0;
     while (place < found.size() && place < expected.size() && found[place] == expected[place])
         ++place;
@@ -115,18 +115,21 @@ void requireEqualLists(const List& found, const List& expected, const char* what
                 text += shown(list[i]) + ' ';
         return text;
     };
-    Input::fail(std::string(what) + ", from " + std::to_string(place) +
-                " on\n  found:    " + partOf(found) + "\n  expected: " + partOf(expected));
+    fail(std::string(what) + ", from " + std::to_string(place) +
+             " on\n  found:    " + partOf(found) + "\n  expected: " + partOf(expected),
+         input);
 }
 
-/// Aborts the run, and prints both values, unless they are equal.
+/// Unless the values are equal, fails with both.
 template <typename Found, typename Expected>
-void requireEqual(const Found& found, const Expected& expected, const char* what) {
+void requireEqual(const Found& found, const Expected& expected, const char* what,
+                  const Input* input = nullptr) {
     if constexpr (!std::is_arithmetic_v<Found>)
-        requireEqualLists<Found>(found, expected, what);
+        requireEqualLists<Found>(found, expected, what, input);
     else if (found != expected)
-        Input::fail(std::string(what) + "\n  found:    " + shown(found) +
-                    "\n  expected: " + shown(expected));
+        fail(std::string(what) + "\n  found:    " + shown(found) +
+                 "\n  expected: " + shown(expected),
+             input);
 }
 
 } // namespace fuzz

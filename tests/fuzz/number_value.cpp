@@ -13,7 +13,6 @@
 
 #include <algorithm>
 
-using fuzz::requireEqual;
 using KelRT::Kel_ByteBuffer;
 using KelRT::Kel_Number;
 using model::Bytes;
@@ -54,33 +53,36 @@ void convertField(fuzz::Input& input, std::uint64_t width) {
     Kel_Number number(width);
     number.set('d', "-1");
     const bool holds = expected.holds(at, width);
-    requireEqual(said([&] { bits2Number(buffer, at, number); }),
-                 holds ? "" : "Internal Error - Kel_ByteBuffer::getBits bad params.", "a read");
-    requireEqual(number.toString('b'),
-                 holds ? bitsOf(expected, at, width)
-                       : std::string(static_cast<std::size_t>(width), '1'),
-                 "the field");
+    fuzz::requireEqual(said([&] { bits2Number(buffer, at, number); }),
+                       holds ? "" : "Internal Error - Kel_ByteBuffer::getBits bad params.",
+                       "a read", &input);
+    fuzz::requireEqual(number.toString('b'),
+                       holds ? bitsOf(expected, at, width)
+                             : std::string(static_cast<std::size_t>(width), '1'),
+                       "the field", &input);
     Bytes exact = expected.block; // ends with the field, so a sanitizer sees an access past it
     if (holds) {
         exact.resize(static_cast<std::size_t>((at + width + 7) / 8));
         number.set('d', "-1");
         bits2Number(exact.data(), at, number);
-        requireEqual(number.toString('b'), bitsOf(expected, at, width), "the field of an array");
+        fuzz::requireEqual(number.toString('b'), bitsOf(expected, at, width),
+                           "the field of an array", &input);
     }
 
     number.set('b', input.text(static_cast<std::size_t>(width), "01"));
-    requireEqual(said([&] { number2Bits(number, buffer, at); }),
-                 holds ? "" : "Internal Error - Kel_ByteBuffer::setBits(ll) bad params.",
-                 "a write");
+    fuzz::requireEqual(said([&] { number2Bits(number, buffer, at); }),
+                       holds ? "" : "Internal Error - Kel_ByteBuffer::setBits(ll) bad params.",
+                       "a write", &input);
     const std::string written = number.toString('b');
     for (std::uint64_t k = 0; holds && k < width; ++k)
         expected.setBit(at + k, written[static_cast<std::size_t>(width - 1 - k)] == '1');
     const unsigned char* const content = buffer.uPtr();
-    requireEqual(Bytes(content, content + buffer.getSize()), expected.block, "what is written");
+    fuzz::requireEqual(Bytes(content, content + buffer.getSize()), expected.block,
+                       "what is written", &input);
     if (holds)
         number2Bits(number, exact.data(), at);
     expected.block.resize(exact.size());
-    requireEqual(exact, expected.block, "what is written to an array");
+    fuzz::requireEqual(exact, expected.block, "what is written to an array", &input);
 }
 
 /// Whether a decimal text has a value above that of \a limit.
@@ -94,11 +96,11 @@ void convertInteger(fuzz::Input& input, std::uint64_t width) {
     const std::uint64_t value = input.value() >> input.below(64);
     uLL2Number(value, number);
     ofText.set('u', std::to_string(value));
-    requireEqual(number.toString('x'), ofText.toString('x'), "uLL2Number");
+    fuzz::requireEqual(number.toString('x'), ofText.toString('x'), "uLL2Number", &input);
     const auto signedValue = static_cast<std::int64_t>(input.value()) >> input.below(64);
     lL2Number(signedValue, number);
     ofText.set('d', std::to_string(signedValue));
-    requireEqual(number.toString('x'), ofText.toString('x'), "lL2Number");
+    fuzz::requireEqual(number.toString('x'), ofText.toString('x'), "lL2Number", &input);
 
     if (input.below(2) == 0)
         number.set('b', std::string("1").append(input.below(width), '0'));
@@ -107,14 +109,15 @@ void convertInteger(fuzz::Input& input, std::uint64_t width) {
     std::string text = number.toString('u');
     std::uint64_t read = 7;
     const bool isUnsigned = !exceeds(text, "18446744073709551615");
-    requireEqual(number2ULL(number, read), isUnsigned, "whether it fits");
-    requireEqual(std::to_string(read), isUnsigned ? text : "7", "number2ULL");
+    fuzz::requireEqual(number2ULL(number, read), isUnsigned, "whether it fits", &input);
+    fuzz::requireEqual(std::to_string(read), isUnsigned ? text : "7", "number2ULL", &input);
     text = number.toString('d');
     std::int64_t signedRead = 7;
     const bool isSigned =
         !exceeds(text, text[0] == '-' ? "-9223372036854775808" : "9223372036854775807");
-    requireEqual(number2LL(number, signedRead), isSigned, "whether it fits with a sign");
-    requireEqual(std::to_string(signedRead), isSigned ? text : "7", "number2LL");
+    fuzz::requireEqual(number2LL(number, signedRead), isSigned, "whether it fits with a sign",
+                       &input);
+    fuzz::requireEqual(std::to_string(signedRead), isSigned ? text : "7", "number2LL", &input);
 }
 
 } // namespace
