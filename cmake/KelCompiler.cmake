@@ -1,6 +1,6 @@
 # Refuses a compiler that is too old for C++20 and its library. Of GCC and Clang these are the oldest
 # versions that are tested; MSVC itself is not.
-set(KELUTIL_OLDEST_GNU 12)
+set(KELUTIL_OLDEST_GNU 11)
 set(KELUTIL_OLDEST_Clang 14)
 set(KELUTIL_OLDEST_MSVC 19.29)
 set(oldest "${KELUTIL_OLDEST_${CMAKE_CXX_COMPILER_ID}}")
