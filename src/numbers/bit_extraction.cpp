@@ -10,7 +10,8 @@
 namespace KelRT {
 namespace {
 
-// Reads the field from bit `low` to bit `high`, or its lowest `maxCount` bits.
+// Reads the field from bit `low` to bit `high`. Of a field longer than `maxCount`, only the lowest
+// bits are read.
 std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int32_t low,
                          std::uint64_t maxCount) {
     assert(data != nullptr && "the field lies inside the array");

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Text in the radices 2, 8 and 256, whose digits have 1, 3 and 8 bits. Parsing and printing handle
-// eight characters at a time, onesIn() sixteen. The first character is the most significant digit.
+// These functions convert text in the radices 2, 8 and 256, whose digits have 1, 3 and 8 bits. The
+// first character is the most significant digit. onesIn() handles sixteen characters at a time, the
+// other functions eight.
 #pragma once
 
 #include "common/u64.h"
@@ -14,7 +15,7 @@ namespace KelRT::numbers {
 
 constexpr unsigned CHARACTERS_PER_STEP = 8; // one 64-bit load
 
-// Bit i is set if character i of `count` (0 to 64) is '1'.
+// Returns a mask of the `count` characters (0 to 64) of `text`: bit i is set if character i is '1'.
 [[nodiscard]] inline std::uint64_t onesIn(const char* text, unsigned count) {
     constexpr unsigned BLOCK = 16;
     std::uint64_t ones = 0;
@@ -26,43 +27,45 @@ constexpr unsigned CHARACTERS_PER_STEP = 8; // one 64-bit load
     return ones;
 }
 
-// Spreads 24 bits over eight bytes, three bits each, the lowest bits in the lowest byte.
+// Spreads 24 bits over eight bytes, three bits to each. The lowest byte gets the lowest bits.
 [[nodiscard]] constexpr std::uint64_t spreadOctal(std::uint64_t value) {
     value = (value | value << 20) & 0x00000FFF00000FFF;
     value = (value | value << 10) & 0x003F003F003F003F;
     return (value | value << 5) & 0x0707070707070707;
 }
 
-// The inverse of spreadOctal(). Only the low three bits of each byte may be set.
+// Reverses spreadOctal(). Only the low three bits of each byte may be set.
 [[nodiscard]] constexpr std::uint64_t packOctal(std::uint64_t digits) {
     digits = (digits | digits >> 5) & 0x003F003F003F003F;
     digits = (digits | digits >> 10) & 0x00000FFF00000FFF;
     return (digits | digits >> 20) & 0xFFFFFF;
 }
 
-// Reads up to 8 digits. False if a character is not a digit.
+// Reads up to 8 binary digits. Returns false if a character is not a digit.
 [[nodiscard]] inline bool readBinary(const char* p, unsigned count, std::uint64_t& number) {
     const std::uint64_t characters = common::loadHighBytes(p, count, '0');
     number = common::packBits(common::swapBytes(characters & common::broadcast(1)));
     return (characters & common::broadcast(0xFE)) == common::broadcast('0');
 }
 
+// Reads up to 8 octal digits. Returns false if a character is not a digit.
 [[nodiscard]] inline bool readOctal(const char* p, unsigned count, std::uint64_t& number) {
     const std::uint64_t characters = common::loadHighBytes(p, count, '0');
     number = packOctal(common::swapBytes(characters & common::broadcast(7)));
     return (characters & common::broadcast(0xF8)) == common::broadcast('0');
 }
 
-// Every character below 128 is a digit, and its code is the value.
+// Reads up to 8 digits of radix 256. A code below 128 is a digit of that value; for any other code,
+// returns false.
 [[nodiscard]] inline bool readBytes(const char* p, unsigned count, std::uint64_t& number) {
     number = common::swapBytes(common::loadHighBytes(p, count, 0));
     return (number & common::broadcast(0x80)) == 0;
 }
 
-// The number in the `count` binary digits (0 to 64) before `end`. Any other character counts as 0.
+// Reads the `count` binary digits (0 to 64) before `end`. Any character but '1' counts as 0.
 [[nodiscard]] inline std::uint64_t readLenientBinary(const char* end, unsigned count) {
-    // Mirrored, the digits are the high bits. A rotation moves them to the low end, because a shift
-    // by 64, for a count of 0, is undefined.
+    // Mirroring moves the digits to the high bits, the rotation moves them down to the low bits. A
+    // shift cannot: for a count of 0 it would be a shift by 64, which is undefined.
     return std::rotl(common::mirrorU64(onesIn(end - count, count)), static_cast<int>(count));
 }
 
@@ -92,8 +95,9 @@ inline void writeBinary(char* end, std::uint64_t value, unsigned count) {
 // Writes the low `count` octal digits (0 to 21) of `value` before `end`.
 inline void writeOctal(char* end, std::uint64_t value, unsigned count) {
     const auto spread = [](std::uint64_t bits) { return spreadOctal(bits & 0xFFFFFF); };
-    // powerOfTwoText() writes groups of 16 digits: a constant count unrolls the loop. Without it,
-    // the benchmark row "print radix 8, 4096 b" takes 19 % longer.
+    // powerOfTwoText() mostly writes groups of 16 digits. For them, the constant count lets the
+    // compiler unroll the loop. Without this, the benchmark row "print radix 8, 4096 b" takes 19 %
+    // longer.
     if (count == 2 * CHARACTERS_PER_STEP)
         writeDigits<3>(end, value, 2 * CHARACTERS_PER_STEP, spread);
     else

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Text of bits and of hexadecimal digits. Conversion starts at the least significant digit: at the
-// end of the text, or at the start of a reverse binary string.
+// These functions convert text of bits and of hexadecimal digits. They start at the least
+// significant digit: at the end of the text, or at the start of a reverse binary string.
 #include "KelRT/Kel_NumberUtil.h"
 
 #include "common/hex.h"
@@ -20,8 +20,8 @@
 namespace KelRT {
 namespace {
 
-// Empties `output` and returns the input. If that is part of the output, the old text moves to
-// `kept`, and the input with it. Never fails.
+// Empties `output` and returns the input. If the input is part of the output, its text moves to
+// `kept`, where the returned view points. Never fails.
 std::string_view detach(std::string_view input, std::string& output, std::string& kept) noexcept {
     if (common::overlap(input.data(), 1, output.data(), output.size())) {
         const auto offset = static_cast<std::size_t>(input.data() - output.data());
@@ -45,16 +45,16 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
     return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// Reads the `count` characters (1 to 16) before `end` as hexadecimal digits, unchecked. For a
-// character code c, as a signed char, the digit is the low four bits of c - 48 if c < 'A', else of
-// c - 55. (Modulo 16, -48 is 0 and -55 is 9.)
+// Reads the `count` characters (1 to 16) before `end` as hexadecimal digits. It accepts every
+// character: the digit of a code c, as a signed char, is c - 48 if c < 'A', else c - 55, modulo 16.
+// Modulo 16, that is c + 0 or c + 9.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::greater(characters, '@'));
     return common::packHex(values & common::broadcastVector(15));
 }
 
-// The number in `text` modulo 2^64, to which only the last 16 characters contribute.
+// Returns the number in `text` modulo 2^64, so only the last 16 characters count.
 std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
     if (static_cast<std::int32_t>(length) < 1) // from 2^31 on, as hexStr2UInt() documents

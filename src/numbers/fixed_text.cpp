@@ -12,12 +12,12 @@
 namespace KelRT::numbers {
 namespace {
 
-// The most decimal places that a double can need: 2^-1074, the smallest positive one, has 1074.
-// Further ones are 0.
+// Every double is a multiple of 2^-1074, so it has at most this many decimal places. Further ones
+// are 0.
 constexpr std::uint32_t EXACT_DECIMALS = 1074;
 
-// A sign, the 309 digits of the largest double, a decimal point (that of the locale, assumed to
-// have at most 32 bytes), the decimals and the NUL.
+// The longest text has a sign, the 309 digits of the largest double, a decimal point, the decimals
+// and a NUL. The locale's decimal point is assumed to have at most 32 bytes.
 constexpr std::size_t LONGEST_TEXT = 1 + 309 + 32 + EXACT_DECIMALS + 1;
 
 } // namespace

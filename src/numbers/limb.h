@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Limbs, the 64-bit digits of multi-precision arithmetic. A Kel_Number stores 16-bit words, the
-// lowest first, and arithmetic takes four of them at a time.
+// Limbs are the 64-bit digits of multi-precision arithmetic. A Kel_Number stores 16-bit words, the
+// lowest first. Four words make a limb.
 #pragma once
 
 #include "common/u128.h"
@@ -23,7 +23,8 @@ constexpr unsigned LIMB_BITS = 64;
     return common::divideUp(wordCount, WORDS_PER_LIMB);
 }
 
-// Loads up to four words (at least 1). Missing words count as 0.
+// Loads a limb from the first four words, or from all words (at least 1) if there are fewer.
+// Missing words count as 0.
 [[nodiscard]] inline Limb loadLimb(std::span<const std::uint16_t> words) {
     if (words.size() >= WORDS_PER_LIMB)
         return Limb{words[0]} | Limb{words[1]} << 16 | Limb{words[2]} << 32 | Limb{words[3]} << 48;
@@ -33,7 +34,8 @@ constexpr unsigned LIMB_BITS = 64;
     return limb;
 }
 
-// Stores into the first four words, or into all of fewer words. Bits without a word are lost.
+// Stores a limb in the first four words, or in all words if there are fewer. Bits that have no word
+// are lost.
 inline void storeLimb(std::span<std::uint16_t> words, Limb limb) {
     if (words.size() >= WORDS_PER_LIMB) {
         words[0] = static_cast<std::uint16_t>(limb);
@@ -46,7 +48,8 @@ inline void storeLimb(std::span<std::uint16_t> words, Limb limb) {
         words[i] = static_cast<std::uint16_t>(limb >> 16 * i);
 }
 
-// A step of two's-complement negation, which starts at the lowest limb with `carry` true.
+// Negates one limb of a number in two's complement. The caller goes from the lowest limb to the
+// highest, with `carry` true at the start.
 [[nodiscard]] inline Limb negateLimb(Limb limb, bool& carry) {
     const Limb negated = ~limb + (carry ? 1 : 0);
     carry = carry && negated == 0;

@@ -18,8 +18,8 @@ std::uint64_t checkedWidth(std::uint64_t bitCount) {
     return bitCount;
 }
 
-// A count beyond std::size_t becomes the largest one: a vector refuses either with
-// std::length_error.
+// Converts a word count to a size. A count that does not fit becomes the largest size, for which
+// the vector throws std::length_error.
 std::size_t sizeOf(std::uint64_t wordCount) {
     constexpr std::uint64_t MAX_SIZE = std::numeric_limits<std::size_t>::max();
     return static_cast<std::size_t>(std::min(wordCount, MAX_SIZE));
@@ -36,7 +36,7 @@ Kel_Number::Kel_Number(std::uint64_t newBitCount)
 Kel_Number::Kel_Number(const Kel_Number&) = default;
 Kel_Number::~Kel_Number() = default;
 
-// If memory is exhausted, reserve() throws and nothing has changed.
+// Only reserve() can throw. It comes first, so the number is then unchanged.
 Kel_Number& Kel_Number::operator=(const Kel_Number& other) {
     if (this == &other)
         return *this;

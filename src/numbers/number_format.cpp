@@ -27,8 +27,9 @@ std::uint64_t significantBits(std::span<const std::uint16_t> words) {
            static_cast<unsigned>(std::bit_width(words[count - 1]));
 }
 
-// Prints digits of DIGIT_BITS bits. They are written backwards in groups that fill whole words:
-// write(end, group, count) writes the low `count` digits of `group` before `end`.
+// Prints digits of DIGIT_BITS bits in groups that fill whole words, the lowest group first, from
+// the end of the text. write(end, group, count) writes the low `count` digits of `group` before
+// `end`.
 template <unsigned DIGIT_BITS, typename Write>
 std::string powerOfTwoText(std::span<const std::uint16_t> words, std::size_t minDigits, char filler,
                            Write write) {

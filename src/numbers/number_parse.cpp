@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Numbers from text. Text of radix 2, 8, 16 and 256 is read from its end: counted from there, the
-// bit position of each digit is known, and excess digits are simply dropped at the top. A refused
-// digit anywhere sets the whole number to 0.
+// These functions parse numbers. Text of radix 2, 8, 16 and 256 is read from its end, the lowest
+// digit first. So the bit position of each digit is known, and excess digits are dropped at the
+// top. A refused digit anywhere makes the number 0.
 #include "KelRT/Kel_Number.h"
 
 #include "common/hex.h"
@@ -21,12 +21,12 @@ namespace KelRT {
 namespace numbers {
 namespace {
 
-// Reads a group of which at least one character is not a digit, from the last one backwards.
-// `result` is that of the text after the group.
+// Reads a group in which at least one character is not a digit, from its end. Takes the result for
+// the text after the group and returns the result for both.
 ParseResult readOneByOne(std::string_view group, unsigned digitBits, WordSink& sink,
                          ParseResult result) {
     if (digitBits == 8)
-        return ParseResult::refused; // only codes from 0x80 on are not digits, and they are refused
+        return ParseResult::refused; // in radix 256, every other character is refused
     for (std::size_t i = group.size(); i-- > 0;) {
         switch (classify(group[i], 1U << digitBits)) {
         case CharacterClass::digit:
@@ -44,7 +44,8 @@ ParseResult readOneByOne(std::string_view group, unsigned digitBits, WordSink& s
     return result;
 }
 
-// READ(p, count, number) reads up to MAX_CHARACTERS digits. It returns false if one is not a digit.
+// Parses text in radix 2^DIGIT_BITS. READ(p, count, number) reads up to MAX_CHARACTERS digits and
+// returns false if a character is not a digit.
 template <unsigned DIGIT_BITS, unsigned MAX_CHARACTERS, auto READ>
 ParseResult parsePowerOfTwo(const std::string& text, WordSink sink) {
     ParseResult result = ParseResult::positive;
@@ -53,7 +54,7 @@ ParseResult parsePowerOfTwo(const std::string& text, WordSink sink) {
         left -= count;
         const char* const p = text.data() + left;
         Limb number = 0;
-        if (READ(p, count, number)) { // a short group, at the start of the text, has leading zeros
+        if (READ(p, count, number)) { // READ pads a short group with leading zeros
             sink.put(number, MAX_CHARACTERS * DIGIT_BITS);
             continue;
         }
@@ -65,7 +66,7 @@ ParseResult parsePowerOfTwo(const std::string& text, WordSink sink) {
     return result;
 }
 
-// Without a radix, every digit is refused.
+// Parses text under a letter that selects no radix: every digit is refused.
 ParseResult parseWithoutRadix(const std::string& text, WordSink sink) {
     const auto isDigit = [](char c) { return common::hexValue(c) != common::NO_DIGIT; };
     sink.finish();
@@ -73,9 +74,9 @@ ParseResult parseWithoutRadix(const std::string& text, WordSink sink) {
                                                           : ParseResult::positive;
 }
 
-// Reads text into words, the lowest first. The value wraps at the last word and is not negated yet.
-// If a digit was refused, the words are unspecified. Throws std::bad_alloc with the words
-// unchanged.
+// Parses text into words, the lowest first. The value wraps at the last word, and the caller must
+// negate it if the result says so. The words are unspecified if the text is refused, and unchanged
+// if std::bad_alloc is thrown.
 ParseResult parseDigits(char radix, const std::string& text, std::span<std::uint16_t> words) {
     switch (radixOf(radix)) {
     case 2:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Scaled values of numbers, by double arithmetic. The build disables floating-point contraction for
-// this file: fused multiply-adds would change results.
+// These functions use double arithmetic. The build disables floating-point contraction for this
+// file, because fused multiply-adds would change results.
 #include "KelRT/Kel_Number.h"
 #include "numbers/fixed_text.h"
 
@@ -12,14 +12,14 @@
 namespace KelRT {
 
 void Kel_Number::setFloat(const std::string& text, double scale, double offset) noexcept {
-    const double value = std::strtod(text.c_str(), nullptr); // as atof()
+    const double value = std::strtod(text.c_str(), nullptr); // as atof() does
     const double quotient = std::trunc((value - offset) / scale);
     setToZero();
     if (!std::isfinite(quotient))
         return;
-    // All steps are exact: the magnitude has at most 53 significant bits, and the divisor is a
-    // power of two. Each division moves the word that was stored into the fraction, which the next
-    // conversion to a word drops.
+    // Every step is exact: the magnitude has at most 53 significant bits, and the divisor is a
+    // power of two. After a division, the words stored so far are the fraction of the magnitude.
+    // The next conversion to a word drops it.
     double magnitude = std::fabs(quotient);
     for (std::uint16_t& word : words) {
         if (magnitude < 1)
@@ -41,7 +41,7 @@ std::string Kel_Number::toFloatString(double scale, double offset, std::uint32_t
     return numbers::fixedText(scale * toDouble() + offset, precision);
 }
 
-// In steps of 16 bits; wider ones would round differently.
+// Adds 16 bits in each step. Wider steps would round differently.
 double Kel_Number::toDouble() const noexcept {
     double value = 0;
     std::for_each(words.rbegin(), words.rend(),

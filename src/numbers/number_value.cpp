@@ -12,7 +12,7 @@
 
 namespace KelRT {
 
-// The private parts of both classes that the functions of this file use.
+// Gives the functions of this file access to private members of both classes.
 struct ValueAccess {
     static std::span<std::uint16_t> words(Kel_Number& number) { return number.words; }
     static std::span<const std::uint16_t> words(const Kel_Number& number) { return number.words; }
@@ -31,8 +31,9 @@ using numbers::LIMB_BITS;
 using numbers::WORDS_PER_LIMB;
 using Access = ValueAccess;
 
-// Both functions take a field that lies within the `size` bytes of `data`. A limb that is not the
-// last one is followed by at least one bit of the field, so nine bytes can be accessed.
+// The next two functions require that the field lies within the `size` bytes of `data`. After every
+// limb but the last, the field has at least one more bit. So the nine bytes from the first bit of
+// such a limb on are within the array, and may be accessed at once.
 
 void readField(const unsigned char* data, std::uint64_t size, std::uint64_t position,
                Kel_Number& number) {
@@ -50,7 +51,9 @@ void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
                 const Kel_Number& number) {
     const auto words = Access::words(number);
     const auto shift = static_cast<unsigned>(position % 8);
-    Limb carried = data[position / 8] & common::lowBits(shift); // the low bits of the next byte
+    // `carried` has the low `shift` bits of the byte at `position`: first those of the array, then
+    // those that the previous limb left over.
+    Limb carried = data[position / 8] & common::lowBits(shift);
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;
     for (; left > LIMB_BITS; left -= LIMB_BITS, position += LIMB_BITS, word += WORDS_PER_LIMB) {
@@ -62,7 +65,7 @@ void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
     common::writeField(data, size, position, left, numbers::loadLimb(words.subspan(word)));
 }
 
-// The bytes of an array up to the end of the field.
+// Returns the number of bytes from the start of an array to the end of the field.
 std::uint64_t sizeUpTo(const Kel_Number& number, std::uint64_t position) {
     return common::divideUp(position + Access::width(number), 8);
 }
@@ -71,11 +74,12 @@ Limb lowestLimb(const Kel_Number& number) {
     return numbers::loadLimb(Access::words(number));
 }
 
+// Returns the value of each word above a 64-bit integer of this sign.
 constexpr std::uint16_t extension(bool negative) {
     return negative ? 0xFFFF : 0;
 }
 
-// Sets the words above the lowest limb to those that extend an integer of this sign.
+// Sets the number to the 64-bit integer `lowest`. The words above it repeat the sign.
 void setExtended(Kel_Number& number, Limb lowest, bool negative) {
     const auto words = Access::words(number);
     std::fill(words.begin(), words.end(), extension(negative));
@@ -83,7 +87,7 @@ void setExtended(Kel_Number& number, Limb lowest, bool negative) {
     words.back() &= Access::topWordMask(number);
 }
 
-// Whether the words above the lowest limb just extend it.
+// Returns whether all words above the lowest limb repeat the sign, so that the limb has the value.
 bool isExtended(const Kel_Number& number, bool negative) {
     const auto words = Access::words(number);
     if (words.size() <= WORDS_PER_LIMB)
@@ -92,7 +96,7 @@ bool isExtended(const Kel_Number& number, bool negative) {
     unsigned differences = words.back() ^ (expected & Access::topWordMask(number));
     for (const std::uint16_t word :
          words.subspan(WORDS_PER_LIMB, words.size() - WORDS_PER_LIMB - 1))
-        differences |= word ^ expected; // to the end: this loop is vectorised
+        differences |= word ^ expected; // without an early exit, this is vectorised
     return differences == 0;
 }
 

@@ -8,9 +8,9 @@
 
 namespace KelRT::numbers {
 
-// The radix that a letter of either case names; 0 for other characters.
+// Returns the radix that a letter of either case selects, or 0 for any other character.
 [[nodiscard]] constexpr unsigned radixOf(char letter) {
-    switch (letter | 0x20) { // upper case to lower case; nothing else becomes a letter
+    switch (letter | 0x20) { // lower-cases letters and makes no other character a letter
     case 'b':
         return 2;
     case 'o':
@@ -28,19 +28,19 @@ namespace KelRT::numbers {
     }
 }
 
-// Whether a letter of radix 10 stands for signed numbers.
+// Returns whether a letter of radix 10 prints signed numbers.
 [[nodiscard]] constexpr bool printsSigned(char letter) {
     return letter != 'U' && letter != 'u';
 }
 
-// The minimum number of digits printed for `bitCount` bits in radix 2^digitBits, modulo 2^32, a
-// limit that Kel_Number::toString() documents.
+// Returns the number of digits to which `bitCount` bits are padded in radix 2^digitBits. It is
+// computed modulo 2^32, as Kel_Number::toString() documents.
 [[nodiscard]] constexpr std::uint32_t minimumDigits(std::uint64_t bitCount, unsigned digitBits) {
     return static_cast<std::uint32_t>(common::divideUp(bitCount, digitBits));
 }
 
-// What a character means in a radix other than 256: a hexadecimal digit that the radix does not
-// have is refused, a character that is neither a hexadecimal digit nor a '-' is skipped.
+// A character has one of these meanings in a radix other than 256. A hexadecimal digit outside the
+// radix is refused. A character that is neither a hexadecimal digit nor a '-' is skipped.
 enum class CharacterClass : std::uint8_t { digit, refused, minus, skipped };
 
 [[nodiscard]] inline CharacterClass classify(char character, unsigned radix) {
@@ -52,7 +52,7 @@ enum class CharacterClass : std::uint8_t { digit, refused, minus, skipped };
     return character == '-' ? CharacterClass::minus : CharacterClass::skipped;
 }
 
-// What a text is: refused, or a value with or without a minus sign.
+// A text is refused, or it has a value, which is negative if the text contains a minus sign.
 enum class ParseResult : std::uint8_t { refused, positive, negative };
 
 } // namespace KelRT::numbers

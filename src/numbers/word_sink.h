@@ -15,7 +15,7 @@ class WordSink {
 public:
     explicit WordSink(std::span<std::uint16_t> words) : left(words) {}
 
-    // Appends `count` bits (1 to 64). Higher bits of `value` must be 0.
+    // Appends the low `count` bits (1 to 64) of `value`. The higher bits must be 0.
     void put(Limb value, unsigned count) {
         pending |= value << filled;
         if (filled + count < LIMB_BITS) {
@@ -23,11 +23,11 @@ public:
             return;
         }
         store();
-        pending = value >> 1 >> (LIMB_BITS - 1 - filled); // a shift by 64 takes two steps
+        pending = value >> 1 >> (LIMB_BITS - 1 - filled); // a single shift by 64 is undefined
         filled = filled + count - LIMB_BITS;
     }
 
-    // Stores what is pending and sets all higher words to 0.
+    // Stores the pending bits and sets all higher words to 0.
     void finish() {
         store();
         std::fill(left.begin(), left.end(), std::uint16_t{0});
@@ -41,7 +41,7 @@ private:
 
     std::span<std::uint16_t> left; // the words that are not written yet
     Limb pending = 0;
-    unsigned filled = 0; // bits of `pending`
+    unsigned filled = 0; // the number of bits in `pending`
 };
 
 } // namespace KelRT::numbers
