@@ -10,7 +10,7 @@
 namespace KelRT::numbers {
 namespace {
 
-// "00" to "99".
+// PAIRS has the texts "00" to "99", one after another.
 constexpr std::array<char, 200> PAIRS = [] {
     std::array<char, 200> pairs{};
     for (std::size_t i = 0; i < 100; ++i) {
@@ -38,8 +38,8 @@ constexpr std::uint64_t TEN_TO_17 = POWERS_OF_TEN[17];
 } // namespace
 
 char* writeDecimal(char* end, std::uint64_t value) {
-    // Eight digits per division by 10^8. With two at a time, the benchmark row "print decimal,
-    // full" takes 38 % longer.
+    // Each division by 10^8 yields eight digits. With two digits per division, the benchmark row
+    // "print decimal, full" takes 38 % longer.
     for (; value >= TEN_TO_8; value /= TEN_TO_8)
         end = writeEight(end, value % TEN_TO_8);
     auto rest = static_cast<std::uint32_t>(value);
@@ -52,7 +52,7 @@ char* writeDecimal(char* end, std::uint64_t value) {
 }
 
 char* writeSeventeenDigits(char* end, std::uint64_t value) {
-    const std::uint64_t high = value / TEN_TO_8; // nine digits
+    const std::uint64_t high = value / TEN_TO_8; // has up to nine digits
     end = writeEight(end, value % TEN_TO_8);
     end = writeEight(end, high % TEN_TO_8);
     *--end = static_cast<char>('0' + high / TEN_TO_8);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The decimal text of 64-bit values. Readers take eight characters as one 64-bit value, the first
-// in the lowest byte. Writers write before `end` and return a pointer to the first character.
+// These functions read and write the decimal text of 64-bit values. Readers take eight characters
+// in one 64-bit value, the first character in the lowest byte. Writers write before `end` and
+// return a pointer to the first character.
 #pragma once
 
 #include "common/u64.h"
@@ -10,13 +11,15 @@
 
 namespace KelRT::numbers {
 
+// Returns whether all eight characters are decimal digits.
 [[nodiscard]] constexpr bool areDecimalDigits(std::uint64_t characters) {
-    // After the first test, the addition cannot carry out of a byte.
+    // The first test limits each byte to 0x3F, so the addition does not carry into the next one.
     constexpr std::uint64_t HIGH_NIBBLES = common::broadcast(0xF0);
     return (characters & HIGH_NIBBLES) == common::broadcast('0') &&
            ((characters + common::broadcast(6)) & HIGH_NIBBLES) == common::broadcast('0');
 }
 
+// Returns the number that eight decimal digits form.
 [[nodiscard]] constexpr std::uint32_t valueOfEightDigits(std::uint64_t characters) {
     // Each step joins neighbours: 8 numbers of 1 digit become 4 of 2, 2 of 4 and 1 of 8.
     std::uint64_t joined = characters & common::broadcast(0x0F);
@@ -31,8 +34,9 @@ constexpr unsigned MAX_DIGITS_64 = 20;
 // Writes the value without leading zeros.
 [[nodiscard]] char* writeDecimal(char* end, std::uint64_t value);
 
-// Write values below 10^17 and 10^19, respectively, with leading zeros.
+// Writes a value below 10^17 with leading zeros.
 [[nodiscard]] char* writeSeventeenDigits(char* end, std::uint64_t value);
+// Writes a value below 10^19 with leading zeros.
 [[nodiscard]] char* writeNineteenDigits(char* end, std::uint64_t value);
 
 } // namespace KelRT::numbers

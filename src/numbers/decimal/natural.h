@@ -12,18 +12,19 @@
 
 namespace KelRT::numbers {
 
-// An unsigned number with a fixed capacity in limbs. Up to INLINE_LIMBS it allocates nothing.
+// A Natural is an unsigned number with a fixed capacity in limbs. A capacity of up to INLINE_LIMBS
+// takes no allocation.
 class Natural {
 public:
     static constexpr std::size_t INLINE_LIMBS = 8;
 
-    // The value 0. Throws std::bad_alloc.
+    // Constructs the value 0. Throws std::bad_alloc.
     explicit Natural(std::size_t capacity)
         : large(capacity > INLINE_LIMBS ? std::make_unique_for_overwrite<Limb[]>(capacity)
                                         : nullptr),
           lowest(large ? large.get() : small.data()), room(capacity) {}
 
-    // The value of `words`. Throws std::bad_alloc.
+    // Constructs the value of `words`, the lowest first. Throws std::bad_alloc.
     explicit Natural(std::span<const std::uint16_t> words);
 
     Natural(const Natural&) = delete;
@@ -32,10 +33,11 @@ public:
     // Stores the value modulo 2^(16 * words.size()).
     void store(std::span<std::uint16_t> words) const;
 
-    // Replaces the value, which must have exactly `bitCount` bits, by its two's complement.
+    // Replaces the value by its two's complement in `bitCount` bits. Bit bitCount - 1 must be the
+    // highest bit that is set.
     void negate(std::uint64_t bitCount);
 
-    // The limbs in use, the lowest first. The highest is not 0, except after a multiplication that
+    // Returns the limbs in use, the lowest first. The highest is not 0, unless a multiplication
     // wrapped.
     [[nodiscard]] std::span<Limb> limbs() { return {lowest, used}; }
     [[nodiscard]] std::span<const Limb> limbs() const { return {lowest, used}; }
@@ -43,7 +45,7 @@ public:
     [[nodiscard]] std::size_t size() const { return used; }
     [[nodiscard]] bool isFull() const { return used == room; }
 
-    // Adds a limb above the others. There must be room.
+    // Adds a limb above the others. The number must not be full.
     void append(Limb limb) {
         assert(!isFull());
         lowest[used++] = limb;

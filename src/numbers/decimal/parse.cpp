@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// From decimal text to a number. A reader gathers digits into chunks, the most significant first,
-// notes minus signs and skips separators. The size decides which engine (engines.h) converts the
-// chunks. Gathering is linear; the conversion dominates above some 500 bits.
+// These functions parse decimal text. A reader gathers digits into chunks, the most significant
+// first, notes minus signs and skips separators. The size of the number decides which engine
+// (engines.h) converts the chunks. Gathering takes linear time, so the conversion dominates above
+// some 500 bits.
 #include "numbers/decimal/parse.h"
 
 #include "common/u64.h"
@@ -26,14 +27,14 @@ struct Chunk {
     unsigned digits = 0;
 };
 
-// Splits a text into chunks of DIGITS digits. The last has fewer digits, possibly none.
+// Splits a text into chunks of DIGITS digits. The last chunk has fewer digits, possibly none.
 template <unsigned DIGITS>
 class ChunkReader {
 public:
     explicit ChunkReader(const std::string& text) : at(text.data()), end(at + text.size()) {}
 
-    // Reads the next chunk. At the end of the text and at a refused digit the chunk is cut short,
-    // and further ones are empty.
+    // Reads the next chunk. It has fewer than DIGITS digits if the text ends or a digit is refused;
+    // further chunks are then empty.
     Chunk next() {
         Chunk chunk;
         if (left() >= DIGITS && readWhole(chunk))
@@ -51,7 +52,7 @@ public:
         return chunk;
     }
 
-    // What the text is, as far as it was read.
+    // Returns the result for the part of the text that was read.
     [[nodiscard]] ParseResult result() const { return parsed; }
 
 private:
@@ -62,8 +63,9 @@ private:
         chunk.digits += digits;
     }
 
-    // The fast path: a chunk without separators, by three loads; the last one overlaps the second.
-    // Without it, the benchmark row "parse decimal, 512 b" takes 25 % longer.
+    // Reads a chunk without separators, or returns false if there are any. The last of the three
+    // loads overlaps the second. Without this fast path, the benchmark row "parse decimal, 512 b"
+    // takes 25 % longer.
     bool readWhole(Chunk& chunk) {
         static_assert(DIGITS > 2 * STEP && DIGITS < 3 * STEP);
         const std::uint64_t first = common::loadU64(at);
@@ -87,7 +89,7 @@ private:
                 break;
             case CharacterClass::refused:
                 parsed = ParseResult::refused;
-                end = at + count; // nothing more is read
+                end = at + count; // stops the reading
                 return;
             case CharacterClass::minus:
                 parsed = ParseResult::negative;
@@ -108,14 +110,14 @@ ParseResult parseBySchoolbook(const std::string& text, std::span<std::uint16_t> 
     constexpr unsigned CHUNK_DIGITS = READ_SCHOOLBOOK.chunkDigits;
     Natural value(limbCount);
     ChunkReader<CHUNK_DIGITS> reader(text);
-    // Two chunks per pass halve the loads and stores of limbs. With one, the benchmark row "parse
-    // decimal, 4096 b" takes 70 % longer.
+    // Two chunks per pass halve the loads and stores of limbs. With one chunk, the benchmark row
+    // "parse decimal, 4096 b" takes 70 % longer.
     Chunk low;
     do {
         const Chunk high = reader.next();
         low = reader.next();
-        // The factor is at most 10^38 < 2^128, and the addend is below it. Empty chunks multiply by
-        // 1 and add 0.
+        // The factor is at most 10^38 < 2^128, and the addend is below the factor. An empty chunk
+        // multiplies by 1 and adds 0.
         static_assert(2 * CHUNK_DIGITS == 38);
         const Limb power = POWERS_OF_TEN[low.digits];
         schoolbook::multiplyAdd(value, DoubleLimb{POWERS_OF_TEN[high.digits]} * power,
@@ -139,8 +141,9 @@ ParseResult parseByDivideAndConquer(const std::string& text, std::span<std::uint
     if (reader.result() == ParseResult::refused)
         return ParseResult::refused;
     std::reverse(chunks.begin(), chunks.end());
-    // 10^n is divisible by 2^n, so chunks above as many digits as the words have bits do not count.
-    // The lowest chunk may be short or empty; hence one more.
+    // 10^n is divisible by 2^n. So a chunk with at least `bits` digits below it is worth 0 modulo
+    // 2^bits and is dropped. One chunk more is kept than `bits` digits fill, because the lowest may
+    // be empty.
     const std::uint64_t bits = std::uint64_t{16} * words.size();
     const std::uint64_t counted = common::divideUp(bits, CHUNK_DIGITS) + 1;
     if (chunks.size() > counted)
@@ -155,7 +158,7 @@ ParseResult parseByDivideAndConquer(const std::string& text, std::span<std::uint
 } // namespace
 
 ParseResult parseDecimal(const std::string& text, std::span<std::uint16_t> words) {
-    // A chunk adds at most one limb, so a short text needs few limbs whatever the width.
+    // A chunk adds at most one limb, so a short text needs few limbs even if the number is wide.
     const std::size_t limbCount =
         std::min(text.size() / READ_SCHOOLBOOK.chunkDigits + 1, limbsFor(words.size()));
     return limbCount < READ_DIVIDE_AND_CONQUER.minLimbs ? parseBySchoolbook(text, words, limbCount)

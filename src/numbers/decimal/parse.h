@@ -9,9 +9,9 @@
 
 namespace KelRT::numbers {
 
-// Reads decimal text into words (at least one), the lowest first. The value wraps modulo
-// 2^(16 * words.size()); the sign is left to the caller. Text with a hexadecimal letter is refused.
-// Throws std::bad_alloc. The words change only on success.
+// Parses decimal text into words (at least one), the lowest first. The value wraps modulo 2^(16 *
+// words.size()). It is not negated: the result tells the caller the sign. Text with a hexadecimal
+// letter is refused. Throws std::bad_alloc. The words change only on success.
 [[nodiscard]] ParseResult parseDecimal(const std::string& text, std::span<std::uint16_t> words);
 
 } // namespace KelRT::numbers

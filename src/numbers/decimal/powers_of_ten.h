@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-//
 #pragma once
 
 #include "numbers/limb.h"
@@ -8,7 +7,7 @@
 
 namespace KelRT::numbers {
 
-// The powers of ten that fit a limb.
+// POWERS_OF_TEN[n] is 10^n, for all n for which this fits a limb.
 constexpr std::array<Limb, 20> POWERS_OF_TEN = [] {
     std::array<Limb, 20> powers = {1};
     for (std::size_t i = 1; i != powers.size(); ++i)
@@ -16,7 +15,7 @@ constexpr std::array<Limb, 20> POWERS_OF_TEN = [] {
     return powers;
 }();
 
-// The largest n for which 10^n <= limit.
+// Returns the largest n for which 10^n <= limit. The limit must be at least 1.
 [[nodiscard]] constexpr unsigned digitsWithin(Limb limit) {
     unsigned digits = 0;
     while (digits + 1 < POWERS_OF_TEN.size() && POWERS_OF_TEN[digits + 1] <= limit)

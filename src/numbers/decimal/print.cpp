@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// From a number to decimal text. The schoolbook engine yields chunks of digits one after another,
-// the lowest first, so the text is written backwards. Divide and conquer yields all chunks at once.
+// These functions print numbers as decimal text. The schoolbook engine yields one chunk of digits
+// after another, the lowest first, so the text is written backwards. Divide and conquer yields all
+// chunks at once.
 #include "numbers/decimal/print.h"
 
 #include "common/memory.h"
@@ -17,10 +18,11 @@
 namespace KelRT::numbers {
 namespace {
 
-// Writes before `end` and returns the first character. Consumes the value.
+// Writes the text before `end` and returns a pointer to its first character. The value is lost.
 char* writeBySchoolbook(char* end, Natural& value, bool negative) {
-    // A value of more than four limbs is at least 2^256 > 10^76, so more chunks follow and these
-    // four keep their leading zeros. So does a chunk of a value of at least 2^64 > 10^19.
+    // Chunks have 19 digits. A value of more than four limbs is at least 2^256 > 10^76, so four
+    // chunks are not all of it, and they keep their leading zeros. Likewise, a value of more than
+    // one limb is at least 2^64 > 10^19, so one chunk is not all of it.
     static_assert(PRINT_SCHOOLBOOK.chunkDigits == 19);
     while (value.size() > 4)
         for (const Limb chunk : schoolbook::takeFourChunks(value))
@@ -34,8 +36,8 @@ char* writeBySchoolbook(char* end, Natural& value, bool negative) {
 }
 
 std::string textBySchoolbook(Natural& value, bool negative) {
-    // The text of a number of up to 512 bits is first written to the stack. Written straight into
-    // a string, it makes the benchmark row "print decimal, 64 b" take 20 % longer.
+    // The text of up to 512 bits is first written to the stack. If it is written straight to a
+    // string, the benchmark row "print decimal, 64 b" takes 20 % longer.
     std::array<char, MAX_DIGITS_64 * Natural::INLINE_LIMBS + 1> small;
     const std::size_t room = MAX_DIGITS_64 * std::max<std::size_t>(value.size(), 1) + 1;
     if (room <= small.size()) {

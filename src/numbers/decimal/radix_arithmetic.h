@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// Arithmetic on digits of a large radix: addition, subtraction and multiplication. Numbers are
-// stored with the lowest digit first.
+// These functions add, subtract and multiply numbers in a large radix. A digit takes one limb, and
+// the lowest digit comes first.
 //
-// Products use A. Karatsuba's method (with Y. Ofman, 1962): twice the width costs about three times
-// as much, n^1.58 in all. Faster methods for still wider numbers are not worth their code here.
+// Multiplication uses A. Karatsuba's method (with Y. Ofman, 1962): numbers of twice the width take
+// about three times as long, so the time grows as n^1.58. Methods that are faster for still wider
+// numbers are not worth their code here.
 #pragma once
 
 #include "numbers/decimal/divide_limb.h"
@@ -21,17 +22,19 @@ namespace KelRT::numbers::divide_and_conquer {
 
 using Digits = std::vector<Limb>;
 
-// Policies. split() divides a sum of at most MAX_SUM by VALUE: the remainder is a digit, the
-// quotient is the carry. SOURCE is the radix of the digits that are converted to this one.
+// The functions take one of these radixes as a template argument. VALUE is the radix of the
+// numbers, SOURCE that of the digits that are converted to it. split() divides a sum of at most
+// MAX_SUM by VALUE, returns the remainder, a digit, and sets `carry` to the quotient.
 
 struct DecimalRadix {
     static constexpr Limb VALUE = static_cast<Limb>(PRINT_DIVIDE_AND_CONQUER.radix);
     static constexpr DoubleLimb SOURCE = DoubleLimb{1} << LIMB_BITS;
-    static constexpr DoubleLimb MAX_SUM = VALUE * SOURCE - 1; // the carry is below 2^64
+    static constexpr DoubleLimb MAX_SUM = VALUE * SOURCE - 1; // so the carry is below 2^64
 
     [[nodiscard]] static Limb split(DoubleLimb sum, DoubleLimb& carry) {
-        // divideLimb() requires the divisor's top bit to be set, so divisor and dividend are
-        // scaled. As sum < VALUE * 2^64, the high limb is below the divisor: a valid remainder.
+        // divideLimb() requires the top bit of the divisor to be set, so divisor and dividend are
+        // scaled. As sum < VALUE * 2^64, no bit is shifted out, and the high limb is below the
+        // divisor: a valid remainder.
         constexpr unsigned SCALE = 7;
         static_assert(VALUE >> (LIMB_BITS - SCALE - 1) == 1);
         assert(sum <= MAX_SUM);
@@ -53,11 +56,11 @@ struct BinaryRadix {
     }
 };
 
-// With a radix of at most 2^63, the total of two digits and a carry does not overflow in add(), and
-// the top bit of a difference is the borrow in subtract().
+// Because the radix is at most 2^63, two digits and a carry fit a limb in add(), and in subtract()
+// the top bit of a difference is the borrow: it is set only if the difference is negative.
 static_assert(DecimalRadix::VALUE <= Limb{1} << 63 && BinaryRadix::VALUE <= Limb{1} << 63);
 
-// sum += addend, which has no more digits than sum. The result must fit.
+// Computes sum += addend. The addend has no more digits than the sum, and the result must fit.
 template <typename Radix>
 void add(std::span<Limb> sum, std::span<const Limb> addend) {
     assert(addend.size() <= sum.size());
@@ -74,7 +77,7 @@ void add(std::span<Limb> sum, std::span<const Limb> addend) {
     assert(carry == 0);
 }
 
-// difference -= subtrahend, which has no more digits than difference and is not larger.
+// Computes difference -= subtrahend. The subtrahend has no more digits and is not larger.
 template <typename Radix>
 void subtract(std::span<Limb> difference, std::span<const Limb> subtrahend) {
     assert(subtrahend.size() <= difference.size());
@@ -91,7 +94,7 @@ void subtract(std::span<Limb> difference, std::span<const Limb> subtrahend) {
     assert(borrow == 0);
 }
 
-// difference = |a - b|, with as many digits as a; b has no more. Returns whether a < b.
+// Computes difference = |a - b|, with as many digits as a; b has no more. Returns whether a < b.
 template <typename Radix>
 [[nodiscard]] bool absoluteDifference(std::span<Limb> difference, std::span<const Limb> a,
                                       std::span<const Limb> b) {
@@ -104,16 +107,16 @@ template <typename Radix>
     return isLess;
 }
 
-// Returns the number of zero digits at the low end. The weights of reading have some, because 10^n
-// is divisible by 2^n.
+// Returns the number of zero digits at the low end. Weights have some when reading: they are powers
+// of ten, and 10^n is divisible by 2^n.
 [[nodiscard]] inline std::size_t lowZeros(std::span<const Limb> digits) {
     const auto isSet = [](Limb digit) { return digit != 0; };
     return static_cast<std::size_t>(std::find_if(digits.begin(), digits.end(), isSet) -
                                     digits.begin());
 }
 
-// product = a * b, column by column. Both have the same size, less than KARATSUBA_SIZE, so the
-// products of a column plus the carry never exceed MAX_SUM.
+// Computes product = a * b, column by column. Both factors have the same size, which is below
+// KARATSUBA_SIZE, so the products of a column plus the carry never exceed MAX_SUM.
 template <typename Radix>
 void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span<const Limb> b) {
     constexpr DoubleLimb MAX_CARRY = Radix::MAX_SUM / Radix::VALUE;
@@ -121,8 +124,8 @@ void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span
     static_assert((Radix::MAX_SUM - MAX_CARRY) / MAX_PRODUCT >= KARATSUBA_SIZE);
     assert(a.size() == b.size() && a.size() < KARATSUBA_SIZE);
     assert(product.size() == a.size() + b.size());
-    // Skips low zeros of a, the weight, and high zeros of b, the last group. Otherwise the
-    // benchmark row "parse decimal, 65536 b" takes 25 % longer.
+    // Skips low zeros of a, which is a weight, and high zeros of b, which is a group and may be
+    // padded. Otherwise the benchmark row "parse decimal, 65536 b" takes 25 % longer.
     const std::size_t zeros = lowZeros(a);
     for (; !b.empty() && b.back() == 0; b = b.first(b.size() - 1)) {
         product.back() = 0;
@@ -132,7 +135,7 @@ void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span
     for (std::size_t column = 0; column + 1 < product.size(); ++column) {
         const std::size_t end = std::min(column + 1, a.size());
         std::size_t i = std::max(zeros, column < b.size() ? 0 : column - b.size() + 1);
-        // Two sums, so that neither waits for the other; with one, the benchmark row "parse
+        // Neither of the two sums waits for the other. With one sum, the benchmark row "parse
         // decimal, 65536 b" takes 7 % longer.
         DoubleLimb even = carry;
         DoubleLimb odd = 0;
@@ -144,19 +147,20 @@ void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span
             even += DoubleLimb{a[i]} * b[column - i];
         product[column] = Radix::split(even + odd, carry);
     }
-    // The product is below VALUE^product.size(), so the last carry is the highest digit.
+    // The product is below VALUE^product.size(), so the last carry is a digit, the highest.
     assert(carry < Radix::VALUE);
     product.back() = static_cast<Limb>(carry);
 }
 
-// The scratch space of multiply(). A level whose low halves have h digits takes 4 * h + 1 limbs. At
-// level k, counted from 1, h is at most size / 2^k + 1. In all, that is at most 4 * size, plus 5
-// for each of at most 64 levels.
+// Returns the size of the scratch space of multiply(). A level of the recursion whose low halves
+// have h digits takes 4 * h + 1 limbs. At level k, counted from 1, h is at most size / 2^k + 1. So
+// all levels, at most 64, take at most 4 * size + 5 * 64 limbs.
 [[nodiscard]] constexpr std::size_t scratchFor(std::size_t size) {
     return 4 * size + std::size_t{5} * 64;
 }
 
-// product = a * b, both of the same size, by three products of halves:
+// Computes product = a * b from three products of halves. Both factors have the same size. The
+// halves are a = a1 * VALUE^half + a0 and b = b1 * VALUE^half + b0, and the middle of the product is
 // a1 b0 + a0 b1 = a0 b0 + a1 b1 - (a0 - a1)(b0 - b1).
 template <typename Radix>
 void multiply(std::span<Limb> product, std::span<const Limb> a, std::span<const Limb> b,
@@ -170,23 +174,24 @@ void multiply(std::span<Limb> product, std::span<const Limb> a, std::span<const 
     const auto rest = scratch.subspan(4 * half + 1);
     const auto low = product.first(2 * half);
     const auto high = product.subspan(2 * half);
-    // The product has room for the differences.
+    // The part `low` of the product is still free, and the differences fit in it.
     const bool aLess = absoluteDifference<Radix>(low.first(half), a.first(half), a.subspan(half));
     const bool bLess = absoluteDifference<Radix>(low.last(half), b.first(half), b.subspan(half));
     multiply<Radix>(cross, low.first(half), low.last(half), rest);
     multiply<Radix>(low, a.first(half), b.first(half), rest);
     multiply<Radix>(high, a.subspan(half), b.subspan(half), rest);
 
-    // The highest digit of `middle` is 0 or 1: `low`, `high`, a1 b0 and a0 b1 are each below
-    // VALUE^(2 * half), so low + high and, in the end, a1 b0 + a0 b1 are below twice that.
+    // The sums fit `middle`: a0 b0, a1 b1, a1 b0 and a0 b1 are each below VALUE^(2 * half). So
+    // a0 b0 + a1 b1 and the result, a1 b0 + a0 b1, are below twice that, and their highest digit is
+    // 0 or 1.
     *std::copy(low.begin(), low.end(), middle.begin()) = 0;
     add<Radix>(middle, high);
     if (aLess == bLess)
         subtract<Radix>(middle, cross);
     else
         add<Radix>(middle, cross);
-    // With at least 4 digits, half + 1 <= 2 * (a.size() - half), so `middle` is no longer than the
-    // product above its lowest `half` digits. The sum is the product of a and b: it fits.
+    // `middle` has 2 * half + 1 digits. The rest of the product has 2 * a.size() - half digits, no
+    // fewer if a.size() >= 4. The sum is the product of a and b, so it fits.
     static_assert(KARATSUBA_SIZE >= 4);
     add<Radix>(product.subspan(half), middle);
 }

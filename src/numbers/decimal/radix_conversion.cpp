@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 //
-// Radix conversion by divide and conquer, both ways. The digits of the source radix are joined in
-// small groups, then neighbouring groups are joined in pairs, high * weight + low, round after
-// round, always in the arithmetic of the target radix. The weight is squared from round to round.
-// So nothing wide is ever divided.
+// Radix conversion by divide and conquer, both ways. Small groups of source digits are converted
+// one by one. Then, round after round, neighbouring groups are joined in pairs, high * weight +
+// low, and the weight is squared. Four groups of two digits, for example:
 //
-// Memory: 4.5 times the result. In the last round these are the groups, their weight (half as
-// long), the joined groups and the scratch space (twice as long).
+//   12 34 56 78   weight 100
+//   1234 5678     weight 10000
+//   12345678
+//
+// All arithmetic is in the target radix, so no wide number is ever divided.
+//
+// The last round needs the most memory, 4.5 times the result: the groups (1), their weight (0.5),
+// the joined groups (1) and the scratch space (2).
 #include "numbers/decimal/radix_conversion.h"
 
 #include "common/u64.h"
@@ -19,10 +24,12 @@
 namespace KelRT::numbers::divide_and_conquer {
 namespace {
 
-// number = number * factor + addend. The factor is at most Radix::SOURCE, the addend is below it.
+// Computes number = number * factor + addend. The factor is at most Radix::SOURCE, the addend is
+// below it.
 template <typename Radix>
 void multiplyAdd(Digits& number, DoubleLimb factor, Limb addend) {
-    // Each sum is at most (VALUE - 1) * SOURCE + SOURCE - 1, so the carry stays below SOURCE.
+    // Each sum is at most (VALUE - 1) * SOURCE + SOURCE - 1 = VALUE * SOURCE - 1, so the carry, its
+    // quotient by VALUE, stays below SOURCE.
     static_assert(DoubleLimb{Radix::VALUE} * Radix::SOURCE - 1 <= Radix::MAX_SUM);
     DoubleLimb carry = addend;
     for (Limb& digit : number)
@@ -31,20 +38,22 @@ void multiplyAdd(Digits& number, DoubleLimb factor, Limb addend) {
         number.push_back(Radix::split(carry, carry));
 }
 
-// Numbers with as many digits as the weight; number i counts weight^i times.
+// `digits` has the groups one after another, the lowest first, each with as many digits as the
+// weight. Together they stand for the sum of group i * weight^i.
 struct Groups {
     Digits digits;
     Digits weight;
 };
 
-// The most source digits in an initial group: few, because building a group by repeated
-// multiplyAdd() takes quadratic time. Measured with the benchmark row "parse decimal, 65536 b":
-// with 6 it takes 13 % longer, with 24 it takes 4 % longer.
+// An initial group has at most this many source digits. Larger groups cost more, because repeated
+// multiplyAdd() takes quadratic time. The benchmark row "parse decimal, 65536 b" takes 13 % longer
+// with 6 and 4 % longer with 24.
 constexpr unsigned MAX_GROUP_SIZE = 12;
 
-// Joins the source digits in groups, whose number is a power of two; the last ones may be 0. At
-// least 6/7 of several groups have source digits: half as many groups of 12 would not do, so there
-// are more than 6 source digits to a group, rounded up to 7 or more.
+// Converts the source digits in groups. The number of groups is a power of two, so the last groups
+// may be 0. If there are several, more than 6/7 of them have source digits: with n source digits,
+// n / count > 6, because half as many groups of 12 would be too few. As groupSize < n / count + 1,
+// n / groupSize > count * 6/7.
 template <typename Radix>
 Groups initialGroups(std::span<const Limb> source) {
     const std::size_t count = std::bit_ceil(common::divideUp(source.size(), MAX_GROUP_SIZE));
@@ -69,7 +78,8 @@ Groups initialGroups(std::span<const Limb> source) {
     return groups;
 }
 
-// weight^2. As `weight` has no leading zero digit, the square has at most one; it is dropped.
+// Returns weight^2. As `weight` has no leading zero digit, the square has at most one, which is
+// dropped.
 template <typename Radix>
 Digits squareOf(std::span<const Limb> weight, std::span<Limb> scratch) {
     Digits square(2 * weight.size());
@@ -81,7 +91,8 @@ Digits squareOf(std::span<const Limb> weight, std::span<Limb> scratch) {
     return square;
 }
 
-// Joins the groups, at least two, in pairs: high * weight + low. The last pair needs no weight.
+// Joins the groups, at least two, in pairs: high * weight + low. A single joined group needs no
+// weight and has none.
 template <typename Radix>
 Groups joinPairs(const Groups& groups, std::span<Limb> scratch) {
     const std::span<const Limb> weight = groups.weight;
@@ -91,8 +102,8 @@ Groups joinPairs(const Groups& groups, std::span<Limb> scratch) {
     Groups joined;
     if (pairs > 1)
         joined.weight = squareOf<Radix>(weight, scratch);
-    // A pair is below weight^2, so if that has one digit less than multiply() writes, the highest
-    // is 0, and the next pair overwrites it.
+    // A pair is below weight^2. If that has one digit less than multiply() writes, the highest digit
+    // written is 0, and the next pair overwrites it. For the last pair, there is one digit more.
     const std::size_t joinedSize = pairs > 1 ? joined.weight.size() : 2 * size;
     joined.digits.resize(pairs * joinedSize + 1);
     for (std::size_t i = 0; i < pairs; ++i) {
@@ -104,11 +115,11 @@ Groups joinPairs(const Groups& groups, std::span<Limb> scratch) {
     return joined;
 }
 
-// Returns the value without leading zeros, but with at least one digit.
+// Converts `source` to Radix. The result has no leading zeros, but at least one digit.
 template <typename Radix>
 Digits convert(std::span<const Limb> source) {
     Groups groups = initialGroups<Radix>(source);
-    // The last factors are the largest. They have half the digits of all groups, or fewer.
+    // The factors of the last round are the largest, with at most half the digits of all groups.
     Digits scratch(scratchFor(groups.digits.size() / 2));
     for (std::size_t count = groups.digits.size() / groups.weight.size(); count > 1; count /= 2)
         groups = joinPairs<Radix>(groups, scratch);

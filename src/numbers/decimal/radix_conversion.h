@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The divide-and-conquer engine of decimal text. Its sizes are in engines.h.
+// This engine converts decimal text by divide and conquer. engines.h tells for which sizes.
 #pragma once
 
 #include "numbers/limb.h"
@@ -15,7 +15,8 @@ namespace KelRT::numbers::divide_and_conquer {
 [[nodiscard]] std::vector<Limb> toDecimalChunks(std::span<const Limb> limbs);
 
 // Converts chunks of decimal digits (at least one chunk) to digits of radix 2^READ_RADIX_BITS, both
-// the lowest first. The lowest chunk has only `lowestDigits` decimal digits. Throws std::bad_alloc.
+// the lowest first. The lowest chunk may be short: it has `lowestDigits` decimal digits. Throws
+// std::bad_alloc.
 [[nodiscard]] std::vector<Limb> fromDecimalChunks(std::span<const Limb> chunks,
                                                   unsigned lowestDigits);
 

@@ -17,8 +17,8 @@ void multiplyAdd(Natural& value, DoubleLimb factor, DoubleLimb addend) {
     const auto low = static_cast<Limb>(factor);
     const auto high = static_cast<Limb>(factor >> LIMB_BITS);
     DoubleLimb carry = addend;
-    // The carry fits 128 bits: with B = 2^64, limb * factor + carry is at most
-    // (B - 1)(B^2 - 1) + B^2 - 1 = B (B^2 - 1), and the next carry is that divided by B.
+    // With B = 2^64, limb * factor + carry is at most (B - 1)(B^2 - 1) + (B^2 - 1) = B (B^2 - 1).
+    // The next carry is this sum divided by B, at most B^2 - 1: it fits 128 bits.
     for (Limb& limb : value.limbs()) {
         const DoubleLimb lower = DoubleLimb{limb} * low + static_cast<Limb>(carry);
         const DoubleLimb upper = DoubleLimb{limb} * high + static_cast<Limb>(lower >> LIMB_BITS);
