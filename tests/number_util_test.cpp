@@ -34,7 +34,7 @@ TEST(Conversions, InputMayBeTheOutputsOwnText) {
         EXPECT_EQ(Util::hexStr2BinStr(s.c_str(), 50, s), model::hexToBin(bits, 50));
         s = bits;
         const auto* const array = reinterpret_cast<const unsigned char*>(s.data());
-        EXPECT_EQ(Util::bin2ReverseBinStr(array, 16, s), "0000110010001100"); // '0' and '1'
+        EXPECT_EQ(Util::bin2ReverseBinStr(array, 16, s), "0000110010001100"); // 0x30, 0x31
     }
 }
 
@@ -44,7 +44,7 @@ TEST(Conversions, DigitCountsDoNotWrap) {
     std::string out;
     const test::FailingNew noMemory;
     EXPECT_THROW(Util::hexStr2BinStr("1", 0xFFFFFFFF, out), std::bad_alloc);
-    // 2^30 digits, and not the few that a sum of 32 bits would leave.
+    // The text would have 2^30 digits. Computed in 32 bits, (bitCount + 3) / 4 would wrap to 0.
     EXPECT_THROW(Util::uInt2HexStr(5, 0xFFFFFFFF, out), std::bad_alloc);
 }
 

@@ -20,9 +20,10 @@ namespace {
 static_assert(!std::is_copy_constructible_v<Kel_Number>, "a copy would hide its cost");
 static_assert(!std::is_convertible_v<std::uint64_t, Kel_Number>);
 
-// Above several thousand bits, decimals are read and printed by divide and conquer: from 120 limbs
-// on when printing, from 220 when reading. In the third row the text wraps, and the highest digits
-// that count change the top bits alone.
+// Divide and conquer prints decimals from 120 limbs (7680 bits) on and reads them from 220 limbs
+// (14080 bits) on. In the third row, the text is too long for the number and wraps. A digit with n
+// digits below it is worth a multiple of 2^n, so the highest digits that count change only the top
+// bits.
 TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
     struct {
         std::uint64_t bitCount;
@@ -48,7 +49,8 @@ TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
     }
 }
 
-// Factors have runs of zero digits in the radix of the result, also at their ends.
+// The numbers that are multiplied have runs of zero digits in the radix of the result, also at
+// their ends.
 TEST(Number, WideDecimalsOfManyZeroDigitsAreThoseOfTheModel) {
     const auto sparse = [](const char* digits, std::size_t base, std::size_t groupSize) {
         std::string text = "1";
@@ -120,10 +122,10 @@ TEST(Number, WidthsMayExceedTheSizesOfTheHost) {
         GTEST_SKIP() << "sizes have 64 bits, as widths have";
     EXPECT_THROW(Kel_Number(std::uint64_t{1} << 34), std::length_error);
     for (const std::uint64_t width : {(std::uint64_t{1} << 36) + 16, ~std::uint64_t{0}})
-        EXPECT_THROW(Kel_Number{width}, std::length_error); // the word count must not be cut
+        EXPECT_THROW(Kel_Number{width}, std::length_error); // the word count must not be truncated
     Kel_Number number(std::uint64_t{1} << 32);
     ASSERT_TRUE(number.set('d', "1" + std::string(5000, '0')));
-    EXPECT_FALSE(number.isZero()); // the lowest 5000 bits are
+    EXPECT_FALSE(number.isZero()); // bit 5000 is the lowest 1
 }
 
 TEST(Number, OnlyScaledValuesFollowTheLocale) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Numbers of any width are set, printed and set again, compared with a model of words and digits.
+// Sets numbers of any width, prints them and sets them again. Compares the results with a model
+// that works on single digits and words.
 #include "KelRT/Kel_Number.h"
 
 #include "input.h"
@@ -12,9 +13,12 @@ using KelRT::Kel_Number;
 
 namespace {
 
+// A number reads back from its text in each of these radices.
 constexpr const char* RADICES = "bodiuxBODIUX";
+// Text is set under one of these letters. 'q' selects no radix.
 constexpr const char* LETTERS = "bOdIuXxSsq";
-// Digits of each base, patterns at the limits of words, runs of zeros, and separators among digits.
+// These alphabets have the digits of each radix, patterns at the limits of words, runs of zeros,
+// and separators among digits.
 const std::string ALPHABETS[] = {"01",
                                  "01234567",
                                  "0123456789",
@@ -39,7 +43,7 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
     again = number;
     again = *&again;
     requireEqual(again.toString('x'), pattern, "assignment");
-    if (width <= 50) { // every step is exact
+    if (width <= 50) { // a double holds such a number exactly
         again.setFloat(number.toFloatString(0.5, 1, 1), 0.5, 1);
         requireEqual(again.toString('x'), pattern, "what is printed scaled reads as the number");
         const double halfStep = number.isNegative() ? -0.05 : 0.05;
@@ -47,7 +51,7 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
         requireEqual(again.toString('x'), pattern, "with half a step more under any scale");
     }
     for (const char* radix = RADICES; *radix != 0; ++radix) {
-        again.setToZero(); // so that words left unread are noticed
+        again.setToZero(); // so that a word that set() leaves out is noticed
         require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
         requireEqual(again.toString('x'), pattern, "what is printed reads as the number");
     }
@@ -58,7 +62,7 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     const std::size_t kind = input.below(256);
-    const bool isWide = kind == 0; // rare, and in few radices, because the model is quadratic
+    const bool isWide = kind == 0; // rare, and in few radices, because the model is slow
     const std::uint64_t range = isWide ? 12000 : kind % 2 == 0 ? 1200 : 80;
     const std::uint64_t width = (isWide ? 7000 : 1) + input.value(2) % range;
     Kel_Number number(width);

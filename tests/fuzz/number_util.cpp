@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Every conversion of Kel_NumberUtil, compared with models of one bit or one character at a time
-// and with the C library.
+// Compares every conversion of Kel_NumberUtil with the C library or with models that work on one
+// bit or one character at a time.
 #include "KelRT/Kel_NumberUtil.h"
 
 #include "input.h"
@@ -70,13 +70,13 @@ void convertBits(const std::string& text) {
         bits[i] = bits[i] == '1' ? '1' : '0';
         expected[i / 8] = static_cast<unsigned char>(expected[i / 8] | (bits[i] - '0') << i % 8);
     }
-    expected.push_back(0xA5); // which is not touched
+    expected.push_back(0xA5); // a byte that must not change
     Bytes array(expected.size(), 0xA5);
     Util::reverseBinStr2Bin(text.c_str(), array.data());
     requireEqual(array, expected, "reverseBinStr2Bin");
     if (bits.empty())
         return;
-    const Bytes exact(expected.begin(), expected.end() - 1); // not a byte behind the bits
+    const Bytes exact(expected.begin(), expected.end() - 1); // ends with the bits
     std::string out;
     Util::bin2ReverseBinStr(exact.data(), static_cast<std::uint32_t>(bits.size()), out);
     requireEqual(out, bits, "bin2ReverseBinStr");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Fields into a number and back, compared with a model of single bits, and integers, compared with
-// decimal text.
+// Copies fields to a number and back and compares them with a model of single bits. Converts
+// integers to a number and back and compares them with decimal text.
 #include "KelRT/NumberValue.h"
 
 #include "KelRT/Kel_ByteBuffer.h"
@@ -33,7 +33,7 @@ std::string bitsOf(const model::ByteBuffer& bytes, std::uint64_t at, std::uint64
     return text;
 }
 
-/// A field near either end of a buffer or beyond it. A shift may be pending.
+/// Converts a field near either end of a buffer or beyond it. A shift may be pending.
 void convertField(fuzz::Input& input, std::uint64_t width) {
     const std::string text = input.text(input.below(200));
     const Bytes bytes(text.begin(), text.end());
@@ -85,7 +85,7 @@ void convertField(fuzz::Input& input, std::uint64_t width) {
     fuzz::requireEqual(exact, expected.block, "what is written to an array", &input);
 }
 
-/// Whether a decimal text has a value above that of \a limit.
+/// Returns whether a decimal text has a larger magnitude than \a limit, which has the same sign.
 bool exceeds(const std::string& digits, const std::string& limit) {
     return digits.size() != limit.size() ? digits.size() > limit.size() : digits > limit;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A slow, obvious wide number: 16-bit words, one digit and one word at a time.
+// This model of a wide number is slow and obvious. It works on one digit and one 16-bit word at a
+// time.
 #pragma once
 
 #include <algorithm>
@@ -35,6 +36,8 @@ public:
             if (base != 256 && digitOf(c) == NONE)
                 continue;
             const unsigned code = static_cast<unsigned char>(c);
+            // A code from 0x80 on becomes a digit that is too large for the radix, so it is
+            // refused.
             if (!shiftInDigit(base, base != 256   ? digitOf(c)
                                     : code < 0x80 ? code
                                                   : code + 0xFF00)) {
@@ -89,6 +92,7 @@ private:
         return value >> 16;
     }
 
+    // Appends a digit to the number. Returns false if it is too large for the radix.
     bool shiftInDigit(unsigned base, unsigned digit) {
         std::uint32_t carry = digit;
         for (auto& word : words)
@@ -97,6 +101,7 @@ private:
         return digit < base;
     }
 
+    // Divides the number by `divisor` and returns the remainder.
     unsigned divide(unsigned divisor) {
         std::uint32_t r = 0;
         for (std::size_t i = words.size(); i-- > 0;) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The slow and obvious forms: one bit, one character at a time.
+// These models are slow and obvious: they work on one bit or one character at a time.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,7 @@
 
 namespace model {
 
+// Returns the bits of a field, shifted in one after the other from `first` to `last`.
 inline std::uint64_t field(const std::vector<unsigned char>& data, int first, int last) {
     const int step = first < last ? 1 : -1;
     std::uint64_t bits = 0;
@@ -22,6 +23,7 @@ inline int signedCode(char c) {
     return code < 128 ? code : code - 256;
 }
 
+// Returns the value that hex2Bin() gives a character: only upper-case letters are digits.
 inline int upperDigit(char c) {
     return signedCode(c) < 'A' ? signedCode(c) - 48 : signedCode(c) - 55;
 }

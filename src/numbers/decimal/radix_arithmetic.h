@@ -22,7 +22,7 @@ namespace KelRT::numbers::divide_and_conquer {
 
 using Digits = std::vector<Limb>;
 
-// The functions take one of these radixes as a template argument. VALUE is the radix of the
+// The functions take one of these radices as a template argument. VALUE is the radix of the
 // numbers, SOURCE that of the digits that are converted to it. split() divides a sum of at most
 // MAX_SUM by VALUE, returns the remainder, a digit, and sets `carry` to the quotient.
 
@@ -159,8 +159,8 @@ void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span
     return 4 * size + std::size_t{5} * 64;
 }
 
-// Computes product = a * b from three products of halves. Both factors have the same size. The
-// halves are a = a1 * VALUE^half + a0 and b = b1 * VALUE^half + b0, and the middle of the product is
+// Computes product = a * b from three products of halves. Both factors have the same size. With
+// a = a1 * VALUE^half + a0 and b = b1 * VALUE^half + b0, the middle of the product is
 // a1 b0 + a0 b1 = a0 b0 + a1 b1 - (a0 - a1)(b0 - b1).
 template <typename Radix>
 void multiply(std::span<Limb> product, std::span<const Limb> a, std::span<const Limb> b,

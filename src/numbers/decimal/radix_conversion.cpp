@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Radix conversion by divide and conquer, both ways. Small groups of source digits are converted
-// one by one. Then, round after round, neighbouring groups are joined in pairs, high * weight +
-// low, and the weight is squared. Four groups of two digits, for example:
+// This file converts between radices by divide and conquer. Small groups of source digits are
+// converted one by one. Then each round joins neighbouring groups in pairs, high * weight + low,
+// and squares the weight, until one group is left. Four groups of two digits, for example:
 //
 //   12 34 56 78   weight 100
 //   1234 5678     weight 10000
@@ -102,8 +102,9 @@ Groups joinPairs(const Groups& groups, std::span<Limb> scratch) {
     Groups joined;
     if (pairs > 1)
         joined.weight = squareOf<Radix>(weight, scratch);
-    // A pair is below weight^2. If that has one digit less than multiply() writes, the highest digit
-    // written is 0, and the next pair overwrites it. For the last pair, there is one digit more.
+    // A pair is below weight^2. If this has one digit less than multiply() writes, the highest of
+    // the digits written is 0, and the next pair overwrites it. For the last pair, there is room
+    // for one digit more.
     const std::size_t joinedSize = pairs > 1 ? joined.weight.size() : 2 * size;
     joined.digits.resize(pairs * joinedSize + 1);
     for (std::size_t i = 0; i < pairs; ++i) {
