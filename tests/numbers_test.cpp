@@ -21,9 +21,9 @@ static_assert(!std::is_copy_constructible_v<Kel_Number>, "a copy would hide its 
 static_assert(!std::is_convertible_v<std::uint64_t, Kel_Number>);
 
 // Divide and conquer prints decimals from 120 limbs (7680 bits) on and reads them from 220 limbs
-// (14080 bits) on. In the third row, the text is too long for the number and wraps. A digit with n
-// digits below it is worth a multiple of 2^n, so the highest digits that count change only the top
-// bits.
+// (14080 bits) on. In the third row, the text is too long for the number, so the value wraps. A
+// digit with n digits below it is worth a multiple of 2^n, so the highest digits that are not
+// dropped change only the top bits.
 TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
     struct {
         std::uint64_t bitCount;

@@ -34,7 +34,7 @@ constexpr unsigned CHARACTERS_PER_STEP = 8; // one 64-bit load
     return (value | value << 5) & 0x0707070707070707;
 }
 
-// Reverses spreadOctal(). Only the low three bits of each byte may be set.
+// Undoes spreadOctal(). Only the low three bits of each byte may be set.
 [[nodiscard]] constexpr std::uint64_t packOctal(std::uint64_t digits) {
     digits = (digits | digits >> 5) & 0x003F003F003F003F;
     digits = (digits | digits >> 10) & 0x00000FFF00000FFF;

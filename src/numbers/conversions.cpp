@@ -20,8 +20,8 @@
 namespace KelRT {
 namespace {
 
-// Empties `output` and returns the input. If the input is part of the output, its text moves to
-// `kept`, where the returned view points. Never fails.
+// Empties `output` and returns the input. If the input is part of the output, the whole old text
+// moves to `kept`, and the returned view points there. Never fails.
 std::string_view detach(std::string_view input, std::string& output, std::string& kept) noexcept {
     if (common::overlap(input.data(), 1, output.data(), output.size())) {
         const auto offset = static_cast<std::size_t>(input.data() - output.data());
@@ -45,9 +45,9 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
     return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// Reads the `count` characters (1 to 16) before `end` as hexadecimal digits. It accepts every
-// character: the digit of a code c, as a signed char, is c - 48 if c < 'A', else c - 55, modulo 16.
-// Modulo 16, that is c + 0 or c + 9.
+// Reads the `count` characters (1 to 16) before `end` as hexadecimal digits. Every character has a
+// digit: for a code c, as a signed char, the low four bits of c - 48 if c < 'A', else of c - 55.
+// These are the low four bits of c and of c + 9.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::greater(characters, '@'));

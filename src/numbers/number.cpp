@@ -36,7 +36,7 @@ Kel_Number::Kel_Number(std::uint64_t newBitCount)
 Kel_Number::Kel_Number(const Kel_Number&) = default;
 Kel_Number::~Kel_Number() = default;
 
-// Only reserve() can throw. It comes first, so the number is then unchanged.
+// Only reserve() can throw, and it comes first: if it throws, the number is unchanged.
 Kel_Number& Kel_Number::operator=(const Kel_Number& other) {
     if (this == &other)
         return *this;

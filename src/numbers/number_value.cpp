@@ -74,7 +74,7 @@ Limb lowestLimb(const Kel_Number& number) {
     return numbers::loadLimb(Access::words(number));
 }
 
-// Returns the value of each word above a 64-bit integer of this sign.
+// Returns what each word above the lowest limb must be for an integer of this sign.
 constexpr std::uint16_t extension(bool negative) {
     return negative ? 0xFFFF : 0;
 }

@@ -52,7 +52,7 @@ enum class CharacterClass : std::uint8_t { digit, refused, minus, skipped };
     return character == '-' ? CharacterClass::minus : CharacterClass::skipped;
 }
 
-// A text is refused, or it has a value, which is negative if the text contains a minus sign.
+// Parsing refuses a text or yields a value, which is negative if the text contains a minus sign.
 enum class ParseResult : std::uint8_t { refused, positive, negative };
 
 } // namespace KelRT::numbers

@@ -21,10 +21,10 @@ template <Limb DIVISOR>
     const Limb carry = low < limb ? 1 : 0;
     Limb quotient = static_cast<Limb>(product >> LIMB_BITS) + remainder + carry + 1;
     Limb newRemainder = limb - quotient * DIVISOR;
-    // So far, the quotient is one too high in 49 % of all cases for 10^19 and in 75 % for 2^7 *
-    // 10^17. A branch would be mispredicted often: with one, random numbers of 4096 bits take 3
-    // times as long to print. The row "print decimal, 4096 b" does not show it, because it repeats
-    // one number.
+    // So far, the quotient is one too high in 49 % of all cases for the divisor 10^19, and in 75 %
+    // for 2^7 * 10^17. A branch on it would often be mispredicted: with one, random numbers of 4096
+    // bits take 3 times as long to print. The row "print decimal, 4096 b" does not show it, because
+    // it repeats one number.
     const Limb tooHigh = 0 - static_cast<Limb>(newRemainder > low);
     quotient += tooHigh;
     newRemainder += tooHigh & DIVISOR;

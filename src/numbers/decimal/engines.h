@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The two engines that read and print decimal text: schoolbook, and divide and conquer.
+// Two engines read and print decimal text: schoolbook, and divide and conquer.
 #pragma once
 
 #include "numbers/decimal/powers_of_ten.h"

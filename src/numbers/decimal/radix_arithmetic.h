@@ -124,8 +124,8 @@ void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span
     static_assert((Radix::MAX_SUM - MAX_CARRY) / MAX_PRODUCT >= KARATSUBA_SIZE);
     assert(a.size() == b.size() && a.size() < KARATSUBA_SIZE);
     assert(product.size() == a.size() + b.size());
-    // Skips low zeros of a, which is a weight, and high zeros of b, which is a group and may be
-    // padded. Otherwise the benchmark row "parse decimal, 65536 b" takes 25 % longer.
+    // Skips low zero digits of a, which is a weight, and high zero digits of b, which may be a
+    // padded group. Otherwise the benchmark row "parse decimal, 65536 b" takes 25 % longer.
     const std::size_t zeros = lowZeros(a);
     for (; !b.empty() && b.back() == 0; b = b.first(b.size() - 1)) {
         product.back() = 0;
@@ -190,8 +190,9 @@ void multiply(std::span<Limb> product, std::span<const Limb> a, std::span<const 
         subtract<Radix>(middle, cross);
     else
         add<Radix>(middle, cross);
-    // `middle` has 2 * half + 1 digits. The rest of the product has 2 * a.size() - half digits, no
-    // fewer if a.size() >= 4. The sum is the product of a and b, so it fits.
+    // `middle` has 2 * half + 1 digits. Above its lowest `half` digits, the product has
+    // 2 * a.size() - half, which is enough if a.size() >= 4. The sum is the product of a and b, so
+    // it fits.
     static_assert(KARATSUBA_SIZE >= 4);
     add<Radix>(product.subspan(half), middle);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// This engine converts decimal text by divide and conquer. engines.h tells for which sizes.
+// This engine converts decimal text by divide and conquer. The sizes for which it is used are in
+// engines.h.
 #pragma once
 
 #include "numbers/limb.h"
