@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The memory of the buffer objects themselves; storage.cpp has that of their bytes.
+// Allocates and frees the memory of the buffer objects themselves. storage.cpp allocates the block
+// of their bytes.
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include <cstdlib>
@@ -11,7 +12,8 @@
 namespace KelRT {
 namespace {
 
-// Aligned memory from malloc(), whose original pointer is stored just before the aligned address.
+// Over-aligned memory comes from malloc(), too. The pointer that malloc() returned is stored just
+// before the aligned address, where freeAlignedBlock() reads it.
 
 void* alignedBlock(std::size_t bytes, std::align_val_t alignment) noexcept {
     const std::size_t extra = static_cast<std::size_t>(alignment) + sizeof(void*);

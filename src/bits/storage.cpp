@@ -14,7 +14,8 @@ namespace {
 
 using Block = std::unique_ptr<unsigned char[]>;
 
-// Throws std::bad_alloc if no block can have this size. Each term is checked, so no sum overflows.
+// Adds sizes. Throws std::bad_alloc if no block can have the sum as its size. Each term is checked
+// before it is added, so no sum overflows.
 std::size_t sumOfSizes(std::initializer_list<std::uint64_t> sizes) {
     std::uint64_t sum = 0;
     for (const std::uint64_t size : sizes)
@@ -22,13 +23,13 @@ std::size_t sumOfSizes(std::initializer_list<std::uint64_t> sizes) {
     return static_cast<std::size_t>(sum);
 }
 
-// Unlike memcpy, takes null pointers if `count` is 0.
+// Copies like memcpy(), but takes null pointers if `count` is 0.
 void copyBytes(unsigned char* to, const unsigned char* from, std::size_t count) {
     if (count != 0)
         std::memcpy(to, from, count);
 }
 
-// A copy with zeros before and after it.
+// Copies `size` bytes of a block into a new one, with zeros before and after them.
 Block paddedCopy(const Block& block, std::size_t size, std::uint64_t before, std::uint64_t after) {
     Block copy = std::make_unique<unsigned char[]>(sumOfSizes({before, size, after}));
     copyBytes(copy.get() + before, block.get(), size);
@@ -95,7 +96,7 @@ void Kel_ByteBuffer::clear() noexcept {
 
 std::int32_t Kel_ByteBuffer::insertBytes(std::uint64_t atByte, std::uint64_t byteCount) {
     byteAlign();
-    const bool inside = 0 < atByte && atByte < size;
+    const bool inside = 0 < atByte && atByte < size; // at the ends, nothing moves
     if (atByte > size / 2) {
         if (padHigh < byteCount)
             increasePadHigh(byteCount);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// U128, an unsigned integer of 128 bits for the products of 64-bit ones: the compiler's own type,
-// or else PortableU128, a class with the operators that the library uses.
+// U128 is an unsigned integer of 128 bits, for the products of 64-bit integers. It is the type that
+// the compiler has as an extension, or else PortableU128, a class with the operators that the
+// library uses.
 #pragma once
 
 #include <compare>
@@ -21,8 +22,8 @@ public:
     constexpr PortableU128(std::uint64_t newHigh, std::uint64_t newLow)
         : high(newHigh), low(newLow) {}
 
-    // Truncates to an integer type. Do not convert to bool: it compiles but, unlike the conversion
-    // of the compiler's type, ignores the high half.
+    // Truncates to an integer type. Do not convert to bool: that compiles but ignores the high
+    // half, unlike the conversion of the compiler's type.
     template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
     constexpr explicit operator Integer() const {
         return static_cast<Integer>(low);
@@ -43,14 +44,14 @@ public:
         return {a.high - b.high - (a.low < b.low ? 1 : 0), a.low - b.low};
     }
 
-    // The product modulo 2^128.
+    // Multiplies modulo 2^128.
     friend constexpr PortableU128 operator*(PortableU128 a, PortableU128 b) {
         const PortableU128 product = productOf(a.low, b.low);
         return {product.high + a.high * b.low + a.low * b.high, product.low};
     }
 
-    // Slow bitwise long division, only for compile-time constants. The divisor is 1 to 2^127, so
-    // the remainder can be doubled.
+    // Divides bit by bit. This is slow and only for compile-time constants. The divisor is 1 to
+    // 2^127, so that doubling the remainder cannot overflow.
     friend constexpr PortableU128 operator/(PortableU128 dividend, PortableU128 divisor) {
         PortableU128 quotient;
         PortableU128 remainder;
@@ -65,11 +66,12 @@ public:
         return quotient;
     }
 
-    // Shifts take counts of 0 to 127.
+    // Both shifts take counts of 0 to 127.
     friend constexpr PortableU128 operator<<(PortableU128 a, unsigned count) {
         if (count >= 64)
             return {a.low << (count - 64), 0};
-        // Two steps, because a shift by 64 is undefined.
+        // The low half is shifted in two steps: if `count` is 0, one shift would be by 64 bits,
+        // which is undefined.
         return {a.high << count | a.low >> 1 >> (63 - count), a.low << count};
     }
 
@@ -95,8 +97,8 @@ private:
 #endif
     }
 
-    // Four products of 32-bit halves. No sum exceeds 64 bits: (2^32 - 1)^2 + 2 (2^32 - 1) is
-    // 2^64 - 1.
+    // Adds up the four products of 32-bit halves. No sum overflows: it has one product and at most
+    // two halves, and (2^32 - 1)^2 + 2 (2^32 - 1) is 2^64 - 1.
     [[nodiscard]] static constexpr PortableU128 productOfHalves(std::uint64_t a, std::uint64_t b) {
         constexpr std::uint64_t HALF = 0xFFFFFFFF;
         const std::uint64_t lowest = (a & HALF) * (b & HALF);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// 64-bit integers, called u64, in byte arrays at any alignment. They are little-endian on every
-// host: bit n of the u64 at p is bit n mod 8 of p[n / 8], the bit numbering of the whole library.
+// Loads and stores 64-bit integers, called u64, at any alignment, and gives access to their bytes
+// and bits. They are little-endian in memory on every host: bit n of the u64 at p is bit n % 8 of
+// p[n / 8]. The whole library numbers bits in this way.
 #pragma once
 
 #include <bit>
@@ -13,7 +14,7 @@ namespace KelRT::common {
 constexpr std::uint64_t U64_BITS = 64;
 constexpr std::uint64_t U64_BYTES = 8;
 
-// Compilers recognise this as one instruction.
+// Reverses the order of the bytes. Compilers turn this into one instruction.
 [[nodiscard]] constexpr std::uint64_t swapBytes(std::uint64_t value) {
     value = (value >> 8 & 0x00FF00FF00FF00FF) | (value & 0x00FF00FF00FF00FF) << 8;
     value = (value >> 16 & 0x0000FFFF0000FFFF) | (value & 0x0000FFFF0000FFFF) << 16;
@@ -57,8 +58,10 @@ inline void storeU32(void* to, std::uint64_t value) {
     std::memcpy(to, &low, sizeof low);
 }
 
-// `count` bytes (0 to 8) as the low bytes of a u64; the others are 0. The loads overlap. With a
-// memcpy() of `count` bytes, the benchmark row "parse hexadecimal, mixed" takes 2.9 times as long.
+// Loads `count` bytes (0 to 8) as the low bytes of a u64, whose other bytes are 0. Two loads of
+// four bytes, or three of one byte, replace a loop. They may overlap: a byte that is loaded twice
+// gives the same bits both times. With a memcpy() of `count` bytes, the benchmark row
+// "parse hexadecimal, mixed" takes 2.9 times as long.
 [[nodiscard]] inline std::uint64_t loadBytes(const void* from, std::uint64_t count) {
     const auto* const p = static_cast<const unsigned char*>(from);
     if (count >= U64_BYTES)
@@ -71,7 +74,7 @@ inline void storeU32(void* to, std::uint64_t value) {
            std::uint64_t{p[count - 1]} << (8 * (count - 1));
 }
 
-// Stores the low `count` bytes (0 to 8).
+// Stores the low `count` bytes (0 to 8). The stores may overlap like the loads of loadBytes().
 inline void storeBytes(void* to, std::uint64_t value, std::uint64_t count) {
     auto* const p = static_cast<unsigned char*>(to);
     if (count >= U64_BYTES) {
@@ -86,28 +89,28 @@ inline void storeBytes(void* to, std::uint64_t value, std::uint64_t count) {
     }
 }
 
-// A quotient rounded up, without overflow.
+// Returns count / divisor, rounded up. No step overflows.
 template <typename Unsigned>
 [[nodiscard]] constexpr Unsigned divideUp(Unsigned count, unsigned divisor) {
     return count / divisor + (count % divisor != 0 ? 1 : 0);
 }
 
-// A u64 with `byte` in every byte.
+// Returns a u64 with `byte` in every byte.
 [[nodiscard]] constexpr std::uint64_t broadcast(unsigned char byte) {
     return byte * std::uint64_t{0x0101010101010101};
 }
 
-// A u64 whose low `count` bits (0 to 64) are set.
+// Returns a u64 whose low `count` bits (0 to 64) are set.
 [[nodiscard]] constexpr std::uint64_t lowBits(std::uint64_t count) {
     return count >= U64_BITS ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
 }
 
-// `count` bytes (0 to 8) as the high bytes of a u64, with `filler` in the others.
+// Loads `count` bytes (0 to 8) as the high bytes of a u64, whose other bytes are `filler`.
 [[nodiscard]] inline std::uint64_t loadHighBytes(const void* from, unsigned count,
                                                  unsigned char filler) {
     if (count == U64_BYTES)
         return loadU64(from);
-    const std::uint64_t step = (U64_BYTES - count) * 4; // two steps: a shift by 64 is undefined
+    const std::uint64_t step = (U64_BYTES - count) * 4; // one shift by 64 would be undefined
     return loadBytes(from, count) << step << step | (broadcast(filler) & lowBits(2 * step));
 }
 
@@ -135,20 +138,21 @@ inline void storeHighBytes(void* to, std::uint64_t value, unsigned count) {
     return (kept + broadcast(0x7F)) >> 7 & broadcast(1);
 }
 
-// The inverse of spreadBits().
+// Packs eight bytes of 0 or 1 into eight bits, as the inverse of spreadBits().
 [[nodiscard]] constexpr std::uint8_t packBits(std::uint64_t value) {
-    // The factor moves bit 8n to bit 56 + n. No partial products overlap, so nothing carries.
+    // The product has bit 8n of `value` at bit 56 + n. No two partial products share a bit, so
+    // nothing carries.
     return static_cast<std::uint8_t>(value * 0x0102040810204080 >> 56);
 }
 
-// The u64 from bit `shift` (0 to 7) of p[0] on. Nine bytes are read; if the shift is 0, the ninth
-// is shifted out entirely.
+// Returns the 64 bits from bit `shift` (0 to 7) of p[0] on. Reads nine bytes, even if `shift` is 0
+// and the ninth contributes nothing.
 [[nodiscard]] inline std::uint64_t u64AtBit(const unsigned char* p, unsigned shift) {
     return loadU64(p) >> shift | std::uint64_t{p[U64_BYTES]} << 1 << (63 - shift);
 }
 
-// The field of `count` bits (1 to 64) at bit `position`. It lies within the `size` bytes of `data`,
-// and no other byte is read.
+// Reads the field of `count` bits (1 to 64) that starts at bit `position`. The field must lie
+// within the `size` bytes of `data`. No byte outside them is read.
 [[nodiscard]] inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
                                              std::uint64_t position, std::uint64_t count) {
     const unsigned char* const p = data + position / 8;
@@ -159,7 +163,8 @@ inline void storeHighBytes(void* to, std::uint64_t value, unsigned count) {
     return u64AtBit(p, shift) & lowBits(count); // the field may reach into the ninth byte
 }
 
-// Writes the low `count` bits (0 to 64) of `value` to such a field. No other bit changes.
+// Writes the low `count` bits (0 to 64) of `value` to the field that starts at bit `position`. The
+// field must lie within the `size` bytes of `data`. No other bit changes.
 inline void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
                        std::uint64_t count, std::uint64_t value) {
     unsigned char* const p = data + position / 8;

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
-// Vectors of sixteen bytes, with one of two back ends: GNU vector types, or two 64-bit integers in
-// ISO C++. Elements are numbered in memory order on every host. Each back end has the types Vector,
-// of bytes, and U64Vector, of 64-bit integers, with the operators &, | and >>. U64Vector has <<.
-// Vector has +; no sum may exceed 255. A comparison yields 0xFF in each byte for which it holds, 0
-// in the others.
+// Vectors have sixteen bytes and one of two back ends: GNU vector types, or two 64-bit integers in
+// ISO C++. The elements of a Vector are bytes, those of a U64Vector are 64-bit integers. They are
+// numbered in memory order on every host. The operators apply to each element:
+//
+//   Vector                        &, |, >> and +; no sum may exceed 255
+//   U64Vector                     &, |, >> and <<
+//
+// A comparison yields 0xFF in each byte for which it holds, and 0 in the others. The functions are:
 //
 //   loadVector(from)              the sixteen bytes at `from`, at any alignment
-//   storeVector(to, vector)       writes them
+//   storeVector(to, vector)       writes sixteen bytes to `to`, at any alignment
 //   bytesOf(vector)               the bytes of the two integers, the lowest byte of each first
 //   firstU64(vector)              the integer in bytes 0 to 7
 //   secondU64(vector)             the integer in bytes 8 to 15
@@ -34,7 +37,7 @@ using namespace iso;
 namespace KelRT::common {
 using namespace gnu;
 }
-#else // GCC 11
+#else // such as GCC 11
 namespace KelRT::common {
 using namespace iso;
 }
@@ -44,7 +47,7 @@ namespace KelRT::common {
 
 constexpr std::uint64_t VECTOR_BYTES = 16;
 
-// The inverse of bytesOf().
+// Converts the bytes of two integers to the integers, as the inverse of bytesOf().
 [[nodiscard]] inline U64Vector u64VectorOf(Vector bytes) {
     return U64Vector{firstU64(bytes), secondU64(bytes)};
 }
@@ -57,12 +60,12 @@ inline void storeU64Vector(void* to, U64Vector vector) {
     storeVector(to, bytesOf(vector));
 }
 
-// A vector with `byte` in every byte.
+// Returns a vector with `byte` in every byte.
 [[nodiscard]] inline Vector broadcastVector(unsigned char byte) {
     return bytesOf(U64Vector{broadcast(byte), broadcast(byte)});
 }
 
-// `count` bytes (1 to 16) as the last bytes of a vector, with `filler` in the others.
+// Loads `count` bytes (1 to 16) as the last bytes of a vector, whose other bytes are `filler`.
 [[nodiscard]] inline Vector loadLastBytes(const void* from, unsigned count, unsigned char filler) {
     const auto* const p = static_cast<const unsigned char*>(from);
     if (count == VECTOR_BYTES)
@@ -73,7 +76,7 @@ inline void storeU64Vector(void* to, U64Vector vector) {
     return bytesOf(U64Vector{loadHighBytes(p, high, filler), loadU64(p + high)});
 }
 
-// Whether every bit is set.
+// Returns whether every bit is set.
 [[nodiscard]] inline bool allSet(Vector vector) {
     return (firstU64(vector) & secondU64(vector)) == ~std::uint64_t{0};
 }

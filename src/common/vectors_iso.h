@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The back end of vectors.h in ISO C++.
+// Implements vectors.h in ISO C++.
 #pragma once
 
 #include "common/u64.h"
@@ -9,7 +9,7 @@
 
 namespace KelRT::common::iso {
 
-// Two integers; byte 0 is the lowest byte of the first.
+// Holds the sixteen bytes in two integers. Byte 0 is the lowest byte of `first`.
 template <typename Element>
 struct VectorOf {
     std::uint64_t first;
@@ -70,12 +70,13 @@ inline void storeVector(void* to, Vector vector) {
     return vector.second;
 }
 
-// The top bit of each byte of `comparison(value)` tells whether the comparison holds for that byte.
+// Applies a comparison to each byte. `comparison(value)` must set the top bit of each byte for
+// which it holds, and clear that of the others. The other bits do not matter.
 template <typename Comparison>
 [[nodiscard]] Vector compare(Vector vector, Comparison comparison) {
     const auto masks = [comparison](std::uint64_t value) {
         const std::uint64_t found = comparison(value) & broadcast(0x80);
-        return (found << 1) - (found >> 7); // 0x100 - 1 in each such byte
+        return (found << 1) - (found >> 7); // 2 * 0x80 - 1 where it is set, otherwise 0
     };
     return {masks(vector.first), masks(vector.second)};
 }
@@ -83,13 +84,14 @@ template <typename Comparison>
 [[nodiscard]] inline Vector equal(Vector vector, char character) {
     const std::uint64_t characters = broadcast(static_cast<unsigned char>(character));
     return compare(vector, [characters](std::uint64_t value) {
+        // Adding 0x7F to the low seven bits of a byte sets its top bit, unless they are 0.
         const std::uint64_t difference = value ^ characters;
         return ~(((difference & broadcast(0x7F)) + broadcast(0x7F)) | difference);
     });
 }
 
-// The top bit of each byte tells whether bound <= byte <= 127. The other bits are unspecified.
-// `bound` is 0 to 128.
+// Sets the top bit of each byte if bound <= byte <= 127, otherwise clears it. The other bits of the
+// result are unspecified. `bound` is 0 to 128.
 [[nodiscard]] inline std::uint64_t atLeast(std::uint64_t value, int bound) {
     return ((value & broadcast(0x7F)) + broadcast(static_cast<unsigned char>(0x80 - bound))) &
            ~value;
@@ -113,7 +115,7 @@ template <typename Comparison>
 }
 
 [[nodiscard]] inline Vector interleave(Vector a, Vector b) {
-    // Moves the bytes of 32 bits to the even bytes of 64.
+    // Moves the four bytes of a 32-bit value to the even bytes of a u64.
     const auto spread = [](std::uint64_t value) {
         value = (value | value << 16) & 0x0000FFFF0000FFFF;
         return (value | value << 8) & 0x00FF00FF00FF00FF;

@@ -7,13 +7,13 @@
 namespace Port {
 namespace {
 
-// What the components of a path are relative to.
+// Tells what the components of a path are relative to.
 enum class Start : std::uint8_t { root, rootOfCurrentDirectory, currentDirectory };
 
-// A path split into its root and the components after it.
+// Holds the parts of a path.
 struct SplitPath {
     Start start;
-    std::string root; // what ".." cannot remove, without the separator after it
+    std::string root; // what ".." cannot remove, such as "C:" of "C:\\a"
     char drive;       // the drive whose current directory is used; 0 for the current drive
     std::string_view components; // everything after the root
 };
@@ -22,7 +22,7 @@ constexpr bool hasDrives(const Conventions& conventions) {
     return conventions.separator == WINDOWS.separator;
 }
 
-// The size in bytes of the character that begins with `first`.
+// Returns the size in bytes of the character that begins with `first`.
 std::size_t characterLength(const Conventions& conventions, char first) {
     return conventions.isLeadByte != nullptr && conventions.isLeadByte(first) ? 2 : 1;
 }
@@ -40,7 +40,7 @@ std::string_view takeComponent(const Conventions& conventions, std::string_view&
     return component;
 }
 
-// A path that begins with `\\server\share`.
+// Splits a path that begins with `\\server\share`. The share may be missing.
 SplitPath splitShare(std::string_view path, const Conventions& conventions) {
     path.remove_prefix(2);
     std::string root(2, conventions.separator);
@@ -112,7 +112,8 @@ std::string absolutePath(std::string_view path, const Conventions& conventions) 
     }
     appendComponents(components, conventions, given.components, "/\\");
     std::string text = compose(given.root, components, conventions.separator);
-    // The root is "" on POSIX and "C:" on a drive; that of a share is longer.
+    // The size tells which root needs a separator after it: "" (of POSIX) and "C:" (of a drive) do,
+    // that of a share, which is longer, does not.
     const bool bareRoot = components.empty() && given.root.size() <= 2;
     if (bareRoot || endsInSeparator(conventions, path))
         text += conventions.separator;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Paths as text: none of them needs to exist. The conventions are an argument, so those of both
+// Handles paths as text, so they need not exist. The conventions are an argument, so those of both
 // hosts can be tested on either.
 #pragma once
 
@@ -13,12 +13,13 @@
 
 namespace Port {
 
+// Describes how a host writes paths.
 struct Conventions {
     char separator;               // joins the components of a path
-    const char* listSeparator;    // between the directories of PATH
-    const char* libraryExtension; // at the end of a library's file name
-    // True for the first byte of a two-byte character, whose second byte may look like a separator;
-    // null where a path is plain bytes (POSIX).
+    const char* listSeparator;    // separates the directories in PATH
+    const char* libraryExtension; // ends the file name of a library
+    // Returns true for the first byte of a two-byte character, whose second byte may look like a
+    // separator. The pointer is null on POSIX, where a path is plain bytes.
     bool (*isLeadByte)(char byte);
 };
 
@@ -35,29 +36,29 @@ inline constexpr const Conventions& NATIVE = POSIX;
     return character == '/' || character == '\\';
 }
 
-// The index of the first character of path that is in separators, or npos. The path begins at a
-// character boundary.
+// Returns the index of the first character of path that is in separators, or npos. The path must
+// not begin in the middle of a character.
 //     "a\\b"       => 1
 //     "\x83\\a\\b" => 3     WINDOWS in code page 932, where \x83\\ is one character
 [[nodiscard]] std::size_t findSeparator(const Conventions& conventions, std::string_view path,
                                         std::string_view separators = "/\\");
 
-// True if the last character of path is a separator.
+// Returns true if the last character of path is a separator.
 [[nodiscard]] bool endsInSeparator(const Conventions& conventions, std::string_view path);
 
-// Always adds a separator between directory and name.
+// Joins directory and name with a separator, even if directory already ends in one.
 //     join(WINDOWS, "C:\\a", "b") => "C:\\a\\b"
 //     join(POSIX, "/a/", "b")     => "/a//b"
 [[nodiscard]] std::string join(const Conventions& conventions, std::string_view directory,
                                std::string_view name);
 
-// The result type of FileName::GetAbsolutePath(): an immutable text.
+// Holds an immutable text, the result of FileName::GetAbsolutePath().
 template <typename Character>
 class StringBase {
 public:
     explicit StringBase(std::basic_string<Character> text) : content(std::move(text)) {}
 
-    // NUL-terminated; valid as long as this object.
+    // Returns the text, NUL-terminated. The pointer is valid as long as this object.
     const Character* c_str() const { return content.c_str(); }
 
 private:
@@ -69,14 +70,14 @@ public:
     explicit FileName(const char* path, const Conventions& host = NATIVE)
         : name(path), conventions(host) {}
 
-    // The absolute form, computed from the text and the current directory; links are not followed.
-    // "." and ".." are resolved; ".." at the root stays there. Separators become the host's, runs
-    // of them collapse into one, and a trailing one is kept. The root of a drive or of POSIX always
-    // ends in one. The result is empty if the current directory is needed and cannot be read. The
-    // flag is ignored.
+    // Returns the absolute form of the path. It is computed from the text and the current
+    // directory, without following links. "." and ".." are resolved; ".." at the root stays there.
+    // Each run of separators becomes one separator of the host, also at the end of the path. If
+    // nothing but the root of a drive or of POSIX is left, it ends in a separator, too. The result
+    // is empty if the current directory is needed and cannot be read. The flag is ignored.
     //
-    // On Windows a path may begin with a drive or a share, from which ".." removes nothing. A path
-    // such as `C:x` is relative to the current directory of its drive.
+    // On Windows, a path may begin with a drive or a share, which ".." does not remove. A path such
+    // as `C:x` is relative to the current directory of its drive.
     //     "/a/./b/../c/" => "/a/c/"           POSIX
     //     "..\\x"        => "/x"              POSIX, in /here
     //     "c:/a/../b"    => "c:\\b"           WINDOWS

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// Files and directories of the host. Each host has its own source; a fake host can replace it in
-// tests. The names of File, UT_DIR and FileName, and their ignored flags, are those of the platform
-// library that this layer replaces.
+// Gives access to the files and directories of the host. Each host has its own source, which a fake
+// host can replace in tests. File, UT_DIR and FileName have the names and the ignored flags of the
+// platform library that this layer replaces.
 //
-// A path is a NUL-terminated byte string in the host's narrow encoding and names the same file as
-// it does for fopen. If the host refuses an operation (a missing or unreadable parent, a name that
+// A path is a NUL-terminated byte string in the host's narrow encoding. It names the file that
+// fopen() would open. If the host refuses an operation (a missing or unreadable parent, a name that
 // is too long), the result says so; only std::bad_alloc is thrown.
 //
 // Threads: the functions share only what the host shares (the current directory, the file system).
@@ -20,9 +20,9 @@
 
 namespace Port {
 
-// The library holds one from load to unload, so that it exists before the first file operation and
-// after the last. No supported host needs preparation, so it only counts its instances; File and
-// UT_DIR assert that there is one.
+// Only counts its instances, since no supported host needs preparation for file operations. The
+// library holds one from load to unload, so it outlives every file operation. File and UT_DIR
+// assert that one exists.
 class FileInit {
 public:
     FileInit() noexcept { ++instances; }
@@ -35,38 +35,39 @@ public:
     }
 
 private:
-    // Constant-initialised, so it takes no part in the order of the globals.
+    // The initialiser is constant, so this is 0 before the constructor of any global runs.
     inline static std::atomic<int> instances{0};
 };
 
-// True for the first byte of a two-byte character in the narrow encoding of the host's paths.
+// Returns true for the first byte of a two-byte character in the narrow encoding of the host's
+// paths.
 [[nodiscard]] bool isLeadByte(char byte);
 
 enum class Creation : std::uint8_t { created, nameTaken, refused };
 
 struct File {
-    // True if anything of that name exists, even a dangling symbolic link.
+    // Returns true if anything of that name exists, even a dangling symbolic link.
     [[nodiscard]] static bool exist(const char* path);
 
-    // True if path names an existing directory or a symbolic link to one.
+    // Returns true if path names an existing directory or a symbolic link to one.
     [[nodiscard]] static bool isdir(const char* path);
 
-    // Creates one directory, not its parents; true if it was created. The flag is ignored.
+    // Creates one directory, but not its parents, and returns true if it did. The flag is ignored.
     static bool mkdir(const char* path, bool flag);
 
-    // True if path is not a directory and opens for reading. Opening does not block.
+    // Returns true if path is not a directory and opens for reading. Opening does not block.
     [[nodiscard]] static bool readable(const char* path);
 
-    // Creates an empty file if nothing of that name exists, not even a dangling symbolic link.
+    // Creates an empty file, unless anything of that name exists, even a dangling symbolic link.
     static Creation create(const char* path);
 };
 
-// The current directory, of any length; empty if it cannot be read. On hosts with drives, `drive`
-// is a drive letter, or 0 for the current drive. The result for a drive that has no current
-// directory, or does not exist, is the drive's root.
+// Returns the current directory, however long it is, or "" if it cannot be read. On hosts with
+// drives, `drive` is a drive letter, or 0 for the current drive. For a drive that has no current
+// directory, or does not exist, the result is the drive's root.
 [[nodiscard]] std::string currentDirectory(char drive = 0);
 
-// Iterates over the entries of a UT_DIR, which must outlive it unchanged.
+// Iterates over the entries of a UT_DIR, which must not change or be destroyed meanwhile.
 class UT_DIR_ITERATOR {
 public:
     explicit UT_DIR_ITERATOR(std::vector<std::string>::const_iterator entry) : current(entry) {}
@@ -76,20 +77,20 @@ public:
         return *this;
     }
 
-    // The name of the current entry without its path, NUL-terminated; it belongs to the UT_DIR.
+    // Returns the name of the current entry without its path, NUL-terminated. The UT_DIR owns it.
     const char* operator*() const { return current->c_str(); }
 
 private:
     std::vector<std::string>::const_iterator current;
 };
 
-// The entries of a directory in the host's order, all read at construction.
+// Reads the entries of a directory, all at construction, and keeps them in the host's order.
 class UT_DIR {
 public:
     // Flag 1 leaves "." and ".." out; 0 includes them if the host lists them.
     UT_DIR(const char* directory, std::uint8_t flag);
 
-    // 1 if the directory could be opened and read to its end, otherwise 0.
+    // Returns 1 if the directory could be opened and read to its end, otherwise 0.
     int isvalid() const { return valid ? 1 : 0; }
 
     UT_DIR_ITERATOR begin() const { return UT_DIR_ITERATOR(entries.begin()); }

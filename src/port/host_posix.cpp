@@ -14,12 +14,12 @@
 namespace Port {
 namespace {
 
-// Owns a file descriptor, if opening succeeded. Opening is retried if a signal interrupts it. While
-// an instance exists, its thread cannot be cancelled, so nothing leaks.
+// Opens a file and owns its descriptor. If a signal interrupts the opening, it is repeated. While
+// an instance exists, its thread cannot be cancelled, so no descriptor leaks.
 class Descriptor {
 public:
     Descriptor(const char* path, int flags) {
-        errno = EINTR;
+        errno = EINTR; // to enter the loop
         while (number < 0 && errno == EINTR)
             number = ::open(path, flags | O_CLOEXEC | O_NOCTTY, 0666); // NOLINT(*-vararg)
     }
@@ -43,7 +43,7 @@ private:
 } // namespace
 
 bool isLeadByte(char /*byte*/) {
-    return false; // paths are bytes
+    return false; // a path is plain bytes
 }
 
 bool File::exist(const char* path) {
@@ -65,9 +65,9 @@ bool File::mkdir(const char* path, bool /*flag*/) {
 
 bool File::readable(const char* path) {
     FileInit::assertReady();
-    // Without O_NONBLOCK, opening a device, or a FIFO that has no writer, could block. With it, a
-    // file under another process's write lease fails with EWOULDBLOCK. Such a file counts as
-    // readable, since a blocking open would succeed after a wait.
+    // Without O_NONBLOCK, opening could block: on a device, or on a FIFO that has no writer. With
+    // it, opening fails with EWOULDBLOCK while another process has a write lease on the file. Such
+    // a file counts as readable, since a blocking open would succeed after a wait.
     const Descriptor file(path, O_RDONLY | O_NONBLOCK);
     return file.isOpen() ? !file.isDirectory() : errno == EWOULDBLOCK;
 }
@@ -95,7 +95,7 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory), closedir);
     if (!stream)
         return;
-    // readdir returns null at the end and on failure; only errno tells the difference.
+    // readdir() returns null both at the end and on failure. Only a failure sets errno.
     errno = 0;
     while (const dirent* const entry = readdir(stream.get())) {
         if (isListed(entry->d_name, flag))

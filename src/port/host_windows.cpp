@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Calls the wide functions with paths in the encoding that fopen decodes. The narrow functions
-// always take the ANSI code page, while the fopen of UCRT takes UTF-8 in a UTF-8 locale.
+// Decodes paths as fopen() does and calls the wide system functions. The narrow ones would ignore
+// the locale, whereas the fopen() of UCRT decodes UTF-8 in a UTF-8 locale.
 #include "port/host.h"
 
 #include "port/locale_windows.h"
@@ -16,7 +16,7 @@
 namespace Port {
 namespace {
 
-// What the wide functions take.
+// The wide system functions take text of this type.
 using WideText = std::basic_string<WCHAR>;
 
 struct CloseFile {
@@ -29,7 +29,7 @@ struct CloseSearch {
 };
 using Search = std::unique_ptr<void, CloseSearch>;
 
-// The code page of paths.
+// Returns the code page in which fopen() decodes paths.
 UINT pathEncoding() {
     if (localeIsUtf8())
         return CP_UTF8;
@@ -38,7 +38,7 @@ UINT pathEncoding() {
 
 WideText wide(const char* path) {
     const UINT encoding = pathEncoding();
-    const int size = MultiByteToWideChar(encoding, 0, path, -1, nullptr, 0); // with the NUL
+    const int size = MultiByteToWideChar(encoding, 0, path, -1, nullptr, 0); // counts the NUL
     WideText text(static_cast<std::size_t>(size), WCHAR{});
     MultiByteToWideChar(encoding, 0, path, -1, text.data(), size);
     return text.c_str();
@@ -52,7 +52,7 @@ std::string narrow(const WCHAR* path) {
     return text.c_str();
 }
 
-// Opens a file without locking it; null if the host refuses.
+// Opens a file that others may use meanwhile. Returns null if the host refuses.
 FileHandle openFile(const WideText& path, DWORD access, DWORD disposition, DWORD flags) {
     constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const HANDLE file =
@@ -60,7 +60,7 @@ FileHandle openFile(const WideText& path, DWORD access, DWORD disposition, DWORD
     return FileHandle(file != INVALID_HANDLE_VALUE ? file : nullptr);
 }
 
-// The attributes of a link's target, INVALID_FILE_ATTRIBUTES if there is none.
+// Returns the attributes of a link's target, or INVALID_FILE_ATTRIBUTES if there is none.
 DWORD attributesOfTarget(const WideText& path) {
     const FileHandle target =
         openFile(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
@@ -70,7 +70,7 @@ DWORD attributesOfTarget(const WideText& path) {
                : INVALID_FILE_ATTRIBUTES;
 }
 
-// The absolute form of a path; empty if the host has none.
+// Returns the absolute form of a path, or an empty text if the host has none.
 WideText fullPath(const WideText& path) {
     WideText text(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), WCHAR{});
     const DWORD length =
@@ -82,7 +82,8 @@ WideText fullPath(const WideText& path) {
 } // namespace
 
 bool isLeadByte(char byte) {
-    // FALSE for UTF-8, in which no byte of a longer character looks like a separator.
+    // UTF-8 needs no lead bytes here, and the call returns FALSE: no byte of a longer character
+    // looks like a separator.
     return IsDBCSLeadByteEx(pathEncoding(), static_cast<BYTE>(byte)) != FALSE;
 }
 
@@ -130,7 +131,7 @@ UT_DIR::UT_DIR(const char* directory, std::uint8_t flag) {
     WideText pattern = fullPath(wide(directory));
     if (pattern.empty())
         return;
-    // Behind the prefix `\\?\`, a doubled separator names nothing.
+    // In a path with the prefix `\\?\`, a second separator would make the path invalid.
     if (pattern.back() != '\\')
         pattern += WCHAR{'\\'};
     pattern += WCHAR{'*'};

@@ -5,10 +5,11 @@
 
 namespace Port {
 
-// True if the locale of the process is in UTF-8, which only UCRT offers. Its fopen then decodes
-// paths as UTF-8.
+// Returns true if the locale of the process is in UTF-8, which only UCRT offers. The fopen() of
+// UCRT then decodes paths as UTF-8.
 [[nodiscard]] inline bool localeIsUtf8() {
-    // MB_CUR_MAX is this call. Every other encoding has at most two bytes in a character.
+    // The macro MB_CUR_MAX expands to this call. It returns the size of the longest character,
+    // which is at most two bytes in every encoding but UTF-8.
     return ___mb_cur_max_func() > 2;
 }
 

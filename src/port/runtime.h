@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Wrappers of the host's run-time services, in the form that this library needs. Each host has its
-// own source.
+// Wraps the run-time services of the host that this library needs. Each host has its own source.
 #pragma once
 
 #include <cstdarg>
@@ -12,35 +11,35 @@
 
 namespace Port {
 
-// The value of an environment variable, "" if it is unset. The library reads them only through
-// this function.
+// Returns the value of an environment variable, or "" if it is unset. The library reads the
+// environment only through this function.
 [[nodiscard]] inline const char* environment(const char* name) noexcept {
     const char* const value = std::getenv(name);
     return value != nullptr ? value : "";
 }
 
-// True if a line-buffered stream passes complete lines on to the host by itself. The C libraries of
-// Windows buffer such a stream fully.
+// Tells whether a line-buffered stream passes each complete line to the host. The C libraries of
+// Windows buffer such a stream fully, so it must be flushed.
 #if defined(_WIN32)
 inline constexpr bool HAS_LINE_BUFFERING = false;
 #else
 inline constexpr bool HAS_LINE_BUFFERING = true;
 #endif
 
-// As std::vsnprintf. A format that the host rejects gives a negative result and never ends the
-// process, even in a hardened build.
+// Formats like std::vsnprintf(). If the host rejects the format, returns a negative number and does
+// not end the process, even in a hardened build.
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept;
 
 // Converts the character at `text`, which is not NUL, to the encoding of the locale and moves
-// `text` past it. The result is "?" if the character has no narrow form.
+// `text` past it. Returns "?" if that encoding does not have the character.
 [[nodiscard]] std::string takeCharacter(const wchar_t*& text);
 
-// Converts to local time without the static object of std::localtime. False if the host cannot
-// convert the time.
+// Converts to local time without the static object of std::localtime(). Returns false if the host
+// cannot convert the time.
 bool localTime(std::time_t time, std::tm& local) noexcept;
 
-// While an instance exists, its thread cannot be cancelled: a request stays pending. With glibc,
-// cancellation unwinds the stack, which ends the process at a `noexcept` function.
+// While an instance exists, its thread cannot be cancelled: a request stays pending. With glibc, a
+// cancellation unwinds the stack. Unwinding through a `noexcept` function ends the process.
 class CancellationDisabled {
 public:
     CancellationDisabled() noexcept;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// With _FORTIFY_SOURCE the C library ends the process on some formats that it otherwise accepts (a
-// format in writable memory with %n, gaps in numbered arguments). Only this file is compiled
-// without it.
+// With _FORTIFY_SOURCE, the C library ends the process on some formats that it otherwise accepts:
+// those in writable memory with %n, and those with gaps in numbered arguments. So this file alone
+// is compiled without it.
 #undef _FORTIFY_SOURCE
 #include "port/runtime.h"
 
@@ -26,7 +26,7 @@ std::string takeCharacter(const wchar_t*& text) {
 }
 
 bool localTime(std::time_t time, std::tm& local) noexcept {
-    tzset(); // localtime_r may ignore a change of the time zone
+    tzset(); // localtime_r() alone may ignore a change of the time zone
     return localtime_r(&time, &local) != nullptr;
 }
 

@@ -16,7 +16,7 @@ namespace Port {
 
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept {
 #if defined(_MSC_VER)
-    // On a format that it rejects, this C library ends the process unless a handler is installed.
+    // Without a handler, this C library ends the process if it rejects the format.
     const auto ignore = [](const wchar_t*, const wchar_t*, const wchar_t*, unsigned,
                            std::uintptr_t) {};
     const auto previous = _set_thread_local_invalid_parameter_handler(ignore);
@@ -28,8 +28,8 @@ int formatText(char* text, std::size_t size, const char* format, std::va_list ar
 #endif
 }
 
-// A character is one code unit or a surrogate pair. In UTF-8 the host converts it: the C library
-// would convert each unit of a pair by itself. No other encoding has a form of a pair.
+// A character is one code unit or a surrogate pair. The C library would convert each unit of a pair
+// by itself, so WideCharToMultiByte() converts to UTF-8. No other encoding can represent a pair.
 std::string takeCharacter(const wchar_t*& text) {
     const int units = IS_SURROGATE_PAIR(text[0], text[1]) ? 2 : 1;
     const wchar_t* const character = std::exchange(text, text + units);
