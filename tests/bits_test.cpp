@@ -37,7 +37,7 @@ Bytes taken(Kel_ByteBuffer* made) {
     return bytesOf(*std::unique_ptr<Kel_ByteBuffer>(made));
 }
 
-/// With its terminating NUL.
+/// Returns the bytes of a text with its terminating NUL.
 Bytes textBytes(const std::string& text) {
     return {text.c_str(), text.c_str() + text.size() + 1};
 }
@@ -65,7 +65,7 @@ TEST(ByteBufferStorage, ObjectsLiveWhereverAClientPutsThem) {
     const auto many = std::make_unique<Kel_ByteBuffer[]>(3);
     const std::unique_ptr<Kel_ByteBuffer[]> more(new (std::nothrow) Kel_ByteBuffer[2]);
     EXPECT_EQ(one->getSize() + many[2].getSize() + more[1].getSize(), 2U);
-    // A constructor that throws has its memory released; the leak checker watches.
+    // If a constructor throws, its memory is released; the leak checker would report a leak.
     EXPECT_THROW(new (std::nothrow) Kel_ByteBuffer(HUGE_COUNT, 0, 0), std::bad_alloc);
     EXPECT_THROW(new (place) Kel_ByteBuffer(HUGE_COUNT, 0, 0), std::bad_alloc);
     Kel_ByteBuffer::operator delete[](Kel_ByteBuffer::operator new[](9, std::nothrow),
@@ -76,18 +76,18 @@ struct alignas(256) OverAligned : Kel_ByteBuffer {
     explicit OverAligned(std::uint64_t bytes = 0) : Kel_ByteBuffer(bytes, 0, 0) {}
 };
 
-/// Is allocated by the global operators.
+/// Is aligned like OverAligned, but allocated by the global operators.
 struct alignas(256) OverAlignedPeer {
-    std::string text; // its destructor makes the compiler store the length of an array
+    std::string text; // has a destructor, so the compiler stores the length of an array
 };
 
 TEST(ByteBufferStorage, OverAlignedDerivedObjectsAreAligned) {
     const auto isAligned = [](const auto& objects) {
         return reinterpret_cast<std::uintptr_t>(objects.get()) % alignof(OverAligned) == 0;
     };
-    // GCC for 32-bit Arm puts the first element of every array 8 bytes into the aligned block.
+    // GCC for 32-bit Arm aligns the block of an array, but its first element lies 8 bytes into it.
     const bool arraysAreAligned = isAligned(std::make_unique<OverAlignedPeer[]>(2));
-    for (int round = 0; round < 20; ++round) { // one alone may be aligned by chance
+    for (int round = 0; round < 20; ++round) { // a single object may be aligned by chance
         const std::unique_ptr<OverAligned> one(new OverAligned);
         const std::unique_ptr<OverAligned> other(new (std::nothrow) OverAligned);
         EXPECT_EQ((reinterpret_cast<std::uintptr_t>(one.get()) |
@@ -98,7 +98,8 @@ TEST(ByteBufferStorage, OverAlignedDerivedObjectsAreAligned) {
         EXPECT_EQ(isAligned(std::unique_ptr<OverAligned[]>(new (std::nothrow) OverAligned[2])),
                   arraysAreAligned);
     }
-    // The forms that release after a constructor has thrown; the leak checker watches.
+    // These operators release the memory if a constructor throws; the leak checker would report a
+    // leak.
     EXPECT_THROW(new OverAligned(HUGE_COUNT), std::bad_alloc);
     EXPECT_THROW(new (std::nothrow) OverAligned(HUGE_COUNT), std::bad_alloc);
     constexpr auto ALIGNMENT = std::align_val_t(alignof(OverAligned));
@@ -109,7 +110,7 @@ TEST(ByteBufferStorage, OverAlignedDerivedObjectsAreAligned) {
 }
 
 TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {
-    // Truncates to 8 where std::size_t has 32 bits.
+    // Where std::size_t has 32 bits, this is truncated to 8.
     constexpr std::uint64_t wrapping =
         sizeof(std::size_t) == 4 ? (std::uint64_t{1} << 32) + 8 : HUGE_COUNT;
     constexpr std::uint64_t cases[][3] = {{HUGE_COUNT, 1, 0}, {1, HUGE_COUNT, 0},
@@ -160,15 +161,16 @@ TEST(ByteBufferFields, DroppedBitsStayPendingUntilTheNextAccess) {
     const char* const block = buffer.ptr();
     buffer.shiftBitsDown(4);
     const Kel_ByteBuffer copy(buffer);
-    EXPECT_EQ(*block, 0x21); // no byte has changed
+    EXPECT_EQ(*block, 0x21); // the shift has changed no byte
     EXPECT_THROW((void)buffer.getBits(9, 8), std::logic_error);
-    EXPECT_EQ(*block, 0x32); // also a refused read realigns
+    EXPECT_EQ(*block, 0x32); // the read has realigned, although it failed
     Kel_ByteBuffer nothing;
     nothing.shiftBitsDown(5);
     EXPECT_EQ(nothing.ptr(), nullptr);
 }
 
-// Two pending shifts of 4 bits would drop a byte.
+// Each operation realigns and then runs out of memory. If it did not realign first, the second
+// shift by 4 bits would drop a byte.
 TEST(ByteBufferFields, OperationsRealignBeforeTheyTakeMemory) {
     if (!test::failingNewReachesTheLibrary())
         GTEST_SKIP() << "the library has an operator new of its own here";
@@ -194,7 +196,7 @@ TEST(ByteBufferFields, OperationsRealignBeforeTheyTakeMemory) {
     }
 }
 
-/// What all functions give that may be called beside each other.
+/// Calls all functions that several threads may call at the same time, and returns their results.
 std::string allReadFrom(Kel_ByteBuffer& buffer) {
     std::string all = std::to_string(buffer.getSize());
     Kel_Number number(100);
@@ -212,7 +214,7 @@ std::string allReadFrom(Kel_ByteBuffer& buffer) {
     return all;
 }
 
-// ThreadSanitizer watches.
+// ThreadSanitizer would report a data race here.
 TEST(ByteBufferFields, ManyThreadsReadABufferWithoutAPendingShift) {
     Kel_ByteBuffer buffer = make(textBytes("captured for all"), 1, 4);
     buffer.shiftBitsDown(3);
@@ -227,8 +229,8 @@ TEST(ByteBufferFields, ManyThreadsReadABufferWithoutAPendingShift) {
         EXPECT_EQ(own, allReadFrom(buffer));
 }
 
-// Gives a buffer an untouched block, so that a text of 2^31 characters costs no memory. (An
-// explicit instantiation may name private fields.)
+// Gives a buffer a block that nothing has written to, so that a text of 2^31 characters takes no
+// physical memory. An explicit instantiation, such as that of Fields, may name private fields.
 void takeUntouchedBlock(Kel_ByteBuffer& buffer, std::uint64_t bytes);
 template <auto Storage, auto Size>
 struct Fields {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Faults that POSIX hosts can inject: a full disk, a pipe without a reader, cancelled threads,
-// files that block on opening. logging_process/ tests a closed standard output, files_test.cpp a
-// removed current directory.
+// Tests faults that POSIX hosts can inject: a full disk, a pipe without a reader, cancelled
+// threads, files that block on opening. The test of a closed standard output is in
+// logging_process/, that of a removed current directory in files_test.cpp.
 #include "KelRT/Kel_Util.h"
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
@@ -80,8 +80,8 @@ TEST(HostFaults, PipeWhoseReaderIsGone) {
     EXPECT_FALSE(logger.shouldPrintLog(0));
 }
 
-// Makes a call in a thread with a pending cancellation, which takes effect at the first enabled
-// cancellation point, and records whether the call returned.
+// Makes a call in a thread whose cancellation is already pending, and records whether the call
+// returned. Unless the call disables cancellation, it ends at its first cancellation point.
 struct CancelledCall {
     std::function<void()> call;
     bool returned = false;
@@ -173,15 +173,16 @@ TEST(HostFaults, AnyFileThatOpensIsALibraryAndOpeningDoesNotWait) {
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
     ASSERT_EQ(unlink(file.c_str()), 0);
     test_host::writeFile(file);
-    ASSERT_EQ(truncate(file.c_str(), off_t{3} << 30), 0); // more than 2 GiB, with nothing in it
+    ASSERT_EQ(truncate(file.c_str(), off_t{3} << 30), 0); // a sparse file of more than 2 GiB
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
-    // A file server may hold a write lease, which breaks when someone else opens the file.
+    // A process, such as a file server, may hold a write lease on a file. It gets SIGIO when the
+    // file is opened.
     static_cast<void>(std::signal(SIGIO, SIG_IGN));
     const int holder = open(file.c_str(), O_RDWR);         // NOLINT(*-vararg)
     static_cast<void>(fcntl(holder, F_SETLEASE, F_WRLCK)); // NOLINT(*-vararg)
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
     ASSERT_TRUE(test_host::closeDescriptor(holder));
-    ASSERT_TRUE(test_host::closeDescriptor(0)); // the next file to be opened gets this one
+    ASSERT_TRUE(test_host::closeDescriptor(0)); // the next file gets descriptor 0
     EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), directory.path());
 }
 
@@ -197,7 +198,7 @@ TEST(HostFaults, DirectoriesMayBeDatedAfter2038) {
     EXPECT_EQ(outcome(Kel_Util::createDotLumatraceDir), kel);
 }
 
-// Cancels, a hundred times, a thread that makes the call again and again.
+// Starts a thread that repeats the call without end, and cancels it; does so a hundred times.
 void cancelWithin(std::function<void(int)> call) {
     struct Round {
         std::function<void(int)>& call;

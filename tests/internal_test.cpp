@@ -35,7 +35,7 @@ TEST(NumberFormat, DigitCountOfTheWidthHas32Bits) {
     EXPECT_EQ(KelRT::numbers::minimumDigits(8 * TOP - 8, 8), TOP - 1);
 }
 
-// A typed test finds the operations of either back end through the types of their arguments.
+// The typed tests call the functions of both back ends: the types of the arguments select them.
 using namespace KelRT::common;
 
 using Bytes = std::array<unsigned char, VECTOR_BYTES>;
@@ -52,7 +52,7 @@ Bytes bytesIn(VectorType vector) {
     return bytes;
 }
 
-// The bytes that `rule` gives for the numbers from 0 to 15.
+// Returns sixteen bytes, of which byte i is rule(i).
 template <typename Rule>
 Bytes eachByte(Rule rule) {
     Bytes bytes;
@@ -70,7 +70,8 @@ TYPED_TEST_SUITE(Vectors, BackEnds, );
 TYPED_TEST(Vectors, ComparisonsMarkEachByteAlone) {
     for (unsigned code = 0; code < 256; ++code) {
         SCOPED_TRACE(code);
-        // The neighbours are 0xFF and 0, so that a carry out of a byte changes the next one.
+        // Each byte that is `code` has 0 before it and 0xFF after it, so a carry from one byte into
+        // the next would change the result.
         const Bytes text = eachByte([code](unsigned i) {
             return i % 3 == 0 ? code : i % 3 == 1 ? 0xFF : 0;
         });
@@ -130,7 +131,7 @@ TEST(Vectors, LoadsAreInMemoryOrder) {
     EXPECT_EQ(bytesIn(iso::loadVector(bytes.data())), bytes);
 }
 
-// The upper and the lower half.
+// Holds the upper half, then the lower one.
 using Halves = std::pair<std::uint64_t, std::uint64_t>;
 
 template <typename U128Type>

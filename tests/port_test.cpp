@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The file functions under the conventions of either host, with a fake host in place of the
-// portability layer's calls to the real one. It injects failures that a real host will not produce.
+// Tests the file functions under the conventions of both hosts. A fake host replaces the functions
+// that call the real one. It injects failures that a real host will not produce.
 #include "KelRT/Kel_Util.h"
 #include "files/data_dirs.h"
 #include "files/home.h"
@@ -28,11 +28,11 @@ namespace {
 
 struct FakeHost {
     std::set<std::string> readable;        ///< files that open for reading
-    std::set<std::string> createdByOthers; ///< just before the library would create them
-    std::set<std::string> directories;     ///< that exist; mkdir adds those of createdByOthers
+    std::set<std::string> createdByOthers; ///< others create these just before the library does
+    std::set<std::string> directories;     ///< these exist; mkdir() adds one that others create
     bool everythingExists = false;
     bool listingFails = false;
-    std::map<char, std::string> currentDirectories; ///< by drive, 0 for the current one
+    std::map<char, std::string> currentDirectories; ///< by drive letter, 0 for the current drive
 
     std::vector<std::string> calls; ///< such as "exist NAME"
 };
@@ -98,7 +98,7 @@ std::string absolute(const Port::Conventions& conventions, const std::string& pa
     return Port::FileName(path.c_str(), conventions).GetAbsolutePath(false).c_str();
 }
 
-/// Windows, with C:\work as the current directory.
+/// Sets up a fake Windows host whose current directory is C:\work.
 class OnWindows : public ::testing::Test {
 protected:
     OnWindows() {
@@ -151,7 +151,7 @@ TEST_F(OnWindows, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
         {"", "foo", "", "PATH Environmental Variable not set.\n"},
         {"a;", "foo", "\\foo.dll", "Could not find foo in path.\n"},
         {";", "foo", "\\foo.dll", ""},
-        {"C:/a/;;", "foo", "\\foo.dll", ""}, // one empty entry at the end
+        {"C:/a/;;", "foo", "\\foo.dll", ""}, // ends in one empty entry, not two
     };
     for (const auto& [path, name, readable, expected] : cases) {
         searchPath.set(path);
@@ -232,7 +232,8 @@ TEST_F(OnWindows, AbsoluteFormKnowsDrivesAndShares) {
     EXPECT_EQ(absolute(POSIX, "c\\d"), "/a\\b/c/d");
 }
 
-// Code page 932, whose characters of two bytes may end in 0x5C: "\x83\\" is one of them.
+// Returns true for a lead byte of code page 932. The next byte may be 0x5C, the code of '\':
+// "\x83\\" is one character.
 bool isLeadByteOf932(char byte) {
     const auto value = static_cast<unsigned char>(byte);
     return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
@@ -244,7 +245,7 @@ TEST_F(OnWindows, SeparatorsStandBetweenCharacters) {
         {"C:\\\x83\\", "C:\\\x83\\"},
         {"C:\\\x83\\\\", "C:\\\x83\\\\"},
         {"C:/\x83\\/..\\z", "C:\\z"},
-        {"C:\\\x83\\..\\z", "C:\\\x83\\..\\z"}, // the name ends in two dots
+        {"C:\\\x83\\..\\z", "C:\\\x83\\..\\z"}, // "\x83\\.." is one name
         {"\xE0\x83\\\x83\\/", "C:\\work\\\xE0\x83\\\x83\\\\"},
         {"\\\\s\x83\\\\t\x83\\/../x", "\\\\s\x83\\\\t\x83\\\\x"},
         {"\x83", "C:\\work\\\x83"}, // half a character

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Drives, limited paths and links to directories, which only Windows has. A fake host injects links
-// and failing searches: this file defines the import pointers through which the library calls the
-// system.
+// Tests what only Windows has: drives, a limit on the length of paths, links with the attribute of
+// a directory. A fake host injects links and failing searches. For this, the file defines the
+// import pointers through which the library calls the system.
 #include "KelRT/Kel_Util.h"
 #include "support/host.h"
 #include "support/outcome.h"
@@ -58,7 +58,7 @@ decltype(&FindNextFileW) __imp_FindNextFileW = findNext;             // NOLINT(*
 
 namespace {
 
-/// The sorted list from getDirectoryFileList, or its message.
+/// Returns the sorted list from getDirectoryFileList(), or its message as the only entry.
 Texts listed(const std::string& directory) {
     Texts list;
     const std::string message = outcome([&] {
@@ -75,7 +75,8 @@ Texts refused(const std::string& directory) {
     return {"Could not open the directory: " + directory + "\n"};
 }
 
-/// An empty drive: under Wine the test task provides it, elsewhere it is a directory.
+/// Provides an empty drive W:. Under Wine, the test task defines it; elsewhere, this class maps it
+/// to an empty directory.
 class EmptyDrive : public ::testing::Test {
 protected:
     EmptyDrive() {
@@ -103,7 +104,7 @@ TEST_F(EmptyDrive, IsListedAndHasACurrentDirectoryOfItsOwn) {
 
     std::filesystem::create_directory("W:\\sub");
     test_host::writeFile("W:\\sub\\f.txt");
-    SetEnvironmentVariableA("=W:", "W:\\sub"); // as the C library's chdir does
+    SetEnvironmentVariableA("=W:", "W:\\sub"); // as chdir() of the C library does
     EXPECT_TRUE(test_host::opens("W:f.txt"));
     EXPECT_EQ(Kel_Util::normalizePath("W:f.txt"), "W:\\sub\\f.txt");
     EXPECT_EQ(Kel_Util::normalizePath("w:../f/"), "W:\\f\\");
@@ -115,7 +116,7 @@ std::wstring wide(const std::string& path) {
     return {path.begin(), path.end()};
 }
 
-/// A path without the length limit, which the system does not normalise.
+/// Returns a form of the path that has no length limit. The system does not normalise it.
 std::string unlimited(const std::string& path) {
     return "\\\\?\\" + path;
 }
@@ -140,7 +141,7 @@ TEST(WindowsHost, LongDirectoryIsListedCorrectlyOrRefused) {
         ASSERT_TRUE(CreateDirectoryW(directory.c_str(), nullptr));
         ASSERT_TRUE(CreateDirectoryW(inside.c_str(), nullptr));
         for (const std::string& given : {path, name}) {
-            EXPECT_EQ(listed(parent), Texts{name}); // which a truncated path would list
+            EXPECT_EQ(listed(parent), Texts{name}); // the result if the path is truncated
             const Texts found = listed(given);
             EXPECT_TRUE(found == Texts{"inside"} || found == refused(given)) << length;
         }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A random sequence of buffer operations, compared with the bit-by-bit model.
+// Runs a random sequence of buffer operations and compares the buffer with the bit-by-bit model.
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include "input.h"
@@ -22,7 +22,7 @@ class Program {
 public:
     explicit Program(fuzz::Input& bytes) : input(bytes) { replaceBuffer(); }
 
-    /// Does one operation on the buffer and on the model.
+    /// Applies one random operation to the buffer and to the model.
     void step() {
         static constexpr void (Program::* OPERATIONS[])() = {
             &Program::insert,      &Program::remove,       &Program::moveStart,
@@ -33,7 +33,7 @@ public:
         (this->*input.oneOf(OPERATIONS))();
     }
 
-    /// Compares the size and every byte of the block, on a copy, because reading realigns.
+    /// Compares the size and every byte of the block. Uses a copy, because reading realigns.
     void expectSame() const {
         Kel_ByteBuffer copy(buffer);
         model::ByteBuffer aligned = expected;
@@ -160,7 +160,7 @@ private:
         const std::uint64_t last = input.below(expected.size);
         input.note("hex2Bin", {first, last});
         const Bytes bytes = expected.hexToBin(first, last);
-        Bytes out(bytes.size() + 1, 0xEE); // the last one is not touched
+        Bytes out(bytes.size() + 1, 0xEE); // with one more byte, which must not change
         buffer.hex2Bin(first, last, out.data());
         require(out.back() == 0xEE && std::equal(bytes.begin(), bytes.end(), out.begin()),
                 "hex2Bin to a place");
@@ -191,7 +191,7 @@ private:
             expected = model::ByteBuffer();
         }
     }
-    /// Starts anew with other bytes and reserves.
+    /// Replaces the buffer by one with other bytes and reserves.
     void replaceBuffer() {
         const std::size_t size = input.below(180);
         const std::string text = input.below(2) == 0 ? input.text(size) : input.text(size, DIGITS);
@@ -203,7 +203,8 @@ private:
         expected = model::ByteBuffer(bytes, low, high);
     }
 
-    /// Checks what an operation stores, in another buffer or in the buffer itself.
+    /// Runs an operation either with another buffer as its target, and checks that buffer, or with
+    /// the buffer itself, which expectSame() checks later.
     void checkStored(const Bytes& made, std::size_t reserve, const auto& operation) {
         if (expected.size < 200 && input.below(2) == 0) {
             operation(buffer, buffer);
@@ -231,7 +232,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Program program(input);
     while (!input.empty()) {
         program.step();
-        if (input.below(3) == 0) // often, but with pending shifts in between
+        if (input.below(3) == 0) // about every third step
             program.expectSame();
     }
     program.expectSame();

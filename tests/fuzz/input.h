@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The input of one run of a fuzz target, read as values and texts, and the checks that report a
-// finding.
+// Reads the input of one run of a fuzz target as values and texts. The checks abort the run, which
+// makes its input a finding.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@
 
 namespace fuzz {
 
-/// Returns the bytes in order, and zeros after the last one.
+/// Returns the bytes of the input in order, and zeros after the last one.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size)
@@ -37,13 +37,14 @@ public:
     const Choice& oneOf(const Choice (&choices)[Count]) {
         return choices[below(Count)];
     }
-    /// Up to \a most characters of any code.
+    /// Returns up to \a most characters, which may have any code.
     std::string text(std::size_t most) {
         std::string text = bytes.substr(at < bytes.size() ? at : bytes.size(), most);
         at += text.size();
         return text;
     }
-    /// Up to \a most characters of \a alphabet. Every fourth text also has some of any code but 0.
+    /// Returns up to \a most characters of \a alphabet. In about a quarter of the texts, some
+    /// characters have any code but 0.
     std::string text(std::size_t most, const std::string& alphabet) {
         const bool mixed = below(4) == 0;
         std::string text;
@@ -55,7 +56,7 @@ public:
         return text;
     }
 
-    /// Notes an operation of a sequence. A failure prints all of them.
+    /// Notes an operation. If a check fails, it prints all operations that were noted.
     void note(const char* operation, std::initializer_list<std::uint64_t> arguments) {
         operations.emplace_back(operation, arguments);
     }
@@ -82,6 +83,7 @@ private:
     std::abort();
 }
 
+/// Aborts the run with the message \a what unless \a holds is true.
 inline void require(bool holds, const char* what, const Input* input = nullptr) {
     if (!holds)
         fail(what, input);
@@ -96,8 +98,8 @@ std::string shown(Value value) {
     return std::to_string(value);
 }
 
-/// Unless the lists are equal, fails with what they hold from shortly before the first difference
-/// on.
+/// Aborts the run if the lists differ. Prints a part of both that begins shortly before the first
+/// difference.
 template <typename List>
 void requireEqualLists(const List& found, const List& expected, const char* what,
                        const Input* input) {
@@ -120,7 +122,7 @@ void requireEqualLists(const List& found, const List& expected, const char* what
          input);
 }
 
-/// Unless the values are equal, fails with both.
+/// Aborts the run if the values differ, and prints both.
 template <typename Found, typename Expected>
 void requireEqual(const Found& found, const Expected& expected, const char* what,
                   const Input* input = nullptr) {

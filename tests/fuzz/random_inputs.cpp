@@ -2,8 +2,8 @@
 //
 // usage: random_TARGET [COUNT [THREADS [FIRST]]]
 //
-// Runs a fuzz target as a test on COUNT random inputs, divided among THREADS. The seed of each
-// input is its index; FIRST skips the inputs before it.
+// Runs a fuzz target as a test on the random inputs FIRST (by default 0) to COUNT - 1. They are
+// divided among THREADS. The number of an input is the seed of its bytes.
 #include "input.h"
 
 #include <csignal>

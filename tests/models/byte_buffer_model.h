@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A slow, obvious byte buffer: one byte or one bit at a time. It holds the whole block with its
-// reserves.
+// Models the byte buffer in slow and obvious code, which handles one byte or one bit at a time. The
+// model includes the whole block with its reserves.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace model {
 
 using Bytes = std::vector<unsigned char>;
 
-/// The value of a hexadecimal digit, or \a other.
+/// Returns the value of a hexadecimal digit, or \a other for another character.
 inline unsigned digitOf(unsigned char c, unsigned other) {
     const std::size_t at = std::string("0123456789ABCDEFabcdef").find(static_cast<char>(c));
     return at == std::string::npos ? other : static_cast<unsigned>(at < 16 ? at : at - 6);
@@ -42,7 +42,7 @@ struct ByteBuffer {
         byte = static_cast<unsigned char>(value ? byte | mask : byte & ~mask);
     }
 
-    /// An access: realigns, and a shift that was pending clears the first byte of the high reserve.
+    /// Realigns. If a shift was pending, this also sets the first byte of the high reserve to 0.
     void access() {
         const std::uint64_t bits = std::uint64_t{8} * size;
         for (std::uint64_t k = 0; pending != 0 && k < bits; ++k)
@@ -68,7 +68,7 @@ struct ByteBuffer {
         }
         size += count;
     }
-    /// Negative: back.
+    /// Moves the start forward, or back if \a count is negative.
     void moveStart(std::int64_t count) {
         start += static_cast<std::size_t>(count);
         size -= static_cast<std::size_t>(count);
@@ -125,8 +125,8 @@ struct ByteBuffer {
     }
 };
 
-/// Hexadecimal text cut to its lowest \a bitCount bits: the first digit that stays keeps only the
-/// bits that are wanted.
+/// Cuts hexadecimal text to its lowest \a bitCount bits, if need be within a digit: "FA" cut to 6
+/// bits is "3A".
 inline Bytes cutHexText(Bytes text, std::uint64_t bitCount) {
     const std::uint64_t digits = (bitCount + 3) / 4;
     if (text.size() - 1 < digits)
@@ -138,7 +138,7 @@ inline Bytes cutHexText(Bytes text, std::uint64_t bitCount) {
     return text;
 }
 
-/// Bit-mirrored text, bit by bit.
+/// Converts bit-mirrored text to bytes, bit by bit.
 inline Bytes mirroredTextToBin(const std::string& text) {
     ByteBuffer result(Bytes((text.size() + 1) / 2, 0), 0, 0);
     unsigned value = 0;

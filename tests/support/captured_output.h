@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Redirects the standard output of a fuzz target to a file.
+// Redirects the standard output of a fuzz target to a file, and reads it back.
 #pragma once
 
 #include "support/host.h"
@@ -17,16 +17,16 @@ namespace fuzz {
 class CapturedOutput {
 public:
     CapturedOutput() {
-        // In append mode, writing starts at the front after the file was truncated.
+        // Append mode writes at the end of the file, even after take() has truncated it.
         if (std::freopen(path.c_str(), "a", stdout) == nullptr)
             std::abort();
     }
 
-    /// The text printed since the last call.
+    /// Returns the text printed since the last call.
     std::string take() {
         static_cast<void>(std::fflush(stdout));
         std::ifstream file(path,
-                           std::ios::binary); // the text may have a character that ends a text file
+                           std::ios::binary); // on Windows, 0x1A ends a file that is read as text
         file.seekg(taken);
         std::string text{std::istreambuf_iterator<char>(file), {}};
         for (std::size_t at = 0; test_host::WINDOWS && at < text.size(); ++at)

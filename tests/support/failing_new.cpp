@@ -23,7 +23,7 @@ void* allocate(std::size_t bytes) noexcept {
         return nullptr;
     }
     if (bytes > PTRDIFF_MAX)
-        return nullptr; // as malloc does; under a sanitizer it would end the program instead
+        return nullptr; // malloc() does so, too, but under a sanitizer it ends the program
     return std::malloc(bytes != 0 ? bytes : 1);
 }
 

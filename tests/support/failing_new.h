@@ -7,10 +7,11 @@
 
 namespace test {
 
-/// Which allocations fail: all from the chosen one on, or that one alone.
+/// Tells whether the allocations after the first failure fail, too.
 enum class Failure : std::uint8_t { persistent, single };
 
-/// While an object is alive, \a successes more allocations succeed; then one fails, or all do.
+/// While an object exists, \a successes more allocations succeed. The next one fails; with
+/// Failure::persistent, so do all after it.
 class FailingNew {
 public:
     explicit FailingNew(long successes = 0, Failure failure = Failure::persistent);
@@ -18,11 +19,12 @@ public:
     FailingNew& operator=(const FailingNew&) = delete;
     ~FailingNew();
 
-    /// Whether an allocation has failed since construction.
+    /// Returns whether an allocation has failed since construction.
     static bool failed();
 };
 
-/// Whether the shared library uses the replacement, too. (On Windows a DLL keeps its own.)
+/// Returns whether the shared library uses the replacement, too. On Windows, a DLL keeps its own
+/// operator new.
 bool failingNewReachesTheLibrary();
 
 } // namespace test

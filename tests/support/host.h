@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What tests need from the host. The differences between hosts are here, except in the tests that
-// only one kind of host can run.
+// Gives tests what they need from the host. All differences between hosts are here, except in the
+// tests that only one kind of host can run.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@
 #include <utility>
 
 #ifdef _WIN32
-#define NOMINMAX 1 // as libstdc++ defines it
+#define NOMINMAX 1 // libstdc++ defines it with the same value
 #include <crtdbg.h>
 #include <direct.h>
 #include <io.h>
@@ -44,8 +44,8 @@ inline bool changeDirectory(const std::string& path) {
 }
 inline bool closeDescriptor(int descriptor) {
 #ifdef _MSC_VER
-    // Without a handler its C library ends the process that uses a closed descriptor. The debug
-    // form would ask in a dialog first.
+    // Without a handler, the C library ends a process that uses a closed descriptor. Its debug
+    // version would first ask in a dialog.
     _CrtSetReportMode(_CRT_ASSERT, 0);
     _set_invalid_parameter_handler(
         [](const wchar_t*, const wchar_t*, const wchar_t*, unsigned, std::uintptr_t) {});
@@ -78,18 +78,18 @@ inline bool closeDescriptor(int descriptor) {
 }
 #endif
 
-/// The path of \a name in \a directory.
+/// Returns the path of \a name in \a directory.
 inline std::string below(std::string directory, const std::string& name) {
     return directory.append(SEPARATOR).append(name);
 }
 
-/// The bytes of a file, with the host's line ends folded to "\n"; empty when there is none.
+/// Returns the text of a file, with the line ends of the host as "\n", or "" if there is no file.
 inline std::string readWholeFile(const std::string& path) {
-    std::ifstream file(path); // text mode folds them
+    std::ifstream file(path); // text mode converts the line ends
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// True when `fopen` opens \a path for reading, as a caller would.
+/// Returns true if `fopen` opens \a path for reading.
 inline bool opens(const std::string& path) {
     std::FILE* const stream = std::fopen(path.c_str(), "rb");
     return stream != nullptr && std::fclose(stream) == 0;
@@ -102,7 +102,7 @@ inline void writeFile(const std::string& path, const std::string& text = "") {
         throw std::runtime_error("cannot write " + path);
 }
 
-/// A new directory of its own, removed with all that is in it at the end of the scope.
+/// Creates a new directory, and removes it with its contents at the end of the scope.
 class TemporaryDirectory {
 public:
     TemporaryDirectory() {
@@ -118,16 +118,16 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(location, ignored);
     }
-    /// Without a trailing separator.
+    /// Returns the path without a trailing separator.
     std::string path() const { return location.string(); }
-    /// The path of \a name in the directory, in the host's style.
+    /// Returns the path of \a name in the directory, with the host's separator.
     std::string operator/(const std::string& name) const { return below(path(), name); }
 
 private:
     std::filesystem::path location;
 };
 
-/// Another current directory for a scope.
+/// Changes the current directory until the end of the scope.
 class CurrentDirectory {
 public:
     explicit CurrentDirectory(const std::string& path) : before(std::filesystem::current_path()) {
@@ -144,8 +144,8 @@ private:
     std::filesystem::path before;
 };
 
-/// An environment variable, set or (without a value) unset. On Windows the empty value unsets, too.
-/// It is not restored: every test has a process of its own.
+/// Sets an environment variable, or unsets it if there is no value. On Windows, an empty value
+/// unsets it, too. The old value is not restored, since every test has a process of its own.
 struct Variable {
     const char* name;
 

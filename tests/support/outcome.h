@@ -9,8 +9,8 @@
 
 namespace test {
 
-/// The text that a function returns, or the message of the exception that it throws: a
-/// Kel_Exception or a std::logic_error.
+/// Returns the text that a function returns or, if it throws a Kel_Exception or a std::logic_error,
+/// the message of the exception.
 template <typename Function, typename... Arguments>
 std::string outcome(Function function, const Arguments&... arguments) {
     try {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Random values from one generator with a fixed seed.
+// Generates random values, always from the same seed.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ inline std::uint64_t randomValue() {
     return generator();
 }
 
-/// A value from 0 to \a limit - 1.
+/// Returns a value from 0 to \a limit - 1.
 inline std::size_t randomBelow(std::size_t limit) {
     return static_cast<std::size_t>(randomValue() % limit);
 }
