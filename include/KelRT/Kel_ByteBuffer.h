@@ -27,10 +27,10 @@ namespace KelRT {
 ///       +------------+------------------+-------------+
 ///                    ^ startPosition
 /// \endcode
-/// While no shift is pending, dropping bytes at either end only changes counts. Inserting moves the
-/// smaller side into its reserve. insertBytes() enlarges a reserve that is too small by exactly the
-/// inserted count. New reserve bytes are zero. Bytes that move from the used part into a reserve
-/// keep their values.
+/// While no shift is pending, dropping bytes at either end only changes these counts. insertBytes()
+/// moves the bytes before or after the insertion, whichever are fewer, into the reserve on their
+/// side. If that reserve is too small, it first grows by the number of inserted bytes; the new
+/// bytes are zero. Bytes that move from the used part into a reserve keep their values.
 ///
 /// **Pending shift.** shiftBitsDown() drops whole bytes immediately and leaves up to 7 bits
 /// pending. Every operation that returns, reads or changes the used bytes first applies the pending
@@ -39,17 +39,17 @@ namespace KelRT {
 /// the first byte of the high reserve, if there is one, to 0.
 ///
 /// **Ownership.** A buffer owns its block. The caller deletes a `Kel_ByteBuffer*` that a function
-/// returns. This works even if the client has replaced the global operators, since the class has
-/// its own `operator new` and `operator delete`. Pointers and references to the bytes stay valid
+/// returns. This works even if the client has replaced the global `operator new` and
+/// `operator delete`, since the class has its own. Pointers and references to the bytes stay valid
 /// until the buffer is destroyed or gets a new block: by init(), by assignment, by insertBytes() if
 /// a reserve grows, or as the target of a conversion.
 ///
 /// **Limits.** `startPosition + size` must stay below 2^31, since operator[](),
 /// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked.
-/// Hexadecimal text takes two characters for each byte and a NUL, so the text of 2^30 bytes or more
-/// exceeds the limit; setHexStringBitCount() nevertheless works on it. A block of PTRDIFF_MAX bytes
-/// or more throws `std::bad_alloc`, as exhausted memory does. The buffer (or target) then keeps its
-/// old contents, but may have been realigned.
+/// Hexadecimal text takes two characters for each byte and a NUL. So the text of 2^30 bytes or more
+/// exceeds the limit, but setHexStringBitCount() works even on such a text. A function that needs a
+/// block of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as if memory were exhausted. The
+/// buffer (or target) then keeps its old contents, but may have been realigned.
 ///
 /// **Preconditions** are marked as such. Debug builds assert them; release builds do not check
 /// them.
@@ -66,11 +66,11 @@ public:
     /// Constructs an empty buffer without a block: getSize() is 0, ptr() is null.
     KELRT_API Kel_ByteBuffer() noexcept;
 
-    /// Constructs a buffer of zero bytes, as init() does. The sizes are in bytes.
+    /// Constructs a buffer whose bytes are all 0, as init() does. The sizes are in bytes.
     /// \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer(std::uint64_t size, std::uint64_t padLow, std::uint64_t padHigh);
 
-    /// Copies \a size bytes from \a source into a new block, between two reserves of zero bytes.
+    /// Copies \a size bytes from \a source into a new block. The bytes of both reserves are 0.
     /// \pre source designates at least size bytes (it may be null when size is 0)
     /// \throws std::bad_alloc
     KELRT_API Kel_ByteBuffer(const unsigned char* source, std::uint64_t size, std::uint64_t padLow,
@@ -94,8 +94,8 @@ public:
     /// Releases the block.
     KELRT_API ~Kel_ByteBuffer();
 
-    /// Replaces the block with one of \a padLow + \a size + \a padHigh zero bytes. No shift is
-    /// pending afterwards.
+    /// Replaces the block with a new one of \a padLow + \a size + \a padHigh bytes, all of them 0.
+    /// No shift is pending afterwards.
     /// \throws std::bad_alloc if memory is exhausted or the sum is too large for a block; the
     /// buffer is then unchanged
     KELRT_API void init(std::uint64_t size, std::uint64_t padLow, std::uint64_t padHigh);
@@ -127,10 +127,10 @@ public:
         return ptr()[index];
     }
 
-    /// Inserts \a byteCount bytes of unspecified value in front of byte \a atByte. The side with
-    /// fewer bytes moves: the bytes from \a atByte on if it is above half the size, otherwise those
-    /// in front of it. If the reserve on that side is smaller than \a byteCount, it first grows by
-    /// \a byteCount, in a new block.
+    /// Inserts \a byteCount bytes of unspecified value before byte \a atByte. If \a atByte is above
+    /// half the size, the bytes from \a atByte on move into the high reserve; otherwise the bytes
+    /// before \a atByte move into the low reserve. If this reserve is smaller than \a byteCount,
+    /// the buffer first gets a new block in which the reserve is larger by \a byteCount.
     /// \code
     /// b0 b1 b2 b3, insertBytes(3, 2) => b0 b1 b2 x x b3
     /// b0 b1 b2 b3, insertBytes(9, 1) => b0 b1 b2 b3 x     // at or beyond the end: appended
@@ -150,9 +150,9 @@ public:
 
     /// @}
     /// \name Bit fields
-    /// A field is the \a bitCount bits from bit \a bitPosition on, least significant first. It must
-    /// end within the used bytes: the buffer never grows to hold a field. A field for which
-    /// bitPosition + bitCount exceeds 2^64 - 1 is outside as well.
+    /// A field consists of \a bitCount bits. The first, bit \a bitPosition of the buffer, is the
+    /// least significant. The field must end within the used bytes: the buffer never grows to hold
+    /// a field. A field for which bitPosition + bitCount exceeds 2^64 - 1 is outside as well.
     /// @{
 
     /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, and zeros
@@ -264,11 +264,11 @@ public:
     [[nodiscard]] KELRT_API Kel_ByteBuffer* bin2HexString(std::uint64_t fromByte,
                                                           std::uint64_t bitCount);
 
-    /// Converts the characters \a firstChar to \a lastChar of this buffer from ordinary text to
-    /// bytes at \a out, least significant byte first. Two digits a, b become the byte 16 * a + b,
-    /// modulo 256. If the number of digits is odd, the first digit alone becomes the last byte. If
-    /// \a firstChar is above \a lastChar, nothing is written. A character that is not a hexadecimal
-    /// digit has the value of its code minus the code of '0'.
+    /// Reads the characters \a firstChar to \a lastChar of this buffer as ordinary text and writes
+    /// its bytes to \a out, least significant byte first. Two digits a, b become the byte
+    /// 16 * a + b, modulo 256. If the number of digits is odd, the first digit alone becomes the
+    /// last byte. If \a firstChar is above \a lastChar, nothing is written. A character that is not
+    /// a hexadecimal digit has the value of its code minus the code of '0'.
     /// \code
     /// "4321", hex2Bin(0, 3) => 21 43
     /// "4321", hex2Bin(1, 3) => 21 03
@@ -336,21 +336,22 @@ public:
     /// @}
     /// \name Allocation of buffer objects
     /// The library creates buffers and the client deletes them, so both must use one allocator.
-    /// An operator in a class hides all global forms. So the class declares every form of `new`,
-    /// and every form of `delete` that takes no size. The sized forms are not needed.
+    /// An `operator new` or `operator delete` of a class hides all its global forms. So the class
+    /// declares every form of `new`, and every form of `delete` that takes no size. The sized forms
+    /// are not needed.
     /// @{
 
     /// Allocates one object. \throws std::bad_alloc
     KELRT_API static void* operator new(std::size_t bytes);
     /// Allocates one object; returns null if memory is exhausted.
     KELRT_API static void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept;
-    /// Returns \a place, for one object.
+    /// Returns \a place, where one object is then constructed.
     KELRT_API static void* operator new(std::size_t bytes, void* place) noexcept;
     /// Allocates an array. \throws std::bad_alloc
     KELRT_API static void* operator new[](std::size_t bytes);
     /// Allocates an array; returns null if memory is exhausted.
     KELRT_API static void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept;
-    /// Returns \a place, for an array.
+    /// Returns \a place, where an array is then constructed.
     KELRT_API static void* operator new[](std::size_t bytes, void* place) noexcept;
     /// Allocates one object of an over-aligned derived class. \throws std::bad_alloc
     KELRT_API static void* operator new(std::size_t bytes, std::align_val_t alignment);
@@ -410,7 +411,7 @@ private:
     /// Returns true if the inline code can access the field: no shift is pending, and the field has
     /// 1 to 64 bits and lies within whole units of 8 bytes, counted from the first used byte. The
     /// inline code accesses exactly these units. So, if the first used byte is 8-byte aligned, no
-    /// access crosses a cache line, and a load can be forwarded from an earlier store to its unit.
+    /// access crosses a cache line, and a store can be forwarded to a later load of the same unit.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
         return pendingBitShift == 0 && bitCount - 1 < 64 &&

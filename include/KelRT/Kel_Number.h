@@ -92,7 +92,7 @@ public:
     /// \param radix a radix letter of the table above
     /// \param text  any bytes, NUL included
     /// \return true on success. If \a text contains a digit outside the base (any digit, if
-    ///         \a radix is not in the table), the result is false and the value 0
+    ///         \a radix is not in the table), the result is false and the value becomes 0
     /// \throws std::bad_alloc only when parsing decimal text into a number wider than 512 bits
     /// \code
     /// set('x', "0x1F")      => 31, true
@@ -111,13 +111,13 @@ public:
     /// Parses a scaled value: stores (value of \a text - \a offset) / \a scale modulo 2^width in
     /// two's complement. The fraction is dropped.
     ///
-    /// So the text of toFloatString() may read back as a number one step nearer to 0. At a scale of
-    /// 0.1, for example, the number 3 prints as "0.3", and 0.3 / 0.1 is just below 3 in double
-    /// arithmetic; this happens to 11,469 of the numbers 0 to 32,767. It does not happen if all
-    /// digits are printed and every step is exact, as with the scales and offsets 0.0625 or 2.5,
-    /// which are multiples of a power of two. To round to the nearest number instead, pass
-    /// \a offset - \a scale / 2 for a number that is not negative, and \a offset + \a scale / 2 for
-    /// a negative one.
+    /// Since the fraction is dropped, the text of toFloatString() may read back as a number one
+    /// step nearer to 0. At a scale of 0.1, for example, the number 3 prints as "0.3", and
+    /// 0.3 / 0.1 is just below 3 in double arithmetic; this happens to 11,469 of the numbers 0 to
+    /// 32,767. It does not happen if all digits are printed and no operation rounds, as with scales
+    /// and offsets that are small multiples of a power of two, such as 0.0625 and 2.5. To round to
+    /// the nearest number instead, pass \a offset - \a scale / 2 for a number that is not negative,
+    /// and \a offset + \a scale / 2 for a negative one.
     ///
     /// \param text   a floating-point number as `atof` reads it: leading white space is skipped,
     ///               reading stops at the first character that cannot continue the number, and text
@@ -142,10 +142,10 @@ public:
     ///
     /// Base 10 prints no leading zeros; under 'D', 'd', 'I', 'i' a number whose sign bit is set
     /// prints as '-' and its magnitude. The other bases print the pattern as an unsigned number.
-    /// It is padded on the left with '0' to width digits in base 2, (width + 2) / 3 in base 8 and
-    /// (width + 3) / 4 in base 16. In base 256 it is padded with blanks to (width + 7) / 8
-    /// characters; the value 0 prints as blanks followed by a NUL. (The length to pad to is
-    /// computed modulo 2^32. Significant digits are always printed in full.)
+    /// The text is padded on the left with '0' to width digits in base 2, (width + 2) / 3 in base 8
+    /// and (width + 3) / 4 in base 16. In base 256 it is padded with blanks to (width + 7) / 8
+    /// characters; the value 0 prints as blanks followed by a NUL. These lengths are computed
+    /// modulo 2^32, but significant digits are always printed in full.
     ///
     /// \param radix a radix letter of the table above; for any other letter the result is
     ///              "bad format for number"

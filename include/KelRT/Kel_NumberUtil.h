@@ -52,8 +52,8 @@ public:
     /// A field is given by two inclusive indices. Its bits are shifted into the result one after
     /// the other from \a firstBit to \a lastBit, so the bit at \a lastBit becomes the least
     /// significant one. If the field is longer than the result, its last 32 (or 64) bits remain.
-    /// If the indices are in the wrong order for the member, the result is 0 and \a data is not
-    /// read.
+    /// Each member says which index must be the higher one; if it is the lower one, the result is 0
+    /// and \a data is not read.
     /// \pre the indices are not negative, and the field lies inside the array
     ///
     /// Only bytes that hold bits of the field are read.
@@ -67,12 +67,14 @@ public:
     /// @{
 
     /// Returns a field from its most significant bit \a firstBit down to \a lastBit, its least
-    /// significant one (firstBit >= lastBit). A longer field yields its lowest 32 bits.
+    /// significant one (firstBit >= lastBit). If the field has more than 32 bits, the result is its
+    /// lowest 32 bits.
     [[nodiscard]] KELRT_API static std::uint32_t
     getBits(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit) noexcept;
 
     /// Returns a field with its bits reversed: the bit at \a firstBit becomes the most significant
-    /// one (firstBit <= lastBit). A longer field yields its highest 32 bits, reversed.
+    /// one (firstBit <= lastBit). If the field has more than 32 bits, the result is its highest 32
+    /// bits, reversed.
     [[nodiscard]] KELRT_API static std::uint32_t
     getReverseBits(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit) noexcept;
 
@@ -202,8 +204,8 @@ public:
     [[nodiscard]] KELRT_API static std::uint32_t binStr2UInt(const char* binStr) noexcept;
 
     /// Converts hexadecimal text of either case to a number modulo 2^32. Any other character c is a
-    /// digit of the value c - 48. An empty text yields 0. So does one whose length, converted to a
-    /// signed 32-bit number, is negative or 0: for example, 2^31 characters.
+    /// digit of the value c - 48. An empty text yields 0. So does a text so long that its length,
+    /// converted to a signed 32-bit number, is 0 or negative, for example 2^31 characters.
     /// \throws std::logic_error for a null pointer:
     ///         "Kel_NumberUtil::hexStr2UInt called with null ptr"
     /// \code

@@ -95,9 +95,9 @@ public:
     /// Returns the value of the setting \a key among words of the form `name=value`.
     ///
     /// The name is the text before the first `=` of a word; the value is all text after it. The
-    /// result comes from the first word whose name has the length of \a key and equals it by
-    /// stricmp. Words without `=` are skipped. Nothing is trimmed, and no prefix such as a dash is
-    /// recognised.
+    /// result comes from the first word whose name has as many characters as \a key and for which
+    /// stricmp returns 0. Words without `=` are skipped. Nothing is trimmed, and no prefix such as
+    /// a dash is recognised.
     ///
     /// \param entries the words; they are not changed
     /// \return the value, or empty text if no name matches
@@ -152,15 +152,15 @@ public:
     [[nodiscard]] KELRT_API static std::string getHomePath();
 
     /// Sets the directory that getDataDirPath returns if `TOR_KEL_DATADIR` is not set. \a path is
-    /// stored unchanged and not checked. Empty text, the initial state, selects the installed
-    /// directory.
+    /// stored unchanged and not checked. If it is empty, as it is initially, getDataDirPath
+    /// searches for the installed directory.
     KELRT_API static void setUserDataDirPath(const std::string& path);
 
     /// Returns the path of the per-user directory `.kel` in the home path, and creates it if
     /// nothing of that name exists. A file of that name stays, and its path is returned. The home
     /// path itself is not created.
     /// \throws Kel_Exception as getHomePath does; "Cannot create DIRECTORY directory, check the
-    ///         USERPROFILE variable.\n"
+    ///         USERPROFILE variable.\n" if the directory cannot be created
     /// \code
     /// USERPROFILE=C:\Users\user => "C:\Users\user\.kel"
     /// \endcode
@@ -172,7 +172,7 @@ public:
     ///
     /// The file is created exclusively and never through a link, so no two threads or processes
     /// get the same file. If it cannot be created, no error is reported: the path is returned, and
-    /// may be returned again later. A directory within \a baseName is not created.
+    /// may be returned again later. If \a baseName contains a directory, it is not created.
     /// \throws Kel_Exception as createDotLumatraceDir does; when all 32,002 names are taken, "Too
     ///         many temporary files exist in the .kel directory with the name BASENAME\n"
     /// \code
@@ -187,13 +187,13 @@ public:
 
     /// Returns the directory that contains a library: "." if the file is in the current directory,
     /// otherwise the first directory of `PATH` that contains it, as `PATH` spells it. The extension
-    /// is appended to \a libraryName unless it already occurs in it, anywhere and in lower case.
+    /// is appended unless \a libraryName already contains it in lower case, at any position.
     ///
     /// Any file that opens for reading counts as the library; an unreadable file or a directory
-    /// does not. Opening does not wait, so a FIFO or a device that opens counts as well. Empty
-    /// entries of `PATH` are skipped, with one exception: if `PATH` ends in two or more separators,
-    /// or is nothing but a separator, its last entry is empty and means the root. Quotes are
-    /// ordinary characters.
+    /// does not. A FIFO or a device is opened without waiting; it counts if it opens. Empty entries
+    /// of `PATH` are skipped, with one exception: if `PATH` ends in two or more separators, or is
+    /// nothing but a separator, its last entry is empty and means the root. Quotes are ordinary
+    /// characters.
     /// \throws Kel_Exception if the file is not in the current directory: "PATH Environmental
     ///         Variable not set.\n" or "Could not find LIBRARYNAME in path.\n"
     /// \code
@@ -206,8 +206,8 @@ public:
 
     /// Returns the main data directory, normalised by normalizePath and with a separator at its
     /// end: the value of `TOR_KEL_DATADIR`; else the directory given to setUserDataDirPath; else
-    /// `..\..\data\kel\` relative to the directory in which findLibInPath finds "libKelJtag". It
-    /// need not exist.
+    /// `..\..\data\kel\` relative to the directory in which findLibInPath finds "libKelJtag". The
+    /// data directory need not exist.
     /// \throws Kel_Exception as findLibInPath and normalizePath do
     /// \code
     /// TOR_KEL_DATADIR=D:\data           => "D:\data\"

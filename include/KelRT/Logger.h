@@ -52,9 +52,9 @@ namespace KelRT {
 /// does not accept is lost. On a full disk, a fragment of a record may remain in front of the next
 /// whole record.
 ///
-/// The operating system may still end the process: with SIGPIPE if the reader of a pipe is gone,
-/// with SIGXFSZ at the limit for the size of a file, or in MSVC's C library if the program has
-/// closed the stream's descriptor. A program that must survive ignores these signals, or sets an
+/// The process may still be ended: by SIGPIPE if the reader of a pipe is gone, by SIGXFSZ if the
+/// file reaches the operating system's size limit, or by MSVC's C library if the program has closed
+/// the stream's descriptor. A program that must survive ignores these signals, or sets an
 /// invalid-parameter handler.
 ///
 /// If memory is exhausted, startLogging() obtains no stream or drops the banner. A method entry is
@@ -71,17 +71,17 @@ namespace KelRT {
 /// asynchronous must not log.
 ///
 /// **Processes.** A child process inherits the descriptor of the log file, also across `exec`. A
-/// forked child that calls `exit` ends logging: it writes the output that was buffered at the fork
-/// a second time, and a second closing line. To avoid this, the child calls `_exit`; or the parent
-/// flushes before it forks and the child sets the detail level to 0.
+/// forked child that calls `exit` ends logging: it writes a second closing line, and once more any
+/// output that was still buffered when it was forked. To avoid this, the child calls `_exit`; or
+/// the parent flushes before it forks and the child sets the detail level to 0.
 class Logger {
-    /// Accepts only a pointer to a function `void(std::va_list)`. It is never defined. VoidIfVaList
-    /// uses it to test whether List is `std::va_list`, or the pointer that an array of this type
-    /// becomes as a parameter.
+    /// Serves VoidIfVaList only and is never defined. A `void (*)(List)` converts to its parameter
+    /// only if List is `std::va_list` or, where that is an array type, the pointer that such an
+    /// array becomes as a parameter.
     static void acceptVaListFunction(void (*function)(std::va_list));
 
-    /// Is `void` if List is the host's `std::va_list`. For any other type the substitution fails,
-    /// which removes the overload (SFINAE).
+    /// `VoidIfVaList<List>` is `void` if List is the host's `std::va_list`. For any other type the
+    /// substitution fails, which removes the overload (SFINAE).
     template <typename List>
     using VoidIfVaList = decltype(acceptVaListFunction(static_cast<void (*)(List)>(nullptr)));
 
@@ -158,10 +158,10 @@ public:
     /// Writes a record: \a format with the arguments that follow, as `printf` formats them.
     ///
     /// If \a format is null or empty and the level is enabled, the call only flushes the stream.
-    /// (Pass null rather than "", which compilers warn about.) If the formatted text is empty, only
-    /// the indentation is written, and that only at the start of a line. A record that the C
-    /// library cannot format (a character outside the encoding, a text beyond 2^31 - 1 characters)
-    /// is lost.
+    /// (Pass null rather than "", which compilers warn about.) If the formatted text is empty, the
+    /// call writes the indentation at the start of a line, and nothing elsewhere. A record that the
+    /// C library cannot format (a character outside the encoding, a text beyond 2^31 - 1
+    /// characters) is lost.
     ///
     /// Never pass untrusted text as the format; write `printLog(1, "%s", text)`.
     KELRT_API void printLog(int level, const char* format, ...) noexcept KELRT_FORMAT(3, 4);
@@ -249,7 +249,7 @@ public:
     /// 1 of `TOR_KEL_LOGFLAGS`).
     ///
     /// The title is a record of its own, truncated to 2,047 characters and indented as any record.
-    /// A null title writes no record; an empty one flushes the stream. It is never used as a
+    /// A null title writes no record; an empty one flushes the stream. The title is never used as a
     /// format: "%%" in it writes one '%', and any other '%' stands for itself.
     ///
     /// The table begins with a newline, so the title should not end in one. If the table begins at

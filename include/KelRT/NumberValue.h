@@ -17,8 +17,8 @@ class Kel_Number;
 
 /// \name Fields
 /// A field has the width of the number. Bit j of the number is bit `bitPosition + j` of the bytes,
-/// where bit k is bit (k mod 8) of byte (k div 8). The bits are copied unchanged, so the sign does
-/// not matter.
+/// where bit k is bit (k mod 8) of byte (k div 8). The bits are copied unchanged, so signed and
+/// unsigned numbers are treated alike.
 /// @{
 
 /// Reads a field of \a buffer into \a number. Realigns the buffer first.

@@ -29,7 +29,7 @@ enum class ByteOrder : std::uint8_t {
 /// \code
 /// "IDCODE 32 4BA0_0477"    "IDCODE: 4BA0_0477"    "IDCODE = 0x4ba00477"
 /// \endcode
-/// \throws Fault if the line is not valid; \a scan then has the name at the start of the line
+/// \throws Fault if the line is not valid; the name in \a scan is set even then
 void readScan(const std::string& line, ByteOrder order, const FieldTable& table, Scan& scan);
 
 } // namespace field_report

@@ -29,7 +29,7 @@ std::string keyOf(const Kel_Number& number, bool isSigned) {
     return withoutLeadingZeros(number.toString(isSigned ? 'd' : 'x'));
 }
 
-// A code has digits, in lower case here, and their radix letter.
+// Holds the digits of a code, in lower case and without "0x", and their radix letter.
 struct Code {
     std::string digits;
     char radix;

@@ -58,8 +58,8 @@ std::string utf8(std::string_view text) {
     return result;
 }
 
-// Returns false for a missing value, and for one that prints as "inf" or "nan", because it is
-// beyond the range of double.
+// Returns false if the value is missing, or is beyond the range of double and so prints as "inf" or
+// "nan".
 bool isNumber(const std::string& value) {
     return !value.empty() && value.find_first_of("in") == std::string::npos;
 }

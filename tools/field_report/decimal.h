@@ -18,13 +18,13 @@ bool hasHexPrefix(const std::string& text);
 /// \throws Fault if \a text is not such an integer, or the integer is above 2^64 - 1
 std::uint64_t integerOf(const std::string& text, const char* what);
 
-/// Holds a finite number, and the number of decimals of values that are scaled by it.
+/// Holds a finite number, and how many decimals a value needs that is scaled by it.
 struct Decimal {
     double value = 0;
     std::uint32_t decimals = 0;
 };
 
-/// Parses \a text as a decimal number. Its decimals are as many as it takes to print all its
+/// Parses \a text as a decimal number, and counts the decimals that are needed to print all its
 /// digits.
 /// \code
 /// "0.001" => 3    "1e-3" => 3    "2.50" => 2    "1.5e3" => 0    "16" => 0
@@ -33,8 +33,9 @@ struct Decimal {
 /// \throws Fault if \a text is not such a number, or has more than 400 decimals
 Decimal decimalOf(const std::string& text, const char* what);
 
-/// Parses \a text as a decimal number or a fraction of two. A fraction has the fewest decimals with
-/// which any two of its successive multiples print differently.
+/// Parses \a text as a decimal number or a fraction of two. The decimals of a fraction are the
+/// smallest d for which its magnitude is at least 10^-d, so two successive multiples of it print
+/// differently.
 /// \code
 /// "100/255" => 0.392..., 1    "3.3/4096" => 0.000805..., 4    "1000/3" => 333.3..., 0
 /// \endcode

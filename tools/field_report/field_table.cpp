@@ -181,7 +181,7 @@ std::vector<Field> gapsBetween(std::vector<Field> fields, std::uint64_t width) {
         return a.lowest + a.width > b.lowest + b.width;
     };
     std::sort(fields.begin(), fields.end(), isHigher);
-    fields.emplace_back(); // an empty field at bit 0 ends the lowest gap
+    fields.emplace_back(); // this empty field at bit 0 ends the lowest gap
     std::vector<Field> gaps;
     std::uint64_t left = width; // all bits from here on belong to a field or a gap
     for (const Field& field : fields) {

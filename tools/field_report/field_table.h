@@ -42,7 +42,7 @@ Field wholeOf(std::uint64_t width);
 struct RegisterFields {
     std::vector<Field> fields;        ///< in the order of the table
     std::set<std::string> fieldNames; ///< their names, to find duplicates
-    Field whole; ///< the row of the register itself; its width is 0 without one
+    Field whole; ///< the row of the register itself; its width is 0 if there is no such row
 };
 
 /// Reports and removes the \a fields that do not lie within a register of \a width bits.

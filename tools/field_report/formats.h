@@ -47,7 +47,7 @@ public:
 /// fields of \a table. They grow for registers that \a table does not have.
 std::unique_ptr<Format> makeTextFormat(const FieldTable& table, bool boldHeader);
 
-/// Makes a format that prints comma-separated values with a header line, as RFC 4180 defines them.
+/// Makes a format that prints comma-separated values as in RFC 4180, with a header line.
 /// \param named whether there is a column for the names of raw values
 std::unique_ptr<Format> makeCsvFormat(bool named);
 

@@ -20,7 +20,7 @@ void setBinaryMode(std::FILE* stream);
 /// Returns true if both paths name the same existing file.
 bool isSameFile(const std::string& a, const std::string& b);
 
-/// Returns false if \a path names a device, a pipe or a directory, which no file must replace.
+/// Returns false if \a path names a device, a pipe or a directory: a file must not replace these.
 bool mayReplace(const std::string& path);
 
 /// Returns the target of the symbolic link \a path on POSIX, where tools write through links.

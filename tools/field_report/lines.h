@@ -21,10 +21,11 @@ public:
     /// Opens \a path; "-" is standard input. \throws Fault with the host's reason
     explicit Lines(const std::string& path);
 
-    /// Reads \a lines, which come from the command line, in place of a file.
+    /// Uses \a lines, given on the command line, in place of a file.
     explicit Lines(const std::vector<std::string>& lines);
 
-    /// Reads the next line that is neither blank nor a comment, which begins with '#'. Trims it.
+    /// Reads the next line that is neither blank nor a comment, and trims it. A comment begins with
+    /// '#'.
     /// \return false at the end of the file
     /// \throws Fault for a line that cannot be read; the next call continues after it
     bool next(std::string& line);

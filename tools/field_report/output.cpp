@@ -16,7 +16,7 @@ using KelRT::Kel_Util;
 
 namespace {
 
-// Finds an unused name in the directory of `path`, for the report until it is complete.
+// Finds an unused name in the directory of `path`. The report has this name until it is complete.
 std::string unusedNameBeside(const std::string& path) {
     for (unsigned number = 0;; ++number) {
         std::string name = path + ".part" + std::to_string(number);

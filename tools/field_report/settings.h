@@ -18,7 +18,7 @@ extern const char* const HELP;  ///< the rest of what --help prints
 enum class FormatKind : std::uint8_t { TEXT, CSV, JSON, JSONL };
 
 struct Settings {
-    std::string capture;                ///< a path; "-" for standard input; empty if `lines` is not
+    std::string capture;                ///< a path; "-" is standard input; empty if lines are given
     std::vector<std::string> lines;     ///< a capture given on the command line
     std::string table;                  ///< a path; empty for the installed table
     std::vector<std::string> registers; ///< the registers to print; empty for all

@@ -95,8 +95,9 @@ std::size_t maxRawWidth(const Field& field) {
     return length <= layout.most ? first : std::max(first, layout.most);
 }
 
-// Returns the maximum width of a scaled value. One of these raw values has it: 0, all bits set, the
-// top bit alone, or all but the top bit.
+// Returns the maximum width of a scaled value. It is that of the least or of the greatest raw
+// value, since the scaled value only rises or only falls between them. These raw values are 0 and
+// all bits set if unsigned, the top bit alone and all but the top bit if signed.
 std::size_t maxScaledWidth(const Field& field) {
     if (field.scale == 0)
         return 0;
