@@ -12,7 +12,7 @@
 
 namespace KelRT {
 
-/// A byte buffer that can also be addressed as a string of bits.
+/// A Kel_ByteBuffer holds bytes that can also be addressed as a string of bits.
 ///
 /// **Bit numbering.** Bit k of the buffer is bit (k mod 8) of byte (k div 8). Byte 0 is the first
 /// used byte, and bit 0 of a byte is its least significant bit. Bit j of a field's value is bit

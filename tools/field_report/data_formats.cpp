@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The formats for programs: CSV, JSON and JSON lines. They are UTF-8, whatever the input contains.
+// Defines the formats for programs: CSV, JSON and JSON lines. Their text is always valid UTF-8,
+// even if the input is not.
 #include "field_text.h"
 #include "formats.h"
 

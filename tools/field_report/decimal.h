@@ -18,7 +18,7 @@ bool hasHexPrefix(const std::string& text);
 /// \throws Fault if \a text is not such an integer, or the integer is above 2^64 - 1
 std::uint64_t integerOf(const std::string& text, const char* what);
 
-/// Holds a finite number, and how many decimals a value needs that is scaled by it.
+/// Holds a finite number, and how many decimals to print for a value that is computed with it.
 struct Decimal {
     double value = 0;
     std::uint32_t decimals = 0;

@@ -16,8 +16,8 @@ using KelRT::Kel_Util;
 
 namespace {
 
-// The value of the widest register has 2^18 digits, or 2^19 characters with a blank after each. The
-// maximum is twice that.
+// The value of the widest register has 2^18 digits, or 2^19 characters with a blank after each
+// digit. The maximum is twice that.
 constexpr std::size_t MAX_LINE_LENGTH = std::size_t{1} << 20;
 constexpr const char* BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 

@@ -29,7 +29,7 @@ using namespace KelRT;
 
 namespace {
 
-constexpr unsigned FAILURE = 0x80000001; // setReturnStatus() takes bit 31 as a failure
+constexpr unsigned FAILURE = 0x80000001; // for setReturnStatus(), bit 31 marks a failure
 
 // Reads the table that the settings name, or else the installed one. If it cannot be read, reports
 // the fault and returns an empty table, so every register is printed as one field.

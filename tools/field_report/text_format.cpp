@@ -97,7 +97,8 @@ std::size_t maxRawWidth(const Field& field) {
 
 // Returns the maximum width of a scaled value. It is that of the least or of the greatest raw
 // value, since the scaled value only rises or only falls between them. These raw values are 0 and
-// all bits set if unsigned, the top bit alone and all but the top bit if signed.
+// all bits set if unsigned, the top bit alone and all but the top bit if signed. All four are
+// tried.
 std::size_t maxScaledWidth(const Field& field) {
     if (field.scale == 0)
         return 0;
