@@ -7,7 +7,7 @@
 
 using namespace KelRT;
 
-// The bytes from the first used one on: "21 43 65".
+// Prints the used bytes, byte 0 first, for example "21 43 65".
 static void show(const char* what, Kel_ByteBuffer& buffer) {
     std::printf("%-22s", what);
     for (std::uint64_t i = 0; i < buffer.getSize(); ++i)
@@ -16,33 +16,34 @@ static void show(const char* what, Kel_ByteBuffer& buffer) {
 }
 
 int main() {
-    // Three captured bytes; 2 bytes of reserve in front, 1 behind.
+    // The buffer holds three captured bytes, a low reserve of 2 bytes and a high reserve of 1 byte.
     const unsigned char captured[] = {0x21, 0x43, 0x65};
     Kel_ByteBuffer scan(captured, sizeof captured, 2, 1);
     show("captured", scan);
 
-    // Bit 0 is the lowest bit of byte 0, so the 12 bits from bit 4 on are the 43 and the 2 of 21.
+    // Bit 0 is the lowest bit of byte 0. So bits 4 to 7 are the digit 2 of 21, and bits 8 to 15
+    // are 43.
     std::printf("%-22s 0x%03X\n", "bits 4 to 15", static_cast<unsigned>(scan.getBits(4, 12)));
 
-    // A header of 12 bits goes: one byte at once, 4 bits at the next access.
+    // Drops a header of 12 bits: one byte at once, 4 bits at the next access.
     scan.shiftBitsDown(12);
     show("without 12 bits", scan);
 
     scan.setBits(0, 8, 0xA5);
     show("bits 0 to 7 written", scan);
 
-    // Both results are new buffers that belong to us.
+    // Both functions return a new buffer that the caller owns.
     const std::unique_ptr<Kel_ByteBuffer> text(scan.bin2HexString(0, 12));
     std::printf("%-22s %s\n", "12 bits as text", text->ptr());
     const std::unique_ptr<Kel_ByteBuffer> back(text->hex2Bin(0, text->getSize() - 2));
     show("text as bytes", *back);
 
-    // A tool that writes bit 0 first gives the mirrored form.
+    // The mirrored form comes from tools that write bit 0 first.
     Kel_ByteBuffer mirrored;
     Kel_ByteBuffer::hex2BinReverse("84C2", mirrored);
     show("mirrored text 84C2", mirrored);
 
-    scan.insertBytes(1, 2); // the gap is not cleared
+    scan.insertBytes(1, 2); // does not clear the gap
     scan.setBits(8, 16, 0);
     show("two bytes inserted", scan);
 }

@@ -9,14 +9,15 @@
 using namespace KelRT;
 
 int main() {
-    // Fields of plain bytes: the highest bit is named first, or the lowest for the reverse order.
+    // getBits takes the highest bit first. getReverseBits takes the lowest first and reverses the
+    // field.
     const unsigned char data[] = {0x34, 0x12};
     std::printf("bits 11 to 4          %X\n",
                 static_cast<unsigned>(Kel_NumberUtil::getBits(data, 11, 4)));
     std::printf("bits 0 to 3, reversed %X\n",
                 static_cast<unsigned>(Kel_NumberUtil::getReverseBits(data, 0, 3)));
 
-    // A function that fills a text returns that text.
+    // Each function that fills a string returns a reference to it.
     std::string text;
     std::printf("bit 0 first           %s\n",
                 Kel_NumberUtil::bin2ReverseBinStr(data, 16, text).c_str());
@@ -26,7 +27,7 @@ int main() {
     std::printf("filled to 12 bits     %s\n", Kel_NumberUtil::uInt2HexStr(0x1A, 12, text).c_str());
     std::printf("half                  %s\n", Kel_NumberUtil::double2Str(0.5, text).c_str());
 
-    // 64-bit decimal text is signed, in both directions.
+    // 64-bit decimal text is signed, whether it is read or printed.
     const auto all = Kel_NumberUtil::decStr2ULL("-1");
     std::printf("-1 in hexadecimal     %s\n", Kel_NumberUtil::uLL2HexStr(all, text).c_str());
     std::printf("and back in decimal   %s\n", Kel_NumberUtil::uLL2DecStr(all, text).c_str());

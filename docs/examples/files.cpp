@@ -10,14 +10,14 @@
 
 using namespace KelRT;
 
-// The part of a path below the current directory.
+// Returns the part of a path below the current directory.
 static std::string below(const std::string& path) {
     return path.substr(Kel_Util::normalizePath("./").size());
 }
 
 int main() {
     try {
-        // A fresh, empty file in the directory .kel of the user's profile; it is ours to delete.
+        // Creates an empty file in the directory .kel of the user's profile. We must delete it.
         const std::string directory = Kel_Util::createDotLumatraceDir();
         const std::string file = Kel_Util::createDotLumatraceTempFile("scan.log");
         std::printf("made       %s\n", file.substr(directory.size() + 1).c_str());
@@ -25,10 +25,10 @@ int main() {
                     Kel_Util::isDirectory(file));
         std::filesystem::remove(file);
 
-        // Folded from the text alone: nothing of it needs to exist.
+        // Looks at the text only: the path need not exist.
         std::printf("normal     %s\n", below(Kel_Util::normalizePath("./a/b/..\\c/")).c_str());
 
-        // The tool says where its data is, unless TOR_KEL_DATADIR does.
+        // Sets the default data directory; TOR_KEL_DATADIR overrides it.
         Kel_Util::setUserDataDirPath("data");
         const std::string data = Kel_Util::getDataDirPath();
         std::vector<std::string> entries;

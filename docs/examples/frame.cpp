@@ -16,8 +16,8 @@ int main() {
     std::vector<std::string> entries = {"as before"};
     try {
         Kel_Util::getDirectoryFileList("no/such/directory", false, entries);
-    } catch (const Kel_Exception& failure) {       // by reference; it is no std::exception
-        std::printf("%s", failure.what().c_str()); // the message ends in its own newline
+    } catch (const Kel_Exception& failure) {       // not derived from std::exception
+        std::printf("%s", failure.what().c_str()); // the message ends in a newline
     }
     std::printf("the list is %s\n", entries.front().c_str());
 }

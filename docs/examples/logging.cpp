@@ -25,7 +25,7 @@ static bool probe() {
 }
 
 int main() {
-    Logger::logger.startLogging(); // as TOR_KEL_LOGFILE, ..._LOGDETAIL and ..._LOGFLAGS ask
+    Logger::logger.startLogging(); // reads TOR_KEL_LOGFILE, ..._LOGDETAIL and ..._LOGFLAGS
     probe();
     if (Logger::logger.shouldPrintLog(7))
         Logger::logger.printLog(7, "only at level 7 and above\n");

@@ -12,14 +12,15 @@ static void show(const char* what, const Kel_Number& number) {
 }
 
 int main() {
-    // 12 bits, as a converter delivers them: the same pattern reads signed and unsigned.
+    // A converter delivers 12 bits, which may mean a signed or an unsigned number.
     Kel_Number sample(12);
     sample.set('x', "FFE");
     show("hexadecimal FFE", sample);
     sample.negate();
     show("negated", sample);
 
-    // What does not fit wraps; a digit that the radix does not have is refused, and leaves 0.
+    // A value that does not fit wraps. A digit that the radix does not have is refused, and the
+    // value becomes 0.
     sample.set('d', "4_097");
     show("decimal 4_097", sample);
     const bool taken = sample.set('o', "178");
@@ -37,12 +38,12 @@ int main() {
     reading.set('x', "FFF");
     std::printf("%-16s %s V\n", "full scale", reading.toFloatString(0.001, 0.0, 3).c_str());
 
-    // Any width.
+    // A number may have any width.
     Kel_Number wide(130);
     wide.set('d', "-1");
     std::printf("%-16s %s\n", "-1 in 130 bits", wide.toString('X').c_str());
 
-    // A copy: assignment takes over the width, too.
+    // Assignment copies the value and the width.
     Kel_Number copy(1);
     copy = wide;
     std::printf("%-16s %s\n", "unsigned", copy.toString('u').c_str());

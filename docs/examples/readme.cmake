@@ -1,4 +1,4 @@
-# README.md shows the program of CLIENT, whole, as it is compiled and run.
+# Checks that README.md shows the whole program CLIENT, which is compiled and run as an example.
 cmake_minimum_required(VERSION 3.22)
 
 file(READ ${CLIENT} program)

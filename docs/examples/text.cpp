@@ -18,21 +18,20 @@ static void show(const char* what, Kel_StrTok& tokens) {
 }
 
 int main(int argc, char** argv) {
-    // Records: the pointer CSV_DELIM makes every comma count, so empty columns stay.
+    // A record of columns: with CSV_DELIM every comma separates two columns, even empty ones.
     Kel_StrTok columns("TDI,,\"input, serial\",", Kel_StrTok::CSV_DELIM, true, false, true);
     show("columns", columns);
 
-    // Words: any other set of delimiters skips them in runs.
+    // Words: with any other set, a run of delimiters is one separator.
     Kel_StrTok words("  Shift  IR \t 4 ", Kel_StrTok::WHITE_SPACE, false, true, false);
     show("words", words);
 
-    // Lines as they come from a file written on Windows.
+    // A line from a file that was written on Windows ends in '\r'.
     std::string line = "  \"a value\" \r";
     line = Kel_Util::trimWhitespace(Kel_Util::stripEndingCR(line));
     std::printf("line          %s\n", Kel_Util::unQuote(line).c_str());
 
-    // Settings of the form name=value; the first match counts, and the case of names does not
-    // matter.
+    // Finds the value of a setting. Names are case-insensitive, and the first match counts.
     std::vector<std::string> settings = {"mode=fast", "PORT=2", "port=3"};
     std::printf("port          %s\n", Kel_Util::findKey(settings, "Port").c_str());
     const std::string none = Kel_Util::findKey(static_cast<std::uint32_t>(argc), argv, "port");

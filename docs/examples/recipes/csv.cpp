@@ -14,15 +14,15 @@ static bool hasOpenQuote(const std::string& column) {
     return std::count(column.begin(), column.end(), '"') % 2 != 0;
 }
 
-// Removes the enclosing quotes, and one of each two quotes within.
+// Removes the enclosing quotes, and replaces each two quotes in between by one.
 static void unQuote(std::string& column) {
     Kel_Util::unQuote(column);
     for (std::size_t at = 0; (at = column.find("\"\"", at)) != std::string::npos; ++at)
         column.erase(at, 1);
 }
 
-// The columns of one record. The tokenizer splits at every comma; pieces are joined again while a
-// quote is open.
+// Returns the columns of one record. The tokenizer splits at every comma, so pieces are joined
+// again while a quote is open.
 static std::vector<std::string> columnsOf(const std::string& record) {
     std::vector<std::string> columns;
     Kel_StrTok pieces(record.c_str(), Kel_StrTok::CSV_DELIM, false, false, false);

@@ -8,7 +8,7 @@
 using namespace KelRT;
 
 int main() {
-    Logger::logger.startLogging(); // as TOR_KEL_LOGFILE and TOR_KEL_LOGDETAIL ask
+    Logger::logger.startLogging(); // reads TOR_KEL_LOGFILE and TOR_KEL_LOGDETAIL
     Kel_ByteBuffer scan(4, 0, 0);
     scan.setBits(0, 32, 0x4BA00477);
 

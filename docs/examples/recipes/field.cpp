@@ -20,7 +20,7 @@ int main() {
     std::printf("written  %s\n", serial.toString('X').c_str());
     std::printf("read     %s\n", same.toString('X').c_str());
 
-    Kel_Number narrow(32); // the same place, another width
+    Kel_Number narrow(32); // a field of 32 bits at the same position
     bits2Number(scan, 20, narrow);
     std::printf("32 bits  %s\n", narrow.toString('X').c_str());
 }

@@ -9,7 +9,7 @@
 
 using namespace KelRT;
 
-// Puts a '_' between groups of four digits, counted from the last digit.
+// Puts a '_' between groups of four digits, counting from the last digit.
 static std::string grouped(const std::string& digits) {
     std::string text;
     for (std::size_t left = digits.size(); left > 0; --left) {

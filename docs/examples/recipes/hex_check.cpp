@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-// True for one or more hexadecimal digits and nothing else.
+// Returns true if the text has only hexadecimal digits, and at least one.
 static bool isHexadecimal(const std::string& text) {
     return !text.empty() && text.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
 }

@@ -17,7 +17,7 @@ static void setVariable(const char* name, const std::string& value) {
 #endif
 }
 
-// An option counts; without it the user's environment does.
+// Starts the log. An option overrides the variable in the user's environment.
 static void startLogging(int argc, char** argv) {
     const char* const settings[][2] = {{"log", "TOR_KEL_LOGFILE"}, {"detail", "TOR_KEL_LOGDETAIL"}};
     for (const auto& [option, variable] : settings) {

@@ -7,8 +7,8 @@
 
 using namespace KelRT;
 
-// The lowest bit that differs where the mask is 1; -1 if there is none.
-// All three buffers have the same size.
+// Returns the lowest bit that differs where the mask is 1, or -1 if there is none. All three
+// buffers have the same size.
 static std::int64_t firstDifference(Kel_ByteBuffer& actual, Kel_ByteBuffer& expected,
                                     Kel_ByteBuffer& mask) {
     for (std::uint64_t bit = 0; bit < 8 * actual.getSize(); bit += 8) {

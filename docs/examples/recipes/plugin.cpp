@@ -11,8 +11,8 @@ using namespace KelRT;
 #define PLUGIN_API __attribute__((visibility("default")))
 #endif
 
-// The plug-in is linked with KelUtil::KelUtil like the tool, so both write into the log of the
-// process. The tool alone starts it.
+// The plug-in and the tool both link KelUtil::KelUtil, so both write to the same log. Only the tool
+// starts it.
 extern "C" PLUGIN_API int countDevices() {
     MethodLogger trace;
     trace.setMethodName("countDevices");

@@ -18,7 +18,7 @@ using namespace KelRT;
 
 using CountDevices = int (*)();
 
-// The function countDevices of the plug-in in this file; null if it cannot be had.
+// Loads the plug-in and returns its function countDevices, or null if that fails.
 static CountDevices load(const std::string& file) {
 #if defined(_WIN32)
     const HMODULE plugin = LoadLibraryA(file.c_str());
@@ -44,7 +44,7 @@ static int run() {
     MethodLogger trace;
     trace.setMethodName("run");
 
-    // A default of the tool; TOR_KEL_DATADIR overrides it. The path ends in a separator.
+    // Sets the default data directory; TOR_KEL_DATADIR overrides it. The path ends in a separator.
     Kel_Util::setUserDataDirPath("data");
     std::ifstream table(Kel_Util::getDataDirPath() + "fields.csv");
 
@@ -59,7 +59,7 @@ int main() {
     Logger::logger.startLogging();
     try {
         return run();
-    } catch (const Kel_Exception& failure) { // there is no such library, for example
+    } catch (const Kel_Exception& failure) { // for example, if there is no such library
         std::printf("%s", failure.what().c_str());
         return 1;
     }

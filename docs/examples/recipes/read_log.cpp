@@ -25,10 +25,11 @@ static void traceScan() {
 //! [example]
 struct Dump {
     std::string title;
-    std::vector<unsigned char> bytes; // the first one holds bit 0
+    std::vector<unsigned char> bytes; // byte 0 holds bit 0
 };
 
-// A row of a dump: the index of its lowest byte in eight digits, "h:", and the highest byte first.
+// Returns true for a row of a dump: eight digits with the index of its lowest byte, "h:", and the
+// bytes, the highest first.
 static bool isRow(const std::string& line) {
     return line.size() >= 10 && line.compare(8, 2, "h:") == 0 &&
            line.find_first_not_of("0123456789abcdef") == 8;
@@ -42,7 +43,7 @@ static void appendRow(std::vector<unsigned char>& bytes, const std::string& row)
     bytes.insert(bytes.end(), fallingBytes.rbegin(), fallingBytes.rend());
 }
 
-// The dumps of a log. Every other line (records, entries and exits) is passed over.
+// Returns the dumps of a log. Skips all other lines: records, entries and exits.
 static std::vector<Dump> readDumps(const char* path) {
     std::vector<Dump> dumps;
     std::ifstream log(path);

@@ -11,7 +11,7 @@
 
 using namespace KelRT;
 
-// A file in the directory .kel of the user's profile, removed at the end of its scope.
+// Owns a file in the directory .kel of the user's profile and removes it at the end of its scope.
 class TempFile {
 public:
     explicit TempFile(const std::string& baseName)
@@ -35,7 +35,7 @@ int main() {
         std::ifstream back(trace.path);
         std::getline(back, line);
         std::printf("%s\n", line.c_str());
-    } catch (const Kel_Exception& failure) { // USERPROFILE is not set, for example
+    } catch (const Kel_Exception& failure) { // for example, if USERPROFILE is not set
         std::printf("%s", failure.what().c_str());
         return 1;
     }
