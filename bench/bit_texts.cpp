@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Conversions between bytes, texts of '0' and '1' and hexadecimal text, into a given string or
-// array. The library puts bit 0 of bytes first and the peers put it last, so they convert the bits
-// in the opposite order, which gives the same texts.
+// Measures conversions between bytes, texts of '0' and '1', and hexadecimal text. Each writes into
+// a given string or array. The library puts bit 0 first and the peers put it last. So that all make
+// the same texts, the peers get the bits in the opposite order.
 #include "peers.h"
 #include "row.h"
 
@@ -17,7 +17,7 @@ using KelRT::Kel_NumberUtil;
 
 namespace {
 
-/// All bits in the opposite order.
+/// Returns the bits in the opposite order.
 Bytes mirrored(Bytes bytes) {
     std::reverse(bytes.begin(), bytes.end());
     for (auto& byte : bytes)
@@ -28,7 +28,7 @@ Bytes mirrored(Bytes bytes) {
 
 struct State {
     explicit State(std::size_t bits) : bytes(randomBytes(bits / 8)), bytesOut(bytes.size()) {
-        bytes.front() |= 1; // no leading zeros, which GMP would not print
+        bytes.front() |= 1; // GMP would not print leading zeros
         for (std::size_t i = 0; i < bits; ++i)
             text += (bytes[i / 8] >> i % 8 & 1) != 0 ? '1' : '0';
         forPeers = mirrored(bytes);
@@ -40,7 +40,7 @@ struct State {
     Bytes bytes;
     Bytes forPeers;   // the bits in the opposite order
     std::string text; // the bits, bit 0 first
-    std::string hex;  // the text's number
+    std::string hex;  // the same number, in hexadecimal
     std::string out;
     Bytes bytesOut;
 };
@@ -55,7 +55,7 @@ std::string peersBytes(State& own) {
     return textOf(mirrored(own.bytesOut));
 }
 
-/// \a work has the state and a number of GMP.
+/// Adds a contender that passes the state and a number of GMP to \a work.
 template <typename Work, typename Result>
 void addGmp(Row& row, const State& state, Work work, Result result) {
     row.addPeer<peers::Gmp>("GMP", [&](auto gmp) {
@@ -114,7 +114,7 @@ void bytesToBitsRow(const char* size, const State& state) {
         return Contender{state, [boost](State& own) { boost.printBits(own.forPeers, own.out); },
                          madeText};
     });
-    if (state.text.size() == 64) // the widest integer that a std::bitset takes
+    if (state.text.size() == 64) // std::bitset converts from at most 64 bits
         row.add("std::bitset", Contender{state,
                                          [](State& own) {
                                              std::uint64_t bits = 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Dumps of buffers in the bit form, 10.5 characters per byte. No peer has such a form. Its ratio to
-// the limit should be that of the hexadecimal form in dumps.cpp.
+// Measures dumps of buffers in the bit form, which has 10.5 characters per byte. No peer has such a
+// form. The ratio to the limit should be the same as for the hexadecimal form, in dumps.cpp.
 #include "dumps.h"
 
 using namespace bench;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// Dumps of buffers into a file in memory (tmpfs). Each contender writes its own table: 3.75
-// characters for a byte here, 3.4 to 3.6 from spdlog and LLVM, 4.25 from xxd with its column of
-// characters. What all must have in common are the bytes that the tables show. The figure of xxd is
-// the user and system time of its process.
+// Measures dumps of buffers into a file in memory (tmpfs). Each contender has its own form of
+// table: the library writes 3.75 characters for a byte, spdlog and LLVM 3.4 to 3.6, and xxd 4.25
+// with its column of characters. All tables must show the same bytes. The time of xxd is the user
+// and system time of its process.
 #include "dumps.h"
 #include "peers.h"
 
@@ -25,7 +25,7 @@ double seconds(const timeval& time) {
     return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
 }
 
-/// A program that dumps its standard input, which is a file in memory, too.
+/// Runs a program that dumps its standard input, which is also a file in memory.
 struct Process {
     std::string program;
     std::string input;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Shared by the programs for both forms of a dump: the form is fixed when logging starts.
+// Shared by dumps.cpp and dump_bits.cpp. These are two programs, since a process cannot change the
+// form of its dumps after logging has started.
 #pragma once
 
 #include "log_file.h"
@@ -12,10 +13,10 @@
 
 namespace bench {
 
-/// The bytes that a table shows: those in a line between the colon after its address and the column
-/// of characters, which follows two blanks.
-/// \param digits    of a byte: 2 hexadecimal ones or 8 bits
-/// \param lastFirst whether the first byte is the rightmost
+/// Returns the bytes that \a table shows. In each line these stand between the colon after the
+/// address and two blanks, which precede a column of characters.
+/// \param digits    the number of digits of a byte: 2 hexadecimal or 8 binary
+/// \param lastFirst true if the rightmost byte of a line is the first in memory
 inline std::string bytesOf(const std::string& table, unsigned digits, bool lastFirst) {
     std::string bytes;
     std::istringstream lines(table);
@@ -35,7 +36,7 @@ inline std::string bytesOf(const std::string& table, unsigned digits, bool lastF
     return bytes;
 }
 
-/// The library's dump of \a bytes.
+/// Returns the contender that dumps \a bytes with the library.
 inline auto ownDump(const LogFile& file, const Bytes& bytes, unsigned digits) {
     return Writer{file,
                   [&bytes](const LogFile&) {
@@ -45,7 +46,8 @@ inline auto ownDump(const LogFile& file, const Bytes& bytes, unsigned digits) {
                   [digits](const std::string& table) { return bytesOf(table, digits, true); }};
 }
 
-/// The limit: the text of the library's dump, written in large pieces.
+/// Returns the contender for the limit: it writes the finished text of the library's dump, in large
+/// pieces.
 template <typename Own>
 void addLimit(Row& row, const LogDirectory& directory, Own ready, const Bytes& bytes) {
     static constexpr std::size_t PIECE = 64 << 10;

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The report tool compared with `wc -l` and `xxd` on the same captures of 100 MB.
+"""Compares the report tool with `wc -l` and `xxd` on the same captures of 100 MB.
 
 usage: field_report.py TOOL DIRECTORY
 
 Makes the captures in DIRECTORY: scans of three registers of 32 bits, and 400 scans of four registers
-of 1 Mbit. Prints the processor time and the peak memory of each program, the faster of two runs, and
-the ratio to xxd. The exit status is 1 when the tool takes more than ten times as long as xxd.
+of 1 Mbit. Prints the processor time and the peak memory of each program in the faster of two runs, and
+the ratio of its time to that of xxd. The exit status is 1 if the tool takes more than ten times as long as xxd.
 """
 import os
 import random
@@ -26,7 +26,7 @@ COUNT,count,0,32,u,,,,
 
 def write_narrow(file):
     values = random.Random(1)
-    for _ in range(100_000_000 // 52):  # bytes of three lines
+    for _ in range(100_000_000 // 52):  # three lines have 52 bytes
         for name in ("ID", "STATUS", "COUNT"):
             file.write(f"{name} 32 {values.getrandbits(32):08X}\n")
 
@@ -38,17 +38,17 @@ def write_wide(file):
 
 
 def wide_table():
-    """64 fields of 1 to 4,096 bits in each register, in every radix."""
+    """Returns a table with 64 fields in each register, of 1 to 4,096 bits and in every radix."""
     widths, radices = (1, 12, 32, 64, 128, 1000, 4096), "xubdo"
     return "".join(f"WIDE{register},f{i},{i * 16384 + 3},{widths[i % 7]},{radices[i % 5]},,,,\n"
                    for register in range(4) for i in range(64))
 
 
 def measure(command):
-    """Processor time in seconds and peak memory in KiB, the faster of two runs."""
+    """Returns the processor time in seconds and the peak memory in KiB of the faster of two runs."""
     runs = []
     for _ in range(2):
-        # A child of this interpreter would be measured with the interpreter's memory.
+        # The peak memory of a direct child would include that of this interpreter, which forks it.
         done = subprocess.run(["time", "-f", "%U %S %M", *command], stdout=subprocess.DEVNULL,
                               stderr=subprocess.PIPE, text=True, check=True)
         user, system, memory = done.stderr.split()[-3:]

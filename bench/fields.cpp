@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Fields of 1 to 64 bits at random positions, read and written.
+// Measures how fields of 1 to 64 bits are read and written at random positions.
 #include "peers.h"
 #include "row.h"
 
@@ -25,7 +25,7 @@ Fields randomFields(std::size_t bytes) {
         field.count = static_cast<std::uint32_t>(random() % 64 + 1);
         field.position = static_cast<std::uint32_t>(random() % (8 * bytes - field.count + 1));
         field.value = random();
-        if (field.count < 64) // APInt's callers hand over no bits above the field
+        if (field.count < 64) // a caller of APInt must clear the bits above the field
             field.value &= (std::uint64_t{1} << field.count) - 1;
     }
     return fields;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Hexadecimal text of byte buffers and back. The library writes the most significant byte first;
-// the peers write in memory order and so do less.
+// Measures the conversion of byte buffers to hexadecimal text and back. The library writes the most
+// significant byte first. The peers write in memory order, which is less work.
 #include "peers.h"
 #include "row.h"
 
@@ -22,13 +22,13 @@ std::string upperHex(const Bytes& bytes) {
     return text;
 }
 
-/// The peers convert the bytes in the order in which the library writes them.
+/// Reverses the bytes for the peers, so that they write the same text as the library.
 Bytes reversed(Bytes bytes) {
     std::reverse(bytes.begin(), bytes.end());
     return bytes;
 }
 
-/// BYTES is the type that a peer decodes into.
+/// A peer decodes into an object of the type BYTES.
 template <typename BYTES>
 struct State {
     BYTES bytes;

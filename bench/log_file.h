@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// A file in memory (tmpfs, /dev/shm) to which one contender writes. It is truncated before each
-// run, outside the measured time, through the contender's own descriptor, so that every run
-// allocates new pages.
+// Each contender writes to its own file in memory (tmpfs, /dev/shm). The file is truncated before
+// each run, outside the measured time, so that every run allocates new pages. The contender's own
+// descriptor is used for it.
 #pragma once
 
 #include "row.h"
@@ -21,7 +21,7 @@
 
 namespace bench {
 
-/// The directory of the files, removed when the process ends.
+/// Creates the directory of the files, and removes it when the process ends.
 class LogDirectory {
 public:
     LogDirectory() {
@@ -49,7 +49,7 @@ private:
 
 class LogFile {
 public:
-    /// The file named \a file, which this process has open already or opens here.
+    /// Finds the descriptor of \a file if this process has it open, and opens it otherwise.
     explicit LogFile(std::string file) : location(std::move(file)), openDescriptor(find()) {
         if (openDescriptor < 0)
             openDescriptor = ::open(location.c_str(), O_WRONLY | O_CREAT, 0600);
@@ -91,7 +91,7 @@ private:
     int openDescriptor;
 };
 
-/// A contender that writes to a file; its result is the file's text, seen by \a text.
+/// A contender that writes to a file. Its result is what \a text makes of the content of the file.
 template <typename Write, typename Text>
 struct Writer {
     LogFile file;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// Numbers of a fixed width, printed into a new string and read. Every peer makes a new string too:
-// GMP writes into the string itself (mpz_get_str) and, as the library does, looks at each character
-// that it reads (mpz_set_str). FLINT is compared in decimal alone. APInt and cpp_int are left out
-// where they take 100 ms or more.
+// Measures how numbers of a fixed width are printed into a new string and read. Every peer makes a
+// new string, too; GMP writes directly into it (mpz_get_str). GMP examines each character that it
+// reads (mpz_set_str), as the library does. FLINT is compared only in decimal. APInt and cpp_int
+// are left out where they take 100 ms or more.
 #include "peers.h"
 #include "row.h"
 
@@ -19,7 +19,7 @@ namespace {
 struct Base {
     const char* name;
     unsigned radix;
-    char letter; // the library's
+    char letter; // of the radix, in the library
 };
 constexpr Base DECIMAL{"decimal", 10, 'u'};
 constexpr Base BASES[] = {{"radix 2", 2, 'b'}, {"radix 8", 8, 'o'}, DECIMAL, {"radix 16", 16, 'x'}};
@@ -29,7 +29,7 @@ std::string widthName(unsigned bits) {
     return std::to_string(bits) + " b";
 }
 
-/// A random number that has exactly \a bits bits, so that no contender prints leading zeros.
+/// Returns a random number whose bit \a bits - 1 is 1, so that no contender prints leading zeros.
 std::string randomNumber(unsigned bits) {
     std::string text(bits / 4, '0');
     std::mt19937_64 random(bits);
@@ -39,8 +39,8 @@ std::string randomNumber(unsigned bits) {
     return text;
 }
 
-// Each kind of number has its value from a hexadecimal text. `spelled` is a text as the kind wants
-// to read it.
+// Each of these classes is constructed from hexadecimal text. `spelled` returns a text in the form
+// that the class expects.
 
 struct KelNumber {
     KelNumber(const Base& base, unsigned bits, const std::string& hex)
@@ -48,7 +48,7 @@ struct KelNumber {
         value->set('x', hex);
     }
     char letter;
-    std::shared_ptr<KelRT::Kel_Number> value; // the contenders of a row run one after the other
+    std::shared_ptr<KelRT::Kel_Number> value; // shared, since contenders run one after another
     std::string print() const { return value->toString(letter); }
     void parse(const std::string& text) const { value->set(letter, text); }
     std::string hex() const { return value->toString('x'); }
@@ -82,7 +82,7 @@ struct Parsing {
     std::string result() { return lower(number.hex()); }
 };
 
-/// The widest numbers of which APInt and cpp_int take less than some 100 ms.
+/// The widest numbers for which APInt and cpp_int take less than about 100 ms.
 struct Widest {
     unsigned apInt;
     unsigned cppInt;
@@ -107,12 +107,12 @@ void rows(const char* work, const Base& base, unsigned bits, const Widest& wides
         row.addPeer<peers::Flint>("FLINT", contender);
     if (bits <= widest.apInt)
         row.addPeer<peers::Llvm>("APInt", contender);
-    if (bits <= widest.cppInt && base.radix != 2) // it has no binary
+    if (bits <= widest.cppInt && base.radix != 2) // cpp_int has no binary text
         row.addPeer<peers::Boost>("cpp_int", contender);
     row.limit(copying(text));
 }
 
-// Decimal compared with itself at half the width: four times the cost would be quadratic.
+// Compares decimal text with that of half the width: a ratio of 4 would mean quadratic cost.
 template <template <typename> typename Work>
 struct Agreeing : Work<KelNumber> {
     using Work<KelNumber>::Work;

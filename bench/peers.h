@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The peers: what each of them does in the benchmarks, and `Missing` in place of one that was not
-// found (HAVE_...) or that this family is not compared with. Never part of the library.
+// Defines for each peer what it does in the benchmarks. If the peer was not found, so that its
+// macro HAVE_... is not defined, or if a family is not compared with it, `Missing` takes its place.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ struct Missing {
     static constexpr bool MISSING = true;
 };
 
-/// The integers whose memory is that of \a bytes.
+/// Copies the memory of \a bytes into integers.
 template <typename Integer>
 std::vector<Integer> integersOf(const Bytes& bytes) {
     std::vector<Integer> integers(bytes.size() / sizeof(Integer));
@@ -26,7 +26,7 @@ std::vector<Integer> integersOf(const Bytes& bytes) {
     return integers;
 }
 
-/// The memory of \a integers as text, for comparing results.
+/// Copies the memory of \a integers into a string, for comparing results.
 template <typename Integer>
 std::string memoryText(const Integer* integers, std::size_t bytes) {
     const auto* const first = reinterpret_cast<const char*>(integers);
@@ -56,7 +56,7 @@ struct Gmp {
         void read(const Bytes& bytes) {
             mpz_import(value.get_mpz_t(), bytes.size(), -1, 1, 0, 0, bytes.data());
         }
-        /// \param radix below 0 for upper-case letters
+        /// \param radix negative for upper-case letters
         void print(std::string& text, int radix) const {
             text.resize(mpz_sizeinbase(value.get_mpz_t(), std::abs(radix)));
             mpz_get_str(text.data(), radix, value.get_mpz_t());
@@ -161,7 +161,7 @@ struct Llvm {
         static std::string spelled(const std::string& text) { return text; }
     };
 
-    /// A register and a number of \a bits bits.
+    /// Holds a register, and a number of \a bits bits.
     struct Register {
         Register(const Bytes& bytes, unsigned bits) : scan(bytes), number(bits, 0) {}
         Bits scan;
@@ -416,7 +416,7 @@ struct Spdlog : Missing {};
 #include <iomanip>
 namespace peers {
 struct Glog {
-    /// The first record opens the file, whose name is \a path.
+    /// Sets \a path as the name of the log file, which the first record opens.
     static void start(const std::string& path) {
         FLAGS_log_prefix = false;
         FLAGS_logbuflevel = -1; // flush each line

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Log records: written to a file in memory (tmpfs) with one system call for each line, and filtered
-// out by their level. All write the same lines without a prefix.
+// Measures log records that are written to a file in memory (tmpfs), with one system call for each
+// line, and records that are filtered out by their level. All contenders write the same lines,
+// without a prefix.
 #include "log_file.h"
 #include "peers.h"
 #include "row.h"
@@ -15,7 +16,7 @@ namespace {
 constexpr unsigned RECORD_COUNT = 1000;
 constexpr int WRITTEN = 1;
 constexpr int FILTERED = 5;
-/// The arguments of a record: a text, a decimal and a hexadecimal number.
+/// Holds the arguments of a record: a text, a decimal and a hexadecimal number.
 struct Record {
     const char* state;
     unsigned bits;
@@ -42,7 +43,7 @@ void printRecord(int level, const Record& record) {
                                    record.state, record.bits, record.address);
 }
 
-/// Work that calls \a write for each record.
+/// Returns a function that calls \a write for each record.
 template <typename Write>
 auto eachRecord(Write write) {
     return [write](const LogFile&) {
@@ -86,9 +87,9 @@ void writtenRow(const LogFile& ownFile, const LogDirectory& directory) {
                      same});
 }
 
-// A contender in the rows of filtered records reads the level anew for every record, and proves
-// that it has written nothing. Its file is empty from the start: emptying it takes longer than a
-// run.
+// A contender for filtered records. It reads the level again for every record, and its result shows
+// that it has written nothing. Its file is emptied only once, before all runs, since that takes
+// longer than a run.
 template <typename Write>
 struct Filtered {
     LogFile file;
@@ -145,7 +146,7 @@ int main(int argc, char** argv) {
     const LogFile ownFile = startLogging(directory, "0");
     writtenRow(ownFile, directory);
     for (const char* name : {"KelUtil.log", "glog.", "limit.log"})
-        LogFile(directory.file(name)).truncate(); // for the proofs below
+        LogFile(directory.file(name)).truncate(); // the filtered rows expect empty files
     askedRow(ownFile, directory);
     filteredRow(ownFile, directory);
     return runAll(argc, argv);

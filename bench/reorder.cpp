@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Realignment after bits were dropped, mirroring of bits within bytes, reversal of bytes; in place.
+// Measures the realignment after bits were dropped, the mirroring of the bits in each byte, and the
+// reversal of the bytes. All work in place.
 #include "peers.h"
 #include "row.h"
 

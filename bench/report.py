@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Tables from the results of the benchmark programs.
+"""Makes tables from the results of the benchmark programs.
 
 usage: report.py GOALS PEERS RESULT.json... [--plain RESULT.json...]
 
-Prints the peers with their versions, which the file PEERS lists, and one table per family: work, size,
-our figure, with --plain that of the library without compiler extensions, each peer's, and the ratios of
-ours to the best peer's and to the limit. A figure is the median, over the repetitions, of the processor
-time of one piece of work. A goal that names peers requires every other peer to be slower. The exit status
-is 1 when a row misses its goal.
+Prints the peers with their versions, which the file PEERS lists, and one table per family. A row has the work,
+the size, our time, the time of each peer, and the ratios of our time to the best peer's and to the limit; with
+--plain also the time of the library without compiler extensions. A time is the median, over the repetitions, of
+the processor time of one operation. A goal that names peers requires every other peer to be slower. The exit
+status is 1 if a row misses its goal.
 """
 import json
 import statistics
@@ -31,7 +31,7 @@ def read_goals(path):
 
 
 def read_results(paths):
-    """{family: {(work, size): {contender: [nanoseconds...]}}}, in the order of the files."""
+    """Returns {family: {(work, size): {contender: [nanoseconds...]}}}, in the order of the files."""
     families = {}
     for path in paths:
         with open(path, encoding="utf-8") as text:
@@ -49,7 +49,7 @@ def read_results(paths):
 
 
 def add_plain(families, plain):
-    """Adds what OURS did in the results of the plain library as a contender of its own."""
+    """Adds the times of the plain library to the rows, as those of the contender PLAIN."""
     for family, rows in plain.items():
         for key, row in rows.items():
             families[family][key][PLAIN] = row[OURS]

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A row of a table: one piece of work of one size, done by several contenders in one run. The name
-// of each benchmark names family, work, size and contender, from which report.py makes the tables.
+// A row of a table compares several contenders that do the same work of the same size. The name of
+// each benchmark is FAMILY/WORK/SIZE/CONTENDER; report.py makes the tables from it.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -21,7 +21,7 @@ namespace bench {
 
 using Bytes = std::vector<unsigned char>;
 
-/// \a count random bytes, the same in every run.
+/// Returns \a count random bytes, the same in every run.
 inline Bytes randomBytes(std::size_t count) {
     std::mt19937_64 random(count);
     Bytes bytes(count);
@@ -32,15 +32,15 @@ inline Bytes randomBytes(std::size_t count) {
 
 class Row {
 public:
-    /// \param items pieces of work in one run; the tables show the time of one piece
+    /// \param items the number of operations in one run; the tables show the time of one operation
     Row(const std::string& family, const std::string& work, const std::string& size,
         std::uint64_t items = 1)
         : prefix(family + '/' + work + '/' + size + '/'), itemCount(items) {}
 
-    /// A contender is an object with `void run()` and `std::string result()`. Each benchmark starts
-    /// from a copy of \a contender. The result of the first run must be that of the row's first
-    /// contender. If it has `void prepare()`, that is called before each run, outside the measured
-    /// time. If `run()` returns seconds, these are the measured time.
+    /// Adds a contender: an object with `void run()` and `std::string result()`. Each benchmark
+    /// starts from a copy of \a contender. The result of its first run must equal that of the row's
+    /// first contender. If it has `void prepare()`, this is called before each run, outside the
+    /// measured time. If `run()` returns a number, this is the measured time in seconds.
     template <typename Contender>
     Row& add(const std::string& name, const Contender& contender) {
         Contender trial = contender;
@@ -51,13 +51,13 @@ public:
         return measure(name, contender);
     }
 
-    /// The physical limit. It does less than the work, so its result is not checked.
+    /// Adds the limit, which does less than the work, so its result is not checked.
     template <typename Contender>
     Row& limit(const Contender& contender) {
         return measure("limit", contender);
     }
 
-    /// The contender that \a make returns for an object of PEER, unless that is missing.
+    /// Adds the contender that \a make returns for an object of PEER, unless PEER is missing.
     template <typename Peer, typename Make>
     Row& addPeer(const std::string& name, Make make) {
         if constexpr (requires { Peer::MISSING; })
@@ -66,7 +66,7 @@ public:
             return add(name, make(Peer()));
     }
 
-    /// A peer that was not found when this program was configured.
+    /// Adds a peer that was not found when this program was configured.
     Row& missing(const std::string& name) {
         benchmark::RegisterBenchmark((prefix + name).c_str(), [](benchmark::State& state) {
             state.SkipWithError("missing");
@@ -127,7 +127,7 @@ private:
     bool hasResult = false;
 };
 
-/// A contender made of a state and two functions.
+/// A contender that consists of a state and two functions.
 template <typename State, typename Run, typename Result>
 struct Contender {
     State state;
@@ -140,7 +140,7 @@ struct Contender {
 template <typename State, typename Run, typename Result>
 Contender(State, Run, Result) -> Contender<State, Run, Result>;
 
-/// A contender that copies \a text: the limit of work that makes such a text.
+/// Returns a contender that copies \a text, as a limit for work that makes such a text.
 inline auto copying(const std::string& text) {
     return Contender{std::pair{text, text},
                      [](auto& own) {
@@ -150,14 +150,14 @@ inline auto copying(const std::string& text) {
                      [](auto& own) { return own.first; }};
 }
 
-/// Runs what the rows have registered.
+/// Runs the benchmarks that the rows have registered.
 inline int runAll(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }
 
-/// The text of a run of bytes, for comparing results.
+/// Returns a range of bytes as a string, for comparing results.
 template <typename Range>
 std::string textOf(const Range& range) {
     return {range.begin(), range.end()};

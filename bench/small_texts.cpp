@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// 64-bit integers printed into a given string, and read. "full" values have 63 bits; "mixed" ones 1
-// to 63, so that the length of the next text cannot be predicted.
+// Measures how 64-bit integers are printed into a given string, and read. "full" values have 63
+// bits. "mixed" values have 1 to 63 bits, so that the processor cannot predict the length of the
+// next text.
 #include "peers.h"
 #include "row.h"
 
@@ -30,7 +31,7 @@ Values randomValues(bool mixed) {
     return values;
 }
 
-/// \a print puts a value into a string.
+/// Returns a contender; \a print writes a value into a string.
 template <typename Print>
 struct Printing {
     Values values;
@@ -57,7 +58,7 @@ Printing<Print> printing(const Values& values, Print print) {
     return {values, print, std::string(64, ' ')};
 }
 
-/// \a parse gives the value of a text.
+/// Returns a contender; \a parse returns the value of a text.
 template <typename Parse>
 struct Parsing {
     Texts texts;

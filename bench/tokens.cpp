@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Texts cut into tokens. Construction is part of the work: the library copies the text, as a caller
-// of strtok_r has to do, while Abseil and Boost look at the text where it is. The limit is that
-// copy alone. strtok_r knows no empty token, so it has no part in comma-separated text.
+// Measures how texts are split into tokens, including the construction of the tokenizer. The
+// library copies the text, and so must a caller of strtok_r; Abseil and Boost read it in place. The
+// limit is the time of the copy alone. strtok_r skips empty tokens, so it is not compared with CSV.
 #include "peers.h"
 #include "row.h"
 
@@ -19,10 +19,11 @@ struct Text {
     const char* work;
     const char* size;
     std::string text;
-    const char* delimiters; // for the library, whose modes differ by this pointer
+    const char* delimiters; // this pointer selects the mode of the library
 };
 
-/// Tokens of \a least to \a most characters, each followed by 1 to \a mostDelimiters delimiters.
+/// Returns a text of tokens of \a least to \a most characters, each followed by 1 to
+/// \a mostDelimiters delimiters.
 std::string randomText(std::size_t size, std::size_t least, std::size_t most,
                        std::string_view delimiters, std::size_t mostDelimiters) {
     std::mt19937_64 random(size);
@@ -33,10 +34,10 @@ std::string randomText(std::size_t size, std::size_t least, std::size_t most,
         for (std::size_t i = 1 + random() % mostDelimiters; i-- > 0;)
             text += delimiters[random() % delimiters.size()];
     }
-    return text + "end"; // a final delimiter means different things to different tokenizers
+    return text + "end"; // tokenizers treat a delimiter at the end in different ways
 }
 
-// A contender takes all tokens, as a caller would who looks at where each begins.
+// A contender that takes all tokens and looks at the start of each.
 template <typename Tokens>
 struct Taking {
     Tokens tokens;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Fields and 64-bit integers into a number of the width of the field, and back: compared with
-// APInt, and with the same work as text (hexadecimal for fields, decimal for integers).
+// Measures how fields and 64-bit integers are converted to a number and back. The number is as wide
+// as the field. The peers are APInt, and the library doing the same through text: hexadecimal for
+// fields, decimal for integers.
 #include "peers.h"
 #include "row.h"
 
@@ -21,7 +22,7 @@ namespace {
 constexpr std::size_t REGISTER_BYTES = 4096;
 constexpr std::size_t VALUES = 256;
 
-// Each way of holding a register and a number has the same four operations.
+// Each of the following classes holds a register and a number, and has the same four operations.
 
 struct KelUtil {
     KelUtil(const Bytes& bytes, unsigned bits)
@@ -29,7 +30,7 @@ struct KelUtil {
           number(std::make_shared<Kel_Number>(bits)) {}
     Kel_ByteBuffer scan;
     unsigned width;
-    std::shared_ptr<Kel_Number> number; // the contenders of a row run one after the other
+    std::shared_ptr<Kel_Number> number; // shared, since contenders run one after another
     void readField(std::uint32_t position) { KelRT::bits2Number(scan, position, *number); }
     void writeField(std::uint32_t position) { KelRT::number2Bits(*number, scan, position); }
     void setInteger(std::uint64_t value) const { KelRT::uLL2Number(value, *number); }

@@ -1,5 +1,5 @@
-# Refuses a compiler that is too old for C++20 and its library. Of GCC and Clang these are the oldest
-# versions that are tested; MSVC itself is not.
+# Refuses a compiler that is too old for C++20 and its library. The versions of GCC and Clang are the oldest that are
+# tested; MSVC itself is not tested.
 set(KELUTIL_OLDEST_GNU 11)
 set(KELUTIL_OLDEST_Clang 14)
 set(KELUTIL_OLDEST_MSVC 19.29)
@@ -9,7 +9,7 @@ if(oldest AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS oldest)
     "version ${oldest} or newer is needed. (It is ${CMAKE_CXX_COMPILER}.)")
 endif()
 
-# Strings cross the boundary of the DLL, so it and its clients need one heap.
+# Strings cross the boundary of the DLL, so the DLL and its clients must share one heap.
 if(MSVC AND (CMAKE_CXX_FLAGS MATCHES "[-/]MTd?( |$)"
     OR (CMAKE_MSVC_RUNTIME_LIBRARY AND NOT CMAKE_MSVC_RUNTIME_LIBRARY MATCHES "DLL$")))
   message(FATAL_ERROR "The static runtime (/MT) is refused: the DLL and its clients need one heap.")

@@ -1,5 +1,5 @@
-# What the toolchain files of Debian's cross compilers for Linux share. Before it is included, TRIPLET names
-# the compiler and QEMU the program of qemu-user that runs what it builds, with the compiler's C library.
+# The toolchain files for Debian's Linux cross compilers include this file. Before that they set TRIPLET, the prefix of
+# the compiler's name, and QEMU, the emulator (of qemu-user) that runs the built programs.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_C_COMPILER ${TRIPLET}-gcc)
 set(CMAKE_CXX_COMPILER ${TRIPLET}-g++)

@@ -1,5 +1,5 @@
-# Installs headers, library, licence, CMake package, kelutil.pc. The component KelUtil_Runtime is what
-# a program needs, KelUtil_Development what is needed to build one.
+# Installs the headers, library, licence, CMake package and kelutil.pc. The component KelUtil_Runtime has what
+# a program needs to run, KelUtil_Development what it needs to be built.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -17,7 +17,7 @@ install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DO
 install(DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/include/KelRT DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   COMPONENT KelUtil_Development FILES_MATCHING PATTERN "*.h")
 
-# Both trees use the same two files, which lie beside the targets file.
+# The build tree and the installed tree use the same two files; both find the targets file beside them.
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KelUtilConfig.cmake.in KelUtilConfig.cmake
   INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(KelUtilConfigVersion.cmake COMPATIBILITY SameMajorVersion)
@@ -25,8 +25,8 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/KelUtilConfig.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/KelUtilConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT KelUtil_Development)
 
-# kelutil.pc derives the prefix from its own location, so the installation can be moved. Absolute
-# directories stay as given.
+# kelutil.pc derives the prefix from its own location, so the installation can be moved. Directories that
+# the user gave as absolute paths stay absolute.
 function(kel_pc_dir variable dir)
   if(IS_ABSOLUTE ${dir})
     set(${variable} ${dir} PARENT_SCOPE)

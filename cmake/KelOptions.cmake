@@ -1,9 +1,9 @@
-# Compiler options of our own targets. They never reach a client: nothing here is INTERFACE or PUBLIC.
+# Sets the compiler options of the project's own targets. They are all PRIVATE, so none reaches a client.
 
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 
-# kel_accepted(VARIABLE OPTION...): the first option that the compiler accepts, or nothing.
+# kel_accepted(VARIABLE OPTION...): sets VARIABLE to the first option that the compiler accepts, or to nothing.
 function(kel_accepted variable)
   foreach(option IN LISTS ARGN)
     string(MAKE_C_IDENTIFIER "KELUTIL_TAKES_${option}" takes)
@@ -18,8 +18,8 @@ endfunction()
 
 # MSVC is also set for clang-cl.
 if(MSVC)
-  # Standard functions such as getenv and fopen are not deprecated. A condition may be constant on one host
-  # alone (warning 4127).
+  # The definition silences the warning that standard functions such as getenv and fopen are deprecated. Warning
+  # 4127 is about constant conditions; some are constant on one host only.
   set(KELUTIL_LANGUAGE /utf-8 /permissive- /Zc:__cplusplus /EHsc /D_CRT_SECURE_NO_WARNINGS)
   set(KELUTIL_WARNINGS /W4 /wd4127)
   set(KELUTIL_WERROR /WX)
@@ -29,14 +29,14 @@ else()
   set(KELUTIL_WERROR -Werror)
 endif()
 
-# Scaled values round after every operation; some compilers fuse operations by default.
+# Scaled values must be rounded after every operation, but some compilers fuse a multiplication and an addition.
 kel_accepted(KELUTIL_UNFUSED -ffp-contract=off /fp:strict)
 
-# A short loop that crosses a fetch block boundary takes up to 50 % longer, so its speed would change
-# with every function added before it.
+# A short loop that crosses a boundary of 32 bytes takes up to 50 % longer. Without alignment its speed would change
+# whenever code is added before it.
 kel_accepted(KELUTIL_ALIGNED_LOOPS -falign-loops=32)
 
-# A double must be rounded after every operation. 32-bit x86 does so only with SSE2; its older unit
+# A double must be rounded after every operation. 32-bit x86 does so only with SSE2; its older x87 unit
 # keeps excess precision.
 check_cxx_source_compiles("#include <cfloat>
 static_assert(FLT_EVAL_METHOD == 0 || FLT_EVAL_METHOD == 1); int main() {}" KELUTIL_ROUNDS_DOUBLES)
@@ -48,14 +48,15 @@ if(NOT KELUTIL_ROUNDS_DOUBLES)
   endif()
 endif()
 
-# kel_version_script(TARGET FILE): the exports of a shared library. LINKER: and -Wl, would divide a path at its commas.
+# kel_version_script(TARGET FILE): limits the exports of a shared library to those in FILE. It uses -Xlinker, since
+# LINKER: and -Wl, would split a path at its commas.
 function(kel_version_script target file)
   target_link_options(${target} PRIVATE "SHELL:-Xlinker \"--version-script=${file}\"")
   set_property(TARGET ${target} PROPERTY LINK_DEPENDS ${file})
 endfunction()
 
-# kel_own_target(TARGET): hidden visibility and warnings, as errors where asked for. In a parent project
-# its own choice of warnings stands.
+# kel_own_target(TARGET): gives TARGET hidden visibility, the options above and warnings, as errors if
+# KELUTIL_WARNINGS_AS_ERRORS is on. As a part of another project it leaves the choice of warnings to that project.
 function(kel_own_target target)
   target_compile_options(${target} PRIVATE ${KELUTIL_LANGUAGE} ${KELUTIL_ARITHMETIC})
   if(PROJECT_IS_TOP_LEVEL)
@@ -72,7 +73,7 @@ function(kel_own_target target)
     VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
-# kel_list(NAME ITEM...): writes lists/NAME in the build folder, one item a line, for the tasks to read.
+# kel_list(NAME ITEM...): writes the file lists/NAME in the build folder, one item a line. The tasks of ./dev read it.
 function(kel_list name)
   list(JOIN ARGN "\n" lines)
   file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/lists/${name} CONTENT "${lines}\n" @ONLY)

@@ -1,5 +1,5 @@
-# The archive for Windows that `./dev package windows` makes with CPack. The packages of Debian are made by the
-# folder debian.
+# Describes the archive for Windows, which `./dev package windows` makes with CPack. The folder debian/ describes the
+# Debian packages.
 set(CPACK_PACKAGE_NAME libkelutil)
 set(CPACK_PACKAGE_VENDOR "libKelUtil")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
@@ -11,7 +11,7 @@ set(CPACK_COMPONENTS_ALL KelUtil_Runtime KelUtil_Development KelUtil_Tools)
 if(KELUTIL_BUILD_DOCS)
   list(APPEND CPACK_COMPONENTS_ALL KelUtil_Documentation)
 endif()
-# Adds what belongs to the archive alone: licences, changelog, stripped runtime DLLs.
+# This script adds what only the archive has: licences, the changelog and stripped runtime DLLs.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/KelPackageFiles.cmake)
 set(CPACK_KEL_SOURCE_DIR ${CMAKE_CURRENT_SOURCE_DIR})
 set(CPACK_KEL_STRIP ${CMAKE_STRIP})

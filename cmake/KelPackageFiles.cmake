@@ -1,5 +1,5 @@
-# Run by CPack on the files that are about to be packed: adds what belongs to the archive and to no other
-# installation.
+# CPack runs this script before it packs the files. The script adds the files that only the archive has, and checks
+# that nothing is missing.
 
 # The packed version must be the last release in the changelog.
 set(released "## \\[([0-9.]+)\\] - [0-9-]+")
@@ -15,7 +15,7 @@ set(root ${CPACK_TEMPORARY_DIRECTORY})
 configure_file(${CPACK_KEL_SOURCE_DIR}/LICENSE ${root}/LICENSE COPYONLY)
 configure_file(${CPACK_KEL_SOURCE_DIR}/CHANGELOG.md ${root}/CHANGELOG.md COPYONLY)
 if(CPACK_KEL_MINGW)
-  # The archive has to hold each DLL of the compiler that it needs, with their licences.
+  # The archive must hold each DLL of the compiler that its programs need, and the licences of these DLLs.
   file(GLOB dlls ${root}/bin/*.dll)
   execute_process(COMMAND ${CPACK_KEL_OBJDUMP} -p ${dlls} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "DLL Name: lib[^\n]+" needed "${headers}")
@@ -32,6 +32,6 @@ if(CPACK_KEL_MINGW)
     string(REGEX REPLACE ".*/([^/]+)/([^/]+)$" "\\1-\\2.txt" name ${licence})
     configure_file(${licence} ${root}/licences/${name} COPYONLY)
   endforeach()
-  # With their symbols, these DLLs are fifteen times as large.
+  # Unstripped, these DLLs are fifteen times as large.
   execute_process(COMMAND ${CPACK_KEL_STRIP} --strip-unneeded ${dlls} COMMAND_ERROR_IS_FATAL ANY)
 endif()

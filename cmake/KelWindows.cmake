@@ -1,12 +1,12 @@
-# Rules for DLLs.
+# Puts the DLLs where programs find them.
 
-# Windows looks for DLLs in the directory of the program, so all programs of a build are put into one.
+# Windows looks for DLLs in the directory of the program, so all programs of a build go into one directory.
 if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_RUNTIME_OUTPUT_DIRECTORY)
   set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endif()
 
-# Strings and exceptions cross the boundary of the DLL, so it and its clients share one C++ runtime.
-# MinGW's are DLLs of the compiler, which are copied beside ours; MSVC's come with its redistributable.
+# Strings and exceptions cross the boundary of the DLL, so the DLL and its clients share one C++ runtime.
+# That of MinGW consists of DLLs of the compiler, which are copied beside ours. That of MSVC is installed separately.
 set(KELUTIL_RUNTIME_DLLS)
 if(MINGW)
   cmake_path(GET CMAKE_CXX_COMPILER PARENT_PATH tools)
@@ -16,14 +16,14 @@ if(MINGW)
       list(APPEND KELUTIL_RUNTIME_DLLS ${found})
     endforeach()
   endforeach()
-  add_link_options($<$<CXX_COMPILER_ID:Clang>:-pthread>) # GCC links its threads by itself
+  add_link_options($<$<CXX_COMPILER_ID:Clang>:-pthread>) # GCC links its thread library without an option
   if(NOT KELUTIL_RUNTIME_DLLS)
     message(WARNING "The DLLs of the C++ runtime are not beside ${CMAKE_CXX_COMPILER}: programs look for them in PATH.")
   endif()
 endif()
 
-# kel_finish_dll(TARGET): copies the runtime DLLs to the directory of TARGET. With MSVC the debug build
-# has a name of its own, since it needs another runtime, and each build has a PDB file.
+# kel_finish_dll(TARGET): copies the runtime DLLs to the directory of TARGET. With MSVC, gives the debug build
+# another name, since it needs another runtime, and makes a PDB file.
 function(kel_finish_dll target)
   if(KELUTIL_RUNTIME_DLLS)
     add_custom_command(TARGET ${target} POST_BUILD

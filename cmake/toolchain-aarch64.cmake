@@ -1,4 +1,4 @@
-# Linux on 64-bit Arm, from Debian's g++-aarch64-linux-gnu.
+# Builds for Linux on 64-bit Arm with Debian's g++-aarch64-linux-gnu.
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(TRIPLET aarch64-linux-gnu)
 set(QEMU qemu-aarch64)

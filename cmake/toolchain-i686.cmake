@@ -1,5 +1,5 @@
-# Linux on 32-bit x86, from Debian's g++-i686-linux-gnu. Where the kernel runs such programs, they run natively,
-# through the loader of the cross compiler and with its C library.
+# Builds for Linux on 32-bit x86 with Debian's g++-i686-linux-gnu. If the kernel can run such programs, they run
+# natively, started by the cross compiler's loader, which finds its C library.
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(TRIPLET i686-linux-gnu)
 set(QEMU qemu-i386)

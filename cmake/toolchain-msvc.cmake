@@ -1,4 +1,4 @@
-# Windows x64 with the binary interface of MSVC: clang-cl and LLVM's linker, on any host. The folder
+# Builds for Windows x64 with the binary interface of MSVC, by clang-cl and LLVM's linker, on any host. The folder
 # KELUTIL_MSVC_SDK has the headers and libraries of MSVC and of the Windows SDK, either as an
 # installation of them (VC, Windows Kits) or as .ci/msvc lays it out (include, lib).
 set(CMAKE_SYSTEM_NAME Windows)
@@ -34,8 +34,8 @@ set(CMAKE_CXX_COMPILER_TARGET x86_64-pc-windows-msvc)
 set(CMAKE_MSVC_RUNTIME_LIBRARY MultiThreadedDLL)
 
 if(EXISTS "${KELUTIL_MSVC_SDK}/include")
-  # The compiler's own headers are searched first. There is no start-up library, which would guard the
-  # stack and local statics, and there are no vector algorithms.
+  # -idirafter makes the compiler search its own headers first. The other options switch off what needs a
+  # library that the stand-ins lack: stack guards, thread-safe local statics and vector algorithms.
   set(flags "-fmsc-version=1944 /X /Zc:threadSafeInit- /GS- -D_USE_STD_VECTOR_ALGORITHMS=0")
   file(GLOB folders "${KELUTIL_MSVC_SDK}/include/*")
   list(SORT folders)

@@ -1,9 +1,9 @@
-# Windows, from Debian's g++-mingw-w64-x86-64-posix (the variant with std::thread) or another compiler of
-# MinGW-w64 that KELUTIL_MINGW names. Programs of the build run under Wine.
+# Builds for Windows with Debian's g++-mingw-w64-x86-64-posix (the variant with std::thread), or with another MinGW-w64
+# compiler, which KELUTIL_MINGW names. Programs of the build run under Wine.
 set(KELUTIL_MINGW x86_64-w64-mingw32 CACHE STRING "The first part of the names of MinGW-w64's compiler and tools")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KELUTIL_MINGW)
 string(REGEX MATCH "^[^-]+" CMAKE_SYSTEM_PROCESSOR ${KELUTIL_MINGW})
-if(NOT KELUTIL_MINGW MATCHES "ucrt$") # whose compiler has no variants
+if(NOT KELUTIL_MINGW MATCHES "ucrt$") # the compiler for UCRT has no variants
   set(variant -posix)
 endif()
 set(CMAKE_SYSTEM_NAME Windows)

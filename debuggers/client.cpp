@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What the test of the views looks at, in its last function.
+// Makes the objects that the test of the views prints. GDB stops in inspect().
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_StrTok.h"

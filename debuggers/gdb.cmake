@@ -1,4 +1,5 @@
-# print_scene(REGEX): GDB stops in the client and prints the scene; the group of REGEX is compared.
+# print_scene(REGEX): GDB stops in the client and prints the objects of its scene. The test compares the part of the
+# output that the group in REGEX matches.
 macro(print_scene part)
   if(CROSS)
     skip("only programs of this host are debugged")
@@ -7,10 +8,10 @@ macro(print_scene part)
   if(NOT GDB)
     skip("there is no gdb")
   endif()
-  # The views come with the library: GDB finds them beside it.
+  # GDB finds the views beside the library.
   set(COMMAND ${GDB} -nx -batch -iex "set auto-load safe-path /"
     -x ${FOLDER}/views.gdb ${COMMAND})
-  run(ENVIRONMENT ASAN_OPTIONS=detect_leaks=0 # which a traced process cannot do
+  run(ENVIRONMENT ASAN_OPTIONS=detect_leaks=0 # leak detection does not work under a debugger
     KEEP "${part}")
   if(errors MATCHES "Python scripting is not supported|ptrace: Operation not permitted")
     skip("gdb cannot do it here: ${errors}")

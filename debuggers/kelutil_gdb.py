@@ -10,31 +10,32 @@
     $3 = Kel_StrTok in comma-separated mode = {rest = "b,c", position = 2, length = 5,
       delimiters = ","}
 
-"print/r" shows the plain fields. The debug information of the client is enough (of Clang, with
--fstandalone-debug); the library needs none. An object that is not constructed yet shows as "not initialised", where that can be told.
+"print/r" shows the plain fields. Only the client needs debug information (with Clang, from
+-fstandalone-debug). An object that is not constructed yet shows as "not initialised" if its
+fields contradict each other.
 """
 import gdb
 import gdb.printing
 
 
 def owned(value):
-    """The pointer in a std::unique_ptr, or the one to the first element of a std::vector.
+    """Returns the pointer in a std::unique_ptr, or that to the first element of a std::vector.
 
-    It is the first pointer in them, whatever the standard library calls it."""
+    It is the first pointer among the fields in every standard library, whatever its name."""
     kind = value.type.strip_typedefs()
     if kind.code == gdb.TYPE_CODE_PTR:
         return value
     # In the debug mode of libstdc++, bases of a vector hold pointers to its iterators.
     if kind.code == gdb.TYPE_CODE_STRUCT and not (kind.name or "").startswith("__gnu_debug::"):
         for field in kind.fields():
-            found = owned(value[field]) if hasattr(field, "bitpos") else None  # static: no place
+            found = owned(value[field]) if hasattr(field, "bitpos") else None  # static fields have no bitpos
             if found is not None:
                 return found
     return None
 
 
 def shown(count):
-    """How many of COUNT elements to show: no more than "set print elements" allows."""
+    """Returns how many of COUNT elements to show, limited by "set print elements"."""
     limit = gdb.parameter("print elements")
     return min(count, limit) if limit else count
 
@@ -44,7 +45,7 @@ def plural(count, what):
 
 
 class ByteBuffer:
-    """The used bytes, from byte 0 on, and what lies around them."""
+    """Shows the used bytes from byte 0 on, the sizes of the reserves and the pending shift."""
 
     def __init__(self, value):
         self.start, self.shift, self.size, self.low, self.high = (
@@ -76,7 +77,7 @@ class ByteBuffer:
         try:
             yield "bytes", self.text(self.read(count))
             if self.shift != 0:
-                # One byte more, where there is one: its low bits are the high bits of the last.
+                # The last byte shown takes its high bits from the next one, if there is one.
                 bits = int.from_bytes(self.read(min(count + 1, self.size)), "little") >> self.shift
                 aligned = (bits & ((1 << 8 * count) - 1)).to_bytes(count, "little")
                 yield "pendingBitShift", self.shift
@@ -88,7 +89,7 @@ class ByteBuffer:
 
 
 class Number:
-    """The whole value, however wide."""
+    """Shows the whole value, whatever its width."""
 
     def __init__(self, value):
         self.width = int(value["bitCount"])
@@ -107,7 +108,7 @@ class Number:
         if not self.initialised():
             return
         try:
-            # Word by word, since the order of the bytes within one is the host's.
+            # Reads word by word, since the order of the bytes in a word depends on the host.
             texts = ["%04X" % int(self.words[i]) for i in reversed(range(self.count))]
         except gdb.MemoryError:
             yield "hex", "<not readable>"
@@ -121,18 +122,18 @@ class Number:
 
 
 def decimal(value):
-    """Decimal text of any length: Python refuses more than a few thousand digits at once."""
+    """Returns the decimal text of value. Python's str() refuses more than a few thousand digits."""
     if value < 0:
         return "-" + decimal(-value)
     if value < 10**4000:
         return str(value)
-    digits = value.bit_length() // 7  # about half of them
+    digits = value.bit_length() // 7  # about half of the digits
     high, low = divmod(value, 10**digits)
     return decimal(high) + decimal(low).rjust(digits, "0")
 
 
 class StrTok:
-    """The text after the tokens that were taken, and how it is split."""
+    """Shows the rest of the text, from which tokens have not been taken yet, and the mode."""
 
     def __init__(self, value):
         self.position, self.length = int(value["position"]), int(value["length"])
@@ -143,7 +144,7 @@ class StrTok:
 
     def to_string(self):
         try:
-            # By the minimal symbol, which a stripped library has too.
+            # Reads the exported symbol, which even a stripped library has.
             commas = int(gdb.parse_and_eval("*(char **) &'KelRT::Kel_StrTok::CSV_DELIM'"))
         except gdb.error:
             return "Kel_StrTok"

@@ -1,5 +1,4 @@
-# What the test of the views prints; client.cpp says what is in the scene. The first section stands on
-# the page about debuggers.
+# Prints the objects of the scene that client.cpp makes. The page about debuggers shows the first section.
 set pagination off
 set width 0
 set print elements 8
