@@ -16,8 +16,9 @@ std::string withSeparator(const Conventions& conventions, const std::string& dir
                                                          : Port::join(conventions, directory, "");
 }
 
-// The directory data/FAMILY in the installation tree, whose root is two levels above the directory
-// of the library.
+// Returns the directory data/FAMILY of the installation, not normalised. The library's directory is
+// two levels below the root:
+//     "/opt/kel/bin/x64/../../data/FAMILY/"
 std::string installedDirectory(const Conventions& conventions, const char* library,
                                const char* family) {
     std::string directory = files::findLibrary(conventions, library);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Functions of Kel_Util with the host's conventions as an argument; Kel_Util passes Port::NATIVE.
+// Implements functions of Kel_Util, whose header states their contracts. The conventions of a host
+// are an argument, so that tests can pass those of another host; Kel_Util passes Port::NATIVE.
 #pragma once
 
 #include "port/file_name.h"
@@ -9,11 +10,11 @@
 
 namespace KelRT::files {
 
-// Kel_Util::getDataDirPath; an empty userDataDir counts as unset.
+// Implements Kel_Util::getDataDirPath. An empty userDataDir counts as unset.
 [[nodiscard]] std::string dataDirectory(const Port::Conventions& conventions,
                                         const std::string& userDataDir);
 
-// Kel_Util::getSorvaDataDirPath
+// Implements Kel_Util::getSorvaDataDirPath.
 [[nodiscard]] std::string sorvaDataDirectory(const Port::Conventions& conventions);
 
 } // namespace KelRT::files

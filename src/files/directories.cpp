@@ -17,7 +17,7 @@ void Kel_Util::getDirectoryFileList(const std::string& directory, bool listFlag,
     const Port::UT_DIR reader(directory.c_str(), listFlag ? 0 : 1);
     if (reader.isvalid() != 1)
         throw Kel_Exception("Could not open the directory: " + files::upToNul(directory) + "\n");
-    // A separate list, so that `list` is unchanged if memory is exhausted.
+    // Fill a separate list, so that `list` is unchanged if memory is exhausted.
     std::vector<std::string> entries;
     for (auto entry = reader.begin(); entry != reader.end(); ++entry)
         entries.emplace_back(*entry);

@@ -9,8 +9,8 @@
 namespace KelRT {
 namespace {
 
-constexpr const char* HOME_VARIABLE = "USERPROFILE";
-constexpr const char* USER_DIRECTORY = ".kel";
+constexpr const char* HOME_VARIABLE = "USERPROFILE"; // on every host
+constexpr const char* USER_DIRECTORY = ".kel";       // createDotLumatraceDir makes it
 constexpr unsigned LAST_TEMP_NUMBER = 32001;
 
 } // namespace
@@ -18,7 +18,7 @@ constexpr unsigned LAST_TEMP_NUMBER = 32001;
 std::string files::createUserDirectory(const Port::Conventions& conventions) {
     std::string directory = Port::join(conventions, Kel_Util::getHomePath(), USER_DIRECTORY);
     const auto exists = [&] { return Port::File::exist(directory.c_str()); };
-    // Another thread or process may create it between the check and mkdir.
+    // If mkdir fails, check again: another thread or process may have just created it.
     if (!exists() && !Port::File::mkdir(directory.c_str(), false) && !exists())
         throw Kel_Exception("Cannot create " + directory + " directory, check the " +
                             HOME_VARIABLE + " variable.\n");
@@ -30,8 +30,8 @@ std::string files::createTempFile(const Port::Conventions& conventions,
     const std::string stem = Port::join(conventions, createUserDirectory(conventions), baseName);
     for (unsigned number = 0; number <= LAST_TEMP_NUMBER; ++number) {
         std::string candidate = stem + std::to_string(number);
-        // If another caller takes the name in between, the next number is tried. A file that cannot
-        // be created is not reported: opening the path will fail.
+        // If another caller takes the name after exist(), try the next number. No other failure of
+        // create() is reported: the caller cannot open the path then.
         if (!Port::File::exist(candidate.c_str()) &&
             Port::File::create(candidate.c_str()) != Port::Creation::nameTaken)
             return candidate;

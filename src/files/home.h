@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Functions of Kel_Util with the host's conventions as an argument; Kel_Util passes Port::NATIVE.
+// Implements functions of Kel_Util, whose header states their contracts. The conventions of a host
+// are an argument, so that tests can pass those of another host; Kel_Util passes Port::NATIVE.
 #pragma once
 
 #include "port/file_name.h"
@@ -9,10 +10,10 @@
 
 namespace KelRT::files {
 
-// Kel_Util::createDotLumatraceDir
+// Implements Kel_Util::createDotLumatraceDir.
 [[nodiscard]] std::string createUserDirectory(const Port::Conventions& conventions);
 
-// Kel_Util::createDotLumatraceTempFile
+// Implements Kel_Util::createDotLumatraceTempFile.
 [[nodiscard]] std::string createTempFile(const Port::Conventions& conventions,
                                          const std::string& baseName);
 

@@ -27,6 +27,7 @@ std::string files::findLibrary(const Conventions& conventions, const std::string
     const std::string path = Port::environment("PATH");
     if (path.empty())
         throw Kel_Exception("PATH Environmental Variable not set.\n");
+    // The flags leave quotes and case as they are.
     Kel_StrTok directories(path.c_str(), conventions.listSeparator, false, false, false);
     while (const char* const directory = directories.getNext())
         if (holds(conventions, directory, file))

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Functions of Kel_Util with the host's conventions as an argument; Kel_Util passes Port::NATIVE.
+// Implements functions of Kel_Util, whose header states their contracts. The conventions of a host
+// are an argument, so that tests can pass those of another host; Kel_Util passes Port::NATIVE.
 #pragma once
 
 #include "port/file_name.h"
@@ -9,7 +10,7 @@
 
 namespace KelRT::files {
 
-// Kel_Util::findLibInPath
+// Implements Kel_Util::findLibInPath.
 [[nodiscard]] std::string findLibrary(const Port::Conventions& conventions,
                                       const std::string& libraryName);
 

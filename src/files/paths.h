@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Functions of Kel_Util with the host's conventions as an argument; Kel_Util passes Port::NATIVE.
+// Implements functions of Kel_Util, whose header states their contracts. The conventions of a host
+// are an argument, so that tests can pass those of another host; Kel_Util passes Port::NATIVE.
 #pragma once
 
 #include "port/file_name.h"
@@ -9,10 +10,10 @@
 
 namespace KelRT::files {
 
-// The text before the first NUL, as the host reads a name or a path.
+// Returns the text before the first NUL. The host reads a name or a path no further.
 [[nodiscard]] std::string upToNul(const std::string& text);
 
-// Kel_Util::normalizePath
+// Implements Kel_Util::normalizePath.
 [[nodiscard]] std::string normalize(const Port::Conventions& conventions, const std::string& path);
 
 } // namespace KelRT::files

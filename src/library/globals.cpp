@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// Every global object that needs construction, in the order of construction; destruction is in the
-// reverse order. The language fixes the order only within one file, so any new global belongs here.
+// Defines every global object that needs construction, in the order of construction. Destruction is
+// in reverse order. The language fixes the order only within one file, so new globals belong here.
 //
-// A function-local static, if first used after a client registered an exit handler, would be
-// destroyed before that handler runs.
+// Function-local statics are not used: one that is first used after a client has registered an exit
+// handler is destroyed before that handler runs.
 #include "library/globals.h"
 
 #include "KelRT/Kel_Number.h"
@@ -26,7 +26,7 @@ std::string fullVersionText;
 // 6: the process-wide logger.
 Logger Logger::logger;
 
-// 7: the file services.
+// 7: the object that must exist while a file function runs.
 namespace {
 const Port::FileInit fileServices;
 } // namespace
@@ -34,7 +34,7 @@ const Port::FileInit fileServices;
 // 8: the caller's data directory.
 std::string Kel_Util::userDataDir;
 
-// Definitions of constants that the header initialises; no dynamic initialisation.
+// The header initialises these constants, so they need no construction.
 const std::uint32_t Kel_Number::WORD_LENGTH;
 const std::uint32_t Kel_Number::WORD_BASE;
 

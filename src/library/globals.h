@@ -5,7 +5,7 @@
 
 namespace KelRT::library {
 
-// The cached version texts, each empty until it is first asked for.
+// These cache the version texts. Each is empty until its first query.
 extern std::string branchText;
 extern std::string buildText;
 extern std::string versionNumberText;

@@ -13,13 +13,14 @@ namespace {
 constexpr const char* BRANCH = "A.01a";
 constexpr const char* BUILD_TIMESTAMP = __DATE__ " " __TIME__;
 
-// Guards the five texts. Constant-initialised, so it takes no part in the order of the globals.
+// Guards the five texts in globals.h. It is initialised at compile time, so it does not depend on
+// the order in which globals are constructed.
 std::mutex fillMutex;
 
 using Compose = std::string (*)();
 
-// Composes a text that is still empty. The caller holds the lock. If memory is exhausted, the text
-// stays empty.
+// Composes `text` if it is still empty. The caller holds fillMutex. If memory is exhausted, throws
+// and leaves `text` empty.
 const std::string& fill(std::string& text, Compose compose) {
     if (text.empty())
         text = compose();

@@ -5,7 +5,7 @@
 
 namespace KelRT::library {
 
-// The version number of a release. A patch level that `atoi` reads as 0 is left out.
+// Composes the version number of a release. Omits a patch level that `atoi` reads as 0.
 //     composeVersionNumber("7.4", "0") => "7.4"
 //     composeVersionNumber("7.4", "2") => "7.4.2"
 [[nodiscard]] std::string composeVersionNumber(const std::string& twoPart,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Buffer dumps. Title and label are written as records, so indentation may come before them. The
-// rows go directly to the stream, in large blocks.
+// Dumps buffers. Writes the title and the label as records, so they may be indented. Writes the
+// rows directly to the stream, in large blocks.
 #include "KelRT/Logger.h"
 
 #include "common/hex.h"
@@ -19,33 +19,33 @@ namespace KelRT {
 namespace {
 
 constexpr std::uint64_t MAX_SHOWN_BYTES = 10000;
-constexpr std::string_view LABEL = "\n(MSB<-LSB)";
+constexpr std::string_view LABEL = "\n(MSB<-LSB)"; // begins the table on a new line
 constexpr std::string_view TRUNCATION_MESSAGE =
     "... (To display buffers larger than 10000, enable the print large\n"
     "buffer flag in TOR_KEL_LOGFLAGS. Set bit 1 high, where bit 0 is LSB.)";
 
-// Writes text to a line-buffered stream in whole blocks, which the C library passes on without
-// scanning them. Smaller writes would be scanned for newlines and flushed line by line.
+// Writes text in whole blocks to a line-buffered stream. The C library passes whole blocks on
+// unscanned; it would scan smaller writes for newlines and flush them line by line.
 //
-// The buffer is too large for the stacks of some threads. One is enough for all Loggers, since
-// callers serialise every log call.
+// The buffer is static, because it is too large for the stacks of some threads. One is enough for
+// all Loggers, since callers serialise every log call.
 class BlockWriter {
 public:
-    // Exceeds the longest piece, the truncation message.
+    // The longest piece, the truncation message, is shorter.
     static constexpr std::size_t MAX_PIECE = 256;
 
     explicit BlockWriter(std::FILE* target) : stream(target) {}
 
-    // Where to write the next piece, of at most MAX_PIECE characters.
+    // Returns the place for the next piece, which has at most MAX_PIECE characters.
     char* next() const { return text + used; }
-    // Adds the piece from next() to `end`.
+    // Adds the piece that the caller wrote from next() to `end`.
     void commit(const char* end) {
         used = static_cast<std::size_t>(end - text);
         if (used >= SIZE)
             flush(SIZE);
     }
     void finish() {
-        flush(used / BLOCK * BLOCK);
+        flush(used / BLOCK * BLOCK); // whole blocks are not scanned
         flush(used);
     }
 
@@ -74,7 +74,7 @@ char* putBlanks(char* out, std::uint64_t count) {
     return out + count;
 }
 
-// Writes eight characters, the one in the most significant byte first.
+// Writes the eight bytes of `characters`, the most significant one first.
 char* putBigEndian(char* out, std::uint64_t characters) {
     common::storeU64(out, common::swapBytes(characters));
     return out + common::U64_BYTES;
@@ -87,8 +87,8 @@ char* putRowStart(char* out, std::uint64_t index) {
     return put(out + DIGITS, "h: ");
 }
 
-// The two digits and the space of each byte, padded so that one four-byte copy writes them. What
-// follows overwrites the fourth character.
+// Maps each byte to its two digits and a space. A fourth character allows one four-byte copy; the
+// next output overwrites it.
 constexpr auto HEX_CELLS = [] {
     std::array<std::array<char, 4>, 256> cells{};
     for (unsigned byte = 0; byte != cells.size(); ++byte)
@@ -98,13 +98,13 @@ constexpr auto HEX_CELLS = [] {
 
 struct HexForm {
     static constexpr std::uint64_t ROW_BYTES = 16;
-    static constexpr std::uint64_t CELL_WIDTH = 3; // characters per byte, with the space after it
+    static constexpr std::uint64_t CELL_WIDTH = 3; // characters per byte, space included
 
     static char* putByte(char* out, unsigned char byte) {
         std::memcpy(out, HEX_CELLS[byte].data(), HEX_CELLS[byte].size());
         return out + CELL_WIDTH;
     }
-    static void blankBits(char* /*cell*/, std::uint64_t /*count*/) {} // all bits are shown
+    static void blankBits(char* /*cell*/, std::uint64_t /*count*/) {} // shows whole bytes
 };
 
 struct BitForm {
@@ -119,7 +119,7 @@ struct BitForm {
     static void blankBits(char* cell, std::uint64_t count) { putBlanks(cell, count); }
 };
 
-// The column numbers, each above the last digit of its column.
+// Writes the column numbers, each above the last digit of its column.
 template <typename Form>
 char* putHeader(char* out, std::uint64_t bytes) {
     for (std::uint64_t column = std::min(bytes, Form::ROW_BYTES); column-- > 0;) {
@@ -129,7 +129,7 @@ char* putHeader(char* out, std::uint64_t bytes) {
     return out;
 }
 
-// The bytes of a row, in descending order of index.
+// Writes the bytes of a row, the one with the highest index first.
 template <typename Form>
 char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
     for (std::uint64_t i = count; i-- > 0;)
@@ -137,15 +137,15 @@ char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
     return out;
 }
 
-// The row that begins at `index`; `end` is the number of bytes shown. A short last row is padded on
-// the left. A short first row is not: its header is equally short.
+// Writes the row that begins at `index`; `end` is the number of bytes shown. A short last row is
+// padded on the left, unless it is the only row: the header is equally short then.
 template <typename Form>
 char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::uint64_t end,
              std::uint64_t bitCount) {
     out = putRowStart(out, index);
     const std::uint64_t count = std::min(end - index, Form::ROW_BYTES);
     if (count == Form::ROW_BYTES && 8 * (index + count) <= bitCount)
-        return putBytes<Form>(out, buffer + index, Form::ROW_BYTES); // constant trip count
+        return putBytes<Form>(out, buffer + index, Form::ROW_BYTES); // constant count: unrolled
     if (index != 0)
         out = putBlanks(out, (Form::ROW_BYTES - count) * Form::CELL_WIDTH);
     char* const highest = out;

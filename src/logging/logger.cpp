@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Start and end of logging, construction and copies.
+// Starts and ends logging; constructs and copies Loggers.
 #include "KelRT/Logger.h"
 
 #include "KelRT/Kel_Util.h"
@@ -22,7 +22,7 @@ namespace {
 // True once any Logger of the process has started.
 bool loggingStarted = false;
 
-// The stream that Loggers share; the last one closes it.
+// Owns the stream that Loggers share. The last Logger that releases the stream closes it.
 struct StreamOwner {
     StreamOwner() = default;
     StreamOwner(const StreamOwner&) = delete;
@@ -44,10 +44,11 @@ std::FILE* selectStream(const std::string& name) {
         return stdout;
     if (name == "stderr")
         return stderr;
-    return std::fopen(name.c_str(), "wt");
+    return std::fopen(name.c_str(), "wt"); // 't' is text mode on Windows
 }
 
-// The stream of that name, or null. Throws if memory is exhausted, before it opens anything.
+// Opens the stream called `name`; returns null if it cannot be opened. Allocates the owner first:
+// if memory is exhausted, that throws and nothing is opened. The result keeps the owner alive.
 std::shared_ptr<std::FILE> openStream(const std::string& name) {
     const auto owner = std::make_shared<StreamOwner>();
     owner->handle = selectStream(name);
@@ -57,7 +58,7 @@ std::shared_ptr<std::FILE> openStream(const std::string& name) {
     return {owner, owner->handle};
 }
 
-// "----- Logging EVENT - TIME". TIME is empty if the C library cannot convert it.
+// Writes "----- Logging EVENT - TIME". TIME is empty if the C library cannot convert it.
 void writeTimeLine(const char* event) {
     if (!Logger::logger.shouldPrintLog(BANNER_LEVEL))
         return;
@@ -65,7 +66,7 @@ void writeTimeLine(const char* event) {
     std::tm local{};
     if (!Port::localTime(std::time(nullptr), local) ||
         std::strftime(text.data(), text.size(), "%a %b %d %Y %I:%M:%S %p %Z", &local) == 0)
-        text.front() = '\0'; // the content is unspecified after a failure
+        text.front() = '\0'; // a failed strftime leaves anything in it
     Logger::logger.printLog(BANNER_LEVEL, "----- Logging %s - %s\n", event, text.data());
 }
 

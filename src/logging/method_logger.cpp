@@ -9,7 +9,7 @@
 namespace KelRT {
 namespace {
 
-// If memory is exhausted, the target becomes empty.
+// Assigns `source` to `target`. If memory is exhausted, `target` becomes empty.
 template <typename Text>
 void copyText(std::string& target, const Text& source) noexcept {
     try {

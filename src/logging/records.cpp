@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Formats records and writes them, indented. The rows of dumps go to the stream in dumps.cpp.
+// Formats records and writes them with their indentation. dumps.cpp writes the rows of dumps.
 #include "logging/records.h"
 #include "KelRT/Logger.h"
 #include "port/runtime.h"
@@ -27,7 +27,7 @@ void Logger::vprintLog(int level, const char* format, std::va_list arguments) no
     if (format == nullptr || *format == '\0')
         return flush();
     char text[logging::MAX_RECORD_LENGTH + 1];
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false positive, the caller starts it.
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false positive: the caller starts it.
     const int length = Port::formatText(text, sizeof text, format, arguments);
     if (length >= 0) // otherwise formatting failed and the record is lost
         write(text, std::min(static_cast<std::size_t>(length), logging::MAX_RECORD_LENGTH));
@@ -39,7 +39,7 @@ void Logger::flush() noexcept {
         static_cast<void>(std::fflush(stream.get()));
 }
 
-// The stream is not null. Output errors are ignored: logging reports nothing.
+// Writes a record. The stream is not null. Output errors are ignored: logging reports nothing.
 void Logger::write(const char* text, std::size_t length) noexcept {
     if (atLineStart)
         writeIndentation();

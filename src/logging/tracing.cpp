@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Method entries and exits, and the stack of method names.
+// Logs method entries and exits, and keeps the stack of method names.
 #include "KelRT/Logger.h"
 #include "logging/records.h"
 
@@ -14,7 +14,8 @@ namespace KelRT {
 using logging::maxPrecision;
 using logging::TRACE_LEVEL;
 
-// The room for name and result in an exit line. If they do not fit, a text result is cut first.
+// Name and result have this many characters together in an exit line. If they do not fit, a result
+// that is text is cut first, then the name; a number is never cut.
 constexpr int ROOM_FOR_NAME_AND_RESULT = maxPrecision("EXITING  -- returning \n");
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
@@ -123,7 +124,7 @@ const char* Logger::MethodStack::top() const noexcept {
 }
 
 void Logger::MethodStack::push(const char* name) noexcept {
-    // Every entry above a nameless one is nameless, too, so a count of them is enough.
+    // Entries above a nameless one are kept without names as well, so a count of them is enough.
     if (nameless != 0) {
         ++nameless;
         return;

@@ -14,7 +14,7 @@ bool isSettingOf(const std::string& key, std::string_view entry) {
            Kel_Util::stricmp(std::string(entry.substr(0, nameLength)), key) == 0;
 }
 
-// Entries are strings or NUL-terminated texts.
+// Implements both overloads of findKey: Entry is std::string or char*.
 template <typename Entry>
 std::string findIn(const Entry* entries, std::uint32_t count, const std::string& key) {
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -32,7 +32,7 @@ std::string findIn(const Entry* entries, std::uint32_t count, const std::string&
 } // namespace
 
 std::string Kel_Util::findKey(std::vector<std::string>& entries, const std::string& key) {
-    // The count is truncated to 32 bits, the width of argc in the other overload.
+    // Both overloads count in 32 bits, so a larger size is taken modulo 2^32.
     return findIn(entries.data(), static_cast<std::uint32_t>(entries.size()), key);
 }
 

@@ -15,14 +15,14 @@
 namespace KelRT {
 namespace {
 
-constexpr std::uint64_t BLOCK_SIZE = common::U64_BITS; // in characters, one per bit of the mask
+constexpr std::uint64_t BLOCK_SIZE = common::U64_BITS; // characters, one for each bit of a mask
 
-// COMMA is an array, because equal string literals may share an address, and no other "," may have
-// the address of CSV_DELIM.
+// The address of CSV_DELIM selects comma-separated mode, so no other "," may have it. COMMA is an
+// array, because equal string literals may share an address.
 constexpr char COMMA[] = ",";
 constexpr char WHITE_SPACE_CHARACTERS[] = "\n\t \v\r\b\f";
 
-// Bit i is set if character i of the 64 is in `set`.
+// Returns a mask of 64 characters: bit i is set if character i is in `set`.
 std::uint64_t membersOf(const char* set, const char* characters) {
     // Separate variables stay in registers. With an array, the benchmark row "CSV, 1 MiB" takes
     // 17 % longer.
@@ -44,7 +44,7 @@ std::uint64_t membersOf(const char* set, const char* characters) {
            common::topBits(inD) << 48;
 }
 
-// A copy of `text`, padded with at least one NUL to blocks of 64 characters.
+// Copies `text` and pads it with NULs, at least one, to a multiple of 64 characters.
 std::unique_ptr<char[]> paddedCopy(const char* text, std::uint64_t length) {
     const std::uint64_t lastBlock = length / BLOCK_SIZE * BLOCK_SIZE;
     auto copy =
@@ -81,23 +81,24 @@ Kel_StrTok::Kel_StrTok(const char* text, const char* newDelimiters, bool newHand
 
 Kel_StrTok::~Kel_StrTok() = default;
 
-// Finds the delimiters of a block.
+// Makes `newBlock` the current block and finds its delimiters.
 void Kel_StrTok::examine(std::uint64_t newBlock) noexcept {
     block = newBlock;
     blockDelimiters = membersOf(delimiters, buffer.get() + block * BLOCK_SIZE);
 }
 
-// The delimiters from character `from` to the end of its block; bit 0 is that character. `from` is
-// below the length.
+// Returns the mask of the delimiters from character `from`, which is bit 0, to the end of its
+// block. `from` is below the length.
 std::uint64_t Kel_StrTok::delimitersFrom(std::uint64_t from) noexcept {
     if (from / BLOCK_SIZE != block) [[unlikely]]
         examine(from / BLOCK_SIZE);
     return blockDelimiters >> from % BLOCK_SIZE;
 }
 
-// The first delimiter at or after `from`, or the length. The next block is block + 1 wherever the
-// tokens end, so the processor can examine it speculatively. With delimitersFrom() in the loop, the
-// benchmark row "search path, 2 KiB" takes 28 % longer; without [[likely]], 37 %.
+// Returns the index of the first delimiter at or after `from`, or the length. The next block is
+// always block + 1, wherever the delimiters are, so the processor can examine it speculatively.
+// With delimitersFrom() in the loop, the benchmark row "search path, 2 KiB" takes 28 % longer;
+// without [[likely]], 37 %.
 std::uint64_t Kel_StrTok::findDelimiter(std::uint64_t from) noexcept {
     if (from >= length)
         return length;
@@ -111,7 +112,7 @@ std::uint64_t Kel_StrTok::findDelimiter(std::uint64_t from) noexcept {
     }
 }
 
-// The first character at or after `from` that is not a delimiter, or the length.
+// Returns the index of the first character at or after `from` that is no delimiter, or the length.
 std::uint64_t Kel_StrTok::skipDelimiters(std::uint64_t from) noexcept {
     while (from < length) {
         const auto run = static_cast<unsigned>(std::countr_one(delimitersFrom(from)));
@@ -124,13 +125,13 @@ std::uint64_t Kel_StrTok::skipDelimiters(std::uint64_t from) noexcept {
     return length;
 }
 
-// The first double quote at or after `from`, or the length.
+// Returns the index of the first double quote at or after `from`, or the length.
 std::uint64_t Kel_StrTok::findQuote(std::uint64_t from) const noexcept {
     const std::string_view text(buffer.get(), static_cast<std::size_t>(length));
     return std::min<std::uint64_t>(text.find('"', static_cast<std::size_t>(from)), length);
 }
 
-// Ends the token that starts at `first` and moves past its end.
+// Writes a NUL at `end`, moves the current position past it, and returns the token at `first`.
 const char* Kel_StrTok::cut(std::uint64_t first, std::uint64_t end) noexcept {
     char* const text = buffer.get();
     text[end] = '\0';
@@ -138,7 +139,7 @@ const char* Kel_StrTok::cut(std::uint64_t first, std::uint64_t end) noexcept {
     return text + first;
 }
 
-// The token that starts with the quote at the current position.
+// Cuts the token that starts with the quote at the current position.
 const char* Kel_StrTok::cutQuoted() noexcept {
     const std::uint64_t opening = position;
     const std::uint64_t closing = findQuote(opening + 1);
