@@ -2,8 +2,8 @@
 //
 // Runs lines of the form "CALL => RESULT": the examples in the comments of the public headers, and
 // further cases in the folder cases. CALL may begin with the object that it is made on, as in
-// "21 43, getBitsLL(4, 8)". Left out are the examples of versions and of files, whose paths need a
-// fake host.
+// "21 43, getBitsLL(4, 8)". The examples of versions do not run here, nor do those of files, whose
+// paths need a fake host.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
@@ -31,7 +31,7 @@ using Texts = std::vector<Text>;
 
 namespace {
 
-/// The first group of every match.
+/// Returns the first group of every match.
 Texts allOf(const Text& text, const char* pattern) {
     const std::regex expression(pattern);
     Texts found;
@@ -41,17 +41,17 @@ Texts allOf(const Text& text, const char* pattern) {
     return found;
 }
 
-/// The characters of escape sequences, and their letters in the same order.
+/// A backslash followed by LETTERS[i] stands for ESCAPED[i], whose last element is NUL.
 constexpr char ESCAPED[] = "\n\r\t\b\f\"\\";
 constexpr char LETTERS[] = "nrtbf\"\\0";
 
-/// The text of a literal.
+/// Returns the text that a literal stands for.
 Text unquoted(const Text& literal) {
     Text text;
     for (std::size_t i = 1; i + 1 < literal.size(); ++i)
         if (literal[i] != '\\') {
             text += literal[i];
-        } else if (literal[++i] == 'x') { // and two digits
+        } else if (literal[++i] == 'x') { // two digits follow
             text += static_cast<char>(std::stoul(literal.substr(i + 1, 2), nullptr, 16));
             i += 2;
         } else {
@@ -60,14 +60,14 @@ Text unquoted(const Text& literal) {
     return text;
 }
 
-/// The parts of an example, as they are written.
+/// Holds the parts of an example as they are written.
 struct Example {
     Text object;
     Text function;
     Texts arguments;
 
     Text text(std::size_t i) const { return unquoted(arguments.at(i)); }
-    /// The text, or null.
+    /// Returns argument \a i as text, or null for "null".
     const char* chars(std::size_t i) const {
         static Text kept;
         kept = arguments.at(i) == "null" ? "" : text(i);
@@ -85,7 +85,7 @@ struct AsItIs {
     Text text;
 };
 
-// How results are written in examples.
+// These overloads write a result as the examples do.
 Text shown(const AsItIs& result) {
     return result.text;
 }
@@ -108,7 +108,7 @@ Text shown(const Text& text) {
     }
     return literal += '"';
 }
-/// The parts with blanks between them.
+/// Joins the parts, with \a separator between them.
 Text joined(const Texts& parts, const char* separator = " ") {
     Text text;
     for (const Text& part : parts)
@@ -138,7 +138,7 @@ Text content(const std::unique_ptr<Kel_ByteBuffer>& buffer) {
 Text content(Kel_ByteBuffer* made) {
     return content(std::unique_ptr<Kel_ByteBuffer>(made));
 }
-/// A buffer of the object's text, or of its bytes: the byte b0 is 0xB0.
+/// Makes a buffer of the object, which is a text or bytes in hexadecimal: "b0" is 0xB0.
 std::unique_ptr<Kel_ByteBuffer> bufferOf(const Text& object) {
     Text bytes = object[0] == '"' ? unquoted(object) : "";
     for (const Text& byte : allOf(bytes.empty() ? object : "", "(\\w\\w)"))
@@ -146,7 +146,7 @@ std::unique_ptr<Kel_ByteBuffer> bufferOf(const Text& object) {
     const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data());
     return std::make_unique<Kel_ByteBuffer>(data, bytes.size(), 0, 0);
 }
-/// The bytes of an object whose bytes have names: b0 is 0xB0, and 0 is the x of a gap.
+/// Writes bytes as examples with named bytes do: 0xB0 is "b0", and 0 (in a gap) is "x".
 AsItIs byName(const Text& bytes) {
     Texts names;
     for (const char byte : bytes)
@@ -154,7 +154,7 @@ AsItIs byName(const Text& bytes) {
                                   : Text{'b', Util::bin2Hex(static_cast<unsigned>(byte) % 16)});
     return {joined(names)};
 }
-/// A run that changes the object and shows all of it.
+/// Makes a run that changes the object and shows all of it.
 Run change(void (*action)(const Example&, Kel_ByteBuffer&)) {
     return [action](const Example& e) -> AsItIs {
         const auto buffer = bufferOf(e.object);
@@ -168,7 +168,7 @@ Run change(void (*action)(const Example&, Kel_ByteBuffer&)) {
 void openGap(const Example& e, Kel_ByteBuffer& buffer) {
     const std::uint64_t at = std::min(e.number(0), buffer.getSize());
     buffer.insertBytes(e.number(0), e.number(1));
-    std::fill_n(buffer.uPtr() + at, e.number(1), std::uint8_t{0}); // a gap has any values
+    std::fill_n(buffer.uPtr() + at, e.number(1), std::uint8_t{0}); // the library sets none
 }
 
 // NOLINTBEGIN(cert-err58-cpp): an exception here ends the test, as it should.
@@ -198,7 +198,7 @@ const Runs BUFFER{
          return inHexadecimal(content(Kel_ByteBuffer::hex2BinReverse(e.text(0).c_str())));
      }}};
 
-/// A run on a number with the object's width (16 bits if it has none) and value.
+/// Makes a run on a number with the object's width (16 bits if it has none) and value.
 template <typename Action>
 Run onNumber(Action action) {
     return [action](const Example& e) {
@@ -298,7 +298,7 @@ const Runs UTIL{
     {"uLL2DecStr", [](auto& e) { return Util::uLL2DecStr(e.number(0), out); }},
     {"double2Str", [](auto& e) { return Util::double2Str(e.real(0), out); }}};
 
-/// The sign of a comparison, which both forms of the function have to give.
+/// Returns the sign of a comparison, and expects the same sign from both overloads.
 AsItIs signOf(int ofTexts, int ofStrings) {
     const auto sign = [](int value) {
         return value < 0 ? "negative" : value > 0 ? "positive" : "0";
@@ -358,7 +358,7 @@ const Runs TEXTS{
 
 // NOLINTEND(cert-err58-cpp)
 
-/// The line that an action logs, without blanks at its ends.
+/// Returns what an action logs, without white space at its ends.
 AsItIs logged(const std::function<void(Logger&)>& action) {
     static const model::LogFile log;
     Logger& logger = Logger::logger;
@@ -419,7 +419,7 @@ Example parsed(const Text& call) {
     return {};
 }
 
-/// The result of an example, or the exception and what it leaves of an output.
+/// Returns the result of an example, or the exception and whether it leaves the output.
 Text outcome(const Run& run, const Example& example) {
     out = "left";
     try {

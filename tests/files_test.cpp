@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The file functions on the real host. Returned paths are checked by opening them.
+// Tests the file functions on the real host. A returned path is checked by opening the file.
 #include "KelRT/Kel_Util.h"
 #include "support/host.h"
 #include "support/outcome.h"
@@ -32,14 +32,15 @@ std::string library(const std::string& name) {
     return name + (WINDOWS ? ".dll" : ".so");
 }
 
-/// `list` after getDirectoryFileList, sorted.
+/// Calls getDirectoryFileList and returns \a list as it leaves it, sorted.
 Texts listed(const std::string& directory, bool listFlag, Texts list = {"old"}) {
     Kel_Util::getDirectoryFileList(directory, listFlag, list);
     std::sort(list.begin(), list.end());
     return list;
 }
 
-/// An empty directory that is current, home and all of PATH, with no override set.
+/// Makes an empty directory the current one, the home and the only entry of PATH. Nothing overrides
+/// the data directories.
 class Files : public ::testing::Test {
 protected:
     ~Files() override { Kel_Util::setUserDataDirPath(""); }
@@ -90,7 +91,7 @@ TEST_F(Files, UserDirectoryIsMadeOnceAndThenTakenAsItIs) {
 }
 
 TEST_F(Files, TemporaryFileTakesTheLowestFreeNumber) {
-    makeDirectories({".kel/trace1"}); // a directory takes its number too
+    makeDirectories({".kel/trace1"}); // a directory also takes up its number
     writeFile(temporary("trace0"), "kept");
     for (const std::string& name : {std::string("trace2"), std::string("trace3")}) {
         EXPECT_EQ(Kel_Util::createDotLumatraceTempFile("trace"), temporary(name));
@@ -280,7 +281,7 @@ TEST_F(Files, ListingReplacesTheListOrKeepsIt) {
     EXPECT_EQ(list, Texts());
 }
 
-/// A UTF-8 locale for a scope, where the host has one.
+/// Sets a UTF-8 locale for a scope, if the host has one.
 class Utf8Locale {
 public:
     Utf8Locale() = default;
@@ -294,8 +295,8 @@ private:
         std::setlocale(LC_ALL, "C.UTF-8") != nullptr || std::setlocale(LC_ALL, ".UTF-8") != nullptr;
 };
 
-// Code pages differ from the first 256 characters of Unicode at 0x80 to 0x9F. In a UTF-8 locale,
-// the fopen of UCRT decodes UTF-8.
+// On Windows, fopen decodes names by the code page or, in a UTF-8 locale of UCRT, as UTF-8. The
+// first name has 0x80, since code pages and Unicode differ at 0x80 to 0x9F.
 TEST_F(Files, NamesOutsideAsciiAreTheBytesThatFopenTakes) {
     const auto expectSameFiles = [&](const std::string& name) {
         ASSERT_TRUE(makeDirectory(here / name));

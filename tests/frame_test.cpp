@@ -15,7 +15,7 @@ using namespace KelRT;
 
 namespace {
 
-// Every test runs in its own process, so the texts are empty when one of these begins.
+// Every test runs in its own process, so each of these begins with empty version texts.
 
 TEST(Version, TextsHaveTheirFormsAndTheLongestFillsTheOthers) {
     const std::string full = getVersionWithBuildNumber();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// The sizes and alignments that a client was compiled with. They are the same on every 64-bit host;
-// 32-bit hosts align a 64-bit field to 8 bytes (Arm) or to 4 (x86). A change here breaks every
-// program that is linked with an earlier build of this major version. abi/libKelUtil.abi holds the
-// offsets of the fields.
+// Checks the sizes and alignments that clients are compiled with. They are the same on every 64-bit
+// host; 32-bit hosts align a 64-bit field to 8 bytes (Arm) or to 4 (x86). A change here breaks
+// every program that is linked with an earlier build of this major version. abi/libKelUtil.abi
+// holds the offsets of the fields.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_Number.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A program that logs, for what can only be seen from outside the process. The golden tests in
-// logging_process/ run it.
+// Logs where the effect can only be seen from outside the process: after a crash, for example. The
+// golden tests in logging_process/ run this program.
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
@@ -37,7 +37,7 @@ void logWithCopies() {
     assigned.logMethodExit(7);
 }
 
-// The last record leaves its line open, so it is lost.
+// Logs, then ends the process within a line, which is lost.
 [[noreturn]] void crashAfter(const std::string& what) {
     if (what == "dump") {
         unsigned char bytes[200];
@@ -53,8 +53,8 @@ void logWithCopies() {
 
 } // namespace
 
-// The arguments: a mode, and a descriptor that must no longer be open at the end; or "crash" and
-// what is logged before.
+// The arguments are MODE [DESCRIPTOR], where the descriptor must no longer be open at the end, or
+// "crash" WHAT, where WHAT is "dump" or the number of records to log before the crash.
 int main(int argc, char** argv) {
     const std::string mode = argc > 1 ? argv[1] : "";
     const auto other = mode == "other" ? std::make_unique<Logger>() : nullptr;
@@ -74,7 +74,7 @@ int main(int argc, char** argv) {
         logWithCopies();
     if (mode == "unload") {
         client.tracer.setMethodName("Client");
-        return 0; // the unloading of the library ends logging
+        return 0; // unloading the library ends logging
     }
     logger.endLogging();
     logger.startLogging();

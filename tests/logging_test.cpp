@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Records, traces and dumps within one process. The golden tests in logging_process/ cover start,
-// copies and end of logging.
+// Tests records, traces and dumps within one process. The golden tests in logging_process/ cover
+// copies, and the start and end of logging.
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
@@ -82,12 +82,12 @@ constexpr bool SANITIZED = true;
 constexpr bool SANITIZED = false;
 #endif
 
-constexpr std::size_t ROOM = 1 << 16; // on the stack of a thread
+constexpr std::size_t ROOM = 1 << 16; // bytes of a thread's stack to fill
 constexpr unsigned char PATTERN = 0xA5;
 
 std::uintptr_t lowestFilled = 0;
 
-// Fills the stack below the caller, down to the address in lowestFilled.
+// Fills ROOM bytes of the stack below the caller and stores the lowest address in lowestFilled.
 void fillStack() {
     volatile unsigned char room[ROOM];
     for (volatile unsigned char& byte : room)
@@ -95,7 +95,7 @@ void fillStack() {
     lowestFilled = reinterpret_cast<std::uintptr_t>(&room[0]);
 }
 
-// The bytes of stack that `call` uses.
+// Returns how many bytes of stack `call` uses: it overwrites the pattern in those bytes.
 std::size_t stackOf(const std::function<void()>& call) {
     std::size_t unused = 0;
     std::thread([&] {
@@ -142,7 +142,7 @@ TEST(LogRecord, RunTimeFormatsDoNotEndTheProcess) {
     logger.printLog(1, counting.c_str(), &count);
     for (const std::string format : {"%2$d\n", "%3$d%1$d\n", "%2$-8.3d|%4$d\n"})
         logger.printLog(1, format.c_str(), 1, 2, 3, 4);
-    if (test_host::WINDOWS) // has no numbered arguments
+    if (test_host::WINDOWS) // its formats have no numbered arguments
         return;
     EXPECT_EQ(count, 2);
     EXPECT_EQ(log.finish(), "abc\n2\n31\n002     |4\n");
@@ -228,7 +228,7 @@ TEST(MethodLogger, EveryDestructionClosesTheInnermostEntry) {
     const LogFile log;
     {
         MethodLogger early;
-        early.setMethodName("early"); // tracing is off: enters nothing, yet exits
+        early.setMethodName("early"); // tracing is off: no entry, but an exit at the end
         logger.setDetailLevel(4);
         logger.logMethodEntry("outer");
         logger.logMethodEntry("middle");
@@ -250,7 +250,7 @@ TEST(LogDump, TitlesAreTextsAndMayBeLeftOut) {
     const unsigned char bytes[] = {0x55, 0x0A};
     const std::string table = "\n(MSB<-LSB)  1  0\n00000000h: 0a 55 \n";
     logger.dumpBuffer(1, bytes, 12);
-    logger.dumpBuffer(1, "100%% of %s", bytes, 12); // untrusted: never a format
+    logger.dumpBuffer(1, "100%% of %s", bytes, 12); // a title is never used as a format
     logger.dumpBuffer(1, nullptr, bytes, 12);
     EXPECT_EQ(log.finish(), "[Buffer Dump]" + table + "100% of %s" + table + table);
 }

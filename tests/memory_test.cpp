@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Exhausted memory: every operation that allocates runs once for each of its allocations, and this
-// allocation fails. The operation either completes, or throws std::bad_alloc and leaves its object
-// unchanged.
-// The sanitized build also checks for leaks.
+// Lets each allocation of every operation fail in turn. The operation must either complete, or
+// throw std::bad_alloc and leave its object unchanged. The sanitized build also checks for leaks.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_Number.h"
@@ -45,7 +43,7 @@ protected:
     }
 };
 
-/// Calls \a action while every allocation fails, and expects that one is tried.
+/// Calls \a action while every allocation fails, and expects that it tries one.
 void whileExhausted(const std::function<void()>& action) {
     {
         const FailingNew noMemory;
@@ -54,8 +52,8 @@ void whileExhausted(const std::function<void()>& action) {
     EXPECT_TRUE(FailingNew::failed());
 }
 
-/// Runs \a attempt(failure, n) for both kinds of failure and n = 0, 1, ... until no allocation
-/// fails.
+/// Runs \a attempt(failure, n) for both kinds of failure and n = 0, 1, ... until it returns false
+/// because no allocation has failed.
 void forEveryAllocation(const std::string& name,
                         const std::function<bool(Failure, long)>& attempt) {
     for (const Failure failure : {Failure::persistent, Failure::single}) {
@@ -63,7 +61,7 @@ void forEveryAllocation(const std::string& name,
         long n = 0;
         while (attempt(failure, n) && n < 10000)
             ++n;
-        // An empty string of libc++ has room for the nineteen digits.
+        // The nineteen digits fit in a string of libc++ without an allocation.
         const bool fits = name == "uLL2DecStr" && std::string().capacity() >= 19;
         EXPECT_GE(n, fits ? 0 : 1);
         EXPECT_LT(n, 10000);
@@ -74,8 +72,8 @@ using Own = std::unique_ptr<Kel_ByteBuffer>;
 
 constexpr unsigned char BYTES[100] = {};
 
-/// The arguments of the operations. The current directory has a directory "a long name of one" with
-/// libraries, which is in PATH.
+/// Holds the arguments of the operations. The test has put the directory of the libraries, "a long
+/// name of one", in PATH.
 struct State {
     std::string word = std::string(60, 'w');
     std::string setting = "w=" + word;
@@ -89,13 +87,13 @@ struct State {
     Kel_Number wide{3000};
     Kel_Exception message{"kept"};
     std::vector<std::string> list{"kept", "and this one is longer than what fits inside"};
-    std::string out; // may be emptied
+    std::string out; // starts empty, since a failure may empty it
 
     State() {
         narrow.set('d', "-12345");
         wide.set('X', ones.substr(100));
     }
-    /// What an operation that throws must not change.
+    /// Returns in one text all that an operation that throws must not change.
     std::string kept() {
         const std::filesystem::directory_iterator made(".kel");
         return std::string(text.ptr(), static_cast<std::size_t>(text.getSize())) +
@@ -202,7 +200,7 @@ TEST_F(ExhaustedMemory, OperationsCompleteOrChangeNothing) {
         });
 }
 
-// A text is never returned in part, and a query that threw can be repeated.
+// A query returns no partial text, and a query that threw can be repeated.
 TEST_F(ExhaustedMemory, VersionTextsAreWholeOrUnfilled) {
     long n = 0;
     for (bool thrown = true; thrown; ++n) {
@@ -241,7 +239,7 @@ TEST_F(ExhaustedMemory, LoggingNeverThrowsAndKeepsItsIndentation) {
         return FailingNew::failed();
     });
     const std::string text = log.finish();
-    EXPECT_NE(text.find("\nalive 0\n"), std::string::npos); // at depth 0
+    EXPECT_NE(text.find("\nalive 0\n"), std::string::npos); // not indented: at depth 0
     EXPECT_NE(text.find("\nalive 1\n"), std::string::npos);
     EXPECT_EQ(text.find(" alive"), std::string::npos);
 }
@@ -253,7 +251,7 @@ TEST_F(ExhaustedMemory, LostNamesKeepExitsAndIndentationInOrder) {
     logger.logMethodEntry("kept");
     whileExhausted([&] { logger.logMethodEntry(lost.c_str()); });
     logger.logMethodEntry("inside");
-    logger.setDetailLevel(1); // no closing line from the copy that ends
+    logger.setDetailLevel(1); // the copy that ends writes no closing line
     Logger nameless;
     whileExhausted([&] { nameless = Logger(logger); });
     logger.setDetailLevel(4);

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Death tests: a debug build ends at a violated precondition. preconditions.cmake compares the
-// sentences of all asserts with the preconditions in the headers; this file tests the conditions at
-// their limits.
+// Tests that a debug build ends at a violated precondition, with arguments beyond the limits.
+// preconditions.cmake compares the sentences of all asserts with the preconditions in the headers.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
@@ -16,7 +15,7 @@ using namespace KelRT;
 
 namespace {
 
-/// The text "1": two bytes between reserves of one byte.
+/// Returns a buffer of the text "1" and its NUL, between reserves of one byte each.
 Kel_ByteBuffer& text() {
     static Kel_ByteBuffer buffer(reinterpret_cast<const unsigned char*>("1"), 2, 1, 1);
     return buffer;
@@ -27,7 +26,7 @@ char* const characters = reinterpret_cast<char*>(bytes);
 char* arguments[] = {characters, nullptr};
 
 constexpr struct {
-    const char* pattern; // of the assert's sentence
+    const char* pattern; // found in the sentence of the assert
     void (*violate)();
 } VIOLATIONS[] = {
     {"0 <= index < getSize", [] { text()[2] = 'x'; }},
@@ -55,7 +54,7 @@ constexpr struct {
     {"overlap", [] { Kel_NumberUtil::reverseBinStr2Bin(characters, bytes + 3); }},
     {"overlap", [] { Kel_NumberUtil::reverseStr(characters + 2, 2, characters); }},
     {"argv holds argc pointers", [] { static_cast<void>(Kel_Util::findKey(2, arguments, "a")); }},
-    // Also while nothing is logged.
+    // These are checked even while logging is off.
     {"name is not null", [] { Logger().logMethodEntry(nullptr); }},
     {"buffer holds the given number of bits", [] { Logger().dumpBuffer(1, nullptr, 1); }},
 };

@@ -32,7 +32,8 @@ Texts tokensOf(const char* text, const char* delimiters, Flags flags) {
 static_assert(!std::is_copy_constructible_v<Kel_StrTok> && !std::is_copy_assignable_v<Kel_StrTok>);
 static_assert(!std::is_move_constructible_v<Kel_StrTok>);
 
-// Selects a locale with one byte per character in which 0xC4 is an upper-case letter.
+// Selects a locale with one byte per character in which 0xC4 is an upper-case letter; returns false
+// if the host has none.
 bool selectLatinLocale() {
     const volatile int upper = 0xC4; // GCC computes tolower of a constant for the default locale
     const auto isLatin = [&](const char* name) {

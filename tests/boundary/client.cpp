@@ -15,7 +15,7 @@ namespace {
 
 int deletes = 0;
 
-// Lives as long as the client library, and logs when that is unloaded.
+// Logs when the client library is unloaded.
 struct LastWords {
     ~LastWords() { Logger::logger.printLog(1, "a client library ends\n"); }
 };
@@ -60,7 +60,7 @@ constexpr Client client{[] { return Kel_StrTok::CSV_DELIM; },
 
 } // namespace
 
-// These replace the operators for this library alone; on Linux that takes private_operators.map.
+// These replace the operators for this library alone. On Linux, private_operators.map hides them.
 void* operator new(std::size_t bytes) {
     if (void* const block = std::malloc(bytes))
         return block;

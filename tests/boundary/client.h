@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Two client libraries, both built from client.cpp with hidden visibility. Each exports a table of
-// functions, so that a program can compare what they see.
+// Declares two client libraries, both built from client.cpp with hidden visibility. Each exports a
+// table of functions, so that a program can compare what they see.
 #pragma once
 
 #include "KelRT/Kel_ByteBuffer.h"
@@ -14,23 +14,23 @@
 #endif
 
 struct Client {
-    /// Kel_StrTok::CSV_DELIM as the client sees it.
+    /// Returns Kel_StrTok::CSV_DELIM as the client sees it.
     const char* (*csvDelimiters)();
-    /// How many tokens a tokenizer of the client makes of \a text.
+    /// Counts the tokens of \a text with a tokenizer of the client.
     int (*countTokens)(const char* text, const char* delimiters);
-    /// Logger::logger as the client sees it.
+    /// Returns the address of Logger::logger as the client sees it.
     KelRT::Logger* (*logger)();
-    /// Traces itself and calls \a inner within.
+    /// Calls \a inner between the lines of its own method trace.
     void (*work)(void (*inner)());
-    /// True when the client catches what the library throws as Kel_Exception.
+    /// Makes the library throw; returns true if the client catches a Kel_Exception.
     bool (*catchesByType)();
-    /// Throws a Kel_Exception that the client has made.
+    /// Throws a Kel_Exception that the client made.
     void (*throwsException)();
-    /// Deletes a buffer that the library has made.
+    /// Deletes a buffer that the library made.
     void (*deleteBuffer)(KelRT::Kel_ByteBuffer* buffer);
-    /// The calls so far of the client's replacement of the global operator delete.
+    /// Returns how often the client's own operator delete has been called.
     int (*globalDeletes)();
-    /// Calls that replacement once.
+    /// Calls the client's own operator delete once.
     void (*callGlobalDelete)();
 };
 

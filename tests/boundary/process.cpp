@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A process with two client libraries that share one log and write to it until they are unloaded.
+// Runs two client libraries that share one log and write to it until they are unloaded.
 #include "client.h"
 
 using KelRT::Logger;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The report tool on a capture, a line "%%", and a table of fields. Whatever they hold, each fault
-// is one line with its place, the line ends of another host make no difference, and the changes
-// alone have the same faults.
+// Runs the report tool on an input that holds a capture, a line "%%" and a table of fields. For any
+// input, each fault is one line with its place; the line ends of Windows give the same report and
+// faults; and a report of only the changes has the same faults.
 #include "../../tools/field_report/formats.h"
 #include "../../tools/field_report/report.h"
 
@@ -24,7 +24,7 @@ std::string withLineEnds(const std::string& text, const char* lineEnd) {
     return result;
 }
 
-// The report, as a table for people or as the changes in JSON, and the faults.
+// Returns the report and its faults. The report is a table for people or, with onlyChanges, JSON.
 std::pair<std::string, std::string> reportOf(const std::string& capture, const std::string& table,
                                              const char* lineEnd, bool onlyChanges = false) {
     static const test_host::TemporaryDirectory directory;

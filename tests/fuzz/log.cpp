@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Records, traces and dumps with hostile texts, compared with the model of the log. A process
-// starts logging only once, so the environment sets the flags for all inputs.
+// Compares records, traces and dumps of hostile texts with the model of the log. A process starts
+// logging only once, so the flags come from the environment and are the same for all inputs.
 #include "KelRT/Logger.h"
 
 #include "input.h"
@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* FLAGS = "TOR_KEL_LOGFLAGS";
 
-/// A log on the captured standard output, and its model.
+/// Logs to the captured standard output and to the model.
 class Log {
 public:
     Log() {
@@ -100,12 +100,13 @@ private:
         expected.names.clear();
     }
     void dump(fuzz::Input& input, const std::string& title) {
+        // A vast dump gives almost UINT_MAX bits. Only the first 10,000 bytes are shown and read.
         const bool vast = !expected.whole && input.below(32) == 0;
         const auto bitCount =
             static_cast<unsigned>(vast                  ? 80008
                                   : input.below(8) != 0 ? input.below(700)
                                                         : 79860 + input.below(300));
-        std::vector<unsigned char> bytes((bitCount + 7) / 8); // no byte after the last bit
+        std::vector<unsigned char> bytes((bitCount + 7) / 8); // no spare byte at the end
         for (std::size_t i = 0; i < bytes.size(); ++i)
             bytes[i] = static_cast<unsigned char>(i < 50 ? input.value(1) : i * 37);
         const int level = input.below(8) == 0 ? 5 : 1;
@@ -114,7 +115,7 @@ private:
         if (level == 1)
             expected.dump(shown(title), bytes, bitCount);
     }
-    /// What a title shows: "%%" as one '%', at most 2,047 characters.
+    /// Returns what a title shows: one '%' for each "%%", and at most 2,047 characters.
     static std::string shown(const std::string& title) {
         std::string text;
         for (std::size_t i = 0; i < title.size(); ++i) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Paths of either host, compared with a model that reads one character at a time.
+// Compares normalised paths of either host with a model that reads one character at a time.
 #include "KelRT/Kel_Util.h"
 #include "files/paths.h"
 
@@ -13,7 +13,7 @@ using KelRT::Kel_Util;
 
 namespace {
 
-/// The normalised form of a path below a root. It ends in a separator if the path does.
+/// Returns the normalised form of a path below a root. It ends in a separator if the path does.
 std::string expected(char separator, const std::string& root, const std::string& path) {
     if (Port::endsInSeparator(Port::POSIX, path))
         return model::absolutePath(separator, root, path);
@@ -40,8 +40,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::require(!relative ||
                       Kel_Util::normalizePath(path) == expected('/', "", here + "/" + path),
                   "a relative path");
-    // Paths with any beginning, under the conventions of Windows. Our current directory has no
-    // drive.
+    // A Windows path with any beginning is not compared with the model, because the current
+    // directory here has no drive.
     const std::string any = KelRT::files::normalize(Port::WINDOWS, path);
     fuzz::requireEqual(any.find('/'), std::string::npos, "only the host's separator is written");
     return 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Any text and any set of delimiters in every mode, compared with a model that reads one character
-// at a time.
+// Compares the tokens of any text, with any set of delimiters and in every mode, with those of a
+// model that reads one character at a time.
 #include "KelRT/Kel_StrTok.h"
 
 #include "input.h"
@@ -32,7 +32,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         input.text(static_cast<std::size_t>(mode >> 5), "abcdefghijklmnopqrstuvwxyz,;");
     const char* const delimiters = (mode & 24) == 0 ? own.c_str() : input.oneOf(SETS);
     const std::string text = input.text(2000, input.oneOf(ALPHABETS));
-    // Exactly as long as the text, so that the sanitizer sees a read past it.
+    // This copy is exactly as long as the text, so the sanitizer sees a read past its NUL.
     const std::vector<char> exact(text.c_str(), text.c_str() + text.size() + 1);
 
     Kel_StrTok tokenizer(exact.data(), delimiters, flags.handleQuotes, flags.toLowerCase,

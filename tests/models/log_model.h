@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A slow, obvious Logger, which writes one piece at a time, and the log of a test to compare with.
+// Log is a slow, obvious Logger, which writes one piece at a time. LogFile is the log of a test.
 #pragma once
 
 #include "KelRT/Logger.h"
@@ -28,12 +28,12 @@ struct Log {
             return;
         for (int unit = 0; atLineStart && unit < depth; ++unit)
             text += "  ";
-        text += piece.substr(0, 2047);
+        text += piece.substr(0, 2047); // the longest record
         if (!piece.empty())
             atLineStart = text.back() == '\n';
     }
     void entry(const std::string& name, const std::string& arguments) {
-        record(4, "ENTERING " + name.substr(0, 2037) + " ");
+        record(4, "ENTERING " + name.substr(0, 2037) + " "); // 2,047 in all
         if (!arguments.empty())
             record(4, arguments);
         record(4, "\n");
@@ -41,7 +41,8 @@ struct Log {
             names.push_back(name);
         depth += level >= 4 ? 1 : 0;
     }
-    /// In a line that is too long, \a value is cut first, then the name, never \a result.
+    /// Writes "EXITING name", \a result and \a value. If they are too long, \a value is cut first,
+    /// then the name, never \a result.
     void exit(const std::string& result, const std::string& value = "") {
         if (level < 4 || names.empty())
             return;
@@ -55,7 +56,7 @@ struct Log {
             (value.empty() ? name : value).pop_back();
         record(4, "EXITING " + name + result + value + "\n");
     }
-    /// \a title is the text of the record; an empty one writes none.
+    /// Writes \a title as a record, unless it is empty, and then the table.
     void dump(const std::string& title, const std::vector<unsigned char>& buffer,
               std::uint64_t bitCount) {
         const std::uint64_t bytes = bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0);
@@ -112,11 +113,11 @@ public:
     LogFile& operator=(const LogFile&) = delete;
     ~LogFile() { KelRT::Logger::logger.endLogging(); } // Windows does not remove open files
 
-    /// The content of the file after the opening lines.
+    /// Returns the content of the file after the opening lines.
     [[nodiscard]] std::string text() const {
         return test_host::readWholeFile(path).substr(openingSize);
     }
-    /// The same at the end of logging at level 1, which writes no closing line.
+    /// Ends logging at level 1, which writes no closing line, and returns text().
     [[nodiscard]] std::string finish() const {
         KelRT::Logger::logger.setDetailLevel(1);
         KelRT::Logger::logger.endLogging();

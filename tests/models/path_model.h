@@ -5,8 +5,8 @@
 
 namespace model {
 
-/// The absolute form of a path below a root, found slowly: one character after the other is added
-/// to a part, which is applied to the text when it is complete.
+/// Returns the absolute form of a path below a root. It is slow and obvious: it collects a part of
+/// the path one character at a time, and applies the part to the result at the next separator.
 inline std::string absolutePath(char separator, const std::string& root, const std::string& path) {
     std::string text = root;
     std::string part;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A slow, obvious tokenizer: one character and one rule at a time.
+// Tokenizer is slow and obvious: it handles one character and one rule at a time.
 #pragma once
 
 #include <cstring>
@@ -60,7 +60,7 @@ private:
         ++at;
         if (closed && flags.keepQuotes) {
             token += '"';
-            ++at; // whatever follows the quote
+            ++at; // skips whatever follows the quote
         }
         return token;
     }
