@@ -28,7 +28,10 @@
 
 #include <cstdint>
 
-#if defined(KELRT_NO_EXTENSIONS) || !defined(__has_builtin)
+// 32-bit Arm without NEON has no vectors: there GCC takes them apart, and GCC 12 with -O3 gets some
+// comparisons of bytes wrong (with -fno-gcse it does not).
+#if defined(KELRT_NO_EXTENSIONS) || !defined(__has_builtin) ||                                     \
+    (defined(__arm__) && !defined(__ARM_NEON))
 namespace KelRT::common {
 using namespace iso;
 }
