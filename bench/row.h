@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // A row of a table compares several contenders that do the same work of the same size. The name of
-// each benchmark is FAMILY/WORK/SIZE/CONTENDER; report.py makes the tables from it.
+// each benchmark is FAMILY/OPERATION/SIZE/CONTENDER; report.py makes the tables from it.
 #pragma once
 
 #include <benchmark/benchmark.h>
