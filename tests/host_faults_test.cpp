@@ -220,8 +220,9 @@ void cancelWithin(std::function<void(int)> call) {
 }
 
 TEST(HostFaults, ThreadsCancelledInFileFunctionsLeaveNothingBehind) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "AddressSanitizer takes the stack of a cancelled thread for still in use";
+#if defined(__SANITIZE_ADDRESS__) && __GNUC__ < 13
+    GTEST_SKIP()
+        << "the AddressSanitizer of GCC 12 takes a cancelled thread's stack for still in use";
 #endif
     const test_host::TemporaryDirectory directory;
     const test_host::Variable searchPath("PATH", directory.path());
