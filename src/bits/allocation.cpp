@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Allocates and frees the memory of the buffer objects themselves. storage.cpp allocates the block
-// of their bytes.
+// Allocates and frees Kel_ByteBuffer objects. storage.cpp allocates the bytes that they hold.
 #include "KelRT/Kel_ByteBuffer.h"
 
 #include <cstdlib>
@@ -12,9 +11,8 @@
 namespace KelRT {
 namespace {
 
-// Over-aligned memory comes from malloc(), too. The pointer that malloc() returned is stored just
-// before the aligned address, where freeAlignedBlock() reads it.
-
+// Returns over-aligned memory, or null if memory is exhausted. It comes from malloc(). The pointer
+// that malloc() returned is stored just before the aligned address for freeAlignedBlock().
 void* alignedBlock(std::size_t bytes, std::align_val_t alignment) noexcept {
     const std::size_t extra = static_cast<std::size_t>(alignment) + sizeof(void*);
     void* const block = bytes + extra < bytes ? nullptr : std::malloc(bytes + extra);

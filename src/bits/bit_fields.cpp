@@ -8,8 +8,8 @@
 
 namespace KelRT {
 
-// An empty field is valid at the end of the buffer, but not past it. Comparing with the
-// difference cannot overflow, whereas bitPosition + bitCount could.
+// An empty field is valid at the end of the buffer, but not past it. The second comparison
+// subtracts, because bitPosition + bitCount could overflow.
 bool Kel_ByteBuffer::holdsField(std::uint64_t bitPosition, std::uint64_t bitCount) const noexcept {
     const std::uint64_t bits = size * 8;
     return bitPosition <= bits && bitCount <= bits - bitPosition;

@@ -25,7 +25,8 @@ void encodeU64(const unsigned char* bytes, char* out) {
 // highest.
 void encode(const unsigned char* bytes, std::uint64_t count, unsigned char* out) {
     char* to = reinterpret_cast<char*>(out);
-    // Without this loop, the benchmark row "encode, 4 KiB" takes at least 14 % longer.
+    // This loop handles sixteen bytes per step. Without it, the benchmark row "encode, 4 KiB" takes
+    // at least 14 % longer.
     for (; count >= 2 * common::U64_BYTES;
          count -= 2 * common::U64_BYTES, to += std::size_t{2} * common::HEX_DIGITS_PER_U64) {
         encodeU64(bytes + count - common::U64_BYTES, to);
@@ -52,8 +53,8 @@ void decodePairs(const unsigned char* text, std::uint64_t count, unsigned char* 
         *out = lenientValue(text[0]);
 }
 
-// Converts like decodePairs(), but takes blocks of sixteen characters while it can. If one of them
-// contains a non-digit, the whole text is converted again in pairs.
+// Does the same as decodePairs(), but converts blocks of sixteen digits at once. If a block
+// contains another character, decodePairs() converts the whole text again.
 void decode(const unsigned char* text, std::uint64_t count, unsigned char* out) {
     common::Vector valid = common::broadcastVector(0xFF);
     std::uint64_t left = count;
@@ -84,8 +85,8 @@ std::uint64_t readRepeating(const char* text, std::uint64_t count, std::uint64_t
     return number;
 }
 
-// Converts `count` characters of bit-mirrored text to ceil(count / 2) bytes. The first bit of the
-// text becomes bit 0, so the number that the digits show is mirrored.
+// Converts `count` characters of bit-mirrored text to ceil(count / 2) bytes. Reads up to sixteen
+// digits as one number and mirrors it, since the top bit of the first digit must become bit 0.
 void decodeMirrored(const char* text, std::uint64_t count, unsigned char* out) {
     std::uint64_t previous = 0;
     for (std::uint64_t i = 0; i < count;
@@ -149,7 +150,7 @@ void Kel_ByteBuffer::setHexStringBitCount(std::uint64_t bitCount) noexcept {
     byteAlign();
     assert((size == 0 || used()[size - 1] == '\0') && "the last used byte is the terminating NUL");
     const std::uint64_t wanted = common::divideUp(bitCount, 4);
-    if (size <= wanted) // size counts the NUL: the text has fewer digits than wanted
+    if (size <= wanted) // size counts the NUL, so the text is shorter than wanted
         return;
     giveToLowReserve(size - 1 - wanted);
     if (bitCount % 4 == 0)

@@ -10,9 +10,10 @@
 namespace KelRT {
 namespace {
 
-// The first three functions are helpers of the fourth one, shiftDown(). `shift` is 1 to 7.
+// These functions shift down, that is, towards bit 0, by `shift` bits (1 to 7). shiftDown() calls
+// the others.
 
-// Shifts fewer than VECTOR_BYTES bytes down.
+// Shifts fewer than VECTOR_BYTES bytes.
 void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     if (count > common::U64_BYTES) {
         const std::uint64_t next = bytes[common::U64_BYTES];
@@ -23,21 +24,22 @@ void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     common::storeBytes(bytes, common::loadBytes(bytes, count) >> shift, count);
 }
 
-// Shifts each element down. The low bits of the same element of `next` enter at its top.
+// Shifts each element of `vector`. The low bits of the element of `next` with the same index become
+// its high bits.
 common::U64Vector shifted(common::U64Vector vector, common::U64Vector next, unsigned shift) {
     return vector >> shift | next << (64 - shift);
 }
 
-// Shifts blocks of four vectors down, as long as a whole block lies before `end`. Returns the end
-// of the last block.
+// Shifts blocks of four vectors while a whole block lies before `end`. Returns the address after
+// the last block.
 //
-// The bits that enter a vector come from a second load, eight bytes further on, so no vector waits
-// for another. The second load may read the first eight bytes after `end`, which are not shifted
-// yet: shiftDown() stores the vector that begins at `end` last.
+// For each vector, a second load, eight bytes further on, supplies the bits that enter. So no
+// vector depends on another one. The second load may read the first eight bytes after `end`. They
+// are not shifted yet, because shiftDown() stores the vector that begins at `end` last.
 //
-// All loads of a block precede its stores; otherwise, the processor may predict a false
-// store-to-load dependency. With one u64 at a time, the benchmark row "shift by 3 bits, 4 KiB"
-// takes 40 % longer.
+// All loads of a block precede its stores. Otherwise, the processor may predict a false
+// store-to-load dependency. A loop that shifts one u64 at a time takes 40 % longer in the benchmark
+// row "shift by 3 bits, 4 KiB".
 unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, unsigned shift) {
     constexpr std::ptrdiff_t BLOCK = 4 * common::VECTOR_BYTES;
     for (; end - bytes >= BLOCK; bytes += BLOCK) {
@@ -53,20 +55,20 @@ unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, u
     return bytes;
 }
 
-// Shifts a byte string down by 1 to 7 bits, in place. Zeros enter at the top.
+// Shifts a byte string in place. Zeros enter at the top.
 void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     if (count < common::VECTOR_BYTES)
         return shiftFewDown(bytes, count, shift);
-    // The last vector may overlap the previous one, so it is computed before that one is stored.
+    // The last vector may overlap the previous one, so it is shifted before that one is stored.
     unsigned char* const lastStart = bytes + count - common::VECTOR_BYTES;
     const common::U64Vector last = common::loadU64Vector(lastStart);
     const common::U64Vector top =
         shifted(last, common::middleU64s(last, common::U64Vector{}), shift);
     bytes = shiftBlocksDown(bytes, lastStart, shift);
-    // This loop loads each byte only once. If the same bytes have just been shifted, a second load
-    // as in shiftBlocksDown() would span two recent stores. The processor can forward only one
-    // store to a load, so this load would wait for both. With one u64 at a time, the benchmark row
-    // "shift by 3 bits, 64 B" takes 26 % longer.
+    // Unlike shiftBlocksDown(), this loop loads each byte only once. If a previous call has just
+    // shifted the same bytes, a second load would span two stores of that call. The processor can
+    // forward only one store to a load, so the load would wait for both stores. A loop that shifts
+    // one u64 at a time takes 26 % longer in the benchmark row "shift by 3 bits, 64 B".
     constexpr std::ptrdiff_t VECTOR = common::VECTOR_BYTES;
     common::U64Vector current = common::loadU64Vector(bytes);
     for (; lastStart - bytes >= VECTOR; bytes += VECTOR) {
@@ -74,7 +76,7 @@ void shiftDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
         common::storeU64Vector(bytes, shifted(current, common::middleU64s(current, next), shift));
         current = next;
     }
-    if (bytes < lastStart) { // at most 7 bits enter, all from the next byte
+    if (bytes < lastStart) { // the next byte suffices: at most 7 bits enter
         const common::U64Vector next{bytes[VECTOR], 0};
         common::storeU64Vector(bytes, shifted(current, common::middleU64s(current, next), shift));
     }

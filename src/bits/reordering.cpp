@@ -37,7 +37,8 @@ void Kel_ByteBuffer::swapByteOrder(std::uint64_t fromByte, std::uint64_t byteCou
     unsigned char* low = used() + fromByte;
     unsigned char* high = low + byteCount;
     constexpr std::ptrdiff_t BLOCK = common::U64_BYTES;
-    // Without this loop, the benchmark row "reversal, bytes, 4 KiB" takes 68 % longer.
+    // This loop makes two exchanges per step. Without it, the benchmark row "reversal, bytes,
+    // 4 KiB" takes 68 % longer.
     for (; high - low >= 4 * BLOCK; low += 2 * BLOCK, high -= 2 * BLOCK) {
         exchangeReversed(low, high - BLOCK);
         exchangeReversed(low + BLOCK, high - 2 * BLOCK);

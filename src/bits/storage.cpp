@@ -14,8 +14,8 @@ namespace {
 
 using Block = std::unique_ptr<unsigned char[]>;
 
-// Adds sizes. Throws std::bad_alloc if no block can have the sum as its size. Each term is checked
-// before it is added, so no sum overflows.
+// Adds sizes. Throws std::bad_alloc if the sum is too large for a block. Each term and each partial
+// sum is checked, so no addition overflows.
 std::size_t sumOfSizes(std::initializer_list<std::uint64_t> sizes) {
     std::uint64_t sum = 0;
     for (const std::uint64_t size : sizes)
@@ -72,8 +72,8 @@ Kel_ByteBuffer& Kel_ByteBuffer::operator=(const Kel_ByteBuffer& other) {
     return *this;
 }
 
-// Each member of `other` is read and reset before ours is assigned, so self-assignment needs no
-// check.
+// Each member of `other` is reset before the member of this buffer is assigned. So self-assignment
+// changes nothing.
 Kel_ByteBuffer& Kel_ByteBuffer::operator=(Kel_ByteBuffer&& other) noexcept {
     startPosition = std::exchange(other.startPosition, 0);
     pendingBitShift = std::exchange(other.pendingBitShift, 0);

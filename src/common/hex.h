@@ -48,7 +48,8 @@ constexpr std::array<std::uint8_t, 256> HEX_VALUES = [] {
 // Packs the values of sixteen digits into a number. The first digit is the most significant one.
 [[nodiscard]] inline std::uint64_t packHex(Vector values) {
     const U64Vector pairs = u64VectorOf(values);
-    // Byte 2i becomes 16 * values[2i] + values[2i + 1]. evenBytes() drops the odd bytes.
+    // Byte 2i becomes 16 * values[2i] + values[2i + 1]. evenBytes() drops the odd bytes, and
+    // swapBytes() makes the first byte the most significant one.
     return swapBytes(evenBytes(pairs << 4 | pairs >> 8));
 }
 

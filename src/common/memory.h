@@ -19,8 +19,8 @@ template <typename Element = unsigned char>
     return static_cast<std::size_t>(count);
 }
 
-// Returns whether two blocks of memory overlap. An empty block strictly inside the other one counts
-// as overlapping. The blocks may belong to different objects.
+// Returns whether two blocks of memory overlap. An empty block overlaps another one only if it lies
+// strictly inside. The blocks may belong to different objects.
 [[nodiscard]] inline bool overlap(const void* a, std::uint64_t aSize, const void* b,
                                   std::uint64_t bSize) noexcept {
     const std::less<> before; // also orders pointers into different objects

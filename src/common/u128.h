@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// U128 is an unsigned integer of 128 bits, for the products of 64-bit integers. It is the type that
-// the compiler has as an extension, or else PortableU128, a class with the operators that the
-// library uses.
+// U128 is an unsigned integer of 128 bits, for the products of 64-bit integers. It is unsigned
+// __int128 where the compiler has this extension. Elsewhere it is PortableU128, a class with those
+// operators that the library uses.
 #pragma once
 
 #include <compare>
@@ -22,8 +22,8 @@ public:
     constexpr PortableU128(std::uint64_t newHigh, std::uint64_t newLow)
         : high(newHigh), low(newLow) {}
 
-    // Truncates to an integer type. Do not convert to bool: that compiles but ignores the high
-    // half, unlike the conversion of the compiler's type.
+    // Truncates to an integer type. Do not convert to bool: unlike the conversion of unsigned
+    // __int128, this one ignores the high half.
     template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
     constexpr explicit operator Integer() const {
         return static_cast<Integer>(low);
@@ -70,8 +70,7 @@ public:
     friend constexpr PortableU128 operator<<(PortableU128 a, unsigned count) {
         if (count >= 64)
             return {a.low << (count - 64), 0};
-        // The low half is shifted in two steps: if `count` is 0, one shift would be by 64 bits,
-        // which is undefined.
+        // Two shifts move a.low down by 64 - count, since a single shift by 64 is undefined.
         return {a.high << count | a.low >> 1 >> (63 - count), a.low << count};
     }
 
@@ -97,8 +96,8 @@ private:
 #endif
     }
 
-    // Adds up the four products of 32-bit halves. No sum overflows: it has one product and at most
-    // two halves, and (2^32 - 1)^2 + 2 (2^32 - 1) is 2^64 - 1.
+    // Adds up the four products of 32-bit halves. No sum overflows: each adds at most two halves to
+    // one product, and (2^32 - 1)^2 + 2 (2^32 - 1) is 2^64 - 1.
     [[nodiscard]] static constexpr PortableU128 productOfHalves(std::uint64_t a, std::uint64_t b) {
         constexpr std::uint64_t HALF = 0xFFFFFFFF;
         const std::uint64_t lowest = (a & HALF) * (b & HALF);

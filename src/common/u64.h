@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Loads and stores 64-bit integers, called u64, at any alignment, and gives access to their bytes
-// and bits. They are little-endian in memory on every host: bit n of the u64 at p is bit n % 8 of
+// Loads and stores 64-bit integers, called u64, at any alignment, and handles their bytes and bits.
+// In memory, a u64 is little-endian on every processor: bit n of the u64 at p is bit n % 8 of
 // p[n / 8]. The whole library numbers bits in this way.
 #pragma once
 
@@ -26,7 +26,7 @@ constexpr std::uint64_t U64_BYTES = 8;
     return value >> 16 | value << 16;
 }
 
-// Converts from the byte order of the host to little-endian, and back.
+// Converts from the byte order of the processor to little-endian, or back.
 template <typename Unsigned>
 [[nodiscard]] constexpr Unsigned littleEndian(Unsigned value) {
     if constexpr (std::endian::native == std::endian::big)
@@ -60,7 +60,7 @@ inline void storeU32(void* to, std::uint64_t value) {
 
 // Loads `count` bytes (0 to 8) as the low bytes of a u64, whose other bytes are 0. Two loads of
 // four bytes, or three of one byte, replace a loop. They may overlap: a byte that is loaded twice
-// gives the same bits both times. With a memcpy() of `count` bytes, the benchmark row
+// is shifted to the same place both times. With a memcpy() of `count` bytes, the benchmark row
 // "parse hexadecimal, mixed" takes 2.9 times as long.
 [[nodiscard]] inline std::uint64_t loadBytes(const void* from, std::uint64_t count) {
     const auto* const p = static_cast<const unsigned char*>(from);
@@ -110,7 +110,7 @@ template <typename Unsigned>
                                                  unsigned char filler) {
     if (count == U64_BYTES)
         return loadU64(from);
-    const std::uint64_t step = (U64_BYTES - count) * 4; // one shift by 64 would be undefined
+    const std::uint64_t step = (U64_BYTES - count) * 4; // halved: a shift by 64 would be undefined
     return loadBytes(from, count) << step << step | (broadcast(filler) & lowBits(2 * step));
 }
 
@@ -140,19 +140,19 @@ inline void storeHighBytes(void* to, std::uint64_t value, unsigned count) {
 
 // Packs eight bytes of 0 or 1 into eight bits, as the inverse of spreadBits().
 [[nodiscard]] constexpr std::uint8_t packBits(std::uint64_t value) {
-    // The product has bit 8n of `value` at bit 56 + n. No two partial products share a bit, so
-    // nothing carries.
+    // The multiplication moves bit 8n of `value` to bit 56 + n. No two partial products share a
+    // bit, so nothing carries.
     return static_cast<std::uint8_t>(value * 0x0102040810204080 >> 56);
 }
 
-// Returns the 64 bits from bit `shift` (0 to 7) of p[0] on. Reads nine bytes, even if `shift` is 0
-// and the ninth contributes nothing.
+// Returns the 64 bits that start at bit `shift` (0 to 7) of p[0]. Always reads nine bytes, even if
+// `shift` is 0.
 [[nodiscard]] inline std::uint64_t u64AtBit(const unsigned char* p, unsigned shift) {
     return loadU64(p) >> shift | std::uint64_t{p[U64_BYTES]} << 1 << (63 - shift);
 }
 
 // Reads the field of `count` bits (1 to 64) that starts at bit `position`. The field must lie
-// within the `size` bytes of `data`. No byte outside them is read.
+// within the `size` bytes of `data`; no other byte is read.
 [[nodiscard]] inline std::uint64_t readField(const unsigned char* data, std::uint64_t size,
                                              std::uint64_t position, std::uint64_t count) {
     const unsigned char* const p = data + position / 8;
@@ -177,7 +177,7 @@ inline void writeField(unsigned char* data, std::uint64_t size, std::uint64_t po
         return;
     }
     storeU64(p, (loadU64(p) & ~(mask << shift)) | value << shift);
-    if (shift + count > U64_BITS) { // the field reaches into a ninth byte; shift is not 0
+    if (shift + count > U64_BITS) { // the field reaches into a ninth byte, so shift is not 0
         const std::uint64_t kept = p[U64_BYTES] & ~(mask >> (U64_BITS - shift));
         p[U64_BYTES] = static_cast<unsigned char>(kept | value >> (U64_BITS - shift));
     }

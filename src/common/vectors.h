@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// Vectors have sixteen bytes and one of two back ends: GNU vector types, or two 64-bit integers in
-// ISO C++. The elements of a Vector are bytes, those of a U64Vector are 64-bit integers. They are
-// numbered in memory order on every host. The operators apply to each element:
+// Offers vectors of sixteen bytes. vectors_gnu.h implements them with GNU vector types,
+// vectors_iso.h with two 64-bit integers in ISO C++. The elements of a Vector are bytes, those of a
+// U64Vector are 64-bit integers. On every processor, they are numbered in memory order. These
+// operators apply to each element:
 //
 //   Vector                        &, |, >> and +; no sum may exceed 255
 //   U64Vector                     &, |, >> and <<
@@ -11,13 +12,13 @@
 //
 //   loadVector(from)              the sixteen bytes at `from`, at any alignment
 //   storeVector(to, vector)       writes sixteen bytes to `to`, at any alignment
-//   bytesOf(vector)               the bytes of the two integers, the lowest byte of each first
+//   bytesOf(vector)               both integers as bytes, least significant byte first
 //   firstU64(vector)              the integer in bytes 0 to 7
 //   secondU64(vector)             the integer in bytes 8 to 15
 //   middleU64s(a, b)              the second integer of `a`, then the first of `b`
 //   equal(vector, character)      compares each byte with `character`
-//   greater(vector, bound)        bound < byte <= 127, for bounds from 0 to 127
-//   between(vector, first, last)  first <= byte <= last, for bounds from 0 to 127
+//   greater(vector, bound)        compares: bound < byte <= 127; the bound is 0 to 127
+//   between(vector, first, last)  compares: first <= byte <= last; both are 0 to 127
 //   topBits(vector)               the top bit of byte i as bit i
 //   interleave(a, b)              bytes 0 to 7 of `a` and `b` in turn: a0 b0 a1 b1 and so on
 //   evenBytes(vector)             bytes 0, 2, 4, 6 of the first integer, then of the second
@@ -28,8 +29,8 @@
 
 #include <cstdint>
 
-// 32-bit Arm without NEON has no vectors: there GCC takes them apart, and GCC 12 with -O3 gets some
-// comparisons of bytes wrong (with -fno-gcse it does not).
+// On 32-bit Arm without NEON, GCC splits vectors into integers, and GCC 12 with -O3 compiles some
+// comparisons of bytes wrongly (with -fno-gcse it does not). So ISO C++ is used there.
 #if defined(KELRT_NO_EXTENSIONS) || !defined(__has_builtin) ||                                     \
     (defined(__arm__) && !defined(__ARM_NEON))
 namespace KelRT::common {
@@ -50,7 +51,7 @@ namespace KelRT::common {
 
 constexpr std::uint64_t VECTOR_BYTES = 16;
 
-// Converts the bytes of two integers to the integers, as the inverse of bytesOf().
+// Converts bytes to the two integers that they form. This is the inverse of bytesOf().
 [[nodiscard]] inline U64Vector u64VectorOf(Vector bytes) {
     return U64Vector{firstU64(bytes), secondU64(bytes)};
 }

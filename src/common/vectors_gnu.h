@@ -46,8 +46,8 @@ inline void storeVector(void* to, Vector vector) {
 
 using SignedVector = signed char __attribute__((vector_size(16)));
 
-// Compares signed bytes, since SSE2 cannot order unsigned ones. Bytes above 127 are negative there,
-// so they are never greater.
+// Compares signed bytes, since SSE2 cannot order unsigned ones. As signed bytes, those above 127
+// are negative, so they are never greater.
 [[nodiscard]] inline Vector greater(Vector vector, signed char bound) {
     return reinterpret_cast<Vector>(reinterpret_cast<SignedVector>(vector) > bound);
 }
@@ -79,7 +79,8 @@ using SignedVector = signed char __attribute__((vector_size(16)));
 [[nodiscard]] inline std::uint64_t evenBytes(U64Vector vector) {
     using Pairs = std::uint16_t __attribute__((vector_size(16)));
     using Bytes = unsigned char __attribute__((vector_size(8)));
-    // The even byte of a pair is its low half on little-endian hosts, its high half on others.
+    // The even byte of a pair is its low half on little-endian processors, its high half on
+    // others.
     constexpr unsigned SHIFT = std::endian::native == std::endian::little ? 0 : 8;
     const auto pairs = reinterpret_cast<Pairs>(bytesOf(vector));
     const Bytes bytes = __builtin_convertvector(pairs >> SHIFT & 0xFF, Bytes);

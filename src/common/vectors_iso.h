@@ -71,12 +71,12 @@ inline void storeVector(void* to, Vector vector) {
 }
 
 // Applies a comparison to each byte. `comparison(value)` must set the top bit of each byte for
-// which it holds, and clear that of the others. The other bits do not matter.
+// which it holds, and clear the top bit of every other byte. The low seven bits do not matter.
 template <typename Comparison>
 [[nodiscard]] Vector compare(Vector vector, Comparison comparison) {
     const auto masks = [comparison](std::uint64_t value) {
         const std::uint64_t found = comparison(value) & broadcast(0x80);
-        return (found << 1) - (found >> 7); // 2 * 0x80 - 1 where it is set, otherwise 0
+        return (found << 1) - (found >> 7); // each 0x80 becomes 0x100 - 1, or 0xFF
     };
     return {masks(vector.first), masks(vector.second)};
 }
@@ -90,8 +90,8 @@ template <typename Comparison>
     });
 }
 
-// Sets the top bit of each byte if bound <= byte <= 127, otherwise clears it. The other bits of the
-// result are unspecified. `bound` is 0 to 128.
+// Sets the top bit of each byte if bound <= byte <= 127, otherwise clears it. The low seven bits of
+// each byte are unspecified. `bound` is 0 to 128.
 [[nodiscard]] inline std::uint64_t atLeast(std::uint64_t value, int bound) {
     return ((value & broadcast(0x7F)) + broadcast(static_cast<unsigned char>(0x80 - bound))) &
            ~value;

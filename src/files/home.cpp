@@ -30,8 +30,8 @@ std::string files::createTempFile(const Port::Conventions& conventions,
     const std::string stem = Port::join(conventions, createUserDirectory(conventions), baseName);
     for (unsigned number = 0; number <= LAST_TEMP_NUMBER; ++number) {
         std::string candidate = stem + std::to_string(number);
-        // If another caller takes the name after exist(), try the next number. No other failure of
-        // create() is reported: the caller cannot open the path then.
+        // If another caller takes the name after exist(), try the next number. Do not report other
+        // failures of create(): the caller will notice them when it opens the path.
         if (!Port::File::exist(candidate.c_str()) &&
             Port::File::create(candidate.c_str()) != Port::Creation::nameTaken)
             return candidate;

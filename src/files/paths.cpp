@@ -23,12 +23,12 @@ std::string files::upToNul(const std::string& text) {
 std::string files::normalize(const Port::Conventions& conventions, const std::string& path) {
     if (path.empty())
         return path;
-    // The result ends in a separator only if path does, so "/a/.." gives "". Only "." is an
-    // exception: where the current directory is a root, it gives "/" (or "C:\").
+    // The result ends in a separator only if path does: "/a/.." gives "". The exception is ".",
+    // which gives "/" (or "C:\") if the current directory is a root.
     if (path == "." || Port::endsInSeparator(conventions, path))
         return absolute(conventions, path);
-    // absolute() adds a separator to a bare root, but not to other paths. Append one, so that every
-    // result ends in exactly one, and remove it.
+    // absolute() adds a separator to some results. If path ends in a separator, every result ends
+    // in exactly one, so append one to path and remove it from the result.
     std::string text = absolute(conventions, Port::join(conventions, path, ""));
     text.pop_back();
     return text;

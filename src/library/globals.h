@@ -5,7 +5,7 @@
 
 namespace KelRT::library {
 
-// These cache the version texts. Each is empty until its first query.
+// These cache the version texts. Each is empty until it is first queried.
 extern std::string branchText;
 extern std::string buildText;
 extern std::string versionNumberText;

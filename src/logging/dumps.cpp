@@ -24,28 +24,29 @@ constexpr std::string_view TRUNCATION_MESSAGE =
     "... (To display buffers larger than 10000, enable the print large\n"
     "buffer flag in TOR_KEL_LOGFLAGS. Set bit 1 high, where bit 0 is LSB.)";
 
-// Writes text in whole blocks to a line-buffered stream. The C library passes whole blocks on
-// unscanned; it would scan smaller writes for newlines and flush them line by line.
+// Collects text and writes it to a line-buffered stream in whole blocks. The C library passes whole
+// blocks on at once, but scans smaller writes for newlines and flushes them line by line.
 //
 // The buffer is static, because it is too large for the stacks of some threads. One is enough for
 // all Loggers, since callers serialise every log call.
 class BlockWriter {
 public:
-    // The longest piece, the truncation message, is shorter.
+    // A piece is a header, a row or the truncation message. The message is the longest one, but
+    // shorter than this.
     static constexpr std::size_t MAX_PIECE = 256;
 
     explicit BlockWriter(std::FILE* target) : stream(target) {}
 
     // Returns the place for the next piece, which has at most MAX_PIECE characters.
     char* next() const { return text + used; }
-    // Adds the piece that the caller wrote from next() to `end`.
+    // Adds the piece that the caller has written from next() up to `end`.
     void commit(const char* end) {
         used = static_cast<std::size_t>(end - text);
         if (used >= SIZE)
             flush(SIZE);
     }
     void finish() {
-        flush(used / BLOCK * BLOCK); // whole blocks are not scanned
+        flush(used / BLOCK * BLOCK); // the C library does not scan whole blocks
         flush(used);
     }
 
@@ -87,8 +88,8 @@ char* putRowStart(char* out, std::uint64_t index) {
     return put(out + DIGITS, "h: ");
 }
 
-// Maps each byte to its two digits and a space. A fourth character allows one four-byte copy; the
-// next output overwrites it.
+// Maps each byte to its two digits and a space. The fourth character only serves to copy four bytes
+// at once; the next output overwrites it.
 constexpr auto HEX_CELLS = [] {
     std::array<std::array<char, 4>, 256> cells{};
     for (unsigned byte = 0; byte != cells.size(); ++byte)
@@ -104,7 +105,8 @@ struct HexForm {
         std::memcpy(out, HEX_CELLS[byte].data(), HEX_CELLS[byte].size());
         return out + CELL_WIDTH;
     }
-    static void blankBits(char* /*cell*/, std::uint64_t /*count*/) {} // shows whole bytes
+    // Blanks nothing, since the hexadecimal form shows whole bytes.
+    static void blankBits(char* /*cell*/, std::uint64_t /*count*/) {}
 };
 
 struct BitForm {
@@ -138,14 +140,15 @@ char* putBytes(char* out, const unsigned char* bytes, std::uint64_t count) {
 }
 
 // Writes the row that begins at `index`; `end` is the number of bytes shown. A short last row is
-// padded on the left, unless it is the only row: the header is equally short then.
+// padded on the left. If it is the only row, it is not padded, since the header is equally short.
 template <typename Form>
 char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::uint64_t end,
              std::uint64_t bitCount) {
     out = putRowStart(out, index);
     const std::uint64_t count = std::min(end - index, Form::ROW_BYTES);
+    // Here the count is constant, so the compiler unrolls the loop of putBytes().
     if (count == Form::ROW_BYTES && 8 * (index + count) <= bitCount)
-        return putBytes<Form>(out, buffer + index, Form::ROW_BYTES); // constant count: unrolled
+        return putBytes<Form>(out, buffer + index, Form::ROW_BYTES);
     if (index != 0)
         out = putBlanks(out, (Form::ROW_BYTES - count) * Form::CELL_WIDTH);
     char* const highest = out;

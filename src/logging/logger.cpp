@@ -47,8 +47,8 @@ std::FILE* selectStream(const std::string& name) {
     return std::fopen(name.c_str(), "wt"); // 't' is text mode on Windows
 }
 
-// Opens the stream called `name`; returns null if it cannot be opened. Allocates the owner first:
-// if memory is exhausted, that throws and nothing is opened. The result keeps the owner alive.
+// Opens the stream called `name`; returns null if it cannot be opened. Allocates the owner first.
+// So if memory is exhausted, it throws before it opens anything. The result keeps the owner alive.
 std::shared_ptr<std::FILE> openStream(const std::string& name) {
     const auto owner = std::make_shared<StreamOwner>();
     owner->handle = selectStream(name);
@@ -66,7 +66,7 @@ void writeTimeLine(const char* event) {
     std::tm local{};
     if (!Port::localTime(std::time(nullptr), local) ||
         std::strftime(text.data(), text.size(), "%a %b %d %Y %I:%M:%S %p %Z", &local) == 0)
-        text.front() = '\0'; // a failed strftime leaves anything in it
+        text.front() = '\0'; // a failed strftime leaves it unspecified
     Logger::logger.printLog(BANNER_LEVEL, "----- Logging %s - %s\n", event, text.data());
 }
 
@@ -109,7 +109,7 @@ void Logger::startLogging() noexcept {
     atLineStart = true;
 }
 
-// Must be called after each change of the stream or the detail level.
+// Recomputes levelBound. Must be called after each change of the stream or the detail level.
 void Logger::updateLevelBound() noexcept {
     levelBound = stream != nullptr ? rankOf(detailLevel) + 1 : 0;
 }

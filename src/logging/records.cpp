@@ -27,7 +27,7 @@ void Logger::vprintLog(int level, const char* format, std::va_list arguments) no
     if (format == nullptr || *format == '\0')
         return flush();
     char text[logging::MAX_RECORD_LENGTH + 1];
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false positive: the caller starts it.
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false positive: callers call va_start.
     const int length = Port::formatText(text, sizeof text, format, arguments);
     if (length >= 0) // otherwise formatting failed and the record is lost
         write(text, std::min(static_cast<std::size_t>(length), logging::MAX_RECORD_LENGTH));

@@ -11,7 +11,7 @@ constexpr int ENVIRONMENT_LEVEL = 1; // what was read from the environment
 constexpr int BANNER_LEVEL = 2;      // banner, start and end of logging
 constexpr int TRACE_LEVEL = 4;       // method entries and exits
 
-// A longer record is truncated to this number of characters.
+// A record is truncated to this many characters.
 constexpr std::size_t MAX_RECORD_LENGTH = 2047;
 
 // Returns how many characters of a "%.*s" argument fit in a record beside `fixedText`.

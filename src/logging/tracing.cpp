@@ -14,8 +14,8 @@ namespace KelRT {
 using logging::maxPrecision;
 using logging::TRACE_LEVEL;
 
-// Name and result have this many characters together in an exit line. If they do not fit, a result
-// that is text is cut first, then the name; a number is never cut.
+// In an exit line, the name and the result together have room for this many characters. If they
+// need more, a text result is truncated first, then the name. A number is never truncated.
 constexpr int ROOM_FOR_NAME_AND_RESULT = maxPrecision("EXITING  -- returning \n");
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): the interface is printf's, and the compiler checks its calls.
@@ -124,7 +124,7 @@ const char* Logger::MethodStack::top() const noexcept {
 }
 
 void Logger::MethodStack::push(const char* name) noexcept {
-    // Entries above a nameless one are kept without names as well, so a count of them is enough.
+    // Entries above a nameless one get no names either, so it is enough to count them.
     if (nameless != 0) {
         ++nameless;
         return;

@@ -40,7 +40,7 @@ std::string_view takeComponent(const Conventions& conventions, std::string_view&
     return component;
 }
 
-// Splits a path that begins with `\\server\share`. The share may be missing.
+// Splits a path that begins with `\\server\share`, or with `\\server` alone.
 SplitPath splitShare(std::string_view path, const Conventions& conventions) {
     path.remove_prefix(2);
     std::string root(2, conventions.separator);
@@ -103,7 +103,7 @@ std::string absolutePath(std::string_view path, const Conventions& conventions) 
         current = currentDirectory(given.drive);
         if (current.empty())
             return {};
-        // In the current directory of a POSIX host, "\" is an ordinary character.
+        // On POSIX, the names in the current directory's path may contain '\'.
         const SplitPath base = split(current, conventions);
         if (given.start == Start::currentDirectory)
             appendComponents(components, conventions, base.components,
@@ -112,8 +112,8 @@ std::string absolutePath(std::string_view path, const Conventions& conventions) 
     }
     appendComponents(components, conventions, given.components, "/\\");
     std::string text = compose(given.root, components, conventions.separator);
-    // The size tells which root needs a separator after it: "" (of POSIX) and "C:" (of a drive) do,
-    // that of a share, which is longer, does not.
+    // If nothing follows the root, it needs a separator, unless it is that of a share. Only the
+    // root of a share has more than two characters: the others are "" (POSIX) and "C:" (a drive).
     const bool bareRoot = components.empty() && given.root.size() <= 2;
     if (bareRoot || endsInSeparator(conventions, path))
         text += conventions.separator;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Handles paths as text, so they need not exist. The conventions are an argument, so those of both
-// hosts can be tested on either.
+// Handles paths as text, so they need not exist. The conventions of a host are an argument, so
+// tests can pass those of another host.
 #pragma once
 
 #include "port/host.h"
@@ -31,7 +31,7 @@ inline constexpr const Conventions& NATIVE = WINDOWS;
 inline constexpr const Conventions& NATIVE = POSIX;
 #endif
 
-// In a path from a caller, both '/' and '\' separate components, on every host.
+// Both '/' and '\' separate the components of a path that a caller passes, on every host.
 [[nodiscard]] constexpr bool isSeparator(char character) {
     return character == '/' || character == '\\';
 }
@@ -72,9 +72,9 @@ public:
 
     // Returns the absolute form of the path. It is computed from the text and the current
     // directory, without following links. "." and ".." are resolved; ".." at the root stays there.
-    // Each run of separators becomes one separator of the host, also at the end of the path. If
-    // nothing but the root of a drive or of POSIX is left, it ends in a separator, too. The result
-    // is empty if the current directory is needed and cannot be read. The flag is ignored.
+    // Each run of separators becomes one separator of the conventions. The result ends in a
+    // separator if the path does, or if the result is only the root of a drive or of POSIX. It is
+    // empty if the current directory is needed and cannot be read. The flag is ignored.
     //
     // On Windows, a path may begin with a drive or a share, which ".." does not remove. A path such
     // as `C:x` is relative to the current directory of its drive.

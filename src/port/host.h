@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
-// Gives access to the files and directories of the host. Each host has its own source, which a fake
-// host can replace in tests. File, UT_DIR and FileName have the names and the ignored flags of the
-// platform library that this layer replaces.
+// Gives access to the files and directories of the host, which is the operating system. Each host
+// has its own source, which a fake host can replace in tests. The names File, UT_DIR and FileName
+// and the flags that are ignored come from the platform library that this layer replaces.
 //
 // A path is a NUL-terminated byte string in the host's narrow encoding. It names the file that
-// fopen() would open. If the host refuses an operation (a missing or unreadable parent, a name that
-// is too long), the result says so; only std::bad_alloc is thrown.
+// fopen() would open. If the host refuses an operation, for example because a parent is missing or
+// a name is too long, the result says so. The functions throw nothing but std::bad_alloc.
 //
-// Threads: the functions share only what the host shares (the current directory, the file system).
+// Threads: the functions share no state but the host's (the current directory, the file system).
 #pragma once
 
 #include <atomic>
@@ -20,9 +20,9 @@
 
 namespace Port {
 
-// Only counts its instances, since no supported host needs preparation for file operations. The
-// library holds one from load to unload, so it outlives every file operation. File and UT_DIR
-// assert that one exists.
+// Counts its instances and does nothing else, since no supported host needs preparation for file
+// operations. The library has one instance from load to unload, so it outlives every file
+// operation. File and UT_DIR assert that an instance exists.
 class FileInit {
 public:
     FileInit() noexcept { ++instances; }
@@ -67,7 +67,7 @@ struct File {
 // directory, or does not exist, the result is the drive's root.
 [[nodiscard]] std::string currentDirectory(char drive = 0);
 
-// Iterates over the entries of a UT_DIR, which must not change or be destroyed meanwhile.
+// Iterates over the entries of a UT_DIR, which must outlive the iterator unchanged.
 class UT_DIR_ITERATOR {
 public:
     explicit UT_DIR_ITERATOR(std::vector<std::string>::const_iterator entry) : current(entry) {}
@@ -84,7 +84,7 @@ private:
     std::vector<std::string>::const_iterator current;
 };
 
-// Reads the entries of a directory, all at construction, and keeps them in the host's order.
+// Reads all entries of a directory at construction and keeps them in the host's order.
 class UT_DIR {
 public:
     // Flag 1 leaves "." and ".." out; 0 includes them if the host lists them.

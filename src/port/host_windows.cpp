@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Decodes paths as fopen() does and calls the wide system functions. The narrow ones would ignore
-// the locale, whereas the fopen() of UCRT decodes UTF-8 in a UTF-8 locale.
+// Decodes paths as fopen() does and calls the wide system functions. The narrow functions ignore
+// the locale, but in a UTF-8 locale, the fopen() of UCRT decodes paths as UTF-8.
 #include "port/host.h"
 
 #include "port/locale_windows.h"
@@ -52,7 +52,7 @@ std::string narrow(const WCHAR* path) {
     return text.c_str();
 }
 
-// Opens a file that others may use meanwhile. Returns null if the host refuses.
+// Opens a file, which others may still read, write and delete. Returns null if the host refuses.
 FileHandle openFile(const WideText& path, DWORD access, DWORD disposition, DWORD flags) {
     constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const HANDLE file =
@@ -70,7 +70,7 @@ DWORD attributesOfTarget(const WideText& path) {
                : INVALID_FILE_ATTRIBUTES;
 }
 
-// Returns the absolute form of a path, or an empty text if the host has none.
+// Returns the absolute form of a path, or an empty text on failure.
 WideText fullPath(const WideText& path) {
     WideText text(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), WCHAR{});
     const DWORD length =
@@ -82,8 +82,8 @@ WideText fullPath(const WideText& path) {
 } // namespace
 
 bool isLeadByte(char byte) {
-    // UTF-8 needs no lead bytes here, and the call returns FALSE: no byte of a longer character
-    // looks like a separator.
+    // For UTF-8, the call returns FALSE. This is right, since no byte of a UTF-8 character of two
+    // or more bytes looks like a separator.
     return IsDBCSLeadByteEx(pathEncoding(), static_cast<BYTE>(byte)) != FALSE;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Wraps the run-time services of the host that this library needs. Each host has its own source.
+// Wraps run-time services of the host and of its C library. Each host has its own source.
 #pragma once
 
 #include <cstdarg>
@@ -26,16 +26,16 @@ inline constexpr bool HAS_LINE_BUFFERING = false;
 inline constexpr bool HAS_LINE_BUFFERING = true;
 #endif
 
-// Formats like std::vsnprintf(). If the host rejects the format, returns a negative number and does
-// not end the process, even in a hardened build.
+// Formats like std::vsnprintf(). If the C library refuses the format, returns a negative number and
+// does not end the process, even in a build with _FORTIFY_SOURCE.
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept;
 
 // Converts the character at `text`, which is not NUL, to the encoding of the locale and moves
-// `text` past it. Returns "?" if that encoding does not have the character.
+// `text` past it. Returns "?" if that encoding lacks the character.
 [[nodiscard]] std::string takeCharacter(const wchar_t*& text);
 
-// Converts to local time without the static object of std::localtime(). Returns false if the host
-// cannot convert the time.
+// Converts to local time. Unlike std::localtime(), uses no static object. Returns false if the C
+// library cannot convert the time.
 bool localTime(std::time_t time, std::tm& local) noexcept;
 
 // While an instance exists, its thread cannot be cancelled: a request stays pending. With glibc, a

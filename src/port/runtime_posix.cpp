@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// With _FORTIFY_SOURCE, the C library ends the process on some formats that it otherwise accepts:
-// those in writable memory with %n, and those with gaps in numbered arguments. So this file alone
-// is compiled without it.
+// This file alone is compiled without _FORTIFY_SOURCE. With it, the C library ends the process on
+// some formats that it otherwise accepts: a format in writable memory that contains %n, and a
+// format whose numbered arguments have a gap, such as "%2$d" without "%1$d".
 #undef _FORTIFY_SOURCE
 #include "port/runtime.h"
 

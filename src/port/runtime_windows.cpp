@@ -16,7 +16,7 @@ namespace Port {
 
 int formatText(char* text, std::size_t size, const char* format, std::va_list arguments) noexcept {
 #if defined(_MSC_VER)
-    // Without a handler, this C library ends the process if it rejects the format.
+    // Without a handler, this C library ends the process if it refuses the format.
     const auto ignore = [](const wchar_t*, const wchar_t*, const wchar_t*, unsigned,
                            std::uintptr_t) {};
     const auto previous = _set_thread_local_invalid_parameter_handler(ignore);
@@ -28,8 +28,8 @@ int formatText(char* text, std::size_t size, const char* format, std::va_list ar
 #endif
 }
 
-// A character is one code unit or a surrogate pair. The C library would convert each unit of a pair
-// by itself, so WideCharToMultiByte() converts to UTF-8. No other encoding can represent a pair.
+// A character is one code unit or a surrogate pair. Only UTF-8 can represent a pair. The C library
+// would convert each unit of a pair by itself, so WideCharToMultiByte() converts to UTF-8.
 std::string takeCharacter(const wchar_t*& text) {
     const int units = IS_SURROGATE_PAIR(text[0], text[1]) ? 2 : 1;
     const wchar_t* const character = std::exchange(text, text + units);
