@@ -95,6 +95,7 @@ void decodeMirrored(const char* text, std::uint64_t count, unsigned char* out) {
         std::uint64_t number = 0;
         if (!common::readHex(text + i, static_cast<unsigned>(digits), number))
             number = readRepeating(text + i, digits, previous);
+        // Mirroring moves the 4 * digits bits of the number to the top of the u64.
         common::storeBytes(out, common::mirrorU64(number) >> (common::U64_BITS - 4 * digits),
                            (digits + 1) / 2);
         previous = number & 0xF;

@@ -10,7 +10,7 @@ namespace KelRT {
 namespace {
 
 // Exchanges two blocks of eight bytes and reverses each. They may overlap: both are loaded first,
-// and both stores write the same values to the shared bytes.
+// and a byte in both blocks gets the same value from either store.
 inline void exchangeReversed(unsigned char* low, unsigned char* high) {
     const std::uint64_t lowBytes = common::loadU64(low);
     const std::uint64_t highBytes = common::loadU64(high);

@@ -70,7 +70,8 @@ public:
     friend constexpr PortableU128 operator<<(PortableU128 a, unsigned count) {
         if (count >= 64)
             return {a.low << (count - 64), 0};
-        // Two shifts move a.low down by 64 - count, since a single shift by 64 is undefined.
+        // Two shifts move a.low down by 64 - count. If `count` is 0, one shift would be by 64,
+        // which is undefined.
         return {a.high << count | a.low >> 1 >> (63 - count), a.low << count};
     }
 

@@ -79,8 +79,7 @@ using SignedVector = signed char __attribute__((vector_size(16)));
 [[nodiscard]] inline std::uint64_t evenBytes(U64Vector vector) {
     using Pairs = std::uint16_t __attribute__((vector_size(16)));
     using Bytes = unsigned char __attribute__((vector_size(8)));
-    // The even byte of a pair is its low half on little-endian processors, its high half on
-    // others.
+    // The even byte of a pair is its low half on little-endian processors, else its high half.
     constexpr unsigned SHIFT = std::endian::native == std::endian::little ? 0 : 8;
     const auto pairs = reinterpret_cast<Pairs>(bytesOf(vector));
     const Bytes bytes = __builtin_convertvector(pairs >> SHIFT & 0xFF, Bytes);

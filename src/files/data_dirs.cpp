@@ -17,7 +17,7 @@ std::string withSeparator(const Conventions& conventions, const std::string& dir
 }
 
 // Returns the directory data/FAMILY of the installation, not normalised. The library's directory is
-// two levels below the root of the installation. If it is /opt/kel/bin/x64, the result is
+// two levels below the root of the installation. For /opt/kel/bin/x64, the result is
 //     "/opt/kel/bin/x64/../../data/FAMILY/"
 std::string installedDirectory(const Conventions& conventions, const char* library,
                                const char* family) {

@@ -10,7 +10,7 @@ namespace KelRT {
 namespace {
 
 constexpr const char* HOME_VARIABLE = "USERPROFILE"; // on every host
-constexpr const char* USER_DIRECTORY = ".kel";       // createDotLumatraceDir makes it
+constexpr const char* USER_DIRECTORY = ".kel";       // createDotLumatraceDir creates it
 constexpr unsigned LAST_TEMP_NUMBER = 32001;
 
 } // namespace

@@ -25,7 +25,7 @@ constexpr std::string_view TRUNCATION_MESSAGE =
     "buffer flag in TOR_KEL_LOGFLAGS. Set bit 1 high, where bit 0 is LSB.)";
 
 // Collects text and writes it to a line-buffered stream in whole blocks. The C library passes whole
-// blocks on at once, but scans smaller writes for newlines and flushes them line by line.
+// blocks on directly, but scans smaller writes for newlines and flushes them line by line.
 //
 // The buffer is static, because it is too large for the stacks of some threads. One is enough for
 // all Loggers, since callers serialise every log call.
@@ -146,7 +146,7 @@ char* putRow(char* out, const unsigned char* buffer, std::uint64_t index, std::u
              std::uint64_t bitCount) {
     out = putRowStart(out, index);
     const std::uint64_t count = std::min(end - index, Form::ROW_BYTES);
-    // Here the count is constant, so the compiler unrolls the loop of putBytes().
+    // A full row passes a constant count, so the compiler unrolls the loop of putBytes().
     if (count == Form::ROW_BYTES && 8 * (index + count) <= bitCount)
         return putBytes<Form>(out, buffer + index, Form::ROW_BYTES);
     if (index != 0)

@@ -19,7 +19,7 @@ using logging::ENVIRONMENT_LEVEL;
 
 namespace {
 
-// True once any Logger of the process has started.
+// Becomes true when the first Logger of the process starts.
 bool loggingStarted = false;
 
 // Owns the stream that Loggers share. The last Logger that releases the stream closes it.
@@ -47,8 +47,8 @@ std::FILE* selectStream(const std::string& name) {
     return std::fopen(name.c_str(), "wt"); // 't' is text mode on Windows
 }
 
-// Opens the stream called `name`; returns null if it cannot be opened. Allocates the owner first.
-// So if memory is exhausted, it throws before it opens anything. The result keeps the owner alive.
+// Opens the stream called `name`; returns null if it cannot be opened. Allocates the owner first,
+// so that nothing is open if the allocation throws. The result keeps the owner alive.
 std::shared_ptr<std::FILE> openStream(const std::string& name) {
     const auto owner = std::make_shared<StreamOwner>();
     owner->handle = selectStream(name);

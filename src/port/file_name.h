@@ -72,7 +72,7 @@ public:
 
     // Returns the absolute form of the path. It is computed from the text and the current
     // directory, without following links. "." and ".." are resolved; ".." at the root stays there.
-    // Each run of separators becomes one separator of the conventions. The result ends in a
+    // Each run of separators becomes one `conventions.separator`. The result ends in a
     // separator if the path does, or if the result is only the root of a drive or of POSIX. It is
     // empty if the current directory is needed and cannot be read. The flag is ignored.
     //

@@ -32,7 +32,7 @@ std::string findIn(const Entry* entries, std::uint32_t count, const std::string&
 } // namespace
 
 std::string Kel_Util::findKey(std::vector<std::string>& entries, const std::string& key) {
-    // Searches size modulo 2^32 entries, since both overloads count in 32 bits.
+    // Both overloads count in 32 bits, so this one searches size() modulo 2^32 entries.
     return findIn(entries.data(), static_cast<std::uint32_t>(entries.size()), key);
 }
 

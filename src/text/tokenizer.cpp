@@ -112,8 +112,7 @@ std::uint64_t Kel_StrTok::findDelimiter(std::uint64_t from) noexcept {
     }
 }
 
-// Returns the index of the first character at or after `from` that is not a delimiter, or the
-// length.
+// Returns the index of the first non-delimiter at or after `from`, or the length.
 std::uint64_t Kel_StrTok::skipDelimiters(std::uint64_t from) noexcept {
     while (from < length) {
         const auto run = static_cast<unsigned>(std::countr_one(delimitersFrom(from)));
