@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Measures conversions between bytes, texts of '0' and '1', and hexadecimal text. Each writes into
-// a given string or array. The library puts bit 0 first and the peers put it last. So that all make
-// the same texts, the peers get the bits in the opposite order.
+// Measures conversions between bytes, texts of '0' and '1', and hexadecimal text. Every conversion
+// writes into an existing string or array. The library puts bit 0 first and the peers put it last.
+// To make the same texts, the peers get the bits in the opposite order.
 #include "peers.h"
 #include "row.h"
 
@@ -55,7 +55,7 @@ std::string peersBytes(State& own) {
     return textOf(mirrored(own.bytesOut));
 }
 
-/// Adds a contender that passes the state and a number of GMP to \a work.
+/// Adds GMP as a contender: \a work gets the state and an integer of GMP.
 template <typename Work, typename Result>
 void addGmp(Row& row, const State& state, Work work, Result result) {
     row.addPeer<peers::Gmp>("GMP", [&](auto gmp) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Shared by dumps.cpp and dump_bits.cpp. These are two programs, since a process cannot change the
-// form of its dumps after logging has started.
+// Holds what dumps.cpp and dump_bits.cpp share. They are two programs, since a process cannot
+// change the form of its dumps after logging has started.
 #pragma once
 
 #include "log_file.h"
@@ -13,8 +13,8 @@
 
 namespace bench {
 
-/// Returns the bytes that \a table shows. In each line these stand between the colon after the
-/// address and two blanks, which precede a column of characters.
+/// Returns the bytes that \a table shows. A line has an address, a colon and the bytes; two blanks
+/// and a column of characters may follow.
 /// \param digits    the number of digits of a byte: 2 hexadecimal or 8 binary
 /// \param lastFirst true if the rightmost byte of a line is the first in memory
 inline std::string bytesOf(const std::string& table, unsigned digits, bool lastFirst) {

@@ -28,7 +28,7 @@ Bytes reversed(Bytes bytes) {
     return bytes;
 }
 
-/// A peer decodes into an object of the type BYTES.
+/// Holds the bytes and the text of a contender. BYTES is the type into which a peer decodes.
 template <typename BYTES>
 struct State {
     BYTES bytes;

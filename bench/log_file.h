@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Each contender writes to its own file in memory (tmpfs, /dev/shm). The file is truncated before
-// each run, outside the measured time, so that every run allocates new pages. The contender's own
-// descriptor is used for it.
+// each run, outside the measured time, so that every run allocates new pages. This also moves the
+// contender's own descriptor back to the start of the file.
 #pragma once
 
 #include "row.h"
@@ -91,7 +91,7 @@ private:
     int openDescriptor;
 };
 
-/// A contender that writes to a file. Its result is what \a text makes of the content of the file.
+/// A contender that writes to a file. Its result is what `text` returns for the file's content.
 template <typename Write, typename Text>
 struct Writer {
     LogFile file;

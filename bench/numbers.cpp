@@ -19,7 +19,7 @@ namespace {
 struct Base {
     const char* name;
     unsigned radix;
-    char letter; // of the radix, in the library
+    char letter; // the library's radix letter
 };
 constexpr Base DECIMAL{"decimal", 10, 'u'};
 constexpr Base BASES[] = {{"radix 2", 2, 'b'}, {"radix 8", 8, 'o'}, DECIMAL, {"radix 16", 16, 'x'}};
@@ -112,7 +112,8 @@ void rows(const char* work, const Base& base, unsigned bits, const Widest& wides
     row.limit(copying(text));
 }
 
-// Compares decimal text with that of half the width: a ratio of 4 would mean quadratic cost.
+// In the table of growth, a number is compared with one of half the width: a ratio of 4 would mean
+// quadratic cost. The two have different results, so each contender checks its own.
 template <template <typename> typename Work>
 struct Agreeing : Work<KelNumber> {
     using Work<KelNumber>::Work;

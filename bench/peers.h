@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Defines for each peer what it does in the benchmarks. If the peer was not found, so that its
-// macro HAVE_... is not defined, or if a family is not compared with it, `Missing` takes its place.
+// Each peer has a structure here with the operations that the benchmarks measure. A peer that is
+// not installed, or with which a family is not compared, has no macro HAVE_... and is only derived
+// from `Missing`.
 #pragma once
 
 #include <cstdint>

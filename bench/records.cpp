@@ -16,7 +16,7 @@ namespace {
 constexpr unsigned RECORD_COUNT = 1000;
 constexpr int WRITTEN = 1;
 constexpr int FILTERED = 5;
-/// Holds the arguments of a record: a text, a decimal and a hexadecimal number.
+/// Holds the arguments of a record: a text, a number printed in decimal, and one in hexadecimal.
 struct Record {
     const char* state;
     unsigned bits;
@@ -87,9 +87,9 @@ void writtenRow(const LogFile& ownFile, const LogDirectory& directory) {
                      same});
 }
 
-// A contender for filtered records. It reads the level again for every record, and its result shows
-// that it has written nothing. Its file is emptied only once, before all runs, since that takes
-// longer than a run.
+// A contender for filtered records. It reads the level again for every record. Its result is the
+// content of its file, which must be empty. The file is truncated only once, before all runs, since
+// truncating it takes longer than a run.
 template <typename Write>
 struct Filtered {
     LogFile file;

@@ -5,10 +5,10 @@
 usage: report.py GOALS PEERS RESULT.json... [--plain RESULT.json...]
 
 Prints the peers with their versions, which the file PEERS lists, and one table per family. A row has the work,
-the size, our time, the time of each peer, and the ratios of our time to the best peer's and to the limit; with
---plain also the time of the library without compiler extensions. A time is the median, over the repetitions, of
-the processor time of one operation. A goal that names peers requires every other peer to be slower. The exit
-status is 1 if a row misses its goal.
+the size, the library's time, the time of each peer, and the ratios of the library's time to the best peer's and
+to the limit. With --plain it also has the time of the library without compiler extensions. A time is the median,
+over the repetitions, of the processor time of one operation. If a goal names peers, the row also misses it if any
+other peer is faster. The exit status is 1 if a row misses its goal.
 """
 import json
 import statistics

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A row of a table compares several contenders that do the same work of the same size. The name of
-// each benchmark is FAMILY/OPERATION/SIZE/CONTENDER; report.py makes the tables from it.
+// A row of a table compares several contenders that do the same work of the same size. Each
+// benchmark is named FAMILY/WORK/SIZE/CONTENDER; report.py makes the tables from these names.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -38,9 +38,10 @@ public:
         : prefix(family + '/' + work + '/' + size + '/'), itemCount(items) {}
 
     /// Adds a contender: an object with `void run()` and `std::string result()`. Each benchmark
-    /// starts from a copy of \a contender. The result of its first run must equal that of the row's
-    /// first contender. If it has `void prepare()`, this is called before each run, outside the
-    /// measured time. If `run()` returns a number, this is the measured time in seconds.
+    /// starts from a copy of \a contender. The result after the first run must equal that of the
+    /// row's first contender. If the contender has `void prepare()`, this is called before each
+    /// run, outside the measured time. If `run()` returns a double, this is the measured time in
+    /// seconds.
     template <typename Contender>
     Row& add(const std::string& name, const Contender& contender) {
         Contender trial = contender;

@@ -31,7 +31,7 @@ Values randomValues(bool mixed) {
     return values;
 }
 
-/// Returns a contender; \a print writes a value into a string.
+/// A contender that prints all values. `print` writes one value into a string.
 template <typename Print>
 struct Printing {
     Values values;
@@ -58,7 +58,7 @@ Printing<Print> printing(const Values& values, Print print) {
     return {values, print, std::string(64, ' ')};
 }
 
-/// Returns a contender; \a parse returns the value of a text.
+/// A contender that parses all texts. `parse` returns the value of one text.
 template <typename Parse>
 struct Parsing {
     Texts texts;

@@ -1,5 +1,5 @@
-# The toolchain files for Debian's Linux cross compilers include this file. Before that they set TRIPLET, the prefix of
-# the compiler's name, and QEMU, the emulator (of qemu-user) that runs the built programs.
+# Selects a Linux cross compiler of Debian. A toolchain file sets two variables and then includes this file: TRIPLET is
+# the prefix of the compiler's name, and QEMU the emulator (of qemu-user) that runs the built programs.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_C_COMPILER ${TRIPLET}-gcc)
 set(CMAKE_CXX_COMPILER ${TRIPLET}-g++)

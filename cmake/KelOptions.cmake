@@ -18,8 +18,8 @@ endfunction()
 
 # MSVC is also set for clang-cl.
 if(MSVC)
-  # The definition silences the warning that standard functions such as getenv and fopen are deprecated. Warning
-  # 4127 is about constant conditions; some are constant on one host only.
+  # _CRT_SECURE_NO_WARNINGS silences the warning that standard functions such as getenv and fopen are deprecated.
+  # Warning 4127 reports constant conditions, although some are constant on one host only.
   set(KELUTIL_LANGUAGE /utf-8 /permissive- /Zc:__cplusplus /EHsc /D_CRT_SECURE_NO_WARNINGS)
   set(KELUTIL_WARNINGS /W4 /wd4127)
   set(KELUTIL_WERROR /WX)
@@ -55,8 +55,8 @@ function(kel_version_script target file)
   set_property(TARGET ${target} PROPERTY LINK_DEPENDS ${file})
 endfunction()
 
-# kel_own_target(TARGET): gives TARGET hidden visibility, the options above and warnings, as errors if
-# KELUTIL_WARNINGS_AS_ERRORS is on. As a part of another project it leaves the choice of warnings to that project.
+# kel_own_target(TARGET): gives TARGET hidden visibility, the options above and the warnings. The warnings are errors if
+# KELUTIL_WARNINGS_AS_ERRORS is on. If the library is a part of another project, that project chooses the warnings.
 function(kel_own_target target)
   target_compile_options(${target} PRIVATE ${KELUTIL_LANGUAGE} ${KELUTIL_ARITHMETIC})
   if(PROJECT_IS_TOP_LEVEL)

@@ -6,7 +6,8 @@ if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_RUNTIME_OUTPUT_DIRECTORY)
 endif()
 
 # Strings and exceptions cross the boundary of the DLL, so the DLL and its clients share one C++ runtime.
-# That of MinGW consists of DLLs of the compiler, which are copied beside ours. That of MSVC is installed separately.
+# The runtime of MinGW is in DLLs of the compiler; they are copied beside the DLL of the library. The runtime of MSVC is
+# installed separately.
 set(KELUTIL_RUNTIME_DLLS)
 if(MINGW)
   cmake_path(GET CMAKE_CXX_COMPILER PARENT_PATH tools)

@@ -1,4 +1,4 @@
-# Builds for Linux on 32-bit Arm with hardware floating point with Debian's g++-arm-linux-gnueabihf.
+# Builds for Linux on 32-bit Arm (hard-float ABI) with Debian's g++-arm-linux-gnueabihf.
 set(CMAKE_SYSTEM_PROCESSOR armv7)
 set(TRIPLET arm-linux-gnueabihf)
 set(QEMU qemu-arm)

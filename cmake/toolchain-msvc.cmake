@@ -1,6 +1,6 @@
 # Builds for Windows x64 with the binary interface of MSVC, by clang-cl and LLVM's linker, on any host. The folder
-# KELUTIL_MSVC_SDK has the headers and libraries of MSVC and of the Windows SDK, either as an
-# installation of them (VC, Windows Kits) or as .ci/msvc lays it out (include, lib).
+# KELUTIL_MSVC_SDK has the headers and libraries of MSVC and of the Windows SDK. It is either an installation (with the
+# folders VC and Windows Kits) or has the stand-ins that .ci/msvc lays out (in the folders include and lib).
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 

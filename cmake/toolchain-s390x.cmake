@@ -1,4 +1,4 @@
-# Builds for Linux on s390x, the big-endian host with Debian's g++-s390x-linux-gnu.
+# Builds for Linux on s390x, which is big-endian, with Debian's g++-s390x-linux-gnu.
 set(CMAKE_SYSTEM_PROCESSOR s390x)
 set(TRIPLET s390x-linux-gnu)
 set(QEMU qemu-s390x)
