@@ -50,10 +50,19 @@ template <unsigned DIGIT_BITS, unsigned MAX_CHARACTERS, auto READ>
 ParseResult parsePowerOfTwo(const std::string& text, WordSink sink) {
     ParseResult result = ParseResult::positive;
     for (std::size_t left = text.size(); left > 0;) {
+        Limb number = 0;
+        // Whole groups have a loop of their own. If one loop reads groups of every size, the
+        // benchmark row "parse radix 2, 4096 b" takes 1.8 times as long.
+        for (; left >= MAX_CHARACTERS; left -= MAX_CHARACTERS) {
+            if (!READ(text.data() + left - MAX_CHARACTERS, MAX_CHARACTERS, number))
+                break;
+            sink.put(number, MAX_CHARACTERS * DIGIT_BITS);
+        }
+        if (left == 0)
+            break;
         const auto count = static_cast<unsigned>(std::min<std::size_t>(MAX_CHARACTERS, left));
         left -= count;
         const char* const p = text.data() + left;
-        Limb number = 0;
         if (READ(p, count, number)) { // READ pads a short group with leading zeros
             sink.put(number, MAX_CHARACTERS * DIGIT_BITS);
             continue;
