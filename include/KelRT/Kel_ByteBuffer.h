@@ -27,10 +27,11 @@ namespace KelRT {
 ///       +------------+------------------+-------------+
 ///                    ^ startPosition
 /// \endcode
-/// While no shift is pending, dropping bytes at either end only changes these counts. insertBytes()
-/// moves the bytes before or after the insertion, whichever are fewer, into the reserve on their
-/// side. If that reserve is too small, it first grows by the number of inserted bytes; the new
-/// bytes are zero. Bytes that move from the used part into a reserve keep their values.
+/// Dropping bytes at either end only changes these counts, unless a shift is pending (see below).
+/// insertBytes() moves either the bytes before the insertion into the low reserve or the bytes
+/// after it into the high reserve, whichever are fewer. If that reserve is too small, it first
+/// grows by the number of inserted bytes; the bytes that it gains are 0. Bytes that move from the
+/// used part into a reserve keep their values.
 ///
 /// **Pending shift.** shiftBitsDown() drops whole bytes immediately and leaves up to 7 bits
 /// pending. Every operation that returns, reads or changes the used bytes first applies the pending
@@ -156,9 +157,9 @@ public:
     /// @{
 
     /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, and zeros
-    /// enter at the top of the last byte. The bits dropped are added to those already pending; for
-    /// every 8 of them, the size shrinks by one byte. The bytes themselves do not change until the
-    /// buffer realigns.
+    /// enter at the top of the last byte. The count is added to that of the pending shift: for
+    /// every 8 bits of the sum, one byte is dropped immediately, and the other 0 to 7 bits stay
+    /// pending. The bytes themselves do not change until the buffer realigns.
     /// \code
     /// 21 43, shiftBitsDown(4)     => 32 04
     /// 21 43 65, shiftBitsDown(12) => 54 06
@@ -231,9 +232,9 @@ public:
     /// \code
     /// 21 43: "4321" in the ordinary form, "84C2" in the bit-mirrored form
     /// \endcode
-    /// Characters that are not digits are not diagnosed. The target of a conversion may be the
-    /// source itself. If memory is exhausted, the target is unchanged, except that a buffer which
-    /// is converted to itself is realigned.
+    /// Characters that are not digits are not reported. The target of a conversion may be the
+    /// source itself. If memory is exhausted, the target is unchanged; if it is also the source, it
+    /// is realigned.
     /// @{
 
     /// Writes the bytes from \a fromByte on as ordinary text with a terminating NUL to \a out.
@@ -336,7 +337,7 @@ public:
     /// @}
     /// \name Allocation of buffer objects
     /// The library creates buffers and the client deletes them, so both must use one allocator.
-    /// An `operator new` or `operator delete` of a class hides all its global forms. So the class
+    /// An `operator new` or `operator delete` of a class hides all global forms. So the class
     /// declares every form of `new`, and every form of `delete` that takes no size. The sized forms
     /// are not needed.
     /// @{
@@ -409,9 +410,10 @@ private:
         return static_cast<std::size_t>(padLow + size + padHigh);
     }
     /// Returns true if the inline code can access the field: no shift is pending, and the field has
-    /// 1 to 64 bits and lies within whole units of 8 bytes, counted from the first used byte. The
-    /// inline code accesses exactly these units. So, if the first used byte is 8-byte aligned, no
-    /// access crosses a cache line, and a store can be forwarded to a later load of the same unit.
+    /// 1 to 64 bits and lies within the complete units of the buffer. Unit n is the bytes 8 * n to
+    /// 8 * n + 7. The inline code accesses exactly the units that hold bits of the field. So, if
+    /// the first used byte is 8-byte aligned, no access crosses a cache line, and a store can be
+    /// forwarded to a later load of the same unit.
     [[nodiscard]] bool isPlainField(std::uint64_t bitPosition,
                                     std::uint64_t bitCount) const noexcept {
         return pendingBitShift == 0 && bitCount - 1 < 64 &&

@@ -29,7 +29,7 @@ namespace KelRT {
 /// | 'U', 'u'           | 10   | decimal, printed as an unsigned number                     |
 /// | 'X', 'x'           | 16   | hexadecimal, printed with letters of the same case         |
 /// | 'S', 's'           | 256  | characters: the code of each is one digit                  |
-/// | any other          | -    | `set` rejects every digit; `toString` gives an error text  |
+/// | any other          | -    | `set` refuses every digit; `toString` gives an error text  |
 ///
 /// **Ownership.** A number owns its storage. It can be copied only by assignment: the copy
 /// constructor is private, so numbers are passed by reference and never returned by value.
@@ -85,7 +85,7 @@ public:
     /// hexadecimal text may have the prefix "0x". A text without digits yields 0.
     ///
     /// In base 256 each character is one digit whose value is its code, most significant first;
-    /// '-' is the digit 45. Codes 0x80 and above are rejected.
+    /// '-' is the digit 45. Codes 0x80 and above are refused.
     ///
     /// A value that does not fit wraps modulo 2^width.
     ///
@@ -164,9 +164,10 @@ public:
     /// Formats the scaled value \a scale * value + \a offset in fixed-point notation. The value is
     /// read as signed. See setFloat() for reading the text back.
     ///
-    /// The value is accumulated in a double 16 bits at a time, most significant first. Each step
-    /// rounds as double arithmetic does (exact up to 53 bits, infinite beyond the range of double).
-    /// One rounded multiplication and one rounded addition follow.
+    /// The value is first converted to double, 16 bits at a time, most significant first. Each step
+    /// rounds as double arithmetic does: values of up to 53 bits are exact, and values beyond the
+    /// range of double become infinite. Then the multiplication by \a scale and the addition of
+    /// \a offset are each rounded.
     ///
     /// \param scale     the physical value of one step
     /// \param offset    the physical value that the number 0 stands for

@@ -25,7 +25,8 @@ namespace KelRT {
 /// unsigned.
 ///
 /// **Hexadecimal digits.** The members treat lower-case letters and characters that are not digits
-/// by different rules, and clients depend on each rule. A character code c has the value
+/// by different rules, and clients depend on each rule. The table gives the value of each character
+/// code c:
 ///
 /// | member          | '0'-'9' | 'A'-'F' | 'a'-'f' | other characters                       |
 /// |-----------------|---------|---------|---------|----------------------------------------|
@@ -52,8 +53,8 @@ public:
     /// A field is given by two inclusive indices. Its bits are shifted into the result one after
     /// the other from \a firstBit to \a lastBit, so the bit at \a lastBit becomes the least
     /// significant one. If the field is longer than the result, its last 32 (or 64) bits remain.
-    /// Each member says which index must be the higher one; if it is the lower one, the result is 0
-    /// and \a data is not read.
+    /// Each member says which index must be the higher one. If the indices are in the wrong order,
+    /// the result is 0 and \a data is not read.
     /// \pre the indices are not negative, and the field lies inside the array
     ///
     /// Only bytes that hold bits of the field are read.
@@ -217,7 +218,7 @@ public:
     [[nodiscard]] KELRT_API static std::uint32_t hexStr2UInt(const char* hexStr);
 
     /// Converts the text as hexStr2UInt does, modulo 2^64, up to the first NUL of \a hexStr. The
-    /// string is not modified; the reference is not const for compatibility.
+    /// string is not modified, although for compatibility the reference is not const.
     /// \code
     /// hexStr2ULL("FFFFFFFFFFFFFFFF") => 0xFFFFFFFFFFFFFFFF
     /// hexStr2ULL("")                 => 0

@@ -62,14 +62,15 @@ public:
     /// Copies \a text and starts before its first token.
     ///
     /// \param text         NUL-terminated text; a null pointer counts as empty text
-    /// \param delimiters   NUL-terminated set of characters; an empty set splits nowhere.
-    ///                     CSV_DELIM selects comma-separated mode
+    /// \param delimiters   NUL-terminated set of characters; with an empty set, no character is a
+    ///                     delimiter. CSV_DELIM selects comma-separated mode
     /// \param handleQuotes If true, a token that begins with a double quote ends at the next double
     ///                     quote, or at the end of the text if there is none; it may contain
     ///                     delimiters. A double quote elsewhere in a token is an ordinary character
-    /// \param toLowerCase  If true, upper-case letters of the copy are folded to lower case before
-    ///                     it is split, also within quotes, by `isupper` and `tolower` of the
-    ///                     current locale (in the default locale only A to Z)
+    /// \param toLowerCase  If true, the copy is converted to lower case before it is split, quoted
+    ///                     parts included. The upper-case letters are those that `isupper` of the
+    ///                     current locale accepts (in the default locale A to Z); `tolower`
+    ///                     converts them
     /// \param keepQuotes   If true, quoted tokens keep their quotes. Without \a handleQuotes it has
     ///                     no effect
     /// \pre \a delimiters is not null, and the set stays alive and unchanged between the
@@ -85,7 +86,7 @@ public:
     Kel_StrTok& operator=(const Kel_StrTok&) = delete;
 
     /// Returns the next token as NUL-terminated text. After the last token, every call returns
-    /// null. Any text can be split, and nothing is allocated.
+    /// null. The function never fails and allocates nothing.
     ///
     /// The token stays valid and unchanged until the tokenizer is destroyed, even after later
     /// calls.

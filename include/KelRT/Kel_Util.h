@@ -50,10 +50,10 @@ public:
     /// \endcode
     [[nodiscard]] KELRT_API static int strnicmp(const char* a, const char* b, std::uint64_t count);
 
-    /// Compares two strings up to their first NUL in the same way.
+    /// Compares two strings, each up to its first NUL, as stricmp of two pointers does.
     [[nodiscard]] KELRT_API static int stricmp(const std::string& a, const std::string& b);
 
-    /// Compares two strings up to their first NUL in the same way.
+    /// Compares two strings, each up to its first NUL, as strnicmp of two pointers does.
     [[nodiscard]] KELRT_API static int strnicmp(const std::string& a, const std::string& b,
                                                 std::uint64_t count);
 
@@ -156,9 +156,9 @@ public:
     /// searches for the installed directory.
     KELRT_API static void setUserDataDirPath(const std::string& path);
 
-    /// Returns the path of the per-user directory `.kel` in the home path, and creates it if
-    /// nothing of that name exists. A file of that name stays, and its path is returned. The home
-    /// path itself is not created.
+    /// Returns the path of the per-user directory `.kel` in the home path, and creates the
+    /// directory if nothing of that name exists. If a file has that name, it stays, and its path is
+    /// returned. The home path itself is not created.
     /// \throws Kel_Exception as getHomePath does; "Cannot create DIRECTORY directory, check the
     ///         USERPROFILE variable.\n" if the directory cannot be created
     /// \code
@@ -171,8 +171,9 @@ public:
     /// deletes the file.
     ///
     /// The file is created exclusively and never through a link, so no two threads or processes
-    /// get the same file. If it cannot be created, no error is reported: the path is returned, and
-    /// may be returned again later. If \a baseName contains a directory, it is not created.
+    /// get the same file. If it cannot be created, no error is reported: the path is returned all
+    /// the same, and a later call may return it again. If \a baseName contains a directory, that
+    /// directory is not created.
     /// \throws Kel_Exception as createDotLumatraceDir does; when all 32,002 names are taken, "Too
     ///         many temporary files exist in the .kel directory with the name BASENAME\n"
     /// \code
@@ -181,8 +182,8 @@ public:
     /// \endcode
     KELRT_API static std::string createDotLumatraceTempFile(const std::string& baseName);
 
-    /// Returns 1 if \a path names an existing directory or a link to one, and 0 otherwise or if the
-    /// host cannot say.
+    /// Returns 1 if \a path names an existing directory or a link to one. Returns 0 otherwise, also
+    /// if the host cannot tell.
     [[nodiscard]] KELRT_API static int isDirectory(const std::string& path);
 
     /// Returns the directory that contains a library: "." if the file is in the current directory,
@@ -191,9 +192,8 @@ public:
     ///
     /// Any file that opens for reading counts as the library; an unreadable file or a directory
     /// does not. A FIFO or a device is opened without waiting; it counts if it opens. Empty entries
-    /// of `PATH` are skipped, with one exception: if `PATH` ends in two or more separators, or is
-    /// nothing but a separator, its last entry is empty and means the root. Quotes are ordinary
-    /// characters.
+    /// of `PATH` are skipped, with one exception: if `PATH` ends in two or more separators, or is a
+    /// single separator, its empty last entry means the root. Quotes are ordinary characters.
     /// \throws Kel_Exception if the file is not in the current directory: "PATH Environmental
     ///         Variable not set.\n" or "Could not find LIBRARYNAME in path.\n"
     /// \code
@@ -226,9 +226,9 @@ public:
     /// root. Separators become the host's, and a run of them becomes one. On Windows a path such as
     /// `E:x` is relative to the current directory of its drive.
     ///
-    /// The result ends in a separator if and only if \a path does. So the root without a separator
-    /// at its end is `C:` on Windows, and the empty text on Linux. There is one exception: "."
-    /// becomes the current directory as the host spells it.
+    /// The result ends in a separator if and only if \a path does. So a path to the root that does
+    /// not end in a separator becomes `C:` on Windows and the empty text on Linux. There is one
+    /// exception: "." becomes the current directory as the host spells it.
     /// \throws Kel_Exception "Could not read the current directory.\n" if \a path is relative
     /// \code
     /// ""               => ""

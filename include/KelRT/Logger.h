@@ -39,8 +39,8 @@ namespace KelRT {
 /// When a log call returns, every complete line has been passed to the host, so it is in the file
 /// even if the process crashes afterwards. A line that is still open may be lost.
 ///
-/// **Limits.** The text of one record is truncated to 2,047 characters. In the Logger's own lines
-/// the name, path or result is shortened instead, so they still end in a newline. A log call takes
+/// **Limits.** The text of one record is truncated to 2,047 characters. The Logger's own lines keep
+/// their newline even then: the name, path or result in them is shortened. A log call takes
 /// less than 8 KiB of stack (Windows: 16 KiB), unless the C library takes more for a conversion
 /// (`"%Lf"` of a huge number, for example).
 ///
@@ -71,13 +71,14 @@ namespace KelRT {
 /// asynchronous must not log.
 ///
 /// **Processes.** A child process inherits the descriptor of the log file, also across `exec`. A
-/// forked child that calls `exit` ends logging: it writes a second closing line, and once more any
-/// output that was still buffered when it was forked. To avoid this, the child calls `_exit`; or
-/// the parent flushes before it forks and the child sets the detail level to 0.
+/// forked child that calls `exit` ends logging, so it writes a second closing line. Output that was
+/// still buffered at the fork is then written twice, by the parent and by the child. To avoid this,
+/// the child calls `_exit`; or the parent flushes before it forks and the child sets the detail
+/// level to 0.
 class Logger {
-    /// Serves VoidIfVaList only and is never defined. A `void (*)(List)` converts to its parameter
-    /// only if List is `std::va_list` or, where that is an array type, the pointer that such an
-    /// array becomes as a parameter.
+    /// Serves VoidIfVaList only and is never defined. It accepts a `void (*)(List)` only if List is
+    /// the type of a `std::va_list` parameter. Where `std::va_list` is an array type, such a
+    /// parameter is a pointer.
     static void acceptVaListFunction(void (*function)(std::va_list));
 
     /// `VoidIfVaList<List>` is `void` if List is the host's `std::va_list`. For any other type the
@@ -109,9 +110,9 @@ public:
     /// effect, whichever Logger it is made on; logging that has ended cannot be started again.
     ///
     /// The call resets this Logger (no open entries, detail level 1, no stream, no flags) and then
-    /// reads its settings from the environment variables below. `Logger::logger` writes the lines
-    /// about them, the banner and the start line, so these appear only if startLogging() is called
-    /// on `Logger::logger`.
+    /// reads its settings from the environment variables below. The lines that show the settings,
+    /// the banner and the start line are records of `Logger::logger`, so they appear only if
+    /// startLogging() is called on `Logger::logger`.
     ///
     /// - `TOR_KEL_LOGFILE` names the output. White space around the name is removed. "stdout" and
     ///   "stderr" (exact match) are the standard streams. Any other name is a file in the host's
@@ -219,8 +220,8 @@ public:
     KELRT_API void logMethodExit(const char* text) noexcept;
 
     /// Writes "EXITING name -- returning value" with this name and decrements the nesting depth,
-    /// even below 0. It closes no entry, not even one of this name. The exit that later closes such
-    /// an entry decrements the depth again.
+    /// even below 0. It closes no entry, not even one of this name. When another exit closes that
+    /// entry later, the depth is decremented once more.
     /// \pre \a name is not null
     KELRT_API void logMethodExit(const char* name, int value) noexcept;
 

@@ -10,8 +10,8 @@
 namespace KelRT {
 namespace {
 
-// Reads the field from bit `low` to bit `high`. Of a field longer than `maxCount`, only the lowest
-// bits are read.
+// Reads the field from bit `low` to bit `high`. If it is longer than `maxCount`, reads only its
+// lowest `maxCount` bits.
 std::uint64_t lowestBits(const unsigned char* data, std::int32_t high, std::int32_t low,
                          std::uint64_t maxCount) {
     assert(data != nullptr && "the field lies inside the array");
@@ -30,8 +30,8 @@ std::uint64_t descending(const unsigned char* data, std::int32_t firstBit, std::
     return lowestBits(data, firstBit, lastBit, maxCount);
 }
 
-// Reads a field in the opposite order: bit `lastBit` becomes bit 0. Of a field longer than
-// `maxCount`, only the highest bits are read.
+// Reads a field in the opposite order: bit `lastBit` becomes bit 0. If it is longer than
+// `maxCount`, reads only its highest `maxCount` bits.
 std::uint64_t ascending(const unsigned char* data, std::int32_t firstBit, std::int32_t lastBit,
                         std::int32_t maxCount) {
     if (firstBit > lastBit)

@@ -45,9 +45,9 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
     return static_cast<unsigned>(std::min<std::uint64_t>(limit, count));
 }
 
-// Reads the `count` characters (1 to 16) before `end` as hexadecimal digits. Every character has a
-// digit: for a code c, as a signed char, the low four bits of c - 48 if c < 'A', else of c - 55.
-// These are the low four bits of c and of c + 9.
+// Reads the `count` characters (1 to 16) before `end` as hexadecimal digits, by the rule that
+// Kel_NumberUtil documents for hexStr2BinStr(): the digit of a code c, as a signed char, is the low
+// four bits of c - 48 if c < 'A', otherwise of c - 55. These are the low four bits of c and c + 9.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::greater(characters, '@'));
@@ -57,7 +57,7 @@ std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
 // Returns the number in `text` modulo 2^64, so only the last 16 characters count.
 std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
-    if (static_cast<std::int32_t>(length) < 1) // from 2^31 on, as hexStr2UInt() documents
+    if (static_cast<std::int32_t>(length) < 1) // true from 2^31 on, as hexStr2UInt() documents
         return 0;
     const unsigned count = limitedTo(common::HEX_DIGITS_PER_U64, length);
     const char* const end = text + length;

@@ -39,7 +39,7 @@ std::string& assignDecimal(std::uint64_t magnitude, bool negative, std::string& 
 std::uint64_t leadingNumber(const char* text, const char* end) {
     while (text != end && *text == '0')
         ++text;
-    constexpr unsigned SAFE_DIGITS = numbers::digitsWithin(~numbers::Limb{0}); // fit 64 bits
+    constexpr unsigned SAFE_DIGITS = numbers::digitsWithin(~numbers::Limb{0}); // 19
     const char* const limit = text + std::min<std::ptrdiff_t>(end - text, SAFE_DIGITS);
     std::uint64_t number = 0;
     for (; limit - text >= 8 && numbers::areDecimalDigits(common::loadU64(text)); text += 8)

@@ -22,7 +22,7 @@ namespace numbers {
 namespace {
 
 // Reads a group in which at least one character is not a digit, from its end. Takes the result for
-// the text after the group and returns the result for both.
+// the text after the group, and returns the result for the group and that text together.
 ParseResult readOneByOne(std::string_view group, unsigned digitBits, WordSink& sink,
                          ParseResult result) {
     if (digitBits == 8)

@@ -18,8 +18,8 @@ void Kel_Number::setFloat(const std::string& text, double scale, double offset) 
     if (!std::isfinite(quotient))
         return;
     // Every step is exact: the magnitude has at most 53 significant bits, and the divisor is a
-    // power of two. After a division, the words stored so far are the fraction of the magnitude.
-    // The next conversion to a word drops it.
+    // power of two. A division moves the word just stored into the fraction of the magnitude, and
+    // the next conversion to a word drops the fraction.
     double magnitude = std::fabs(quotient);
     for (std::uint16_t& word : words) {
         if (magnitude < 1)

@@ -32,8 +32,8 @@ using numbers::WORDS_PER_LIMB;
 using Access = ValueAccess;
 
 // The next two functions require that the field lies within the `size` bytes of `data`. After every
-// limb but the last, the field has at least one more bit. So the nine bytes from the first bit of
-// such a limb on are within the array, and may be accessed at once.
+// limb but the last, the field has at least one more bit. So it reaches at least into the ninth
+// byte, counted from the byte with the first bit of the limb, and all nine may be accessed.
 
 void readField(const unsigned char* data, std::uint64_t size, std::uint64_t position,
                Kel_Number& number) {
@@ -51,8 +51,8 @@ void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
                 const Kel_Number& number) {
     const auto words = Access::words(number);
     const auto shift = static_cast<unsigned>(position % 8);
-    // `carried` has the low `shift` bits of the byte at `position`: first those of the array, then
-    // those that the previous limb left over.
+    // `carried` has the low `shift` bits of the byte at `position`. At first, they are the bits
+    // that the array has there; after a limb, they are its highest bits.
     Limb carried = data[position / 8] & common::lowBits(shift);
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;

@@ -141,9 +141,9 @@ ParseResult parseByDivideAndConquer(const std::string& text, std::span<std::uint
     if (reader.result() == ParseResult::refused)
         return ParseResult::refused;
     std::reverse(chunks.begin(), chunks.end());
-    // 10^n is divisible by 2^n. So a chunk with at least `bits` digits below it is worth 0 modulo
-    // 2^bits and is dropped. One chunk more is kept than `bits` digits fill, because the lowest may
-    // be empty.
+    // If at least `bits` digits follow a chunk, it counts as 0 modulo 2^bits, because 10^n is
+    // divisible by 2^n. Such chunks are dropped. The `+ 1` is for the lowest chunk, which may be
+    // empty.
     const std::uint64_t bits = std::uint64_t{16} * words.size();
     const std::uint64_t counted = common::divideUp(bits, CHUNK_DIGITS) + 1;
     if (chunks.size() > counted)

@@ -20,9 +20,9 @@ namespace {
 
 // Writes the text before `end` and returns a pointer to its first character. The value is lost.
 char* writeBySchoolbook(char* end, Natural& value, bool negative) {
-    // Chunks have 19 digits. A value of more than four limbs is at least 2^256 > 10^76, so four
-    // chunks are not all of it, and they keep their leading zeros. Likewise, a value of more than
-    // one limb is at least 2^64 > 10^19, so one chunk is not all of it.
+    // Chunks have 19 digits. A value of more than four limbs is at least 2^256 > 10^76, so other
+    // digits precede its four lowest chunks, and these keep their leading zeros. Likewise, a value
+    // of more than one limb is at least 2^64 > 10^19, so other digits precede its lowest chunk.
     static_assert(PRINT_SCHOOLBOOK.chunkDigits == 19);
     while (value.size() > 4)
         for (const Limb chunk : schoolbook::takeFourChunks(value))

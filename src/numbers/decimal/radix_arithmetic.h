@@ -22,9 +22,10 @@ namespace KelRT::numbers::divide_and_conquer {
 
 using Digits = std::vector<Limb>;
 
-// The functions take one of these radices as a template argument. VALUE is the radix of the
-// numbers, SOURCE that of the digits that are converted to it. split() divides a sum of at most
-// MAX_SUM by VALUE, returns the remainder, a digit, and sets `carry` to the quotient.
+// The functions take one of these radices as a template argument. VALUE is the target radix, in
+// which all arithmetic is done. SOURCE is the radix of the digits that are converted to it. split()
+// divides a sum of at most MAX_SUM by VALUE. It returns the remainder, which is a digit, and sets
+// `carry` to the quotient.
 
 struct DecimalRadix {
     static constexpr Limb VALUE = static_cast<Limb>(PRINT_DIVIDE_AND_CONQUER.radix);
@@ -94,7 +95,8 @@ void subtract(std::span<Limb> difference, std::span<const Limb> subtrahend) {
     assert(borrow == 0);
 }
 
-// Computes difference = |a - b|, with as many digits as a; b has no more. Returns whether a < b.
+// Computes difference = |a - b| and returns whether a < b. The difference has as many digits as a,
+// and b has no more digits than a.
 template <typename Radix>
 [[nodiscard]] bool absoluteDifference(std::span<Limb> difference, std::span<const Limb> a,
                                       std::span<const Limb> b) {
@@ -107,8 +109,8 @@ template <typename Radix>
     return isLess;
 }
 
-// Returns the number of zero digits at the low end. Weights have some when reading: they are powers
-// of ten, and 10^n is divisible by 2^n.
+// Returns the number of zero digits at the low end. When text is read, the weights have some: they
+// are powers of ten, and 10^n is divisible by 2^n.
 [[nodiscard]] inline std::size_t lowZeros(std::span<const Limb> digits) {
     const auto isSet = [](Limb digit) { return digit != 0; };
     return static_cast<std::size_t>(std::find_if(digits.begin(), digits.end(), isSet) -
@@ -147,7 +149,7 @@ void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span
             even += DoubleLimb{a[i]} * b[column - i];
         product[column] = Radix::split(even + odd, carry);
     }
-    // The product is below VALUE^product.size(), so the last carry is a digit, the highest.
+    // The product is below VALUE^product.size(), so the last carry is its highest digit.
     assert(carry < Radix::VALUE);
     product.back() = static_cast<Limb>(carry);
 }
@@ -190,9 +192,9 @@ void multiply(std::span<Limb> product, std::span<const Limb> a, std::span<const 
         subtract<Radix>(middle, cross);
     else
         add<Radix>(middle, cross);
-    // `middle` has 2 * half + 1 digits. Above its lowest `half` digits, the product has
-    // 2 * a.size() - half, which is enough if a.size() >= 4. The sum is the product of a and b, so
-    // it fits.
+    // `middle` has 2 * half + 1 digits and is added above the lowest `half` digits of the product.
+    // The product has 2 * a.size() - half digits there, which is enough if a.size() >= 4. The sum
+    // is the product of a and b, so it fits.
     static_assert(KARATSUBA_SIZE >= 4);
     add<Radix>(product.subspan(half), middle);
 }

@@ -50,10 +50,10 @@ struct Groups {
 // with 6 and 4 % longer with 24.
 constexpr unsigned MAX_GROUP_SIZE = 12;
 
-// Converts the source digits in groups. The number of groups is a power of two, so the last groups
-// may be 0. If there are several, more than 6/7 of them have source digits: with n source digits,
-// n / count > 6, because half as many groups of 12 would be too few. As groupSize < n / count + 1,
-// n / groupSize > count * 6/7.
+// Converts the n source digits in groups. Their number, `count`, is a power of two, so the last
+// groups may have no source digits and are 0. But if count > 1, more than 6/7 of the groups have
+// some: count / 2 groups of 12 are too few for n digits, so n / count > 6. As groupSize is below
+// n / count + 1, n / groupSize > count * 6/7.
 template <typename Radix>
 Groups initialGroups(std::span<const Limb> source) {
     const std::size_t count = std::bit_ceil(common::divideUp(source.size(), MAX_GROUP_SIZE));
@@ -102,9 +102,9 @@ Groups joinPairs(const Groups& groups, std::span<Limb> scratch) {
     Groups joined;
     if (pairs > 1)
         joined.weight = squareOf<Radix>(weight, scratch);
-    // A pair is below weight^2. If this has one digit less than multiply() writes, the highest of
-    // the digits written is 0, and the next pair overwrites it. For the last pair, there is room
-    // for one digit more.
+    // multiply() writes 2 * size digits, but weight^2 may have one digit less. As a joined pair is
+    // below weight^2, its highest digit is then 0, and the next pair overwrites it. For the last
+    // pair, the `+ 1` makes room for this digit.
     const std::size_t joinedSize = pairs > 1 ? joined.weight.size() : 2 * size;
     joined.digits.resize(pairs * joinedSize + 1);
     for (std::size_t i = 0; i < pairs; ++i) {
