@@ -71,7 +71,7 @@ void readScale(const Columns& columns, Field& field) {
     const Decimal offset =
         columns[OFFSET].empty() ? Decimal() : decimalOf(columns[OFFSET], "the offset");
     if (scale.value == 0 && isScaled)
-        throw Fault("with a scale of 0 a field has neither an offset nor a unit");
+        throw Fault("a field with a scale of 0 must have neither an offset nor a unit");
     field.scale = scale.value;
     field.offset = offset.value;
     field.decimals = std::max(scale.decimals, offset.decimals);
@@ -107,7 +107,7 @@ Field registerOf(Columns columns) {
     setDefault(RADIX, "X");
     Field whole = fieldOf(columns);
     if (whole.lowest != 0)
-        throw Fault("the lowest bit of a register is 0");
+        throw Fault("the lowest bit of a register must be 0");
     whole.name = wholeOf(whole.width).name;
     return whole;
 }

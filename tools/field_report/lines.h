@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Reads the lines of a text file, without comments, blank lines, byte order mark and carriage
-// returns.
+// Reads the lines of a text file. Skips comments and blank lines, and removes a byte order mark and
+// carriage returns.
 #pragma once
 
 #include "messages.h"

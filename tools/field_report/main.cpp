@@ -46,8 +46,8 @@ FieldTable tableFor(const Settings& settings, Messages& messages) {
     return {};
 }
 
-// Returns only the named registers, or all if there are no names, so the columns of the report are
-// only as wide as these need.
+// Returns the table of the named registers, or the whole table if there are no names. The columns
+// of the report are then only as wide as the reported registers need.
 FieldTable selectedOf(FieldTable table, const std::vector<std::string>& names) {
     FieldTable selected;
     for (const std::string& name : names)

@@ -22,62 +22,69 @@ const char* const USAGE =
 )";
 
 const char* const HELP = R"(
-Prints the registers of a capture field by field, as a field table names them.
+Prints the registers of a capture field by field. A field table says which fields they have.
 
 Settings:
-  capture=FILE   the capture; capture=- reads standard input
+  capture=FILE   reads the capture from FILE; - is standard input
   line="NAME: HEX"
-                 a line of a capture, in place of a file; may be repeated
-  fields=FILE    the field table; fields=- reads standard input, unless capture=- does. Without
-                 this setting it is fields.csv in the data directory, which the variable
+                 gives one line of a capture in place of a file; may be repeated
+  fields=FILE    reads the field table from FILE; - is standard input, but not for both files.
+                 The default is fields.csv in the data directory, which the variable
                  TOR_KEL_DATADIR names
   register=NAME[,NAME...]
-                 only these registers
-  scan=N[..M]    only these scans; those of a register are numbered from 1
-  show=changes   a field only where its raw value differs from the preceding scan of its
-                 register; the first scan of a register is whole
+                 reports only these registers
+  scan=N[..M]    reports only scan N, or the scans N to M, of each register. The scans of a
+                 register are numbered from 1
+  show=changes   reports the first scan of a register as a whole, and of each later scan only the
+                 fields whose raw value differs from that in the preceding scan
   byteorder=little
-                 the first two digits of a value are its lowest byte, as in a memory dump
-  format=text    a table for people, the default; the second scan of ID is printed as ID #2
-  format=csv     comma-separated values: register, scan, field, lowest, width, raw, value,
-                 unit, description; the first line names them
-  format=json    an array of objects with the same names as keys
-  format=jsonl   one object a scan and line, written when the scan is complete, with the keys
-                 register, scan, width, description and fields, an array of objects
-  output=FILE    the report goes into FILE, which is replaced once the report is complete
-  output=temp    it goes into a new file below .kel in the directory that the variable
-                 USERPROFILE names; the file's name is printed instead
+                 reads the first two digits of a value as its lowest byte, as in a memory dump
+  format=text    prints a table for people; this is the default. The second scan of ID is
+                 labelled ID #2
+  format=csv     prints comma-separated values: register, scan, field, lowest, width, raw, value,
+                 unit, description. The first line has these names
+  format=json    prints an array with one object for each field; the same names are the keys
+  format=jsonl   prints each scan as one object on one line, as soon as its line has been read.
+                 The keys are register, scan, width, description and fields, an array with one
+                 object for each field
+  output=FILE    writes the report to FILE; an older FILE stays until the report is complete
+  output=temp    writes the report to a new file and prints the name of that file. It is in the
+                 directory .kel below the directory that the variable USERPROFILE names
   --version      prints the version of the library
 
-Capture: one scan of a register a line.
-  NAME WIDTH HEX    the width in bits, and the value, the most significant digit first
-  NAME: HEX         also NAME = HEX; the width is that of the register's row in the table
-0x in front, blanks and _ between digits are allowed; # begins a comment.
+Capture: each line holds one scan of one register, in one of these forms:
+  NAME WIDTH HEX          the width in bits, and the value, the most significant digit first
+  NAME: HEX, NAME = HEX   without the width, if the table has a row for the register itself
+The digits may have 0x in front and blanks or _ between them. # begins a comment.
 
-Field table: one field a line, as comma-separated values.
+Field table: each line describes one field, as comma-separated values:
   register, field, lowest bit, width, radix letter, scale, offset, unit, description, names
 The last five may be empty, and empty columns at the end may be left out. A column with a comma
-goes in double quotes, with "" for a quote; a line that begins with # is a comment. Bits and
-widths may be hexadecimal, with 0x in front. Two fields of a register have different names.
+is enclosed in double quotes; in it, "" stands for one quote. A line that begins with # is a
+comment. Bits and widths may be hexadecimal, with 0x in front. The fields of a register must have
+different names.
 
-A row whose field name is empty is that of the register itself: its width and its description.
-Its lowest bit and its radix letter may be empty. A register without fields is reported whole.
+A row without a field name describes the register itself: its width and its description. Its
+lowest bit and its radix letter may be empty. A register without fields is reported as one field,
+named (whole).
 
 Radix letters: b binary, o octal, d or i signed decimal, u unsigned decimal, x hexadecimal,
-s characters; only d and i read the raw value as signed.
+s characters. Only d and i read the raw value as signed.
 
-The value is raw value * scale + offset. With an offset or a unit alone the scale is 1. The value
-has as many decimals as the scale or the offset, whichever has more. A scale may be a fraction,
-such as 100/255: it counts for the fewest decimals that tell neighbouring raw values apart, here 1.
+The value is raw value * scale + offset. If there is an offset or a unit but no scale, the scale
+is 1. The value has as many decimals as the scale or the offset, whichever has more. A scale may
+be a fraction, such as 100/255. Then the scale counts as having just enough decimals to tell
+neighbouring raw values apart: 1 decimal for 100/255.
 
-Names are those of raw values, such as 0=idle;1=shift;0x3=exit. A code in hexadecimal is the bits of
-the raw value. A name stands in the table for people where the value would; in the other forms it
-is the last column or key, name, which is there if any field of the table has names.
+The column names holds codes and their names, such as 0=idle;1=shift;0x3=exit. A decimal code is
+the raw value, a hexadecimal code gives its bits. The table for people shows the name in place of
+the value. The other formats show it as the last column or key, name, which exists only if a field
+of the table has names.
 
-After the fields of a scan, each run of bits that no field covers gets a row without a field name,
-in hexadecimal, unless the bits are all 0.
+Bits that no field covers come after the fields of the scan. Each run of such bits has a row of
+its own, in hexadecimal and without a field name, unless its bits are all 0.
 
-The capture
+For example, the capture
   IDCODE 32 4BA00477
 and the table
   IDCODE,part_number,12,16,X,,,,"Given by the manufacturer"
@@ -88,11 +95,12 @@ give
                          [31:28]     0x4
                           [11:1]   0x23B
 
-Each fault of the input is one line on standard error; all else is still reported. The exit
-status is 0 when there was no fault, and 1 otherwise.
+For each fault of the input, one line is printed to standard error; all else is still reported.
+The exit status is 0 if there was no fault, and 1 otherwise.
 
-TOR_KEL_LOGFILE names a file for a log of the run, and TOR_KEL_LOGDETAIL its detail level: 3 shows
-each scan, 4 the calls. NO_COLOR, set and not empty, makes the header of a table plain.
+TOR_KEL_LOGFILE names a file for a log of the run. TOR_KEL_LOGDETAIL is the detail level of the
+log: at 3 it shows each scan, at 4 also the calls. The header of a table on a terminal is bold
+unless NO_COLOR is set and not empty.
 )";
 
 namespace {
@@ -101,7 +109,7 @@ constexpr const char* LINE = "line"; // only this setting may be repeated
 constexpr std::array SETTINGS = {"capture", LINE,        "fields", "register", "scan",
                                  "show",    "byteorder", "format", "output"};
 
-// Rejects what findKey() does not detect: unknown names, empty values and repeated settings.
+// Refuses what findKey() does not detect: unknown names, empty values and repeated settings.
 void checkArguments(const std::vector<std::string>& arguments) {
     std::vector<std::string> seen;
     for (const std::string& argument : arguments) {
@@ -141,7 +149,7 @@ void readScans(const std::string& range, Settings& settings) {
                             ? settings.firstScan
                             : integerOf(range.substr(dots + 2), "the last scan");
     if (settings.firstScan == 0 || settings.lastScan < settings.firstScan)
-        throw Fault("'" + range + "' selects no scan; they are numbered from 1");
+        throw Fault("'" + range + "' selects no scan; scans are numbered from 1");
 }
 
 std::vector<std::string> namesOf(const std::string& list) {

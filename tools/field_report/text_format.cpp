@@ -41,8 +41,8 @@ std::string bitRange(const Field& field) {
            std::to_string(field.lowest) + "]";
 }
 
-// A raw value is printed in groups of `group` digits with '_' between them, on lines of at most
-// `most` characters without the prefix. Every line after the first begins with '_'.
+// A raw value is printed in groups of `group` digits with '_' between them. A line has at most
+// `most` characters, not counting the prefix. Every line after the first begins with '_'.
 struct Layout {
     std::size_t group;
     std::size_t most;
@@ -95,10 +95,9 @@ std::size_t maxRawWidth(const Field& field) {
     return length <= layout.most ? first : std::max(first, layout.most);
 }
 
-// Returns the maximum width of a scaled value. It is that of the least or of the greatest raw
-// value, since the scaled value only rises or only falls between them. These raw values are 0 and
-// all bits set if unsigned, the top bit alone and all but the top bit if signed. All four are
-// tried.
+// Returns the maximum width of a scaled value. The lowest or the highest raw value has it, since
+// the scaled value only rises or only falls between them. In an unsigned field, these have all bits
+// clear and all bits set. In a signed field, they have the opposite top bit. All four are tried.
 std::size_t maxScaledWidth(const Field& field) {
     if (field.scale == 0)
         return 0;
