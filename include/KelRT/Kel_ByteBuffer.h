@@ -291,10 +291,10 @@ public:
     [[nodiscard]] KELRT_API Kel_ByteBuffer* hex2Bin(std::uint64_t firstChar,
                                                     std::uint64_t lastChar);
 
-    /// Converts bit-mirrored text to a new buffer, which the caller deletes. Both its reserves have
-    /// 10 bytes. A null pointer counts as empty text. If the number of characters is odd, the last
-    /// one fills the low four bits of the last byte. A character that is not a hexadecimal digit
-    /// has the value of the previous character, or 0 if it is the first.
+    /// Converts bit-mirrored text to a new buffer, which the caller deletes. Each of its reserves
+    /// has 10 bytes. A null pointer counts as empty text. If the number of characters is odd, the
+    /// last one fills the low four bits of the last byte. A character that is not a hexadecimal
+    /// digit has the value of the previous character, or 0 if it is the first.
     /// \code
     /// hex2BinReverse("80")  => 01
     /// hex2BinReverse("A5")  => A5

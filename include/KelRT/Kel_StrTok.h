@@ -36,7 +36,7 @@ namespace KelRT {
 ///
 /// The last four lines show what happens after a closing quote. If quotes are kept, the next
 /// character counts as a delimiter, whatever it is. If they are not kept, that character starts the
-/// next token; in comma-separated mode, a comma there gives an empty token. So, to split records
+/// next token; in comma-separated mode, a comma there gives an empty token. So, to split a line
 /// with quoted fields, keep the quotes and remove them afterwards with Kel_Util::unQuote. Unlike in
 /// RFC 4180, a doubled quote does not stand for one quote: the first of the two closes the token.
 ///

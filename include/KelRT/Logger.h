@@ -48,14 +48,14 @@ namespace KelRT {
 /// assigned to, or is destroyed, so no Logger uses a closed stream. A copy has its own level,
 /// depth, names and flags.
 ///
-/// **Failures.** No operation throws, reports anything or ends the process. Output that the stream
-/// does not accept is lost. On a full disk, a fragment of a record may remain in front of the next
-/// whole record.
+/// **Failures.** No operation throws, reports a failure or ends the process itself. Output that the
+/// stream does not accept is lost. On a full disk, a fragment of a record may remain in front of
+/// the next whole record.
 ///
-/// The process may still be ended: by SIGPIPE if the reader of a pipe is gone, by SIGXFSZ if the
-/// file reaches the operating system's size limit, or by MSVC's C library if the program has closed
-/// the stream's descriptor. A program that must survive ignores these signals, or sets an
-/// invalid-parameter handler.
+/// Others may still end the process: the operating system by SIGPIPE, if the reader of a pipe is
+/// gone, or by SIGXFSZ, if the file reaches its size limit; and MSVC's C library, if the program
+/// has closed the stream's descriptor. A program that must survive ignores these signals, or sets
+/// an invalid-parameter handler.
 ///
 /// If memory is exhausted, startLogging() obtains no stream or drops the banner. A method entry is
 /// then kept without its name, so every exit still closes its own entry and the indentation stays

@@ -57,7 +57,7 @@ std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
 // Returns the number in `text` modulo 2^64, so only the last 16 characters count.
 std::uint64_t lenientNumber(const char* text) {
     const std::size_t length = std::strlen(text);
-    if (static_cast<std::int32_t>(length) < 1) // true from 2^31 on, as hexStr2UInt() documents
+    if (static_cast<std::int32_t>(length) < 1) // also true for 2^31, as hexStr2UInt() documents
         return 0;
     const unsigned count = limitedTo(common::HEX_DIGITS_PER_U64, length);
     const char* const end = text + length;
