@@ -75,9 +75,9 @@ Kel_ByteBuffer parseValue(std::string digits, std::uint64_t width, ByteOrder ord
     return bits;
 }
 
-// Finds the ':' or '=' after the name, although the name may contain such characters, too. The
-// separator is the first character of the second word ("A:B :5A"). If that is another character,
-// the separator is the last one in the first word ("A:B:5A").
+// Finds the ':' or '=' after the name, although the name may contain such characters, too. If the
+// second word begins with one, that is the separator ("A:B :5A"). Otherwise it is the last one in
+// the first word ("A:B:5A").
 std::size_t separatorOf(const std::string& line) {
     const auto isSeparator = [](char c) { return c == ':' || c == '='; };
     const std::size_t end = std::min(line.find_first_of(Kel_StrTok::WHITE_SPACE), line.size());

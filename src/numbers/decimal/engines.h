@@ -12,7 +12,7 @@ namespace KelRT::numbers {
 
 struct Engine {
     std::size_t minLimbs; // the engine converts numbers of at least this many limbs
-    unsigned chunkDigits; // so many decimal digits form a chunk, which fits a limb
+    unsigned chunkDigits; // the number of decimal digits in a chunk, which fits a limb
     DoubleLimb radix;     // the radix of the result's digits
 };
 

@@ -50,10 +50,10 @@ struct Groups {
 // with 6 and 4 % longer with 24.
 constexpr unsigned MAX_GROUP_SIZE = 12;
 
-// Converts the n source digits in groups. Their number, `count`, is a power of two, so the last
-// groups may have no source digits and are 0. But if count > 1, more than 6/7 of the groups have
-// some: count / 2 groups of 12 are too few for n digits, so n / count > 6. As groupSize is below
-// n / count + 1, n / groupSize > count * 6/7.
+// Converts the n source digits in groups. `count`, the number of groups, is a power of two, so the
+// last groups may have no source digits and are 0. But if count > 1, more than 6/7 of the groups
+// have some: count / 2 groups of 12 are too few for n digits, so n / count > 6. As groupSize is
+// below n / count + 1, n / groupSize > count * 6/7.
 template <typename Radix>
 Groups initialGroups(std::span<const Limb> source) {
     const std::size_t count = std::bit_ceil(common::divideUp(source.size(), MAX_GROUP_SIZE));
