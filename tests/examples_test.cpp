@@ -20,10 +20,10 @@
 #include <algorithm>
 #include <cmath>
 #include <concepts>
+#include <cstdint>
 #include <cstdio>
 #include <initializer_list>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -110,32 +110,30 @@ struct Kel_NumberExample : Kel_Number {
 struct NumberValueExample {
     Kel_NumberExample number;
     Kel_ByteBufferExample buffer{"\x21\x43"};
-    enum { value }; // stands for the output parameters
+    static constexpr int value = 7; // stays if the number does not fit
 
     explicit NumberValueExample(std::uint64_t bitCount, const Text& start)
         : number(bitCount, start) {}
-    std::uint64_t bits2Number(Kel_ByteBuffer& from, std::uint64_t bitPosition, Kel_Number& to) {
-        KelRT::bits2Number(from, bitPosition, to);
+    static std::uint64_t bits2Number(Kel_ByteBuffer& from, std::uint64_t at, Kel_Number& to) {
+        KelRT::bits2Number(from, at, to);
         return std::stoull(to.toString('u'));
     }
-    Text number2Bits(const Kel_Number& from, Kel_ByteBuffer& to, std::uint64_t bitPosition) {
-        to = Kel_ByteBuffer(reinterpret_cast<const unsigned char*>("\0"), 2, 0, 0);
-        KelRT::number2Bits(from, to, bitPosition);
+    static Text number2Bits(const Kel_Number& from, Kel_ByteBuffer& to, std::uint64_t at) {
+        to.setBitsLL(0, 16, 0);
+        KelRT::number2Bits(from, to, at);
         return contentOf(to);
     }
-    AsItIs uLL2Number(std::uint64_t from, Kel_Number& to) {
+    static AsItIs uLL2Number(std::uint64_t from, Kel_Number& to) {
         KelRT::uLL2Number(from, to);
         return {to.toString('u')};
     }
-    AsItIs number2ULL(const Kel_Number& from, decltype(value)) {
-        std::uint64_t to = 7; // stays if the number does not fit
-        const Text fits = KelRT::number2ULL(from, to) ? "true, " : "false, ";
-        return {fits + std::to_string(to)};
+    static AsItIs number2ULL(const Kel_Number& from, std::uint64_t to) {
+        const bool fits = KelRT::number2ULL(from, to);
+        return {(fits ? "true, " : "false, ") + std::to_string(to)};
     }
-    AsItIs number2LL(const Kel_Number& from, decltype(value)) {
-        std::int64_t to = 7;
-        const Text fits = KelRT::number2LL(from, to) ? "true, " : "false, ";
-        return {fits + std::to_string(to)};
+    static AsItIs number2LL(const Kel_Number& from, std::int64_t to) {
+        const bool fits = KelRT::number2LL(from, to);
+        return {(fits ? "true, " : "false, ") + std::to_string(to)};
     }
     AsItIs result() const { return number.result(); }
 };
@@ -146,7 +144,8 @@ struct Kel_NumberUtilExample : Kel_NumberUtil {
 
     static AsItIs getLongLongBitsDebug(const unsigned char* bytes, int firstBit, int lastBit) {
         testing::internal::CaptureStdout();
-        Kel_NumberUtil::getLongLongBitsDebug(bytes, firstBit, lastBit);
+        EXPECT_EQ(Kel_NumberUtil::getLongLongBitsDebug(bytes, firstBit, lastBit),
+                  getLongLongBits(bytes, firstBit, lastBit));
         return {"prints " + testing::PrintToString(testing::internal::GetCapturedStdout())};
     }
     using Kel_NumberUtil::bin2ReverseBinStr;
@@ -177,7 +176,7 @@ struct Kel_NumberUtilExample : Kel_NumberUtil {
 };
 
 struct Kel_StrTokExample {
-    enum Flags { none, quotes_handled, lower_case, handled_and_kept };
+    enum Flags : std::uint8_t { none, quotes_handled, lower_case, handled_and_kept };
     const char* const CSV_DELIM = Kel_StrTok::CSV_DELIM;
     const char* const WHITE_SPACE = Kel_StrTok::WHITE_SPACE;
     const char* const any = CSV_DELIM;
@@ -220,7 +219,8 @@ struct Kel_UtilExample : Kel_Util {
         for (Text& entry : entries)
             argv.push_back(entry.data());
         Text value = Kel_Util::findKey(entries, key);
-        EXPECT_EQ(Kel_Util::findKey(static_cast<unsigned>(argv.size()), argv.data(), key), value);
+        EXPECT_EQ(Kel_Util::findKey(static_cast<unsigned>(argv.size()), argv.data(), key),
+                  value.c_str()); // a NUL ends an argument
         return value;
     }
 };
@@ -250,7 +250,7 @@ struct LoggerExample {
 };
 
 struct MethodLoggerExample : LoggerExample {
-    std::optional<MethodLogger> tracer{std::in_place};
+    std::unique_ptr<MethodLogger> tracer = std::make_unique<MethodLogger>();
 
     MethodLoggerExample() { tracer->setMethodName("f"); }
     void setReturnStatus(unsigned status) { tracer->setReturnStatus(status); }

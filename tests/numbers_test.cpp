@@ -2,8 +2,8 @@
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
 #include "models/number_model.h"
+#include "models/number_util_model.h"
 #include "support/failing_new.h"
-#include "support/outcome.h"
 #include "support/random_values.h"
 
 #include <gtest/gtest.h>
@@ -142,6 +142,29 @@ TEST(Number, OnlyScaledValuesFollowTheLocale) {
     EXPECT_EQ(Kel_NumberUtil::double2Str(1.5, text), "1,500000");
     EXPECT_EQ(Kel_NumberUtil::decStr2ULL("1.000"), 1U);
     static_cast<void>(std::setlocale(LC_ALL, "C"));
+}
+
+TEST(Conversions, InputMayBeTheOutputsOwnText) {
+    for (const std::string bits : {"0101", "01010101101011010110101101011010110101101"}) {
+        std::string s = bits;
+        EXPECT_EQ(Kel_NumberUtil::binStr2HexStr(s.c_str() + 3, s), model::binToHex(bits.substr(3)));
+        s = bits;
+        EXPECT_EQ(Kel_NumberUtil::hexStr2BinStr(s.c_str(), 50, s), model::hexToBin(bits, 50));
+        s = bits;
+        const auto* const array = reinterpret_cast<const unsigned char*>(s.data());
+        EXPECT_EQ(Kel_NumberUtil::bin2ReverseBinStr(array, 16, s),
+                  "0000110010001100"); // 0x30, 0x31
+    }
+}
+
+TEST(Conversions, DigitCountsDoNotWrap) {
+    if (!test::failingNewReachesTheLibrary())
+        GTEST_SKIP() << "the library has an operator new of its own here";
+    std::string out;
+    const test::FailingNew noMemory;
+    EXPECT_THROW(Kel_NumberUtil::hexStr2BinStr("1", 0xFFFFFFFF, out), std::bad_alloc);
+    // The text would have 2^30 digits. Computed in 32 bits, (bitCount + 3) / 4 would wrap to 0.
+    EXPECT_THROW(Kel_NumberUtil::uInt2HexStr(5, 0xFFFFFFFF, out), std::bad_alloc);
 }
 
 } // namespace

@@ -16,8 +16,6 @@
 struct Client {
     /// Returns Kel_StrTok::CSV_DELIM as the client sees it.
     const char* (*csvDelimiters)();
-    /// Counts the tokens of \a text with a tokenizer of the client.
-    int (*countTokens)(const char* text, const char* delimiters);
     /// Returns the address of Logger::logger as the client sees it.
     KelRT::Logger* (*logger)();
     /// Calls \a inner between the lines of its own method trace.
@@ -28,10 +26,8 @@ struct Client {
     void (*throwsException)();
     /// Deletes a buffer that the library made.
     void (*deleteBuffer)(KelRT::Kel_ByteBuffer* buffer);
-    /// Returns how often the client's own operator delete has been called.
+    /// Calls the client's own operator delete, and returns how often that has been called.
     int (*globalDeletes)();
-    /// Calls the client's own operator delete once.
-    void (*callGlobalDelete)();
 };
 
 extern "C" {
