@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
-// Logs where the effect can only be seen from outside the process: after a crash, for example. The
-// golden tests in logging_process/ run this program.
+// Logs what the golden tests in logging_process/ compare: whole logs, of which some can only be
+// seen from outside the process, such as after a crash.
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
 #include "support/host.h"
 
 #include <climits>
+#include <cstdarg>
 #include <iterator>
 #include <memory>
 #include <numeric>
 #include <string>
+#include <typeinfo>
 
 using KelRT::Logger;
 
@@ -23,6 +25,79 @@ struct Client {
     KelRT::MethodLogger tracer;
 };
 Client client;
+
+void logWithVaList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a va_list is made
+    std::va_list arguments;
+    va_start(arguments, format);
+    Logger::logger.vprintLog(5, format, arguments); // filtered out, so it reads no argument
+    Logger::logger.logMethodEntry("list", format, arguments);
+    va_end(arguments);
+    va_start(arguments, format);
+    [](std::va_list passed) { Logger::logger.logMethodEntry("passed", "%d%s", passed); }(arguments);
+    va_end(arguments);
+}
+
+// Logs entries whose arguments only look like a va_list, then entries that get one.
+void logEntries() {
+    char text[] = "own";
+    const char* const constText = text;
+    Logger::logger.logMethodEntry("m", "count=%d", 0); // a null pointer constant
+    Logger::logger.logMethodEntry("m", "text=%s", constText);
+    if (typeid(std::va_list) != typeid(char*)) // otherwise a char* is a list
+        Logger::logger.logMethodEntry("m", "text=%s", text);
+    else
+        Logger::logger.logMethodEntry("m", "text=%s", constText);
+    logWithVaList("%d%s", 7, "b");
+}
+
+struct NamedTracer : KelRT::MethodLogger {
+    NamedTracer() {
+        setMethodName("f");
+        addArgument("port", "two");
+        addArgument("port", 2U);
+        setReturn("replaced");
+    }
+};
+
+// Logs each kind of result, and then what the call that recorded it has returned.
+void logResults() {
+    char own[] = "own";
+    char* const null = nullptr;
+    const char* const constNull = nullptr;
+    Logger& logger = Logger::logger;
+    logger.printLog(1, "%X\n", NamedTracer().setReturnStatus(0x80070005));
+    logger.printLog(1, "%d\n", NamedTracer().setReturn(true));
+    logger.printLog(1, "%d\n", NamedTracer().setReturn(false));
+    logger.printLog(1, "%d\n", NamedTracer().setReturn(4294967295U));
+    logger.printLog(1, "%d\n", NamedTracer().setReturn(own) == own);
+    logger.printLog(1, "%d\n", NamedTracer().setReturn(null) == null);
+    logger.printLog(1, "%d\n", NamedTracer().setReturn(constNull) == constNull);
+}
+
+// Shows that each destruction of a tracer closes the innermost entry.
+void logDestructions() {
+    Logger::logger.setDetailLevel(3);
+    KelRT::MethodLogger early;
+    early.setMethodName("early"); // tracing is off: no entry, but an exit at the end
+    Logger::logger.setDetailLevel(4);
+    Logger::logger.logMethodEntry("outer");
+    Logger::logger.logMethodEntry("middle");
+    NamedTracer named;
+    named.setReturn("own");
+    const KelRT::MethodLogger copy(named);
+    KelRT::MethodLogger assigned;
+    assigned = copy;
+    const KelRT::MethodLogger unnamed;
+}
+
+void logTraces() {
+    const unsigned char bytes[] = {0x55, 0x0A};
+    Logger::logger.dumpBuffer(1, bytes, 12);
+    Logger::logger.dumpBuffer(1, "100%% of %s", bytes, 12); // a title is never used as a format
+    logEntries();
+    logResults();
+    logDestructions();
+}
 
 void logWithCopies() {
     Logger::logger.logMethodEntry("f");
@@ -72,6 +147,8 @@ int main(int argc, char** argv) {
     logger.dumpBuffer(INT_MIN, nullptr, bytes, 12);
     if (mode == "copies")
         logWithCopies();
+    if (mode == "traces")
+        logTraces();
     if (mode == "unload") {
         client.tracer.setMethodName("Client");
         return 0; // unloading the library ends logging
