@@ -17,21 +17,18 @@ namespace fuzz {
 class CapturedOutput {
 public:
     CapturedOutput() {
-        // Append mode writes at the end of the file, even after take() has truncated it.
-        if (std::freopen(path.c_str(), "a", stdout) == nullptr)
+        // Append mode writes at the end of the file, even after take() has truncated it. Binary
+        // mode keeps the line ends on Windows.
+        if (std::freopen(path.c_str(), "ab", stdout) == nullptr)
             std::abort();
     }
 
     /// Returns the text printed since the last call.
     std::string take() {
         static_cast<void>(std::fflush(stdout));
-        std::ifstream file(path,
-                           std::ios::binary); // on Windows, 0x1A ends a file that is read as text
+        std::ifstream file(path, std::ios::binary);
         file.seekg(taken);
         std::string text{std::istreambuf_iterator<char>(file), {}};
-        for (std::size_t at = 0; test_host::WINDOWS && at < text.size(); ++at)
-            if (text.compare(at, 2, "\r\n") == 0)
-                text.erase(at, 1);
         taken = static_cast<std::streamoff>(std::filesystem::file_size(path));
         if (taken > 10'000'000) { // truncating each time would be too slow
             std::filesystem::resize_file(path, 0);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/failing_new.h"
 
-#include "KelRT/Kel_ByteBuffer.h"
+#include "KelRT/MethodLogger.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -74,14 +74,9 @@ bool FailingNew::failed() {
 }
 
 bool failingNewReachesTheLibrary() {
-    KelRT::Kel_ByteBuffer buffer;
     const FailingNew noMemory;
-    try {
-        buffer.init(1, 0, 0);
-    } catch (const std::bad_alloc&) {
-        return true;
-    }
-    return false;
+    KelRT::MethodLogger().setReturn("a text that is too long to be stored inside a std::string");
+    return FailingNew::failed();
 }
 
 } // namespace test
