@@ -4,15 +4,15 @@
 // makes its input a finding.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <initializer_list>
+#include <iterator>
 #include <string>
 #include <type_traits>
-#include <utility>
-#include <vector>
 
 namespace fuzz {
 
@@ -20,9 +20,12 @@ namespace fuzz {
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size)
-        : bytes(reinterpret_cast<const char*>(data), size) {}
+        : bytes(reinterpret_cast<const char*>(data), size) {
+        current = this;
+    }
 
     [[nodiscard]] bool empty() const { return at >= bytes.size(); }
+    char character() { return empty() ? '\0' : bytes[at++]; }
     std::uint64_t value(unsigned byteCount = 8) {
         std::uint64_t value = 0;
         for (unsigned i = 0; i < byteCount; ++i)
@@ -32,14 +35,10 @@ public:
     std::size_t below(std::uint64_t bound) {
         return static_cast<std::size_t>(value(bound <= 256 ? 1 : 4) % bound);
     }
-    char character() { return empty() ? '\0' : bytes[at++]; }
-    template <typename Choice, std::size_t Count>
-    const Choice& oneOf(const Choice (&choices)[Count]) {
-        return choices[below(Count)];
-    }
+    const auto& oneOf(const auto& choices) { return choices[below(std::size(choices))]; }
     /// Returns up to \a most characters, which may have any code.
     std::string text(std::size_t most) {
-        std::string text = bytes.substr(at < bytes.size() ? at : bytes.size(), most);
+        const std::string text = bytes.substr(at, most);
         at += text.size();
         return text;
     }
@@ -58,80 +57,66 @@ public:
 
     /// Notes an operation. If a check fails, it prints all operations that were noted.
     void note(const char* operation, std::initializer_list<std::uint64_t> arguments) {
-        operations.emplace_back(operation, arguments);
+        operations += operation;
+        for (const std::uint64_t argument : arguments)
+            operations += ' ' + std::to_string(argument);
+        operations += '\n';
     }
-    void printOperations() const {
-        for (const auto& [operation, arguments] : operations) {
-            static_cast<void>(std::fprintf(stderr, "%s", operation));
-            for (const std::uint64_t argument : arguments)
-                static_cast<void>(std::fprintf(stderr, " %s", std::to_string(argument).c_str()));
-            static_cast<void>(std::fprintf(stderr, "\n"));
-        }
+
+    /// Aborts the run, which makes it a finding. Prints what this thread's input has noted.
+    [[noreturn]] static void fail(const std::string& message) {
+        const char* const noted = current->operations.c_str();
+        static_cast<void>(std::fprintf(stderr, "%sfailed: %s\n", noted, message.c_str()));
+        std::abort();
     }
 
 private:
+    static thread_local const Input* current;
     std::string bytes;
     std::size_t at = 0;
-    std::vector<std::pair<const char*, std::vector<std::uint64_t>>> operations;
+    std::string operations;
 };
-
-/// Aborts the run, which makes it a finding. Prints the operations that \a input has noted.
-[[noreturn]] inline void fail(const std::string& message, const Input* input) {
-    if (input != nullptr)
-        input->printOperations();
-    static_cast<void>(std::fprintf(stderr, "failed: %s\n", message.c_str()));
-    std::abort();
-}
+inline thread_local const Input* Input::current = nullptr;
 
 /// Aborts the run with the message \a what unless \a holds is true.
-inline void require(bool holds, const char* what, const Input* input = nullptr) {
+inline void require(bool holds, const char* what) {
     if (!holds)
-        fail(what, input);
+        Input::fail(what);
 }
 
-inline std::string shown(const std::string& text) {
-    return text;
-}
-template <typename Value>
-    requires std::is_arithmetic_v<Value>
-std::string shown(Value value) {
-    return std::to_string(value);
-}
-
-/// Aborts the run if the lists differ. Prints a part of both that begins shortly before the first
-/// difference.
-template <typename List>
-void requireEqualLists(const List& found, const List& expected, const char* what,
-                       const Input* input) {
-    std::size_t place = 0;
-    while (place < found.size() && place < expected.size() && found[place] == expected[place])
-        ++place;
-    if (place == found.size() && place == expected.size())
-        return;
-    const auto partOf = [first = place < 40 ? 0 : place - 40](const List& list) {
+inline std::string shown(const auto& value) {
+    using Value = std::remove_cvref_t<decltype(value)>;
+    if constexpr (std::is_convertible_v<Value, std::string>) {
+        return value;
+    } else if constexpr (std::is_arithmetic_v<Value>) {
+        return std::to_string(value);
+    } else {
         std::string text;
-        for (std::size_t i = first; i < list.size() && i < first + 200; ++i)
-            if constexpr (std::is_same_v<List, std::string>)
-                text += list[i];
-            else
-                text += shown(list[i]) + ' ';
+        for (const auto& element : value)
+            text += shown(element) + ' ';
         return text;
-    };
-    fail(std::string(what) + ", from " + std::to_string(place) +
-             " on\n  found:    " + partOf(found) + "\n  expected: " + partOf(expected),
-         input);
+    }
 }
 
-/// Aborts the run if the values differ, and prints both.
-template <typename Found, typename Expected>
-void requireEqual(const Found& found, const Expected& expected, const char* what,
-                  const Input* input = nullptr) {
-    if constexpr (!std::is_arithmetic_v<Found>)
-        requireEqualLists<Found>(found, expected, what, input);
-    else if (found != expected)
-        fail(std::string(what) + "\n  found:    " + shown(found) +
-                 "\n  expected: " + shown(expected),
-             input);
+/// Aborts the run if the values differ, and prints both. Of lists and texts it prints a part that
+/// begins shortly before the first difference.
+template <typename Value>
+void requireEqual(const Value& found, const std::type_identity_t<Value>& expected,
+                  const char* what) {
+    if (found == expected)
+        return;
+    std::string message = what;
+    Value parts[] = {found, expected};
+    if constexpr (!std::is_arithmetic_v<Value>) {
+        const auto place =
+            std::mismatch(found.begin(), found.end(), expected.begin(), expected.end()).first -
+            found.begin();
+        message += ", from " + std::to_string(place) + " on";
+        for (Value& part : parts)
+            part.erase(part.begin(), part.begin() + std::max<std::ptrdiff_t>(place - 40, 0));
+    }
+    Input::fail(message + "\n  found:    " + shown(parts[0]).substr(0, 600) +
+                "\n  expected: " + shown(parts[1]).substr(0, 600));
 }
 
 } // namespace fuzz

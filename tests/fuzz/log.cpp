@@ -9,6 +9,7 @@
 #include "support/captured_output.h"
 
 #include <climits>
+#include <regex>
 
 using KelRT::Logger;
 
@@ -32,72 +33,64 @@ public:
 
     void step(fuzz::Input& input) {
         const std::string text = textOf(input);
+        const char* const c = text.c_str();
         const auto number = static_cast<int>(input.value(1)) - 128;
-        const std::string returned = " -- returning " + std::to_string(number);
         switch (input.below(12)) {
         case 0:
-            return setLevel(input.below(4) == 0 ? 3 : 4);
+            return both(
+                [level = input.below(4) == 0 ? 3 : 4](auto& log) { log.setDetailLevel(level); });
         case 1:
-            logger.logMethodEntry(text.c_str(), "%s%d", text.c_str(), number);
-            return expected.entry(text, text + std::to_string(number));
-        case 2:
-            return enter(text);
-        case 3:
-            logger.logMethodExit();
-            return expected.exit("");
-        case 4:
-            logger.logMethodExit(number);
-            return expected.exit(returned);
-        case 5:
-            logger.logMethodExit(text.c_str());
-            return expected.exit(text.empty() ? "" : " -- returning ", text);
-        case 6:
-            logger.logMethodExit(text.c_str(), number);
-            return expected.exitByName(text, returned);
+            logger.logMethodEntry(c, "%s%d", c, number);
+            return expected.logMethodEntry(text, text + std::to_string(number));
         case 7:
-            return input.below(8) == 0 ? forgetNames() : enter(text);
+            if (input.below(8) == 0)
+                return both([](auto& log) { log.popAllMethods(); });
+            [[fallthrough]];
+        case 2:
+            return both([c](auto& log) { log.logMethodEntry(c); });
+        case 3:
+            return both([](auto& log) { log.logMethodExit(); });
+        case 4:
+            return both([number](auto& log) { log.logMethodExit(number); });
+        case 5:
+            return both([c](auto& log) { log.logMethodExit(c); });
+        case 6:
+            return both([c, number](auto& log) { log.logMethodExit(c, number); });
         case 8:
             return dump(input, text);
         default:
             const auto level = static_cast<int>(input.below(6));
-            logger.printLog(level, "%s", text.c_str());
-            expected.record(level, text);
+            logger.printLog(level, "%s", c);
+            expected.printLog(level, text);
         }
     }
 
     /// Compares the logs and resets both for the next input.
     void finish() {
-        setLevel(4);
-        for (; expected.depth > 0; expected.exitByName("end", " -- returning 0"))
-            logger.logMethodExit("end", 0);
+        both([](auto& log) { log.setDetailLevel(4); });
+        while (expected.depth > 0)
+            both([](auto& log) { log.logMethodExit("end", 0); });
         while (expected.depth < 0)
-            enter("end");
-        forgetNames();
-        logger.printLog(1, "\n");
-        expected.record(1, "\n");
-        setLevel(3);
+            both([](auto& log) { log.logMethodEntry("end"); });
+        both([](auto& log) {
+            log.popAllMethods();
+            log.printLog(1, "\n");
+            log.setDetailLevel(3);
+        });
         logger.flush();
         fuzz::requireEqual(output.take(), expected.text, "the log equals the model's");
         expected.text.clear();
     }
 
 private:
+    void both(const auto& operation) {
+        operation(logger);
+        operation(expected);
+    }
     static std::string textOf(fuzz::Input& input) {
         const std::string alphabets[] = {"a", "ab%\n", "%%ns ", "\n"};
         const std::string text = input.text(input.below(20), input.oneOf(alphabets));
         return std::string(input.below(16) == 0 ? 2030 + input.below(20) : 0, 'l') + text;
-    }
-    void setLevel(int level) {
-        logger.setDetailLevel(level);
-        expected.level = level;
-    }
-    void enter(const std::string& name) {
-        logger.logMethodEntry(name.c_str());
-        expected.entry(name, "");
-    }
-    void forgetNames() {
-        logger.popAllMethods();
-        expected.names.clear();
     }
     void dump(fuzz::Input& input, const std::string& title) {
         // A vast dump gives almost UINT_MAX bits. Only the first 10,000 bytes are shown and read.
@@ -112,18 +105,9 @@ private:
         const int level = input.below(8) == 0 ? 5 : 1;
         logger.dumpBuffer(level, title.c_str(), bytes.data(),
                           vast ? UINT_MAX - static_cast<unsigned>(input.below(16)) : bitCount);
+        static const std::regex percents("%%"); // each shows one '%'
         if (level == 1)
-            expected.dump(shown(title), bytes, bitCount);
-    }
-    /// Returns what a title shows: one '%' for each "%%", and at most 2,047 characters.
-    static std::string shown(const std::string& title) {
-        std::string text;
-        for (std::size_t i = 0; i < title.size(); ++i) {
-            text += title[i];
-            if (title.compare(i, 2, "%%") == 0)
-                ++i;
-        }
-        return text.substr(0, 2047);
+            expected.dumpBuffer(std::regex_replace(title, percents, "%"), bytes, bitCount);
     }
 
     Logger& logger = Logger::logger;

@@ -12,18 +12,20 @@
 #include "support/outcome.h"
 
 #include <algorithm>
+#include <cstdlib>
 
+using fuzz::requireEqual;
 using KelRT::Kel_ByteBuffer;
 using KelRT::Kel_Number;
 using model::Bytes;
 
 namespace {
 
+constexpr const char* BAD_GET = "Internal Error - Kel_ByteBuffer::getBits bad params.";
+constexpr const char* BAD_SET = "Internal Error - Kel_ByteBuffer::setBits(ll) bad params.";
+
 std::string said(const auto& action) {
-    return test::outcome([&] {
-        action();
-        return "";
-    });
+    return test::outcome([&] { return action(), ""; });
 }
 
 std::string bitsOf(const model::ByteBuffer& bytes, std::uint64_t at, std::uint64_t width) {
@@ -33,14 +35,15 @@ std::string bitsOf(const model::ByteBuffer& bytes, std::uint64_t at, std::uint64
     return text;
 }
 
-/// Converts a field near either end of a buffer or beyond it. A shift may be pending.
+/// Reads a field and writes another to its place, in a buffer and in an array. The field lies near
+/// either end of the bytes or beyond them.
 void convertField(fuzz::Input& input, std::uint64_t width) {
     const std::string text = input.text(input.below(200));
     const Bytes bytes(text.begin(), text.end());
     Kel_ByteBuffer buffer(bytes.data(), bytes.size(), 0, 0);
     model::ByteBuffer expected(bytes, 0, 0);
-    const std::uint64_t shift = bytes.empty() ? 0 : input.below(8);
-    buffer.shiftBitsDown(static_cast<std::int32_t>(shift));
+    const auto shift = static_cast<std::int32_t>(bytes.empty() ? 0 : input.below(8));
+    buffer.shiftBitsDown(shift);
     expected.shiftBitsDown(shift);
     expected.access();
     const std::uint64_t bits = 8 * bytes.size();
@@ -48,76 +51,62 @@ void convertField(fuzz::Input& input, std::uint64_t width) {
     const std::uint64_t places[] = {last, last + input.below(10), input.below(last + 1),
                                     std::uint64_t{0} - input.below(800)};
     const std::uint64_t at = input.oneOf(places);
-    input.note("a field of a buffer after a shift", {width, at, bytes.size(), shift});
+    input.note("a field of a buffer after a shift",
+               {width, at, bytes.size(), static_cast<std::uint64_t>(shift)});
 
+    const bool holds = expected.holds(at, width);
+    const std::string field =
+        holds ? bitsOf(expected, at, width) : std::string(static_cast<std::size_t>(width), '1');
+    Bytes exact = expected.block; // ends with the field, so a sanitizer sees an access past it
     Kel_Number number(width);
     number.set('d', "-1");
-    const bool holds = expected.holds(at, width);
-    fuzz::requireEqual(said([&] { bits2Number(buffer, at, number); }),
-                       holds ? "" : "Internal Error - Kel_ByteBuffer::getBits bad params.",
-                       "a read", &input);
-    fuzz::requireEqual(number.toString('b'),
-                       holds ? bitsOf(expected, at, width)
-                             : std::string(static_cast<std::size_t>(width), '1'),
-                       "the field", &input);
-    Bytes exact = expected.block; // ends with the field, so a sanitizer sees an access past it
+    requireEqual(said([&] { bits2Number(buffer, at, number); }), holds ? "" : BAD_GET, "a read");
+    requireEqual(number.toString('b'), field, "the field");
     if (holds) {
         exact.resize(static_cast<std::size_t>((at + width + 7) / 8));
         number.set('d', "-1");
         bits2Number(exact.data(), at, number);
-        fuzz::requireEqual(number.toString('b'), bitsOf(expected, at, width),
-                           "the field of an array", &input);
+        requireEqual(number.toString('b'), field, "the field of an array");
     }
 
     number.set('b', input.text(static_cast<std::size_t>(width), "01"));
-    fuzz::requireEqual(said([&] { number2Bits(number, buffer, at); }),
-                       holds ? "" : "Internal Error - Kel_ByteBuffer::setBits(ll) bad params.",
-                       "a write", &input);
-    const std::string written = number.toString('b');
-    for (std::uint64_t k = 0; holds && k < width; ++k)
-        expected.setBit(at + k, written[static_cast<std::size_t>(width - 1 - k)] == '1');
-    const unsigned char* const content = buffer.uPtr();
-    fuzz::requireEqual(Bytes(content, content + buffer.getSize()), expected.block,
-                       "what is written", &input);
-    if (holds)
+    requireEqual(said([&] { number2Bits(number, buffer, at); }), holds ? "" : BAD_SET, "a write");
+    if (holds) {
         number2Bits(number, exact.data(), at);
+        std::uint64_t k = at + width;
+        for (const char bit : number.toString('b'))
+            expected.setBit(--k, bit == '1');
+    }
+    requireEqual(Bytes(buffer.uPtr(), buffer.uPtr() + buffer.getSize()), expected.block,
+                 "what is written");
     expected.block.resize(exact.size());
-    fuzz::requireEqual(exact, expected.block, "what is written to an array", &input);
-}
-
-/// Returns whether a decimal text has a larger magnitude than \a limit, which has the same sign.
-bool exceeds(const std::string& digits, const std::string& limit) {
-    return digits.size() != limit.size() ? digits.size() > limit.size() : digits > limit;
+    requireEqual(exact, expected.block, "what is written to an array");
 }
 
 void convertInteger(fuzz::Input& input, std::uint64_t width) {
     Kel_Number number(width);
     Kel_Number ofText(width);
-    const std::uint64_t value = input.value() >> input.below(64);
-    uLL2Number(value, number);
-    ofText.set('u', std::to_string(value));
-    fuzz::requireEqual(number.toString('x'), ofText.toString('x'), "uLL2Number", &input);
-    const auto signedValue = static_cast<std::int64_t>(input.value()) >> input.below(64);
-    lL2Number(signedValue, number);
-    ofText.set('d', std::to_string(signedValue));
-    fuzz::requireEqual(number.toString('x'), ofText.toString('x'), "lL2Number", &input);
+    const auto store = [&](auto value, char radix, auto convert) {
+        convert(value, number);
+        ofText.set(radix, std::to_string(value));
+        requireEqual(number.toString('x'), ofText.toString('x'), "an integer");
+    };
+    store(input.value() >> input.below(64), 'u', KelRT::uLL2Number);
+    store(static_cast<std::int64_t>(input.value()) >> input.below(64), 'd', KelRT::lL2Number);
 
     if (input.below(2) == 0)
         number.set('b', std::string("1").append(input.below(width), '0'));
     if (input.below(2) == 0)
         number.negate();
-    std::string text = number.toString('u');
-    std::uint64_t read = 7;
-    const bool isUnsigned = !exceeds(text, "18446744073709551615");
-    fuzz::requireEqual(number2ULL(number, read), isUnsigned, "whether it fits", &input);
-    fuzz::requireEqual(std::to_string(read), isUnsigned ? text : "7", "number2ULL", &input);
-    text = number.toString('d');
-    std::int64_t signedRead = 7;
-    const bool isSigned =
-        !exceeds(text, text[0] == '-' ? "-9223372036854775808" : "9223372036854775807");
-    fuzz::requireEqual(number2LL(number, signedRead), isSigned, "whether it fits with a sign",
-                       &input);
-    fuzz::requireEqual(std::to_string(signedRead), isSigned ? text : "7", "number2LL", &input);
+    // An integer that does not fit reads as the nearest limit, which has other digits.
+    const auto load = [&](auto integer, char radix, auto convert, auto read) {
+        const std::string text = number.toString(radix);
+        const bool fits = std::to_string(read(text.c_str(), nullptr, 10)) == text;
+        requireEqual(convert(number, integer), fits, "whether it fits");
+        requireEqual(std::to_string(integer), fits ? text : "7", "what is loaded");
+    };
+    load(std::uint64_t{7}, 'u', KelRT::number2ULL, std::strtoull);
+    load(std::int64_t{7}, 'd', KelRT::number2LL, std::strtoll);
 }
 
 } // namespace

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
 // Models the byte buffer in slow and obvious code, which handles one byte or one bit at a time. The
-// model includes the whole block with its reserves.
+// model includes the whole block with its reserves. Its operations have the names of the buffer's,
+// so that a test can apply one function to both.
 #pragma once
+
+#include "digits.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -13,26 +17,25 @@ namespace model {
 
 using Bytes = std::vector<unsigned char>;
 
-/// Returns the value of a hexadecimal digit, or \a other for another character.
-inline unsigned digitOf(unsigned char c, unsigned other) {
-    const std::size_t at = std::string("0123456789ABCDEFabcdef").find(static_cast<char>(c));
-    return at == std::string::npos ? other : static_cast<unsigned>(at < 16 ? at : at - 6);
-}
-
 struct ByteBuffer {
     Bytes block;
     std::size_t start = 0;
     std::size_t size = 0;
-    std::uint64_t pending = 0;
+    std::size_t pending = 0;
 
     ByteBuffer() = default;
     ByteBuffer(const Bytes& bytes, std::size_t padLow, std::size_t padHigh)
-        : block(padLow, 0), start(padLow), size(bytes.size()) {
-        block.insert(block.end(), bytes.begin(), bytes.end());
-        block.insert(block.end(), padHigh, 0);
+        : block(padLow + bytes.size() + padHigh), start(padLow), size(bytes.size()) {
+        std::copy(bytes.begin(), bytes.end(), used());
     }
+    void init(std::size_t count, std::size_t padLow, std::size_t padHigh) {
+        *this = ByteBuffer(Bytes(count), padLow, padHigh);
+    }
+    void clear() { std::fill(block.begin(), block.end(), Bytes::value_type{0}); }
 
     [[nodiscard]] std::size_t padHigh() const { return block.size() - start - size; }
+    [[nodiscard]] std::uint64_t bitCount() const { return std::uint64_t{8} * size; }
+    [[nodiscard]] unsigned char* used() { return block.data() + start; }
     [[nodiscard]] bool bit(std::uint64_t k) const {
         return (block.at(start + static_cast<std::size_t>(k / 8)) >> (k % 8) & 1) != 0;
     }
@@ -44,78 +47,96 @@ struct ByteBuffer {
 
     /// Realigns. If a shift was pending, this also sets the first byte of the high reserve to 0.
     void access() {
-        const std::uint64_t bits = std::uint64_t{8} * size;
+        const std::uint64_t bits = bitCount();
         for (std::uint64_t k = 0; pending != 0 && k < bits; ++k)
             setBit(k, k + pending < bits && bit(k + pending));
         if (pending != 0 && padHigh() > 0)
             block.at(start + size) = 0;
         pending = 0;
     }
-    void insertBytes(std::size_t at, std::size_t count) {
+    std::int32_t insertBytes(std::size_t at, std::size_t count) {
+        access();
         if (at > size / 2) {
-            if (padHigh() < count)
-                block.insert(block.end(), count, 0);
-            for (std::size_t i = size; i-- > at && at != 0;)
-                block[start + i + count] = block[start + i];
+            block.resize(block.size() + (padHigh() < count ? count : 0));
+            std::copy_backward(used() + std::min(at, size), used() + size, used() + size + count);
         } else {
-            if (start < count) {
-                block.insert(block.begin(), count, 0);
-                start += count;
-            }
-            for (std::size_t i = 0; i < at && at < size; ++i)
-                block[start + i - count] = block[start + i];
-            start -= count;
+            const std::size_t growth = start < count ? count : 0;
+            block.insert(block.begin(), growth, 0);
+            start += growth - count;
+            std::copy(used() + count, used() + count + at, used());
         }
         size += count;
+        return 0;
     }
-    /// Moves the start forward, or back if \a count is negative.
-    void moveStart(std::int64_t count) {
+    void removeBytesAtEnd(std::size_t count) {
+        access();
+        size -= count;
+    }
+    void moveStartPositionForward(std::int32_t count) {
+        access();
         start += static_cast<std::size_t>(count);
         size -= static_cast<std::size_t>(count);
     }
-    void shiftBitsDown(std::uint64_t count) {
-        pending += count;
-        moveStart(static_cast<std::int64_t>(pending / 8));
+    void shiftBitsDown(std::int32_t count) {
+        pending += static_cast<std::size_t>(count);
+        start += pending / 8;
+        size -= pending / 8;
         pending %= 8;
     }
 
     [[nodiscard]] bool holds(std::uint64_t position, std::uint64_t count) const {
-        const std::uint64_t end = position + count;
-        const bool wraps = end < position || end + 7 < end;
-        return !wraps && (end + 7) / 8 <= size;
+        return count <= bitCount() && position <= bitCount() - count;
     }
-    [[nodiscard]] std::uint64_t get(std::uint64_t position, std::uint64_t count) const {
+    [[nodiscard]] std::uint64_t getBitsLL(std::uint64_t position, std::uint64_t count) {
+        access();
+        if (!holds(position, count))
+            throw std::logic_error("Internal Error - Kel_ByteBuffer::getBits bad params.");
         std::uint64_t result = 0;
         for (std::uint64_t k = count; k-- > 0;)
             result = result << 1 | (bit(position + k) ? 1U : 0U);
         return result;
     }
-    void set(std::uint64_t position, std::uint64_t count, std::uint64_t value) {
+    [[nodiscard]] std::uint32_t getBits(std::uint64_t position, std::uint64_t count) {
+        return static_cast<std::uint32_t>(getBitsLL(position, count));
+    }
+    void setBitsLL(std::uint64_t position, std::uint64_t count, std::uint64_t value) {
+        access();
+        if (!holds(position, count))
+            throw std::logic_error("Internal Error - Kel_ByteBuffer::setBits(ll) bad params.");
         for (std::uint64_t i = 0; i < count; ++i, value >>= 1)
             setBit(position + i, (value & 1) != 0);
     }
-    void mirrorEachByte() {
+    void setBits(std::uint64_t position, std::uint64_t count, std::uint32_t value) {
+        setBitsLL(position, count, value);
+    }
+    void swapBitOrderWithinEachByte() {
+        access();
         const ByteBuffer before = *this;
-        for (std::uint64_t k = 0; k < std::uint64_t{8} * size; ++k)
+        for (std::uint64_t k = 0; k < bitCount(); ++k)
             setBit(k, before.bit(k / 8 * 8 + 7 - k % 8));
     }
-    void reverse(std::size_t from, std::size_t count) {
-        const auto first = block.begin() + static_cast<std::ptrdiff_t>(start + from);
-        std::reverse(first, first + static_cast<std::ptrdiff_t>(count));
+    void swapByteOrder(std::size_t from, std::size_t count) {
+        access();
+        std::reverse(used() + from, used() + from + count);
     }
 
-    [[nodiscard]] Bytes hexText(std::uint64_t fromByte) const {
-        Bytes text;
-        for (std::uint64_t k = std::uint64_t{2} * size; k-- > 2 * fromByte;)
-            text.push_back(static_cast<unsigned char>("0123456789ABCDEF"[get(4 * k, 4)]));
-        text.push_back(0);
-        return text;
+    /// Returns the digits of at most \a limit bits from byte \a from on, and a NUL.
+    [[nodiscard]] Bytes hexText(std::uint64_t from, std::uint64_t limit = UINT64_MAX) {
+        access();
+        Bytes text(1, 0);
+        for (std::uint64_t at = 8 * from; at < bitCount() && limit > 0; at += 4) {
+            const std::uint64_t bits = std::min<std::uint64_t>(4, limit);
+            text.push_back(static_cast<unsigned char>("0123456789ABCDEF"[getBitsLL(at, bits)]));
+            limit -= bits;
+        }
+        return {text.rbegin(), text.rend()};
     }
-    [[nodiscard]] Bytes hexToBin(std::uint64_t first, std::uint64_t last) const {
+    [[nodiscard]] Bytes bytesOfHex(std::size_t first, std::size_t last) {
+        access();
         Bytes result;
-        for (std::uint64_t i = last + 1; i-- > first;) {
-            const unsigned char c = block.at(start + static_cast<std::size_t>(i));
-            const unsigned value = digitOf(c, c - unsigned{'0'});
+        for (std::size_t i = last + 1; i-- > first;) {
+            const unsigned char c = used()[i];
+            const unsigned value = digitOf(static_cast<char>(c), c - unsigned{'0'});
             if ((last - i) % 2 == 0)
                 result.push_back(static_cast<unsigned char>(value));
             else
@@ -125,27 +146,14 @@ struct ByteBuffer {
     }
 };
 
-/// Cuts hexadecimal text to its lowest \a bitCount bits, if need be within a digit: "FA" cut to 6
-/// bits is "3A".
-inline Bytes cutHexText(Bytes text, std::uint64_t bitCount) {
-    const std::uint64_t digits = (bitCount + 3) / 4;
-    if (text.size() - 1 < digits)
-        return text;
-    text.erase(text.begin(), text.end() - static_cast<std::ptrdiff_t>(digits + 1));
-    if (bitCount % 4 != 0)
-        text[0] =
-            static_cast<unsigned char>("01234567"[digitOf(text[0], 0) % (1U << bitCount % 4)]);
-    return text;
-}
-
-/// Converts bit-mirrored text to bytes, bit by bit.
-inline Bytes mirroredTextToBin(const std::string& text) {
-    ByteBuffer result(Bytes((text.size() + 1) / 2, 0), 0, 0);
-    unsigned value = 0;
+/// Converts bit-mirrored text. Another character than a digit repeats the digit before it.
+inline Bytes bytesOfMirroredHex(const std::string& text) {
+    ByteBuffer result(Bytes((text.size() + 1) / 2), 0, 0);
+    unsigned digit = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        value = digitOf(static_cast<unsigned char>(text[i]), value);
+        digit = digitOf(text[i], digit);
         for (unsigned k = 0; k < 4; ++k)
-            result.setBit(4 * i + k, (value >> (3 - k) & 1) != 0);
+            result.setBit(4 * i + k, (digit >> (3 - k) & 1) != 0);
     }
     return result.block;
 }

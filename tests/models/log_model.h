@@ -7,13 +7,16 @@
 
 #include "support/host.h"
 
-#include <array>
-#include <cstdio>
+#include <algorithm>
+#include <bitset>
+#include <iomanip>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace model {
 
+/// Has the operations of a Logger under the same names, except that it takes formatted texts.
 struct Log {
     std::string text;
     int level = 1;
@@ -23,78 +26,85 @@ struct Log {
     bool whole = false;
     std::vector<std::string> names;
 
-    void record(int recordLevel, const std::string& piece) {
-        if (recordLevel > level)
-            return;
-        for (int unit = 0; atLineStart && unit < depth; ++unit)
-            text += "  ";
-        text += piece.substr(0, 2047); // the longest record
-        if (!piece.empty())
-            atLineStart = text.back() == '\n';
+    void setDetailLevel(int given) { level = given; }
+    void popAllMethods() { names.clear(); }
+    void printLog(int recordLevel, const std::string& record) {
+        write(recordLevel, record.substr(0, 2047)); // the longest record
     }
-    void entry(const std::string& name, const std::string& arguments) {
-        record(4, "ENTERING " + name.substr(0, 2037) + " "); // 2,047 in all
+    void logMethodEntry(const std::string& name, const std::string& arguments = "") {
+        printLog(4, "ENTERING " + name.substr(0, 2037) + " "); // 2,047 in all
         if (!arguments.empty())
-            record(4, arguments);
-        record(4, "\n");
+            printLog(4, arguments);
+        printLog(4, "\n");
         if (level >= 4)
             names.push_back(name);
         depth += level >= 4 ? 1 : 0;
     }
-    /// Writes "EXITING name", \a result and \a value. If they are too long, \a value is cut first,
-    /// then the name, never \a result.
-    void exit(const std::string& result, const std::string& value = "") {
-        if (level < 4 || names.empty())
-            return;
-        exitByName(names.back(), result, value);
-        names.pop_back();
+    void logMethodExit() { exitLast("", ""); }
+    void logMethodExit(int value) { exitLast(" -- returning " + std::to_string(value), ""); }
+    void logMethodExit(const std::string& value) {
+        exitLast(value.empty() ? "" : " -- returning ", value);
     }
-    void exitByName(std::string name, const std::string& result, std::string value = "") {
-        depth -= level >= 4 ? 1 : 0;
-        const std::string::size_type rest = std::string("EXITING \n").size() + result.size();
-        while (rest + name.size() + value.size() > 2047)
-            (value.empty() ? name : value).pop_back();
-        record(4, "EXITING " + name + result + value + "\n");
+    void logMethodExit(const std::string& name, int value) {
+        exit(name, " -- returning " + std::to_string(value), "");
     }
     /// Writes \a title as a record, unless it is empty, and then the table.
-    void dump(const std::string& title, const std::vector<unsigned char>& buffer,
-              std::uint64_t bitCount) {
-        const std::uint64_t bytes = bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0);
-        const std::uint64_t perRow = bits ? 8 : 16;
+    void dumpBuffer(const std::string& title, const std::vector<unsigned char>& buffer,
+                    std::size_t bitCount) {
+        const std::size_t perRow = bits ? 8 : 16;
         if (!title.empty())
-            record(1, title);
-        record(1, "\n(MSB<-LSB)");
-        for (unsigned column = 16; column-- > 0;)
-            if (column < bytes && column < perRow)
-                piece(bits ? "        %x" : "  %x", column);
-        for (std::uint64_t row = 0; row < bytes; row += perRow) {
-            piece("\n%08xh: ", static_cast<unsigned>(row));
+            printLog(1, title);
+        std::ostringstream table;
+        table << std::hex << std::setfill('0') << "\n(MSB<-LSB)";
+        for (std::size_t column = std::min(perRow, buffer.size()); column-- > 0;)
+            table << (bits ? "        " : "  ") << column;
+        for (std::size_t row = 0; row < buffer.size(); row += perRow) {
+            table << '\n' << std::setw(8) << row << "h: ";
             if (!whole && row + perRow - 1 > 10000) {
-                record(1, "... (To display buffers larger than 10000, enable the print large\n"
-                          "buffer flag in TOR_KEL_LOGFLAGS. Set bit 1 high, where bit 0 is LSB.)");
+                table << "... (To display buffers larger than 10000, enable the print large\n"
+                         "buffer flag in TOR_KEL_LOGFLAGS. Set bit 1 high, where bit 0 is LSB.)";
                 break;
             }
-            for (std::uint64_t i = row + perRow; i-- > row;)
-                if (i < bytes)
-                    byte(buffer.at(static_cast<std::size_t>(i)), i, bitCount);
-                else if (i >= perRow)
-                    record(1, bits ? "         " : "   ");
+            for (std::size_t i = row + perRow; i-- > row;)
+                if (i >= buffer.size())
+                    table << (row == 0 ? "" : bits ? "         " : "   ");
+                else if (bits)
+                    table << bitsOf(buffer[i], bitCount - 8 * i) << ' ';
+                else
+                    table << std::setw(2) << unsigned{buffer[i]} << ' ';
         }
-        record(1, "\n");
+        write(1, table.str() + "\n");
     }
 
 private:
-    void piece(const char* format, unsigned value) {
-        std::array<char, 64> formatted{};
-        static_cast<void>(std::snprintf(formatted.data(), formatted.size(), format, value));
-        record(1, formatted.data());
+    void write(int recordLevel, const std::string& piece) {
+        if (recordLevel > level)
+            return;
+        for (int unit = 0; atLineStart && unit < depth; ++unit)
+            text += "  ";
+        text += piece;
+        if (!piece.empty())
+            atLineStart = text.back() == '\n';
     }
-    void byte(unsigned char value, std::uint64_t index, std::uint64_t bitCount) {
-        if (!bits)
-            return piece("%02x ", value);
-        for (unsigned k = 8; k-- > 0;)
-            record(1, 8 * index + k >= bitCount ? " " : (value >> k & 1) != 0 ? "1" : "0");
-        record(1, " ");
+    void exitLast(const std::string& result, const std::string& value) {
+        if (level < 4 || names.empty())
+            return;
+        exit(names.back(), result, value);
+        names.pop_back();
+    }
+    /// Writes "EXITING name", \a result and \a value. If they are too long, \a value is cut first,
+    /// then the name, never \a result.
+    void exit(std::string name, const std::string& result, std::string value) {
+        depth -= level >= 4 ? 1 : 0;
+        const std::size_t rest = std::string("EXITING \n").size() + result.size();
+        while (rest + name.size() + value.size() > 2047)
+            (value.empty() ? name : value).pop_back();
+        printLog(4, "EXITING " + name + result + value + "\n");
+    }
+    /// Shows a byte whose lowest \a count bits are in the buffer.
+    static std::string bitsOf(unsigned char byte, std::size_t count) {
+        const std::string digits = std::bitset<8>(byte).to_string();
+        return count >= 8 ? digits : std::string(8 - count, ' ') + digits.substr(8 - count);
     }
 };
 
@@ -109,8 +119,6 @@ public:
         KelRT::Logger::logger.flush();
         openingSize = test_host::readWholeFile(path).size();
     }
-    LogFile(const LogFile&) = delete;
-    LogFile& operator=(const LogFile&) = delete;
     ~LogFile() { KelRT::Logger::logger.endLogging(); } // Windows does not remove open files
 
     /// Returns the content of the file after the opening lines.

@@ -4,7 +4,8 @@
 // time.
 #pragma once
 
-#include <algorithm>
+#include "digits.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -20,30 +21,27 @@ public:
     bool isZero() const { return words == std::vector<std::uint16_t>(words.size()); }
 
     void negate() {
-        std::uint32_t carry = 1;
         for (auto& word : words)
-            carry = putWord(word, static_cast<std::uint16_t>(~word) + carry);
-        mask();
+            word = static_cast<std::uint16_t>(~word);
+        multiplyAndAdd(1, 1);
     }
 
     bool set(char radix, const std::string& text) {
         const unsigned base = radixOf(radix);
         bool negative = false;
-        zero();
+        words.assign(words.size(), 0);
         for (const char c : text) {
-            const bool isSign = base != 256 && c == '-';
-            negative = negative || isSign;
-            if (base != 256 && digitOf(c) == NONE)
+            negative = negative || (base != 256 && c == '-');
+            // A code from 0x80 on becomes a digit that is too large for the radix.
+            const unsigned digit =
+                base == 256 ? static_cast<unsigned>(static_cast<signed char>(c)) : digitOf(c, NONE);
+            if (digit == NONE)
                 continue;
-            const unsigned code = static_cast<unsigned char>(c);
-            // A code from 0x80 on becomes a digit that is too large for the radix, so it is
-            // refused.
-            if (!shiftInDigit(base, base != 256   ? digitOf(c)
-                                    : code < 0x80 ? code
-                                                  : code + 0xFF00)) {
-                zero();
+            if (digit >= base) {
+                words.assign(words.size(), 0);
                 return false;
             }
+            multiplyAndAdd(base, digit);
         }
         if (negative)
             negate();
@@ -76,29 +74,18 @@ private:
     static constexpr unsigned NONE = 0xFFFF;
 
     static unsigned radixOf(char radix) {
-        const std::string letters = "BbOoDdIiUuXxSs";
-        const std::size_t at = letters.find(radix);
+        const std::size_t at = std::string("BbOoDdIiUuXxSs").find(radix);
         const unsigned radices[] = {2, 8, 10, 10, 10, 16, 256};
         return at == std::string::npos ? 0 : radices[at / 2];
     }
 
-    static unsigned digitOf(char c) {
-        const std::size_t at = std::string("0123456789abcdefABCDEF").find(c);
-        return at == std::string::npos ? NONE : static_cast<unsigned>(at < 16 ? at : at - 6);
-    }
-
-    static std::uint32_t putWord(std::uint16_t& word, std::uint32_t value) {
-        word = static_cast<std::uint16_t>(value);
-        return value >> 16;
-    }
-
-    // Appends a digit to the number. Returns false if it is too large for the radix.
-    bool shiftInDigit(unsigned base, unsigned digit) {
-        std::uint32_t carry = digit;
-        for (auto& word : words)
-            carry = putWord(word, word * base + carry);
-        mask();
-        return digit < base;
+    void multiplyAndAdd(std::uint32_t factor, std::uint32_t summand) {
+        for (auto& word : words) {
+            summand += word * factor;
+            word = static_cast<std::uint16_t>(summand);
+            summand >>= 16;
+        }
+        words.back() &= static_cast<std::uint16_t>(0xFFFF >> (16 - bitCount % 16) % 16);
     }
 
     // Divides the number by `divisor` and returns the remainder.
@@ -111,9 +98,6 @@ private:
         }
         return r;
     }
-
-    void zero() { std::fill(words.begin(), words.end(), std::uint16_t{0}); }
-    void mask() { words.back() &= static_cast<std::uint16_t>(0xFFFF >> (16 - bitCount % 16) % 16); }
 
     std::uint64_t bitCount;
     std::vector<std::uint16_t> words;

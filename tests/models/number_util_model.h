@@ -3,6 +3,8 @@
 // These models are slow and obvious: they work on one bit or one character at a time.
 #pragma once
 
+#include "digits.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -31,12 +33,8 @@ inline int upperDigit(char c) {
 inline std::uint64_t hexStr2ULL(const std::string& text) {
     std::uint64_t number = 0;
     for (const char c : text) {
-        int digit = signedCode(c) - 48;
-        if (c >= 'A' && c <= 'F')
-            digit = c - 'A' + 10;
-        if (c >= 'a' && c <= 'f')
-            digit = c - 'a' + 10;
-        number = number * 16 + static_cast<std::uint64_t>(digit);
+        const unsigned digit = digitOf(c, static_cast<unsigned>(signedCode(c) - 48));
+        number = number * 16 + static_cast<std::uint64_t>(static_cast<int>(digit));
     }
     return number;
 }
@@ -61,8 +59,7 @@ inline std::string hexToBin(const std::string& hex, std::size_t bitCount) {
     for (const char c : hex)
         for (const int bit : {8, 4, 2, 1})
             bits += (upperDigit(c) & bit) != 0 ? '1' : '0';
-    if (bits.size() < bitCount)
-        bits.insert(0, bitCount - bits.size(), '0');
+    bits.insert(0, bitCount, '0');
     return bits.substr(bits.size() - bitCount);
 }
 

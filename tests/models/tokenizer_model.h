@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// Tokenizer is slow and obvious: it handles one character and one rule at a time.
+// This tokenizer is slow and obvious: it looks for the end of one token at a time.
 #pragma once
 
-#include <cstring>
+#include <algorithm>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace model {
@@ -16,60 +15,30 @@ struct Flags {
     bool keepQuotes = false;
 };
 
-class Tokenizer {
-public:
-    Tokenizer(std::string input, const char* set, bool isCommaSeparated, Flags given)
-        : text(std::move(input)), delimiters(set), commaSeparated(isCommaSeparated), flags(given) {
-        for (char& c : text)
-            if (flags.toLowerCase && c >= 'A' && c <= 'Z')
-                c = static_cast<char>(c - 'A' + 'a');
-    }
-
-    std::vector<std::string> tokens() {
-        std::vector<std::string> tokens;
-        while (!atEnd()) {
-            while (!commaSeparated && atDelimiter())
-                ++at;
-            const bool quoted = flags.handleQuotes && !atEnd() && text[at] == '"';
-            tokens.push_back(quoted ? quotedToken() : plainToken());
+inline std::vector<std::string> tokens(std::string text, const std::string& delimiters,
+                                       bool commaSeparated, Flags flags) {
+    for (char& c : text)
+        if (flags.toLowerCase && c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    const auto orEnd = [&text](std::size_t place) { return std::min(place, text.size()); };
+    std::vector<std::string> tokens;
+    for (std::size_t at = 0; at < text.size();) {
+        if (!commaSeparated)
+            at = orEnd(text.find_first_not_of(delimiters, at));
+        if (flags.handleQuotes && at < text.size() && text[at] == '"') {
+            const std::size_t end = orEnd(text.find('"', at + 1));
+            tokens.push_back(flags.keepQuotes ? text.substr(at, end + 1 - at)
+                                              : text.substr(at + 1, end - at - 1));
+            at = end + (flags.keepQuotes ? 2 : 1); // skips whatever follows a quote that is kept
+        } else {
+            const std::size_t end = orEnd(text.find_first_of(delimiters, at));
+            tokens.push_back(text.substr(at, end - at));
+            at = end + 1;
         }
-        if (commaSeparated && !text.empty() && text.back() == ',')
-            tokens.emplace_back();
-        return tokens;
     }
-
-private:
-    [[nodiscard]] bool atEnd() const { return at >= text.size(); }
-    [[nodiscard]] bool atDelimiter() const {
-        return !atEnd() && std::strchr(delimiters, text[at]) != nullptr;
-    }
-
-    std::string plainToken() {
-        std::string token;
-        while (!atEnd() && !atDelimiter())
-            token += text[at++];
-        ++at;
-        return token;
-    }
-
-    std::string quotedToken() {
-        std::string token(flags.keepQuotes ? 1 : 0, '"');
-        for (++at; !atEnd() && text[at] != '"'; ++at)
-            token += text[at];
-        const bool closed = !atEnd();
-        ++at;
-        if (closed && flags.keepQuotes) {
-            token += '"';
-            ++at; // skips whatever follows the quote
-        }
-        return token;
-    }
-
-    std::string text;
-    const char* delimiters;
-    bool commaSeparated;
-    Flags flags;
-    std::size_t at = 0;
-};
+    if (commaSeparated && !text.empty() && text.back() == ',')
+        tokens.emplace_back();
+    return tokens;
+}
 
 } // namespace model
