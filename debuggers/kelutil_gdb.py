@@ -133,7 +133,7 @@ def decimal(value):
 
 
 class StrTok:
-    """Shows the rest of the text, from which tokens have not been taken yet, and the mode."""
+    """Shows the mode and the part of the text that is not split into tokens yet."""
 
     def __init__(self, value):
         self.position, self.length = int(value["position"]), int(value["length"])

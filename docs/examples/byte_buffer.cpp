@@ -25,7 +25,7 @@ int main() {
     // are 43.
     std::printf("%-22s 0x%03X\n", "bits 4 to 15", static_cast<unsigned>(scan.getBits(4, 12)));
 
-    // Drops a header of 12 bits: one byte at once, 4 bits at the next access.
+    // Drops a header of 12 bits: one byte immediately, 4 bits at the next access.
     scan.shiftBitsDown(12);
     show("without 12 bits", scan);
 

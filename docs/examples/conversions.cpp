@@ -9,8 +9,8 @@
 using namespace KelRT;
 
 int main() {
-    // getBits takes the highest bit first. getReverseBits takes the lowest first and reverses the
-    // field.
+    // The first index of getBits is the highest bit. The first index of getReverseBits is the
+    // lowest bit, and the result is reversed.
     const unsigned char data[] = {0x34, 0x12};
     std::printf("bits 11 to 4          %X\n",
                 static_cast<unsigned>(Kel_NumberUtil::getBits(data, 11, 4)));

@@ -12,7 +12,7 @@ static void show(const char* what, const Kel_Number& number) {
 }
 
 int main() {
-    // A converter delivers 12 bits, which may mean a signed or an unsigned number.
+    // An A/D converter delivers 12 bits, which may mean a signed or an unsigned number.
     Kel_Number sample(12);
     sample.set('x', "FFE");
     show("hexadecimal FFE", sample);

@@ -18,11 +18,11 @@ static void show(const char* what, Kel_StrTok& tokens) {
 }
 
 int main(int argc, char** argv) {
-    // A record of columns: with CSV_DELIM every comma separates two columns, even empty ones.
+    // With CSV_DELIM, every comma separates two columns, which may be empty.
     Kel_StrTok columns("TDI,,\"input, serial\",", Kel_StrTok::CSV_DELIM, true, false, true);
     show("columns", columns);
 
-    // Words: with any other set, a run of delimiters is one separator.
+    // With other delimiters, a run of them is one separator.
     Kel_StrTok words("  Shift  IR \t 4 ", Kel_StrTok::WHITE_SPACE, false, true, false);
     show("words", words);
 

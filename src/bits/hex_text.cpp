@@ -54,7 +54,7 @@ void decodePairs(const unsigned char* text, std::uint64_t count, unsigned char* 
 }
 
 // Does the same as decodePairs(), but converts blocks of sixteen digits at once. If a block
-// contains another character, decodePairs() converts the whole text again.
+// contains a character that is not a digit, decodePairs() converts the whole text again.
 void decode(const unsigned char* text, std::uint64_t count, unsigned char* out) {
     common::Vector valid = common::broadcastVector(0xFF);
     std::uint64_t left = count;

@@ -24,8 +24,8 @@ void shiftFewDown(unsigned char* bytes, std::uint64_t count, unsigned shift) {
     common::storeBytes(bytes, common::loadBytes(bytes, count) >> shift, count);
 }
 
-// Shifts each element of `vector`. The low bits of the element of `next` with the same index become
-// its high bits.
+// Shifts each element of `vector`. Its new high bits are the low bits of the element of `next` that
+// has the same index.
 common::U64Vector shifted(common::U64Vector vector, common::U64Vector next, unsigned shift) {
     return vector >> shift | next << (64 - shift);
 }
@@ -38,8 +38,10 @@ common::U64Vector shifted(common::U64Vector vector, common::U64Vector next, unsi
 // are not shifted yet, because shiftDown() stores the vector that begins at `end` last.
 //
 // All loads of a block precede its stores. Otherwise, the processor may predict a false
-// store-to-load dependency. A loop that shifts one u64 at a time takes 40 % longer in the benchmark
-// row "shift by 3 bits, 4 KiB".
+// store-to-load dependency.
+//
+// A loop that shifts one u64 at a time takes 40 % longer in the benchmark row "shift by 3 bits,
+// 4 KiB".
 unsigned char* shiftBlocksDown(unsigned char* bytes, const unsigned char* end, unsigned shift) {
     constexpr std::ptrdiff_t BLOCK = 4 * common::VECTOR_BYTES;
     for (; end - bytes >= BLOCK; bytes += BLOCK) {

@@ -9,8 +9,8 @@
 namespace KelRT {
 namespace {
 
-// Exchanges two blocks of eight bytes and reverses each. They may overlap: both are loaded first,
-// and a byte in both blocks gets the same value from either store.
+// Exchanges the bytes low[i] and high[7 - i] for i from 0 to 7. The blocks may overlap: both are
+// loaded first, and a byte in both blocks gets the same value from either store.
 inline void exchangeReversed(unsigned char* low, unsigned char* high) {
     const std::uint64_t lowBytes = common::loadU64(low);
     const std::uint64_t highBytes = common::loadU64(high);

@@ -110,7 +110,7 @@ template <typename Unsigned>
                                                  unsigned char filler) {
     if (count == U64_BYTES)
         return loadU64(from);
-    const std::uint64_t step = (U64_BYTES - count) * 4; // for two shifts: one by 64 is undefined
+    const std::uint64_t step = (U64_BYTES - count) * 4; // applied twice: a shift by 64 is undefined
     return loadBytes(from, count) << step << step | (broadcast(filler) & lowBits(2 * step));
 }
 

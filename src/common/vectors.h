@@ -2,7 +2,7 @@
 //
 // Offers vectors of sixteen bytes. vectors_gnu.h implements them with GNU vector types,
 // vectors_iso.h with two 64-bit integers in ISO C++. The elements of a Vector are bytes, those of a
-// U64Vector are 64-bit integers. On every processor, they are numbered in memory order. These
+// U64Vector are 64-bit integers. Element 0 is the first in memory on every processor. These
 // operators apply to each element:
 //
 //   Vector                        &, |, >> and +; no sum may exceed 255

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* HOME_VARIABLE = "USERPROFILE"; // on every host
 constexpr const char* USER_DIRECTORY = ".kel";       // createDotLumatraceDir creates it
-constexpr unsigned LAST_TEMP_NUMBER = 32001;
+constexpr unsigned LAST_TEMP_NUMBER = 32001;         // the limit that Kel_Util.h states
 
 } // namespace
 

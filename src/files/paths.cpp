@@ -23,8 +23,8 @@ std::string files::upToNul(const std::string& text) {
 std::string files::normalize(const Port::Conventions& conventions, const std::string& path) {
     if (path.empty())
         return path;
-    // The result ends in a separator only if path does: "/a/.." gives "". The exception is ".",
-    // which gives "/" (or "C:\") if the current directory is a root.
+    // The result ends in a separator only if path does: "/a/../" gives "/", but "/a/.." gives "".
+    // The exception is ".", which gives "/" (or "C:\") if the current directory is a root.
     if (path == "." || Port::endsInSeparator(conventions, path))
         return absolute(conventions, path);
     // absolute() adds a separator to some results. If path ends in a separator, every result ends

@@ -105,7 +105,7 @@ struct HexForm {
         std::memcpy(out, HEX_CELLS[byte].data(), HEX_CELLS[byte].size());
         return out + CELL_WIDTH;
     }
-    // Blanks nothing, since the hexadecimal form shows whole bytes.
+    // Does nothing: this form shows whole bytes. BitForm blanks the bits above the bit count.
     static void blankBits(char* /*cell*/, std::uint64_t /*count*/) {}
 };
 

@@ -22,7 +22,8 @@ namespace {
 // Becomes true when the first Logger of the process starts.
 bool loggingStarted = false;
 
-// Owns the stream that Loggers share. The last Logger that releases the stream closes it.
+// Owns the stream that Loggers share. The last Logger that releases the stream closes it, even a
+// standard stream.
 struct StreamOwner {
     StreamOwner() = default;
     StreamOwner(const StreamOwner&) = delete;

@@ -78,7 +78,7 @@ const char* MethodLogger::setReturn(const char* text) noexcept {
 
 int MethodLogger::setReturn(unsigned int value) noexcept {
     const auto shown = static_cast<int>(value);
-    copyText(returnText, std::to_string(shown)); // 11 characters at most need no allocation
+    copyText(returnText, std::to_string(shown)); // 11 characters or fewer need no allocation
     return shown;
 }
 

@@ -112,8 +112,8 @@ std::string absolutePath(std::string_view path, const Conventions& conventions) 
     }
     appendComponents(components, conventions, given.components, "/\\");
     std::string text = compose(given.root, components, conventions.separator);
-    // If nothing follows the root, it needs a separator, unless it is that of a share. Only the
-    // root of a share has more than two characters: the others are "" (POSIX) and "C:" (a drive).
+    // A root on its own gets a separator, except the root of a share. Only that root has more than
+    // two characters: the others are "" (POSIX) and "C:" (a drive).
     const bool bareRoot = components.empty() && given.root.size() <= 2;
     if (bareRoot || endsInSeparator(conventions, path))
         text += conventions.separator;

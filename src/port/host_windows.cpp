@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Decodes paths as fopen() does and calls the wide system functions. The narrow functions ignore
-// the locale, but in a UTF-8 locale, the fopen() of UCRT decodes paths as UTF-8.
+// Decodes paths as fopen() does and calls the wide system functions. The narrow system functions
+// would ignore the locale, but the fopen() of UCRT decodes paths as UTF-8 in a UTF-8 locale.
 #include "port/host.h"
 
 #include "port/locale_windows.h"
@@ -16,7 +16,7 @@
 namespace Port {
 namespace {
 
-// The wide system functions take text of this type.
+// The wide system functions take text of this type. WCHAR is not wchar_t in every header.
 using WideText = std::basic_string<WCHAR>;
 
 struct CloseFile {

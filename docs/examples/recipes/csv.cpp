@@ -14,7 +14,7 @@ static bool hasOpenQuote(const std::string& column) {
     return std::count(column.begin(), column.end(), '"') % 2 != 0;
 }
 
-// Removes the enclosing quotes, and replaces each two quotes in between by one.
+// Removes the enclosing quotes, and turns each pair of quotes between them into one quote.
 static void unQuote(std::string& column) {
     Kel_Util::unQuote(column);
     for (std::size_t at = 0; (at = column.find("\"\"", at)) != std::string::npos; ++at)
