@@ -66,12 +66,12 @@ void logResults() {
     const char* const constNull = nullptr;
     Logger& logger = Logger::logger;
     logger.printLog(1, "%X\n", NamedTracer().setReturnStatus(0x80070005));
-    logger.printLog(1, "%d\n", NamedTracer().setReturn(true));
-    logger.printLog(1, "%d\n", NamedTracer().setReturn(false));
+    logger.printLog(1, "%s\n", NamedTracer().setReturn(true) ? "yes" : "no");
+    logger.printLog(1, "%s\n", NamedTracer().setReturn(false) ? "yes" : "no");
     logger.printLog(1, "%d\n", NamedTracer().setReturn(4294967295U));
-    logger.printLog(1, "%d\n", NamedTracer().setReturn(own) == own);
-    logger.printLog(1, "%d\n", NamedTracer().setReturn(null) == null);
-    logger.printLog(1, "%d\n", NamedTracer().setReturn(constNull) == constNull);
+    logger.printLog(1, "%s\n", NamedTracer().setReturn(own) == own ? "same" : "other");
+    logger.printLog(1, "%s\n", NamedTracer().setReturn(null) == null ? "same" : "other");
+    logger.printLog(1, "%s\n", NamedTracer().setReturn(constNull) == constNull ? "same" : "other");
 }
 
 // Shows that each destruction of a tracer closes the innermost entry.
