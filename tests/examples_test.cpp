@@ -253,9 +253,9 @@ struct MethodLoggerExample : LoggerExample {
     std::unique_ptr<MethodLogger> tracer = std::make_unique<MethodLogger>();
 
     MethodLoggerExample() { tracer->setMethodName("f"); }
-    void setReturnStatus(unsigned status) { tracer->setReturnStatus(status); }
+    void setReturnStatus(unsigned status) const { tracer->setReturnStatus(status); }
     template <typename Value>
-    void setReturn(Value value) {
+    void setReturn(Value value) const {
         tracer->setReturn(value);
     }
     AsItIs result() {

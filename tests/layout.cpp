@@ -18,31 +18,26 @@
 namespace {
 
 struct WideField {
-    char first;
     std::uint64_t wide;
 };
 
-/// Selects the value for this host: 64-bit, 32-bit Arm or 32-bit x86.
-constexpr std::size_t on(std::size_t on64, std::size_t onArm, std::size_t onX86) {
-    if (sizeof(void*) == 8)
-        return on64;
-    return offsetof(WideField, wide) == 8 ? onArm : onX86;
-}
+// The index of this host's value: 64-bit, 32-bit Arm or 32-bit x86.
+constexpr int HOST = sizeof(void*) == 8 ? 0 : alignof(WideField) == 8 ? 1 : 2;
 
 template <typename Class>
-constexpr bool has(std::size_t size, std::size_t alignment) {
-    return sizeof(Class) == size && alignof(Class) == alignment;
+constexpr bool has(const std::size_t (&sizes)[3], const std::size_t (&alignments)[3]) {
+    return sizeof(Class) == sizes[HOST] && alignof(Class) == alignments[HOST];
 }
 
 using namespace KelRT;
 
-static_assert(has<std::string>(on(32, 24, 24), on(8, 4, 4)));
-static_assert(has<std::vector<int>>(on(24, 12, 12), on(8, 4, 4)));
-static_assert(has<Kel_ByteBuffer>(on(48, 48, 40), on(8, 8, 4)));
-static_assert(has<Kel_Exception>(on(40, 28, 28), on(8, 4, 4)));
-static_assert(has<Kel_Number>(on(48, 32, 32), on(8, 8, 4)));
-static_assert(has<Kel_StrTok>(on(64, 48, 48), on(8, 8, 4)));
-static_assert(has<Logger>(on(80, 64, 52), on(8, 8, 4)));
-static_assert(has<MethodLogger>(on(64, 48, 48), on(8, 4, 4)));
+static_assert(has<std::string>({32, 24, 24}, {8, 4, 4}));
+static_assert(has<std::vector<int>>({24, 12, 12}, {8, 4, 4}));
+static_assert(has<Kel_ByteBuffer>({48, 48, 40}, {8, 8, 4}));
+static_assert(has<Kel_Exception>({40, 28, 28}, {8, 4, 4}));
+static_assert(has<Kel_Number>({48, 32, 32}, {8, 8, 4}));
+static_assert(has<Kel_StrTok>({64, 48, 48}, {8, 8, 4}));
+static_assert(has<Logger>({80, 64, 52}, {8, 8, 4}));
+static_assert(has<MethodLogger>({64, 48, 48}, {8, 4, 4}));
 
 } // namespace

@@ -20,6 +20,15 @@ namespace {
 static_assert(!std::is_copy_constructible_v<Kel_Number>, "a copy would hide its cost");
 static_assert(!std::is_convertible_v<std::uint64_t, Kel_Number>);
 
+/// Sets a number and its model to \a text, and expects the same digits of both.
+void expectTheModelsDigits(std::uint64_t bitCount, char radix, const std::string& text) {
+    Kel_Number number(bitCount);
+    model::Number model(bitCount);
+    ASSERT_TRUE(number.set(radix, text) && model.set(radix, text));
+    for (const char shown : {'x', 'd'})
+        ASSERT_EQ(number.toString(shown), model.toString(shown)) << bitCount << " bits, " << text;
+}
+
 // Divide and conquer prints decimals from 120 limbs (7680 bits) on and reads them from 220 limbs
 // (14080 bits) on. In the third row, the text is too long for the number, so the value wraps. A
 // digit with n digits below it is worth a multiple of 2^n, so the highest digits that are not
@@ -35,16 +44,12 @@ TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
             digit = static_cast<char>('0' + test::randomBelow(10));
         for (int i = 0; i < 30; ++i)
             mixed[test::randomBelow(digits)] = " ,-"[test::randomBelow(3)];
+        Kel_Number number(bitCount);
         for (const std::string& text :
              {mixed, std::string("1").append(digits / 2, '0'), std::string(digits, '7')}) {
-            Kel_Number number(bitCount);
-            model::Number model(bitCount);
-            ASSERT_TRUE(number.set('d', text) && model.set('d', text));
-            ASSERT_EQ(number.toString('x'), model.toString('x')) << bitCount << " bits, " << text;
-            ASSERT_EQ(number.toString('d'), model.toString('d')) << bitCount << " bits, " << text;
+            expectTheModelsDigits(bitCount, 'd', text);
             ASSERT_FALSE(number.set('u', text + "F"));
         }
-        Kel_Number number(bitCount);
         ASSERT_TRUE(number.set('d', std::string(digits, ' ')) && number.isZero());
     }
 }
@@ -60,15 +65,10 @@ TEST(Number, WideDecimalsOfManyZeroDigitsAreThoseOfTheModel) {
         return text;
     };
     Kel_Number number(32000);
-    model::Number model(32000);
     ASSERT_TRUE(number.set('x', sparse("0123456789abcdef", 16, 15)));
-    const std::string read = number.toString('u') + std::string(std::size_t{256} * 18, '0');
-    ASSERT_TRUE(number.set('u', read) && model.set('u', read));
-    ASSERT_EQ(number.toString('x'), model.toString('x')) << read;
+    expectTheModelsDigits(32000, 'u', number.toString('u').append(std::size_t{256} * 18, '0'));
     ASSERT_TRUE(number.set('u', sparse("0123456789", 10, 17)));
-    const std::string printed = number.toString('x').substr(4000) + std::string(4096, '0');
-    ASSERT_TRUE(number.set('x', printed) && model.set('x', printed));
-    ASSERT_EQ(number.toString('u'), model.toString('u')) << printed;
+    expectTheModelsDigits(32000, 'x', number.toString('x').substr(4000).append(4096, '0'));
 }
 
 TEST(Number, RunsOfBitsKeepTheirValueThroughWideDecimals) {
