@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Each peer has a structure here with the operations that the benchmarks measure. A peer that is
-// not installed, or with which a family is not compared, has no macro HAVE_... and is only derived
-// from `Missing`.
+// Each peer has a structure here with the operations that the benchmarks measure. If a peer
+// is not installed, or the program at hand does not compare it, its macro HAVE_... is not defined,
+// and its structure only derives from `Missing`.
 #pragma once
 
 #include <cstdint>
@@ -61,7 +61,7 @@ struct Gmp {
         void print(std::string& text, int radix) const {
             text.resize(mpz_sizeinbase(value.get_mpz_t(), std::abs(radix)));
             mpz_get_str(text.data(), radix, value.get_mpz_t());
-            if (text.back() == '\0') // the size may be one too large
+            if (text.back() == '\0') // mpz_sizeinbase may count one digit too many
                 text.pop_back();
         }
         void write(Bytes& bytes) const {
@@ -114,7 +114,7 @@ struct Flint {
         std::string digits(int base) const {
             std::string text(fmpz_sizeinbase(value.get(), base), '\0');
             fmpz_get_str(text.data(), base, value.get());
-            if (text.back() == '\0') // the size may be one too large
+            if (text.back() == '\0') // fmpz_sizeinbase may count one digit too many
                 text.pop_back();
             return text;
         }

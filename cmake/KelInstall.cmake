@@ -17,7 +17,8 @@ install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DO
 install(DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/include/KelRT DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   COMPONENT KelUtil_Development FILES_MATCHING PATTERN "*.h")
 
-# The build tree and the installed tree use the same two files; both find the targets file beside them.
+# The build tree and the installed tree use the same KelUtilConfig.cmake and KelUtilConfigVersion.cmake. In both trees
+# the targets file is beside them.
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KelUtilConfig.cmake.in KelUtilConfig.cmake
   INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(KelUtilConfigVersion.cmake COMPATIBILITY SameMajorVersion)
