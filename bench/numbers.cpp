@@ -113,7 +113,7 @@ void rows(const char* work, const Base& base, unsigned bits, const Widest& wides
 }
 
 // In the table of growth, a number is compared with one of half the width: a ratio of 4 would mean
-// quadratic cost. The two have different results, so each contender checks its own.
+// quadratic cost. The two have different results, so each contender checks its own result.
 template <template <typename> typename Work>
 struct Agreeing : Work<KelNumber> {
     using Work<KelNumber>::Work;
