@@ -32,8 +32,8 @@
 #define KELRT_FORMAT(formatPosition, firstArgument)
 #endif
 
-/// Encloses a class with private members whose types are not exported. MSVC warns of them (C4251),
-/// in clients too, although only the functions of the library access them.
+/// Encloses a class with private members whose types are not exported. It suppresses MSVC's warning
+/// about them (C4251), which is needless: only the functions of the library access them.
 #if defined(_MSC_VER)
 #define KELRT_PRIVATE_TYPES_BEGIN __pragma(warning(push)) __pragma(warning(disable : 4251))
 #define KELRT_PRIVATE_TYPES_END __pragma(warning(pop))

@@ -28,10 +28,10 @@ namespace KelRT {
 ///                    ^ startPosition
 /// \endcode
 /// Dropping bytes at either end only changes these counts, unless a shift is pending (see below).
-/// insertBytes() moves either the bytes before the insertion into the low reserve or the bytes
-/// after it into the high reserve, whichever are fewer. If that reserve is too small, it first
-/// grows by the number of inserted bytes; the bytes that it gains are 0. Bytes that move from the
-/// used part into a reserve keep their values.
+/// insertBytes() makes room on the side with fewer bytes: it moves the bytes before the insertion
+/// into the low reserve, or those after it into the high reserve. A reserve that is too small first
+/// grows by the number of inserted bytes; its new bytes are 0. Bytes that move from the used part
+/// into a reserve keep their values.
 ///
 /// **Pending shift.** shiftBitsDown() drops whole bytes immediately and leaves up to 7 bits
 /// pending. Every operation that returns, reads or changes the used bytes first applies the pending
@@ -46,7 +46,9 @@ namespace KelRT {
 /// a reserve grows, or as the target of a conversion.
 ///
 /// **Limits.** `startPosition + size` must stay below 2^31, since operator[](),
-/// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked.
+/// moveStartPositionForward() and shiftBitsDown() take 32-bit counts; this is not checked. (The low
+/// reserve counts because its bytes can become used bytes again.)
+///
 /// Hexadecimal text takes two characters for each byte and a NUL. So the text of 2^30 bytes or more
 /// exceeds the limit, but setHexStringBitCount() works even on such a text. A function that needs a
 /// block of PTRDIFF_MAX bytes or more throws `std::bad_alloc`, as if memory were exhausted. The
@@ -157,9 +159,9 @@ public:
     /// @{
 
     /// Drops the \a bitCount lowest bits: every bit moves down by \a bitCount places, and zeros
-    /// enter at the top of the last byte. The count is added to that of the pending shift: for
-    /// every 8 bits of the sum, one byte is dropped immediately, and the other 0 to 7 bits stay
-    /// pending. The bytes themselves do not change until the buffer realigns.
+    /// enter at the top of the last byte. The count adds to a pending shift. Of the sum, whole
+    /// bytes are dropped immediately, and the other 0 to 7 bits stay pending. The bytes themselves
+    /// do not change until the buffer realigns.
     /// \code
     /// 21 43, shiftBitsDown(4)     => 32 04
     /// 21 43 65, shiftBitsDown(12) => 54 06
@@ -232,9 +234,9 @@ public:
     /// \code
     /// 21 43: "4321" in the ordinary form, "84C2" in the bit-mirrored form
     /// \endcode
-    /// Characters that are not digits are not reported. The target of a conversion may be the
-    /// source itself. If memory is exhausted, the target is unchanged; if it is also the source, it
-    /// is realigned.
+    /// No error is reported for a character that is not a digit: each reading function says what
+    /// value it has. The target of a conversion may be the source itself. If memory is exhausted,
+    /// the target is unchanged; if it is also the source, it is realigned.
     /// @{
 
     /// Writes the bytes from \a fromByte on as ordinary text with a terminating NUL to \a out.
@@ -243,8 +245,8 @@ public:
     KELRT_API void bin2HexString(std::uint64_t fromByte, unsigned char* out) noexcept;
 
     /// Replaces the contents of \a target with the ordinary text of the bytes from \a fromByte on.
-    /// The target then has no reserves and always 2 * getSize() + 1 used bytes: if \a fromByte is
-    /// not 0, more NULs follow the text.
+    /// The target then has no reserves. It has 2 * n + 1 used bytes, where n is the size of this
+    /// buffer, for every \a fromByte: if \a fromByte is not 0, more NULs follow the text.
     /// \code
     /// 21 43, bin2HexString(0, target) => "4321\0"
     /// 21 43, bin2HexString(1, target) => "43\0\0\0"
@@ -307,8 +309,8 @@ public:
     KELRT_API static void hex2BinReverse(const char* hexText, Kel_ByteBuffer& target);
 
     /// Truncates the ordinary text in this buffer to its \a bitCount least significant bits. The
-    /// last ceil(bitCount / 4) digits stay, and bits above \a bitCount are cleared in the first of
-    /// them. The other digits move into the low reserve. A text with fewer digits does not change.
+    /// last ceil(bitCount / 4) digits stay; in the first of them, the excess high bits are cleared.
+    /// The other digits move into the low reserve. A text with fewer digits does not change.
     /// \code
     /// "FFFF\0", setHexStringBitCount(10) => "3FF\0"
     /// \endcode
@@ -339,7 +341,7 @@ public:
     /// The library creates buffers and the client deletes them, so both must use one allocator.
     /// An `operator new` or `operator delete` of a class hides all global forms. So the class
     /// declares every form of `new`, and every form of `delete` that takes no size. The sized forms
-    /// are not needed.
+    /// are not needed: `delete` prefers the form without a size if a class has both.
     /// @{
 
     /// Allocates one object. \throws std::bad_alloc

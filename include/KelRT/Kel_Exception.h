@@ -13,8 +13,8 @@ KELRT_PRIVATE_TYPES_BEGIN
 /// failed.
 ///
 /// The class has no base class, so a handler for `std::exception` does not catch it. Catch it by
-/// reference: it is thrown by value. Its type is exported, so clients that are built with hidden
-/// visibility can also catch it by type.
+/// reference: it is thrown by value. Its type is exported, so a handler for it also works in a
+/// client that is built with hidden visibility.
 ///
 /// Threads: distinct objects are independent.
 class KELRT_API Kel_Exception {

@@ -114,10 +114,11 @@ public:
     /// Since the fraction is dropped, the text of toFloatString() may read back as a number one
     /// step nearer to 0. At a scale of 0.1, for example, the number 3 prints as "0.3", and
     /// 0.3 / 0.1 is just below 3 in double arithmetic; this happens to 11,469 of the numbers 0 to
-    /// 32,767. It does not happen if all digits are printed and no operation rounds, as with scales
-    /// and offsets that are small multiples of a power of two, such as 0.0625 and 2.5. To round to
-    /// the nearest number instead, pass \a offset - \a scale / 2 for a number that is not negative,
-    /// and \a offset + \a scale / 2 for a negative one.
+    /// 32,767. It does not happen if all digits are printed and no operation rounds. For example,
+    /// no operation rounds if \a scale and \a offset are small multiples of a power of two, such as
+    /// 0.0625 and 2.5, and the number is not very wide. To round to the nearest number instead,
+    /// pass \a offset - \a scale / 2 for a number that is not negative, and \a offset + \a scale /
+    /// 2 for a negative one.
     ///
     /// \param text   a floating-point number as `atof` reads it: leading white space is skipped,
     ///               reading stops at the first character that cannot continue the number, and text
@@ -145,7 +146,8 @@ public:
     /// The text is padded on the left with '0' to width digits in base 2, (width + 2) / 3 in base 8
     /// and (width + 3) / 4 in base 16. In base 256 it is padded with blanks to (width + 7) / 8
     /// characters; the value 0 prints as blanks followed by a NUL. These lengths are computed
-    /// modulo 2^32, but significant digits are always printed in full.
+    /// modulo 2^32, so some very wide numbers are padded less; significant digits are printed in
+    /// full.
     ///
     /// \param radix a radix letter of the table above; for any other letter the result is
     ///              "bad format for number"

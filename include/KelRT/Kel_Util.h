@@ -95,9 +95,9 @@ public:
     /// Returns the value of the setting \a key among words of the form `name=value`.
     ///
     /// The name is the text before the first `=` of a word; the value is all text after it. The
-    /// result comes from the first word whose name has as many characters as \a key and for which
-    /// stricmp returns 0. Words without `=` are skipped. Nothing is trimmed, and no prefix such as
-    /// a dash is recognised.
+    /// result comes from the first word whose name is as long as \a key and equals it, ignoring
+    /// case, up to the first NUL. Words without `=` are skipped. Nothing is trimmed, and no prefix
+    /// such as a dash is recognised.
     ///
     /// \param entries the words; they are not changed
     /// \return the value, or empty text if no name matches
@@ -192,8 +192,9 @@ public:
     ///
     /// Any file that opens for reading counts as the library; an unreadable file or a directory
     /// does not. A FIFO or a device is opened without waiting; it counts if it opens. Empty entries
-    /// of `PATH` are skipped, with one exception: if `PATH` ends in two or more separators, or is a
-    /// single separator, its empty last entry means the root. Quotes are ordinary characters.
+    /// of `PATH` are skipped, with one exception: if `PATH` ends in two or more separators, as
+    /// `C:\a;;` does, or is a single separator, its empty last entry means the root. Quotes are
+    /// ordinary characters.
     /// \throws Kel_Exception if the file is not in the current directory: "PATH Environmental
     ///         Variable not set.\n" or "Could not find LIBRARYNAME in path.\n"
     /// \code
@@ -226,9 +227,10 @@ public:
     /// root. Separators become the host's, and a run of them becomes one. On Windows a path such as
     /// `E:x` is relative to the current directory of its drive.
     ///
-    /// The result ends in a separator if and only if \a path does. So a path to the root that does
-    /// not end in a separator becomes `C:` on Windows and the empty text on Linux. There is one
-    /// exception: "." becomes the current directory as the host spells it.
+    /// The result ends in a separator if and only if \a path does, with one exception: "." becomes
+    /// the current directory as the host spells it, `C:\` or `/` if this is a root. A path to the
+    /// root without a separator at its end, such as "/a/..", becomes `C:` on Windows and the empty
+    /// text on Linux.
     /// \throws Kel_Exception "Could not read the current directory.\n" if \a path is relative
     /// \code
     /// ""               => ""

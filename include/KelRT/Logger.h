@@ -159,10 +159,10 @@ public:
     /// Writes a record: \a format with the arguments that follow, as `printf` formats them.
     ///
     /// If \a format is null or empty and the level is enabled, the call only flushes the stream.
-    /// (Pass null rather than "", which compilers warn about.) If the formatted text is empty, the
-    /// call writes the indentation at the start of a line, and nothing elsewhere. A record that the
-    /// C library cannot format (a character outside the encoding, a text beyond 2^31 - 1
-    /// characters) is lost.
+    /// (Pass null rather than "", which compilers warn about.) If only the formatted text is empty,
+    /// the call writes the indentation, or nothing if a line is still open. A record that the C
+    /// library cannot format (a character outside the encoding, a text beyond 2^31 - 1 characters)
+    /// is lost.
     ///
     /// Never pass untrusted text as the format; write `printLog(1, "%s", text)`.
     KELRT_API void printLog(int level, const char* format, ...) noexcept KELRT_FORMAT(3, 4);
@@ -184,9 +184,9 @@ public:
     /// @{
 
     /// Writes the entry line with an argument text, formatted from a `va_list`; the caller calls
-    /// `va_start` and `va_end`. The compiler selects this overload only for an argument of exactly
-    /// the host's `std::va_list` type (as passed to functions). The literal 0, null pointers and
-    /// everything else select the overload below.
+    /// `va_start` and `va_end`. The compiler selects this overload only if the argument has exactly
+    /// the type of a `std::va_list` parameter. Any other argument, even the literal 0 or a null
+    /// pointer, selects the overload below.
     ///
     /// Where `std::va_list` is `char*` (Windows, and Linux on 32-bit x86), a single argument of
     /// type `char*` counts as a `va_list`. Pass it as `const char*` there.
@@ -250,8 +250,8 @@ public:
     /// 1 of `TOR_KEL_LOGFLAGS`).
     ///
     /// The title is a record of its own, truncated to 2,047 characters and indented as any record.
-    /// A null title writes no record; an empty one flushes the stream. The title is never used as a
-    /// format: "%%" in it writes one '%', and any other '%' stands for itself.
+    /// A null title writes no record; an empty one flushes the stream. The title is not a format,
+    /// with one exception: "%%" in it writes one '%'. Any other '%' stands for itself.
     ///
     /// The table begins with a newline, so the title should not end in one. If the table begins at
     /// the start of a line (without a title, or after one that ends in a newline), it is preceded
@@ -267,7 +267,7 @@ public:
 
 private:
     /// Holds the names of the open entries, the innermost on top. If memory for a name is
-    /// exhausted, the entry is kept without it.
+    /// exhausted, the entry and all that are opened above it are kept without names.
     class MethodStack {
     public:
         MethodStack() noexcept = default;
@@ -284,7 +284,7 @@ private:
 
     private:
         std::vector<std::string> names;
-        std::uint64_t nameless = 0; ///< number of open entries without a name; they are on top
+        std::uint64_t nameless = 0; ///< how many open entries are above those in `names`
     };
 
     /// Maps \a level to its rank among all values of int; the lowest has rank 0.

@@ -17,13 +17,12 @@ namespace KelRT {
 ///     return trace.setReturnStatus(0x80070005);
 /// }
 /// \endcode
-/// writes, at detail level 4 or more,
+/// At detail level 4 or more this method writes (with one space after the name in the first line):
 /// \code
 /// ENTERING Probe::open
 ///   opening port 2
 /// EXITING Probe::open -- returning KEL_FAILURE, ERROR CODE: 5
 /// \endcode
-/// (with one space after the name in the first line).
 ///
 /// The object does not own an entry. Its destructor closes the innermost entry of `Logger::logger`,
 /// even if the object was never named, or was named while tracing was off. So name every tracer,
