@@ -116,9 +116,9 @@ public:
     /// 0.3 / 0.1 is just below 3 in double arithmetic; this happens to 11,469 of the numbers 0 to
     /// 32,767. It does not happen if all digits are printed and no operation rounds. For example,
     /// no operation rounds if \a scale and \a offset are small multiples of a power of two, such as
-    /// 0.0625 and 2.5, and the number is not very wide. To round to the nearest number instead,
-    /// pass \a offset - \a scale / 2 for a number that is not negative, and \a offset + \a scale /
-    /// 2 for a negative one.
+    /// 0.0625 and 2.5, and the number is not very wide. To get the nearest number instead, pass
+    /// \a offset - \a scale / 2 for a number that is not negative, and \a offset + \a scale / 2 for
+    /// a negative one.
     ///
     /// \param text   a floating-point number as `atof` reads it: leading white space is skipped,
     ///               reading stops at the first character that cannot continue the number, and text

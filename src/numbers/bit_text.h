@@ -64,8 +64,8 @@ constexpr unsigned CHARACTERS_PER_STEP = 8; // one 64-bit load
 
 // Reads the `count` binary digits (0 to 64) before `end`. Any character but '1' counts as 0.
 [[nodiscard]] inline std::uint64_t readLenientBinary(const char* end, unsigned count) {
-    // Mirroring moves the digits to the high bits, the rotation moves them down to the low bits. A
-    // shift cannot: for a count of 0 it would be a shift by 64, which is undefined.
+    // Mirroring moves the digits to the high bits; the rotation moves them down to the low bits. A
+    // shift by 64 - count is undefined for a count of 0.
     return std::rotl(common::mirrorU64(onesIn(end - count, count)), static_cast<int>(count));
 }
 

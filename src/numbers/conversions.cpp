@@ -47,7 +47,8 @@ unsigned limitedTo(unsigned limit, std::uint64_t count) {
 
 // Reads the `count` characters (1 to 16) before `end` as hexadecimal digits, by the rule that
 // Kel_NumberUtil documents for hexStr2BinStr(): the digit of a code c, as a signed char, is the low
-// four bits of c - 48 if c < 'A', otherwise of c - 55. These are the low four bits of c and c + 9.
+// four bits of c - 48 if c < 'A', otherwise of c - 55. Modulo 16, these are c and c + 9, which
+// hexValues() computes.
 std::uint64_t readUncheckedDigits(const char* end, unsigned count) {
     const common::Vector characters = common::loadLastBytes(end - count, count, '0');
     const common::Vector values = common::hexValues(characters, common::greater(characters, '@'));

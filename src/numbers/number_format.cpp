@@ -27,8 +27,8 @@ std::uint64_t significantBits(std::span<const std::uint16_t> words) {
            static_cast<unsigned>(std::bit_width(words[count - 1]));
 }
 
-// Prints digits of DIGIT_BITS bits in groups that fill whole words, the lowest group first, from
-// the end of the text. write(end, group, count) writes the low `count` digits of `group` before
+// Prints digits of DIGIT_BITS bits, the lowest first, from the end of the text. Three or four words
+// make a group of digits. write(end, group, count) writes the low `count` digits of `group` before
 // `end`.
 template <unsigned DIGIT_BITS, typename Write>
 std::string powerOfTwoText(std::span<const std::uint16_t> words, std::size_t minDigits, char filler,

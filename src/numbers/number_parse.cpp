@@ -21,8 +21,8 @@ namespace KelRT {
 namespace numbers {
 namespace {
 
-// Reads a group in which at least one character is not a digit, from its end. Takes the result for
-// the text after the group, and returns the result for the group and that text together.
+// Reads, from its end, a group in which at least one character is not a digit. `result` is the
+// result for the text after the group; returns the result for the group and that text.
 ParseResult readOneByOne(std::string_view group, unsigned digitBits, WordSink& sink,
                          ParseResult result) {
     if (digitBits == 8)

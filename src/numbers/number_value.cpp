@@ -31,9 +31,10 @@ using numbers::LIMB_BITS;
 using numbers::WORDS_PER_LIMB;
 using Access = ValueAccess;
 
-// The next two functions require that the field lies within the `size` bytes of `data`. After every
-// limb but the last, the field has at least one more bit. So it reaches at least into the ninth
-// byte, counted from the byte with the first bit of the limb, and all nine may be accessed.
+// The next two functions require that the field lies within the `size` bytes of `data`. For each
+// limb but the last, they access up to nine bytes from the byte with its first bit. All nine are
+// within `data`: at least one more bit of the field follows, and 65 bits always reach into the
+// ninth byte.
 
 void readField(const unsigned char* data, std::uint64_t size, std::uint64_t position,
                Kel_Number& number) {
@@ -51,8 +52,8 @@ void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
                 const Kel_Number& number) {
     const auto words = Access::words(number);
     const auto shift = static_cast<unsigned>(position % 8);
-    // `carried` has the low `shift` bits of the byte at `position`. At first, they are the bits
-    // that the array has there; after a limb, they are its highest bits.
+    // `carried` has the low `shift` bits of the byte at `position`. For the first limb, the array
+    // has them there; for each later limb, they are the highest bits of the previous limb.
     Limb carried = data[position / 8] & common::lowBits(shift);
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;
@@ -87,7 +88,7 @@ void setExtended(Kel_Number& number, Limb lowest, bool negative) {
     words.back() &= Access::topWordMask(number);
 }
 
-// Returns whether all words above the lowest limb repeat the sign, so that the limb has the value.
+// Returns whether all words above the lowest limb repeat the sign. If so, that limb is the value.
 bool isExtended(const Kel_Number& number, bool negative) {
     const auto words = Access::words(number);
     if (words.size() <= WORDS_PER_LIMB)

@@ -33,8 +33,8 @@ struct Decimal {
 /// \throws Fault if \a text is not such a number, or has more than 400 decimals
 Decimal decimalOf(const std::string& text, const char* what);
 
-/// Parses \a text as a decimal number or a fraction of two. A fraction f gets the smallest number d
-/// of decimals for which |f| >= 10^-d, so two successive multiples of f print differently.
+/// Parses \a text as a decimal number or a fraction of two. The decimals of a fraction f are the
+/// smallest d for which |f| >= 10^-d, so that two successive multiples of f print differently.
 /// \code
 /// "100/255" => 0.392..., 1    "3.3/4096" => 0.000805..., 4    "1000/3" => 333.3..., 0
 /// \endcode

@@ -39,8 +39,8 @@ Settings:
                  fields whose raw value differs from that in the preceding scan
   byteorder=little
                  reads the first two digits of a value as its lowest byte, as in a memory dump
-  format=text    prints a table for people; this is the default. The second scan of ID is
-                 labelled ID #2
+  format=text    prints a table for people; this is the default. The second scan of register ID
+                 is labelled ID #2
   format=csv     prints comma-separated values: register, scan, field, lowest, width, raw, value,
                  unit, description. The first line has these names
   format=json    prints an array with one object for each field; the same names are the keys
@@ -73,13 +73,13 @@ s characters. Only d and i read the raw value as signed.
 
 The value is raw value * scale + offset. If there is an offset or a unit but no scale, the scale
 is 1. The value has as many decimals as the scale or the offset, whichever has more. A scale may
-be a fraction, such as 100/255. Then the scale counts as having just enough decimals to tell
-neighbouring raw values apart: 1 decimal for 100/255.
+be a fraction. Its number of decimals is then the smallest that tells neighbouring raw values
+apart: 1 for 100/255.
 
 The column names holds codes and their names, such as 0=idle;1=shift;0x3=exit. A decimal code is
-the raw value, a hexadecimal code gives its bits. The table for people shows the name in place of
-the value. The other formats show it as the last column or key, name, which exists only if a field
-of the table has names.
+the raw value; a hexadecimal code is the bits of the raw value. The table for people shows the
+name in place of the value. The other formats show it in a last column or key called name, which
+exists only if a field of the table has names.
 
 Bits that no field covers come after the fields of the scan. Each run of such bits has a row of
 its own, in hexadecimal and without a field name, unless its bits are all 0.

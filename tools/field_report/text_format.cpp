@@ -42,7 +42,8 @@ std::string bitRange(const Field& field) {
 }
 
 // A raw value is printed in groups of `group` digits with '_' between them. A line has at most
-// `most` characters, not counting the prefix. Every line after the first begins with '_'.
+// `most` characters, not counting the prefix. This is a multiple of group + 1, so every line after
+// the first begins with '_'.
 struct Layout {
     std::size_t group;
     std::size_t most;
@@ -96,8 +97,8 @@ std::size_t maxRawWidth(const Field& field) {
 }
 
 // Returns the maximum width of a scaled value. The lowest or the highest raw value has it, since
-// the scaled value only rises or only falls between them. In an unsigned field, these have all bits
-// clear and all bits set. In a signed field, they have the opposite top bit. All four are tried.
+// the scaled value only rises or only falls between them. These two are 00...0 and 11...1 in an
+// unsigned field, 10...0 and 01...1 in a signed field. All four are tried.
 std::size_t maxScaledWidth(const Field& field) {
     if (field.scale == 0)
         return 0;

@@ -34,8 +34,8 @@ struct DecimalRadix {
 
     [[nodiscard]] static Limb split(DoubleLimb sum, DoubleLimb& carry) {
         // divideLimb() requires the top bit of the divisor to be set, so divisor and dividend are
-        // scaled. As sum < VALUE * 2^64, no bit is shifted out, and the high limb is below the
-        // divisor: a valid remainder.
+        // scaled. As sum < VALUE * 2^64, the dividend is below divisor * 2^64. So no bit is shifted
+        // out, and the high limb is below the divisor, as a remainder must be.
         constexpr unsigned SCALE = 7;
         static_assert(VALUE >> (LIMB_BITS - SCALE - 1) == 1);
         assert(sum <= MAX_SUM);
@@ -57,8 +57,8 @@ struct BinaryRadix {
     }
 };
 
-// Because the radix is at most 2^63, two digits and a carry fit a limb in add(), and in subtract()
-// the top bit of a difference is the borrow: it is set only if the difference is negative.
+// Because the radix is at most 2^63, two digits and a carry fit a limb in add(). In subtract(), the
+// top bit of a difference is set only if the difference is negative, so it is the borrow.
 static_assert(DecimalRadix::VALUE <= Limb{1} << 63 && BinaryRadix::VALUE <= Limb{1} << 63);
 
 // Computes sum += addend. The addend has no more digits than the sum, and the result must fit.
@@ -184,17 +184,16 @@ void multiply(std::span<Limb> product, std::span<const Limb> a, std::span<const 
     multiply<Radix>(high, a.subspan(half), b.subspan(half), rest);
 
     // The sums fit `middle`: a0 b0, a1 b1, a1 b0 and a0 b1 are each below VALUE^(2 * half). So
-    // a0 b0 + a1 b1 and the result, a1 b0 + a0 b1, are below twice that, and their highest digit is
-    // 0 or 1.
+    // a0 b0 + a1 b1 and the result, a1 b0 + a0 b1, are below 2 * VALUE^(2 * half): their highest
+    // digit is 0 or 1.
     *std::copy(low.begin(), low.end(), middle.begin()) = 0;
     add<Radix>(middle, high);
     if (aLess == bLess)
         subtract<Radix>(middle, cross);
     else
         add<Radix>(middle, cross);
-    // `middle` has 2 * half + 1 digits and is added above the lowest `half` digits of the product.
-    // The product has 2 * a.size() - half digits there, which is enough if a.size() >= 4. The sum
-    // is the product of a and b, so it fits.
+    // `middle` has 2 * half + 1 digits. It is added to the upper 2 * a.size() - half digits of the
+    // product, which are enough if a.size() >= 4. The sum is the product of a and b, so it fits.
     static_assert(KARATSUBA_SIZE >= 4);
     add<Radix>(product.subspan(half), middle);
 }

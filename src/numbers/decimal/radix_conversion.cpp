@@ -51,9 +51,9 @@ struct Groups {
 constexpr unsigned MAX_GROUP_SIZE = 12;
 
 // Converts the n source digits in groups. `count`, the number of groups, is a power of two, so the
-// last groups may have no source digits and are 0. But if count > 1, more than 6/7 of the groups
-// have some: count / 2 groups of 12 are too few for n digits, so n / count > 6. As groupSize is
-// below n / count + 1, n / groupSize > count * 6/7.
+// last groups may have no source digits and are 0. If count > 1, fewer than 1/7 of the groups are
+// empty like this. Proof: count / 2 groups of 12 digits would be too few, so n > 6 * count. And
+// groupSize < n / count + 1, so there are at least n / groupSize > count * 6/7 other groups.
 template <typename Radix>
 Groups initialGroups(std::span<const Limb> source) {
     const std::size_t count = std::bit_ceil(common::divideUp(source.size(), MAX_GROUP_SIZE));
@@ -102,9 +102,9 @@ Groups joinPairs(const Groups& groups, std::span<Limb> scratch) {
     Groups joined;
     if (pairs > 1)
         joined.weight = squareOf<Radix>(weight, scratch);
-    // multiply() writes 2 * size digits, but weight^2 may have one digit less. As a joined pair is
-    // below weight^2, its highest digit is then 0, and the next pair overwrites it. For the last
-    // pair, the `+ 1` makes room for this digit.
+    // A joined pair is below weight^2, which may have one digit less than the 2 * size digits that
+    // multiply() writes. The highest digit is then 0, and the next pair overwrites it. For the last
+    // pair, the `+ 1` makes room for it.
     const std::size_t joinedSize = pairs > 1 ? joined.weight.size() : 2 * size;
     joined.digits.resize(pairs * joinedSize + 1);
     for (std::size_t i = 0; i < pairs; ++i) {
