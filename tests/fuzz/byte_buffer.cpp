@@ -39,10 +39,11 @@ public:
         Kel_ByteBuffer found(buffer);
         model::ByteBuffer aligned(expected);
         aligned.access();
-        requireEqual(found.getSize(), aligned.size, "size");
+        requireEqual(found.getSize(), aligned.size, "size", &input);
         if (!aligned.block.empty()) {
             const unsigned char* const block = found.uPtr() - aligned.start;
-            requireEqual(Bytes(block, block + aligned.block.size()), aligned.block, "block");
+            requireEqual(Bytes(block, block + aligned.block.size()), aligned.block, "block",
+                         &input);
         }
     }
 
@@ -58,7 +59,7 @@ private:
                     return fuzz::shown(operation(of));
             });
         };
-        requireEqual(resultOf(buffer), resultOf(expected), name);
+        requireEqual(resultOf(buffer), resultOf(expected), name, &input);
     }
     /// Runs a conversion either with another buffer as its target, and checks that buffer, or with
     /// the buffer itself, which expectSame() checks later.
@@ -70,7 +71,7 @@ private:
         }
         Kel_ByteBuffer target(reinterpret_cast<const unsigned char*>("old"), 3, 0, 0);
         operation(target);
-        requireEqual(contentOf(target), made, "the content of another buffer");
+        requireEqual(contentOf(target), made, "the content of another buffer", &input);
     }
 
     void insert() {
@@ -128,7 +129,7 @@ private:
         Bytes text = expected.hexText(from);
         Bytes out(text.size(), 0xEE); // without a spare byte, so a sanitizer sees a write past it
         buffer.bin2HexString(from, out.data());
-        requireEqual(out, text, "bin2HexString to a place");
+        requireEqual(out, text, "bin2HexString to a place", &input);
         text.resize(2 * expected.size + 1);
         convert(text, 0, [&](auto& target) { buffer.bin2HexString(from, target); });
     }
@@ -137,7 +138,7 @@ private:
         const std::uint64_t bits = input.below(8 * expected.size + 10);
         input.note("bin2HexString, cut", {from, bits});
         const std::unique_ptr<Kel_ByteBuffer> made(buffer.bin2HexString(from, bits));
-        requireEqual(contentOf(*made), expected.hexText(from, bits), "bin2HexString, cut");
+        requireEqual(contentOf(*made), expected.hexText(from, bits), "bin2HexString, cut", &input);
     }
     void readHex() {
         if (expected.size == 0)
@@ -148,11 +149,11 @@ private:
         const Bytes bytes = expected.bytesOfHex(first, last);
         Bytes out(bytes.size() + 1, 0xEE);
         buffer.hex2Bin(first, last, out.data());
-        requireEqual(out.back(), 0xEE, "the byte after the place of hex2Bin");
+        requireEqual(out.back(), 0xEE, "the byte after the place of hex2Bin", &input);
         out.pop_back();
-        requireEqual(out, bytes, "hex2Bin to a place");
+        requireEqual(out, bytes, "hex2Bin to a place", &input);
         const std::unique_ptr<Kel_ByteBuffer> made(buffer.hex2Bin(first, last));
-        requireEqual(contentOf(*made), bytes, "hex2Bin");
+        requireEqual(contentOf(*made), bytes, "hex2Bin", &input);
         convert(bytes, 0, [&](auto& target) { buffer.hex2Bin(first, last, target); });
     }
     void readMirrored() {

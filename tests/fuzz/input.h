@@ -20,9 +20,7 @@ namespace fuzz {
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size)
-        : bytes(reinterpret_cast<const char*>(data), size) {
-        current = this;
-    }
+        : bytes(reinterpret_cast<const char*>(data), size) {}
 
     [[nodiscard]] bool empty() const { return at >= bytes.size(); }
     char character() { return empty() ? '\0' : bytes[at++]; }
@@ -55,33 +53,32 @@ public:
         return text;
     }
 
-    /// Notes an operation. If a check fails, it prints all operations that were noted.
+    /// Notes an operation. A check that is given the input and fails prints all noted operations.
     void note(const char* operation, std::initializer_list<std::uint64_t> arguments) {
         operations += operation;
         for (const std::uint64_t argument : arguments)
             operations += ' ' + std::to_string(argument);
         operations += '\n';
     }
-
-    /// Aborts the run, which makes it a finding. Prints what this thread's input has noted.
-    [[noreturn]] static void fail(const std::string& message) {
-        const char* const noted = current->operations.c_str();
-        static_cast<void>(std::fprintf(stderr, "%sfailed: %s\n", noted, message.c_str()));
-        std::abort();
-    }
+    [[nodiscard]] const std::string& noted() const { return operations; }
 
 private:
-    static thread_local const Input* current;
     std::string bytes;
     std::size_t at = 0;
     std::string operations;
 };
-inline thread_local const Input* Input::current = nullptr;
+
+/// Aborts the run, which makes its input a finding. Prints what \a input has noted.
+[[noreturn]] inline void fail(const std::string& message, const Input* input) {
+    const char* const noted = input == nullptr ? "" : input->noted().c_str();
+    static_cast<void>(std::fprintf(stderr, "%sfailed: %s\n", noted, message.c_str()));
+    std::abort();
+}
 
 /// Aborts the run with the message \a what unless \a holds is true.
 inline void require(bool holds, const char* what) {
     if (!holds)
-        Input::fail(what);
+        fail(what, nullptr);
 }
 
 inline std::string shown(const auto& value) {
@@ -101,8 +98,8 @@ inline std::string shown(const auto& value) {
 /// Aborts the run if the values differ, and prints both. Of lists and texts it prints a part that
 /// begins shortly before the first difference.
 template <typename Value>
-void requireEqual(const Value& found, const std::type_identity_t<Value>& expected,
-                  const char* what) {
+void requireEqual(const Value& found, const std::type_identity_t<Value>& expected, const char* what,
+                  const Input* input = nullptr) {
     if (found == expected)
         return;
     std::string message = what;
@@ -115,8 +112,9 @@ void requireEqual(const Value& found, const std::type_identity_t<Value>& expecte
         for (Value& part : parts)
             part.erase(part.begin(), part.begin() + std::max<std::ptrdiff_t>(place - 40, 0));
     }
-    Input::fail(message + "\n  found:    " + shown(parts[0]).substr(0, 600) +
-                "\n  expected: " + shown(parts[1]).substr(0, 600));
+    fail(message + "\n  found:    " + shown(parts[0]).substr(0, 600) +
+             "\n  expected: " + shown(parts[1]).substr(0, 600),
+         input);
 }
 
 } // namespace fuzz

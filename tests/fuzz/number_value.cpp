@@ -60,17 +60,19 @@ void convertField(fuzz::Input& input, std::uint64_t width) {
     Bytes exact = expected.block; // ends with the field, so a sanitizer sees an access past it
     Kel_Number number(width);
     number.set('d', "-1");
-    requireEqual(said([&] { bits2Number(buffer, at, number); }), holds ? "" : BAD_GET, "a read");
-    requireEqual(number.toString('b'), field, "the field");
+    requireEqual(said([&] { bits2Number(buffer, at, number); }), holds ? "" : BAD_GET, "a read",
+                 &input);
+    requireEqual(number.toString('b'), field, "the field", &input);
     if (holds) {
         exact.resize(static_cast<std::size_t>((at + width + 7) / 8));
         number.set('d', "-1");
         bits2Number(exact.data(), at, number);
-        requireEqual(number.toString('b'), field, "the field of an array");
+        requireEqual(number.toString('b'), field, "the field of an array", &input);
     }
 
     number.set('b', input.text(static_cast<std::size_t>(width), "01"));
-    requireEqual(said([&] { number2Bits(number, buffer, at); }), holds ? "" : BAD_SET, "a write");
+    requireEqual(said([&] { number2Bits(number, buffer, at); }), holds ? "" : BAD_SET, "a write",
+                 &input);
     if (holds) {
         number2Bits(number, exact.data(), at);
         std::uint64_t k = at + width;
@@ -78,9 +80,9 @@ void convertField(fuzz::Input& input, std::uint64_t width) {
             expected.setBit(--k, bit == '1');
     }
     requireEqual(Bytes(buffer.uPtr(), buffer.uPtr() + buffer.getSize()), expected.block,
-                 "what is written");
+                 "what is written", &input);
     expected.block.resize(exact.size());
-    requireEqual(exact, expected.block, "what is written to an array");
+    requireEqual(exact, expected.block, "what is written to an array", &input);
 }
 
 void convertInteger(fuzz::Input& input, std::uint64_t width) {
