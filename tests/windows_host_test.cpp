@@ -5,30 +5,24 @@
 // import pointers through which the library calls the system.
 #include "KelRT/Kel_Util.h"
 #include "support/host.h"
-#include "support/outcome.h"
+#include "support/listing.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <string>
-#include <vector>
 
 #include <windows.h>
 
 using namespace KelRT;
-using test::outcome;
+using namespace test;
 using test_host::below;
-using Texts = std::vector<std::string>;
 
 namespace {
 
-struct FakeHost {
-    std::set<std::wstring> links; ///< reported as links to directories
-    bool searchesFail = false;
-};
-FakeHost host;
+std::set<std::wstring> links; // reported as links to directories
+bool searchesFail = false;
 
 template <typename Function>
 Function systemFunction(Function /*type*/, const char* name) {
@@ -37,13 +31,12 @@ Function systemFunction(Function /*type*/, const char* name) {
 }
 
 DWORD WINAPI attributes(LPCWSTR path) {
-    if (host.links.contains(path))
-        return FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-    return systemFunction(attributes, "GetFileAttributesW")(path);
+    return links.contains(path) ? FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT
+                                : systemFunction(attributes, "GetFileAttributesW")(path);
 }
 
 BOOL WINAPI findNext(HANDLE search, LPWIN32_FIND_DATAW entry) {
-    if (!host.searchesFail)
+    if (!searchesFail)
         return systemFunction(findNext, "FindNextFileW")(search, entry);
     SetLastError(ERROR_NETNAME_DELETED);
     return FALSE;
@@ -58,50 +51,30 @@ decltype(&FindNextFileW) __imp_FindNextFileW = findNext;             // NOLINT(*
 
 namespace {
 
-/// Returns the sorted list from getDirectoryFileList(), or its message as the only entry.
-Texts listed(const std::string& directory) {
-    Texts list;
-    const std::string message = outcome([&] {
-        Kel_Util::getDirectoryFileList(directory, false, list);
-        return std::string();
-    });
-    if (!message.empty())
-        return {message};
-    std::sort(list.begin(), list.end());
-    return list;
-}
-
-Texts refused(const std::string& directory) {
-    return {"Could not open the directory: " + directory + "\n"};
-}
-
-/// Provides an empty drive W:. Under Wine, the test task defines it; elsewhere, this class maps it
-/// to an empty directory.
-class EmptyDrive : public ::testing::Test {
+/// Provides an empty directory and an empty drive W:. Under Wine, the test task defines the drive;
+/// elsewhere, this class maps it to the directory.
+class WindowsHost : public ::testing::Test {
 protected:
-    EmptyDrive() {
-        if (!isThere())
-            DefineDosDeviceA(0, "W:", target.path().c_str());
+    WindowsHost() {
+        if (!std::filesystem::exists("W:\\"))
+            DefineDosDeviceA(0, "W:", here.path().c_str());
     }
-    ~EmptyDrive() override {
-        SetEnvironmentVariableA("=W:", nullptr);
-        DefineDosDeviceA(DDD_REMOVE_DEFINITION, "W:", target.path().c_str());
-    }
-    static bool isThere() { return GetFileAttributesA("W:\\") != INVALID_FILE_ATTRIBUTES; }
+    ~WindowsHost() override { DefineDosDeviceA(DDD_REMOVE_DEFINITION, "W:", here.path().c_str()); }
 
-    const test_host::TemporaryDirectory target;
+    const test_host::TemporaryDirectory here;
 };
 
-TEST_F(EmptyDrive, IsListedAndHasACurrentDirectoryOfItsOwn) {
-    ASSERT_EQ(GetFileAttributesA("V:\\"), INVALID_FILE_ATTRIBUTES);
+TEST_F(WindowsHost, DriveIsListedAndHasACurrentDirectoryOfItsOwn) {
+    ASSERT_FALSE(std::filesystem::exists("V:\\"));
     for (const char* const missing : {"V:\\", "V:/", "V:", "W:\\missing", "W:missing"})
         EXPECT_EQ(listed(missing), refused(missing));
     EXPECT_EQ(Kel_Util::normalizePath("V:x/"), "V:\\x\\");
-    if (!isThere())
+    if (!std::filesystem::exists("W:\\"))
         GTEST_SKIP() << "no drive W: here, and none can be defined";
-    for (const char* const root : {"W:\\", "W:/", "W:"})
+    for (const char* const root : {"W:\\", "W:/", "W:"}) {
+        EXPECT_EQ(Kel_Util::isDirectory(root), 1) << root;
         EXPECT_EQ(listed(root), Texts()) << root;
-
+    }
     std::filesystem::create_directory("W:\\sub");
     test_host::writeFile("W:\\sub\\f.txt");
     SetEnvironmentVariableA("=W:", "W:\\sub"); // as chdir() of the C library does
@@ -116,56 +89,42 @@ std::wstring wide(const std::string& path) {
     return {path.begin(), path.end()};
 }
 
-/// Returns a form of the path that has no length limit. The system does not normalise it.
-std::string unlimited(const std::string& path) {
-    return "\\\\?\\" + path;
-}
-
-TEST(WindowsHost, UnlimitedPathIsListedWithAndWithoutSeparator) {
-    const test_host::TemporaryDirectory here;
-    std::filesystem::create_directory(here / "sub");
-    for (const std::string& path : {unlimited(here.path()), unlimited(here / "")})
-        EXPECT_EQ(listed(path), Texts{"sub"}) << path;
-}
-
-TEST(WindowsHost, LongDirectoryIsListedCorrectlyOrRefused) {
-    const test_host::TemporaryDirectory here;
+TEST_F(WindowsHost, LongDirectoryIsListedCorrectlyOrRefused) {
     const std::string parent = here / std::string(230 - here.path().size(), 'p');
     std::filesystem::create_directory(parent);
     const test_host::CurrentDirectory current(parent);
     for (int length = 240; length <= 280; length += length > 255 && length < 262 ? 1 : 5) {
         const std::string name(static_cast<std::size_t>(length) - parent.size() - 1, 'n');
-        const std::string path = below(parent, name);
-        const std::wstring directory = wide(unlimited(path));
-        const std::wstring inside = wide(unlimited(below(path, "inside")));
-        ASSERT_TRUE(CreateDirectoryW(directory.c_str(), nullptr));
-        ASSERT_TRUE(CreateDirectoryW(inside.c_str(), nullptr));
-        for (const std::string& given : {path, name}) {
+        // A path with this prefix has no length limit, and the system does not normalise it.
+        const std::string path = "\\\\?\\" + below(parent, name);
+        const std::string inside = below(path, "inside");
+        for (const std::string& made : {path, inside})
+            ASSERT_TRUE(CreateDirectoryW(wide(made).c_str(), nullptr));
+        EXPECT_EQ(listed(path), Texts{"inside"});
+        EXPECT_EQ(listed(below(path, "")), Texts{"inside"});
+        for (const std::string& given : {below(parent, name), name}) {
             EXPECT_EQ(listed(parent), Texts{name}); // the result if the path is truncated
             const Texts found = listed(given);
             EXPECT_TRUE(found == Texts{"inside"} || found == refused(given)) << length;
         }
-        EXPECT_TRUE(RemoveDirectoryW(inside.c_str()));
-        EXPECT_TRUE(RemoveDirectoryW(directory.c_str()));
+        for (const std::string& made : {inside, path})
+            EXPECT_TRUE(RemoveDirectoryW(wide(made).c_str()));
     }
 }
 
-TEST(WindowsHost, LinkIsADirectoryWhereItsTargetIsOne) {
-    const test_host::TemporaryDirectory here;
+TEST_F(WindowsHost, LinkIsADirectoryWhereItsTargetIsOne) {
     std::filesystem::create_directory(here / "directory");
     test_host::writeFile(here / "file");
-    host.links = {wide(here / "directory"), wide(here / "file"), wide(here / "gone")};
+    links = {wide(here / "directory"), wide(here / "file"), wide(here / "gone")};
     EXPECT_EQ(Kel_Util::isDirectory(here / "directory"), 1);
     EXPECT_EQ(Kel_Util::isDirectory(here / "file"), 0);
     EXPECT_EQ(Kel_Util::isDirectory(here / "gone"), 0);
-    host = {};
 }
 
-TEST(WindowsHost, FailedSearchIsReported) {
-    const test_host::TemporaryDirectory here;
-    host.searchesFail = true;
+TEST_F(WindowsHost, FailedSearchIsReported) {
+    searchesFail = true;
     EXPECT_EQ(listed(here.path()), refused(here.path()));
-    host = {};
+    searchesFail = false;
 }
 
 } // namespace

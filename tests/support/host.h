@@ -15,7 +15,6 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #ifdef _WIN32
 #define NOMINMAX 1 // libstdc++ defines it with the same value
@@ -106,10 +105,8 @@ inline void writeFile(const std::string& path, const std::string& text = "") {
 class TemporaryDirectory {
 public:
     TemporaryDirectory() {
-        std::random_device random;
         do
-            location = std::filesystem::canonical(std::filesystem::temp_directory_path()) /
-                       ("kel_test_" + std::to_string(random()) + std::to_string(random()));
+            location.replace_filename("kel_test_" + std::to_string(std::random_device()()));
         while (!std::filesystem::create_directory(location));
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;
@@ -124,15 +121,14 @@ public:
     std::string operator/(const std::string& name) const { return below(path(), name); }
 
 private:
-    std::filesystem::path location;
+    std::filesystem::path location =
+        std::filesystem::canonical(std::filesystem::temp_directory_path()) / "kel_test_";
 };
 
 /// Changes the current directory until the end of the scope.
 class CurrentDirectory {
 public:
-    explicit CurrentDirectory(const std::string& path) : before(std::filesystem::current_path()) {
-        std::filesystem::current_path(path);
-    }
+    explicit CurrentDirectory(const std::string& path) { std::filesystem::current_path(path); }
     CurrentDirectory(const CurrentDirectory&) = delete;
     CurrentDirectory& operator=(const CurrentDirectory&) = delete;
     ~CurrentDirectory() {
@@ -141,7 +137,7 @@ public:
     }
 
 private:
-    std::filesystem::path before;
+    std::filesystem::path before = std::filesystem::current_path();
 };
 
 /// Sets an environment variable, or unsets it if there is no value. On Windows, an empty value
