@@ -10,7 +10,7 @@
     $3 = Kel_StrTok in comma-separated mode = {rest = "b,c", position = 2, length = 5,
       delimiters = ","}
 
-"print/r" shows the plain fields. Only the client needs debug information (with Clang, from
+"print/r" shows the plain fields. Only the client needs debug information (Clang:
 -fstandalone-debug). An object that is not constructed yet shows as "not initialised" if its
 fields contradict each other.
 """
@@ -19,13 +19,13 @@ import gdb.printing
 
 
 def owned(value):
-    """Returns the pointer in a std::unique_ptr, or that to the first element of a std::vector.
+    """Returns the pointer that a std::unique_ptr owns, or the one to the first element of a std::vector.
 
     It is the first pointer among the fields in every standard library, whatever its name."""
     kind = value.type.strip_typedefs()
     if kind.code == gdb.TYPE_CODE_PTR:
         return value
-    # In the debug mode of libstdc++, bases of a vector hold pointers to its iterators.
+    # Skips the bases of a vector in the debug mode of libstdc++: they hold pointers to iterators.
     if kind.code == gdb.TYPE_CODE_STRUCT and not (kind.name or "").startswith("__gnu_debug::"):
         for field in kind.fields():
             found = owned(value[field]) if hasattr(field, "bitpos") else None  # static fields have no bitpos

@@ -1,6 +1,7 @@
 # Writes examples.inc for examples_test.cpp: for each line "CALL => RESULT" in the comments of the public headers and
-# in the folder cases, C++ that makes this call and compares its result. CALL may begin with the bytes or the number
-# that it is made on, or be a row of the table of tokens. The examples of versions and of files are left out.
+# in the folder cases, C++ that makes this call and compares its result. CALL may begin with the object of the call, as
+# in "FF FF, bin2HexString(0, 10)", or be TEXT and FLAGS of a row in the table of tokens (Kel_StrTok.h). The examples of
+# versions and of files are left out.
 set(template [[
 {
     struct Example : @name@Example {
@@ -27,7 +28,7 @@ foreach(file IN LISTS files)
     set(call "${CMAKE_MATCH_2}")
     set(result "${CMAKE_MATCH_3}")
     set(object "")
-    if(call MATCHES "^(.*[^ ])    +(.*)$") # TEXT and FLAGS in the table of tokens
+    if(call MATCHES "^(.*[^ ])    +(.*)$") # TEXT and FLAGS
       set(call "tokens(R\"-(${CMAKE_MATCH_1})-\", ")
       string(REGEX REPLACE "([a-z]) ([a-z])" "\\1_\\2" flags "${CMAKE_MATCH_2}")
       string(APPEND call "${flags})")

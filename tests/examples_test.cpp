@@ -38,7 +38,7 @@ namespace {
 
 Text out; // the output parameter of all conversions
 
-/// Holds a result that is written as the examples write it.
+/// Holds a result that is already in the form of the examples, so shown() leaves it unchanged.
 struct AsItIs {
     Text text;
 };
@@ -53,7 +53,7 @@ Text contentOf(Kel_ByteBuffer& buffer) {
     return {buffer.ptr(), static_cast<std::size_t>(buffer.getSize())};
 }
 
-// These overloads write a result in the form of `like`, another result.
+// These overloads write a result in the form of `like`, the expected text: 18 or 0x12, for example.
 Text shown(const AsItIs& result, const Text&) {
     return result.text;
 }
@@ -63,7 +63,7 @@ Text shown(char digit, const Text&) {
 Text shown(std::unsigned_integral auto number, const Text& like) {
     return formatted(like.compare(0, 2, "0x") == 0 ? "0x%llX" : "%llu", number);
 }
-/// Writes bytes as a literal, in hexadecimal or by name: 0xB0 is "b0", and 0 (in a gap) is "x".
+/// Writes bytes as a literal "!C", in hexadecimal (21 43), or as names: b0 is 0xB0, and x is 0.
 Text shown(const Text& bytes, const Text& like) {
     if (like[0] == '"')
         return testing::PrintToString(bytes);
@@ -86,7 +86,7 @@ struct Kel_ByteBufferExample : Kel_ByteBuffer {
     explicit Kel_ByteBufferExample(const Text& bytes = "")
         : Kel_ByteBuffer(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), 0, 0) {
     }
-    /// Also sets the new bytes, which the library does not.
+    /// Also clears the new bytes, which the library does not do.
     void insertBytes(std::uint64_t atByte, std::uint64_t byteCount) {
         const std::uint64_t gap = std::min(atByte, getSize());
         Kel_ByteBuffer::insertBytes(atByte, byteCount);
@@ -277,8 +277,8 @@ Text resultOf(const Text& like) {
     }
 }
 
-/// Expects that an example gives \a expected. An exception, too, is a result; it leaves the output
-/// parameter as it was unless the example says "no output".
+/// Expects that an example gives \a expected, which may be an exception: throws "MESSAGE". Then the
+/// output parameter is unchanged or, with "no output", empty.
 void expectExample(const char* line, const char* expected, Text (*run)(const Text& like)) {
     out = "left";
     Text result;

@@ -39,7 +39,7 @@ void startLogging(const std::string& file) {
     logger.startLogging();
 }
 
-// Logs much to a stream that accepts no output, and ends logging, all without an allocation.
+// Logs much to a stream that accepts no output, and ends logging. No call may allocate memory.
 void expectLogCallsSurvive() {
     static const unsigned char bytes[3000] = {};
     const test::FailingNew noMemory;
@@ -74,7 +74,7 @@ TEST(HostFaults, PipeWhoseReaderIsGone) {
 }
 
 // Makes each call in a thread whose cancellation is already pending, and expects that the call
-// returns. Unless a call disables cancellation, it ends at its first cancellation point.
+// returns. A call that did not disable cancellation would end at its first cancellation point.
 void expectCancelledAfterwards(const std::vector<std::function<void()>>& calls) {
     for (std::size_t i = 0; i < calls.size(); ++i) {
         bool returned = false;

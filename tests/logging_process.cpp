@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Logs what the golden tests in logging_process/ compare: whole logs, of which some can only be
-// seen from outside the process, such as after a crash.
+// Writes the logs that the golden tests in logging_process/ compare. Some can only be read from
+// outside the process, for example after a crash.
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
@@ -43,7 +43,7 @@ void logEntries() {
     const char* const constText = text;
     Logger::logger.logMethodEntry("m", "count=%d", 0); // a null pointer constant
     Logger::logger.logMethodEntry("m", "text=%s", constText);
-    if (typeid(std::va_list) != typeid(char*)) // otherwise a char* is a list
+    if (typeid(std::va_list) != typeid(char*)) // otherwise a char* is taken as a va_list
         Logger::logger.logMethodEntry("m", "text=%s", text);
     else
         Logger::logger.logMethodEntry("m", "text=%s", constText);
@@ -59,7 +59,7 @@ struct NamedTracer : KelRT::MethodLogger {
     }
 };
 
-// Logs each kind of result, and then what the call that recorded it has returned.
+// Logs what each setter of a result returns. The exit line of the tracer then shows the result.
 void logResults() {
     char own[] = "own";
     char* const null = nullptr;
@@ -112,7 +112,7 @@ void logWithCopies() {
     assigned.logMethodExit(7);
 }
 
-// Logs, then ends the process within a line, which is lost.
+// Logs complete lines and the beginning of one more, then ends the process. The last line is lost.
 [[noreturn]] void crashAfter(const std::string& what) {
     if (what == "dump") {
         unsigned char bytes[200];
@@ -128,8 +128,8 @@ void logWithCopies() {
 
 } // namespace
 
-// The arguments are MODE [DESCRIPTOR], where the descriptor must no longer be open at the end, or
-// "crash" WHAT, where WHAT is "dump" or the number of records to log before the crash.
+// The arguments are [MODE [DESCRIPTOR]] or "crash" WHAT. The process fails if DESCRIPTOR is still
+// open at the end. WHAT is "dump" or the number of records to log before the crash.
 int main(int argc, char** argv) {
     const std::string mode = argc > 1 ? argv[1] : "";
     const auto other = mode == "other" ? std::make_unique<Logger>() : nullptr;

@@ -61,7 +61,7 @@ void forEveryAllocation(const std::string& name,
     for (const Failure failure : {Failure::persistent, Failure::single})
         for (long n = 0; n < 10000 && attempt(failure, n); ++n)
             ++failures;
-    // The nineteen digits fit in a string of libc++ without an allocation.
+    // The 19 digits of uLL2DecStr fit in a string of libc++ without an allocation.
     const bool fits = name == "uLL2DecStr" && std::string().capacity() >= 19;
     EXPECT_GE(failures, fits ? 0 : 1);
     EXPECT_LT(failures, 10000);
@@ -71,8 +71,8 @@ using Own = std::unique_ptr<Kel_ByteBuffer>;
 
 constexpr unsigned char BYTES[100] = {};
 
-/// Holds the arguments of the operations. The test has put the directory of the libraries, "a long
-/// name of one", in PATH.
+/// Holds the arguments of the operations. The libraries that they find are in a directory that the
+/// test has put in PATH.
 struct State {
     std::string word = std::string(60, 'w');
     const wchar_t* wideWord = L"longer than what fits inside";
@@ -85,7 +85,7 @@ struct State {
     Kel_ByteBuffer target{BYTES, 4, 0, 0};
     Kel_Number narrow{40};
     Kel_Number wide{3000};
-    Kel_Number vast{16000}; // is converted by other algorithms
+    Kel_Number vast{16000}; // enough for divide and conquer
     std::string digits = std::string(4800, '1');
     Kel_Exception message{"kept"};
     std::vector<std::string> list{"kept", "and this one is longer than what fits inside"};
@@ -195,7 +195,7 @@ TEST_F(ExhaustedMemory, OperationsCompleteOrChangeNothing) {
             EXPECT_TRUE(!thrown || state.kept() == before) << n;
             return thrown;
         });
-    // Each text of the version was whole or empty whenever composing the next one failed.
+    // Failures have interrupted the composition of the version texts. None may be incomplete now.
     EXPECT_EQ(std::string(getVersionWithBuildNumber()),
               std::string(getVersion()) + " - Compiled " + getBuildNumber());
 }
@@ -234,7 +234,7 @@ TEST_F(ExhaustedMemory, LostNamesAndResultsAreEmptyAndKeepTheOrder) {
     logger.logMethodEntry("kept");
     whileExhausted([&] { logger.logMethodEntry(lost.c_str()); });
     logger.logMethodEntry("inside");
-    logger.setDetailLevel(1); // the copy that ends writes no closing line
+    logger.setDetailLevel(1); // so the end of the temporary Logger writes no closing line
     Logger nameless;
     whileExhausted([&] { nameless = Logger(logger); });
     logger.setDetailLevel(4);

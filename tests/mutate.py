@@ -18,7 +18,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 
-# The programs that know a folder of src/, or a public header, best. They are built and run first.
+# The programs whose tests are nearest to a folder of src/ or to a public header. They are built and run first.
 BITS = 'random_byte_buffer bits_test'
 NUMBERS = 'random_number random_number_value numbers_test random_number_util'
 TEXT = 'random_tokenizer text_test'
@@ -55,7 +55,7 @@ SKIPPED = re.compile(r'\s*(#|//|assert\(|static_assert|using |namespace |templat
 
 
 def changes_of(file):
-    """(file, line number, changed line) of each change of a file."""
+    """Yields (file, line number, changed line) for each change of a file."""
     for number, line in enumerate((ROOT / file).read_text().split('\n')):
         comment = line.find('//')
         code = line if comment < 0 or line.count('"', 0, comment) % 2 else line[:comment].rstrip()
@@ -68,9 +68,9 @@ def changes_of(file):
 
 
 def run(limit, *command):
-    """Whether a command succeeds within the seconds of LIMIT, and its output."""
+    """Returns whether a command succeeds within LIMIT seconds, and its output."""
     try:
-        # The time of the build is part of one source: it must not differ from build to build.
+        # One source contains the time of the build. A fixed time keeps the machine code the same in each build.
         done = subprocess.run([str(c) for c in command], capture_output=True, text=True, errors='replace',
                               timeout=limit, check=False, env={**os.environ, 'SOURCE_DATE_EPOCH': '1300000000'})
         return done.returncode == 0, done.stdout
@@ -102,12 +102,12 @@ class Copy:
                    '--timeout', limit, *choice)[0]
 
     def code(self):
-        """The digests of the library's objects."""
+        """Returns the digests of the library's object files."""
         objects = sorted(self.build.glob('CMakeFiles/kelutil_*.dir/**/*.o'))
         return [hashlib.sha256(o.read_bytes()).digest() for o in objects]
 
     def outcome(self, file):
-        """'caught', 'survived', or 'void' for a change that does not count."""
+        """Returns 'caught', 'survived', or 'void' if it does not compile or leaves the machine code as it was."""
         in_source = file.startswith('src/')
         if not self.make('KelUtil') or (in_source and self.code() == self.code_before):
             return 'void'
@@ -117,7 +117,7 @@ class Copy:
         return 'void' if not self.make('all') else 'survived' if self.passes() else 'caught'
 
     def try_change(self, file, number, after):
-        """The outcome, and the line before the change."""
+        """Returns the outcome, and the line before the change."""
         path = self.tree / file
         original = path.read_text()
         lines = original.split('\n')

@@ -31,8 +31,8 @@ void expectTheModelsDigits(std::uint64_t bitCount, char radix, const std::string
 
 // Divide and conquer prints decimals from 120 limbs (7680 bits) on and reads them from 220 limbs
 // (14080 bits) on. In the third row, the text is too long for the number, so the value wraps. A
-// digit with n digits below it is worth a multiple of 2^n, so the highest digits that are not
-// dropped change only the top bits.
+// digit with n digits after it has the weight 10^n, a multiple of 2^n. It is dropped if n >= 14300,
+// and changes only the top bits if n is just below.
 TEST(Number, VeryWideDecimalsReadAndPrintAsTheModelDoes) {
     struct {
         std::uint64_t bitCount;

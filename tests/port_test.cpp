@@ -53,7 +53,7 @@ bool File::isdir(const char* /*path*/) {
     return false; // no test needs it
 }
 
-// Always fails. Where a success is planned, another process creates the directory just before.
+// Always fails. If the call is in `successes`, another process has just created the directory.
 bool File::mkdir(const char* path, bool flag) {
     if (host.answer(flag ? "mkdir with flag" : "mkdir", path))
         host.successes.insert(std::string("exist ") + path);
@@ -64,7 +64,7 @@ bool File::readable(const char* path) {
     return host.answer("readable", path);
 }
 
-// Never creates the file. Where a success is planned, another process has the name.
+// Never creates the file. If the call is in `successes`, another process has taken the name.
 Creation File::create(const char* path) {
     return host.answer("create", path) ? Creation::nameTaken : Creation::refused;
 }
@@ -86,7 +86,7 @@ namespace {
 TEST(FakeHost, All32002NamesAreTriedInOrder) {
     const Variable home("USERPROFILE", "C:\\Users\\user");
     const std::string kel = "C:\\Users\\user\\.kel";
-    for (const bool racing : {false, true}) { // others create what does not exist just before we do
+    for (const bool racing : {false, true}) { // true: other processes create each one first
         std::vector<std::string> expected{"exist " + kel};
         host.calls.clear();
         host.successes = {(racing ? "mkdir " : "exist ") + kel};

@@ -1,7 +1,7 @@
-# Each precondition (\pre) of a header in INCLUDE has the sentence of an assert in the sources below SOURCE or in a
-# header, and each such assert has its precondition.
+# Checks that each precondition (\pre) of a header in INCLUDE repeats the sentence of an assert in the sources below
+# SOURCE or in a header, and that the sentence of each such assert is a precondition.
 file(GLOB_RECURSE files ${INCLUDE}/*.h ${SOURCE}/*.cpp)
-list(FILTER files EXCLUDE REGEX "/src/port/") # its preconditions are not the clients'
+list(FILTER files EXCLUDE REGEX "/src/port/") # clients do not call it
 foreach(file IN LISTS files)
   file(READ ${file} text)
   string(REPLACE ";" "," text "${text}")

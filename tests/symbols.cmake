@@ -1,5 +1,5 @@
 # Compares the exported symbols of LIBRARY, demangled and sorted, with the file LIST. NM reads a shared
-# object; for a DLL, OBJDUMP and CXXFILT do. With UPDATE the file is written instead.
+# object, OBJDUMP and CXXFILT read a DLL. With UPDATE, writes the file instead.
 function(run output)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
   set(${output} "${text}" PARENT_SCOPE)
@@ -10,7 +10,7 @@ if(LIBRARY MATCHES "\\.dll$")
   string(REGEX REPLACE ".*\\[Ordinal/Name Pointer\\] Table" "" headers "${headers}")
   string(REGEX REPLACE "\n\n.*" "" headers "${headers}")
   string(REGEX MATCHALL "\\[ *[0-9]+\\] [^\n]+" exports "${headers}")
-  # Newer versions show the ordinal and the hint, too.
+  # Newer versions of objdump show the ordinal and the hint, too.
   list(TRANSFORM exports REPLACE "^\\[ *[0-9]+\\] +([+]base\\[ *[0-9]+\\] +[0-9a-f]+ )?" "")
   run(symbols ${CXXFILT} ${exports})
 else()
@@ -28,7 +28,7 @@ string(REGEX REPLACE "(char const\\*, )(char\\*|std::__va_list|__va_list_tag\\*)
   symbols "${symbols}")
 string(REGEX REPLACE "typeinfo name for [^\n]*\n" "" symbols "${symbols}")
 
-# The variants of a constructor or destructor have the same demangled name.
+# Keeps duplicates: the variants of a constructor or destructor have the same demangled name.
 string(REGEX REPLACE "\n$" "" symbols "${symbols}")
 string(REPLACE "\n" ";" symbols "${symbols}")
 list(SORT symbols)

@@ -21,8 +21,8 @@ int main() {
     Kel_ByteBuffer scan(captured, sizeof captured, 2, 1);
     show("captured", scan);
 
-    // Bit 0 is the lowest bit of byte 0. So bits 4 to 7 are the digit 2 of 21, and bits 8 to 15
-    // are 43.
+    // Bit 0 is the lowest bit of byte 0. So bits 4 to 7 are the upper digit of 0x21, and bits 8 to
+    // 15 are 0x43.
     std::printf("%-22s 0x%03X\n", "bits 4 to 15", static_cast<unsigned>(scan.getBits(4, 12)));
 
     // Drops a header of 12 bits: one byte immediately, 4 bits at the next access.

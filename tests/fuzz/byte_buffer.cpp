@@ -61,8 +61,8 @@ private:
         };
         requireEqual(resultOf(buffer), resultOf(expected), name, &input);
     }
-    /// Runs a conversion either with another buffer as its target, and checks that buffer, or with
-    /// the buffer itself, which expectSame() checks later.
+    /// Runs a conversion. Its target is another buffer, which is checked here, or the buffer
+    /// itself, which expectSame() checks later.
     void convert(const Bytes& made, std::size_t reserve, const auto& operation) {
         if (expected.size < 200 && input.below(2) == 0) {
             operation(buffer);

@@ -95,8 +95,8 @@ inline std::string shown(const auto& value) {
     }
 }
 
-/// Aborts the run if the values differ, and prints both. Of lists and texts it prints a part that
-/// begins shortly before the first difference.
+/// Aborts the run if the values differ, and prints both. Lists and texts are printed from shortly
+/// before the first difference.
 template <typename Value>
 void requireEqual(const Value& found, const std::type_identity_t<Value>& expected, const char* what,
                   const Input* input = nullptr) {

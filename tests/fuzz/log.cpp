@@ -93,7 +93,7 @@ private:
         return std::string(input.below(16) == 0 ? 2030 + input.below(20) : 0, 'l') + text;
     }
     void dump(fuzz::Input& input, const std::string& title) {
-        // A vast dump gives almost UINT_MAX bits. Only the first 10,000 bytes are shown and read.
+        // A vast dump claims almost UINT_MAX bits. Only 10,000 bytes are shown and read.
         const bool vast = !expected.whole && input.below(32) == 0;
         const auto bitCount =
             static_cast<unsigned>(vast                  ? 80008

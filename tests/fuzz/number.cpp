@@ -17,8 +17,8 @@ namespace {
 constexpr const char* RADICES = "bodiuxBODIUX";
 // Text is set under one of these letters. 'q' selects no radix.
 constexpr const char* LETTERS = "bOdIuXxSsq";
-// These alphabets have the digits of each radix, patterns at the limits of words, runs of zeros,
-// and separators among digits.
+// The alphabets give the digits of each radix, words near 0 and near all ones, and separators among
+// digits.
 const std::string ALPHABETS[] = {"01",
                                  "01234567",
                                  "0123456789",

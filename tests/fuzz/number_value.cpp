@@ -100,7 +100,7 @@ void convertInteger(fuzz::Input& input, std::uint64_t width) {
         number.set('b', std::string("1").append(input.below(width), '0'));
     if (input.below(2) == 0)
         number.negate();
-    // An integer that does not fit reads as the nearest limit, which has other digits.
+    // If the text is out of range, strtoull and strtoll return a limit, whose digits differ.
     const auto load = [&](auto integer, char radix, auto convert, auto read) {
         const std::string text = number.toString(radix);
         const bool fits = std::to_string(read(text.c_str(), nullptr, 10)) == text;

@@ -5,7 +5,7 @@
 # of comparing it; look at the difference before you commit it.
 set(KELUTIL_GOLDEN_RUNNER ${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
-# kel_golden_test(TEST PROGRAM GOLDEN [RUN]): one test of the target PROGRAM. GOLDEN is the path of NAME.txt,
+# kel_golden_test(TEST PROGRAM GOLDEN [RUN]): adds a test of the target PROGRAM. GOLDEN is the path of NAME.txt,
 # RUN that of the run file if it is not NAME.run beside it.
 function(kel_golden_test test program golden)
   cmake_path(REPLACE_EXTENSION golden LAST_ONLY run OUTPUT_VARIABLE run)
@@ -21,7 +21,7 @@ function(kel_golden_test test program golden)
   set_tests_properties(${test} PROPERTIES SKIP_REGULAR_EXPRESSION "skipped: " TIMEOUT 120 LABELS ${program})
 endfunction()
 
-# kel_golden_tests(SUITE PROGRAM [FOLDER]): a test SUITE.NAME for each FOLDER/NAME.run.
+# kel_golden_tests(SUITE PROGRAM [FOLDER]): adds a test SUITE.NAME for each FOLDER/NAME.run.
 function(kel_golden_tests suite program)
   file(GLOB runs CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${ARGN}/*.run)
   foreach(run IN LISTS runs)

@@ -7,18 +7,18 @@
 # environment variables. ENVIRONMENT sets variables. FILES are copied into the directory, INPUT becomes
 # standard input; both are relative to the folder of RUN. With KEEP the transcript is only what the
 # first group of REGEX matches in standard output. Afterwards `output` and `errors` hold what the
-# program wrote. COMMAND is the program with its emulator, WINDOWS and CROSS tell whether it is one for
-# Windows and for another host than this. skip(REASON) ends the test as skipped.
+# program wrote. COMMAND is the program, after its emulator if it needs one. WINDOWS is true if the program
+# is for Windows, CROSS if it is for another host than this. skip(REASON) ends the test as skipped.
 #
 # The transcript shows standard output and then, each under a heading and unless it is empty, standard
 # error, every file that was written, and the exit status unless it is 0. If RUN calls run() more than
-# once, each run is preceded by its command line. The build, times and the directory are masked.
+# once, each run is preceded by its command line. Versions, times and the directory get fixed values.
 cmake_minimum_required(VERSION 3.22)
 
 cmake_path(GET RUN PARENT_PATH FOLDER)
 string(ASCII 8 backspace)
 
-# mask(VARIABLE): what differs from one build, time or host to another gets a fixed value.
+# mask(VARIABLE): gives a fixed value to each part that depends on the build, the time or the host.
 function(mask variable)
   string(REPLACE "\r\n" "\n" text "${${variable}}")
   string(REPLACE "${DIRECTORY}" "DIRECTORY" text "${text}")
@@ -84,7 +84,7 @@ function(run)
     endif()
   endif()
 
-  # The command line is one line of printable characters.
+  # Makes the command line one line of printable characters.
   foreach(escape "\t=\\t" "\r=\\r" "\n=\\n" "${backspace}=\\b" ";= ")
     string(REGEX MATCH "^(.*)=(.*)$" escape "${escape}")
     string(REPLACE "${CMAKE_MATCH_1}" "${CMAKE_MATCH_2}" command_line "${command_line}")
@@ -112,7 +112,7 @@ get_property(runs GLOBAL PROPERTY runs)
 get_property(transcript GLOBAL PROPERTY transcript)
 if(NOT runs)
   message(FATAL_ERROR "${RUN} runs nothing")
-elseif(runs STREQUAL "run") # one, whose command line is not shown
+elseif(runs STREQUAL "run") # a single run: its command line is not shown
   string(REGEX REPLACE "^[^\n]*\n(.*)$" "\\1" transcript "${transcript}")
 endif()
 mask(transcript)

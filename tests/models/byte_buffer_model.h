@@ -146,7 +146,7 @@ struct ByteBuffer {
     }
 };
 
-/// Converts bit-mirrored text. Another character than a digit repeats the digit before it.
+/// Converts bit-mirrored text. A character that is no digit counts as the previous digit again.
 inline Bytes bytesOfMirroredHex(const std::string& text) {
     ByteBuffer result(Bytes((text.size() + 1) / 2), 0, 0);
     unsigned digit = 0;

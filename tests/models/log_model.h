@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Log is a slow, obvious Logger, which writes one piece at a time. LogFile is the log of a test.
+// Log is a slow and obvious model of a Logger. LogFile makes the library log to a temporary file.
 #pragma once
 
 #include "KelRT/Logger.h"
@@ -101,7 +101,7 @@ private:
             (value.empty() ? name : value).pop_back();
         printLog(4, "EXITING " + name + result + value + "\n");
     }
-    /// Shows a byte whose lowest \a count bits are in the buffer.
+    /// Returns the lowest \a count bits, after blanks for the other bits; all 8 if \a count >= 8.
     static std::string bitsOf(unsigned char byte, std::size_t count) {
         const std::string digits = std::bitset<8>(byte).to_string();
         return count >= 8 ? digits : std::string(8 - count, ' ') + digits.substr(8 - count);

@@ -25,7 +25,7 @@ inline int signedCode(char c) {
     return code < 128 ? code : code - 256;
 }
 
-// Returns the value that hex2Bin() gives a character: only upper-case letters are digits.
+// Returns the value that hex2Bin() gives a character. A lower-case letter is no digit: 'a' is 42.
 inline int upperDigit(char c) {
     return signedCode(c) < 'A' ? signedCode(c) - 48 : signedCode(c) - 55;
 }

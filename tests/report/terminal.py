@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Runs the report tool on pseudo-terminals, and on pipes that live.
+"""Runs the report tool on pseudo-terminals, and on pipes that stay open while it runs.
 
 usage: terminal.py TOOL
 """
@@ -14,7 +14,7 @@ from subprocess import PIPE, Popen
 
 
 def start(stream, *arguments, environment=(), **streams):
-    """The tool, one of whose streams is a terminal, and the other end of that terminal."""
+    """Starts the tool with STREAM on a terminal. Returns the tool and the other end of the terminal."""
     controller, terminal = pty.openpty()
     base = {key: value for key, value in os.environ.items() if key not in ("NO_COLOR", "TERM")}
     tool = Popen([sys.argv[1], *arguments, "fields=good.csv"], env=base | dict(environment),
@@ -48,14 +48,14 @@ expect("a dumb terminal", header.startswith("REGISTER") and "\x1b" not in plain)
 expect("NO_COLOR", report(TERM="xterm", NO_COLOR="1") == plain)
 expect("an empty NO_COLOR", report(TERM="xterm", NO_COLOR="") == f"\x1b[1m{header}\x1b[0m\n{rest}")
 
-# A capture whose second line is not yet complete.
+# The first scan must be reported while the second line of the capture is still incomplete.
 tool = Popen(["timeout", "60", sys.argv[1], "capture=-", "fields=good.csv", "format=jsonl"], stdin=PIPE, stdout=PIPE)
 tool.stdin.write(b"COUNT 8 2a\nCOUNT 8")
 tool.stdin.flush()
 expect("the first scan", tool.stdout.readline().endswith(b"}]}\n"))
 tool.stdin.close()
 
-# A capture that does not end before the progress is shown, and then ends anywhere. The progress is erased.
+# The capture ends only after the progress has been shown, perhaps within a line. Then the progress is erased.
 with Popen(["yes", "COUNT 8 2a"], stdout=PIPE) as scans:
     tool, terminal = start("stderr", "capture=-", "scan=1..2", stdin=scans.stdout, stdout=PIPE)
     shown = read_until(b"read", terminal)
@@ -63,7 +63,7 @@ with Popen(["yes", "COUNT 8 2a"], stdout=PIPE) as scans:
 shown += read_until(b"\0", terminal)
 expect("the progress", re.search(r"MB read\r +\r", shown) and b"read" not in tool.stdout.read())
 
-# A file whose report nobody reads for two seconds: its share is shown after one.
+# Nobody reads the report for two seconds. After one second, the tool shows how much of the file it has read.
 with tempfile.NamedTemporaryFile() as capture:
     capture.write(b"COUNT 8 2a\n" * 100000)
     capture.flush()

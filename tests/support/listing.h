@@ -12,8 +12,8 @@ namespace test {
 
 using Texts = std::vector<std::string>;
 
-/// Calls getDirectoryFileList() with the list {"old"}. Returns the list that it leaves, sorted or,
-/// if it throws a Kel_Exception, followed by the message.
+/// Calls getDirectoryFileList() with the list {"old"}. Returns the list, sorted. If the call throws
+/// a Kel_Exception, returns the list followed by the message.
 inline Texts listed(const std::string& directory, bool listFlag = false) {
     Texts list{"old"};
     try {

@@ -14,7 +14,7 @@ int main() {
 
     const std::string device = "CPU0";
     const std::string title = device + ", IDCODE";
-    if (Logger::logger.shouldPrintLog(3)) // work for the dump alone belongs here
+    if (Logger::logger.shouldPrintLog(3)) // saves work that only the dump needs
         Logger::logger.dumpBuffer(3, title.c_str(), scan.uPtr(), 32);
     Logger::logger.endLogging();
 }
