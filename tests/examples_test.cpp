@@ -63,7 +63,7 @@ Text shown(char digit, const Text&) {
 Text shown(std::unsigned_integral auto number, const Text& like) {
     return formatted(like.compare(0, 2, "0x") == 0 ? "0x%llX" : "%llu", number);
 }
-/// Writes bytes as a literal "!C", in hexadecimal (21 43), or as names: b0 is 0xB0, and x is 0.
+/// Writes bytes as a literal, in hexadecimal, or as names of bytes: b0 is 0xB0, and x is 0.
 Text shown(const Text& bytes, const Text& like) {
     if (like[0] == '"')
         return testing::PrintToString(bytes);

@@ -226,7 +226,7 @@ TEST(LocalizedMessage, IsConvertedToTheLocaleAndCutBetweenCharacters) {
         // name, L"\u3042", L"\U0001F4BE"
         {"C", "?", "?"},
         {"C.UTF-8", "\xE3\x81\x82", "\xF0\x9F\x92\xBE"},
-        {".UTF-8", "\xE3\x81\x82", "\xF0\x9F\x92\xBE"}, // of Windows
+        {".UTF-8", "\xE3\x81\x82", "\xF0\x9F\x92\xBE"}, // the name on Windows
         {".932", "\x82\xA0", "?"},
     };
     for (const auto& [locale, kana, disk] : locales) {

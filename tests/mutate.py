@@ -47,7 +47,7 @@ CHANGES = [(re.compile(pattern), new) for pattern, new in [
     (r"'([A-Za-z0-9])'", lambda m: f"'{chr(ord(m[1]) + 1)}'"),
     (r'"([^"\\]+)"', r'"\1~"'),
     (r'^(\s+)[A-Za-z_][\w:.>-]*\(.*\);$', r'\1;'),  # drops a call
-    (r'^(\s+)(?!return|const |auto )[\w\[\].>-]+(?: [-+|&^]?= ).*;$', r'\1;'),  # or an assignment
+    (r'^(\s+)(?!return|const |auto )[\w\[\].>-]+(?: [-+|&^]?= ).*;$', r'\1;'),  # drops an assignment
     (r'^(\s+)if \((.*)\)( \{)?$', r'\1if (false && (\2))\3'),
 ]]
 SKIPPED = re.compile(r'\s*(#|//|assert\(|static_assert|using |namespace |template|extern |KELRT_|'

@@ -21,7 +21,7 @@ while(symbols MATCHES ">>")
   string(REPLACE ">>" "> >" symbols "${symbols}")
 endwhile()
 # One list serves every host: std::uint64_t and std::size_t are `unsigned long` in it, std::va_list is va_list.
-# DLLs do not export the names of types.
+# DLLs do not export the names of types, so the list leaves them out.
 string(REPLACE "long long" "long" symbols "${symbols}")
 string(REGEX REPLACE "(operator new[^\n]*\\(unsigned )int" "\\1long" symbols "${symbols}")
 string(REGEX REPLACE "(char const\\*, )(char\\*|std::__va_list|__va_list_tag\\*)\\)" "\\1va_list)"

@@ -33,7 +33,7 @@ function(mask variable)
   set(${variable} "${text}" PARENT_SCOPE)
 endfunction()
 
-# add(TITLE TEXT): appends the text to the record, with its heading, if any. An empty text leaves no trace.
+# add(TITLE TEXT): appends the text to the record, with its heading, if any. Does nothing if the text is empty.
 function(add title text)
   if(NOT text STREQUAL "")
     string(REGEX REPLACE "([^\n])$" "\\1\n" text "${text}")
@@ -54,7 +54,7 @@ function(run)
   endforeach()
   foreach(setting IN LISTS ARG_ENVIRONMENT ITEMS "USERPROFILE=${DIRECTORY}")
     string(REGEX MATCH "^([^=]+)=(.*)$" setting "${setting}")
-    set(ENV{${CMAKE_MATCH_1}} "-") # CMake leaves an unset variable unset when it is given no value
+    set(ENV{${CMAKE_MATCH_1}} "-") # CMake does not create a variable with an empty value
     set(ENV{${CMAKE_MATCH_1}} "${CMAKE_MATCH_2}")
   endforeach()
   set(command_line "$;${ARG_ENVIRONMENT};${NAME};${ARG_UNPARSED_ARGUMENTS}")

@@ -101,7 +101,7 @@ private:
             (value.empty() ? name : value).pop_back();
         printLog(4, "EXITING " + name + result + value + "\n");
     }
-    /// Returns the lowest \a count bits, after blanks for the other bits; all 8 if \a count >= 8.
+    /// Returns the bits of a byte as text, with blanks for those above the lowest \a count.
     static std::string bitsOf(unsigned char byte, std::size_t count) {
         const std::string digits = std::bitset<8>(byte).to_string();
         return count >= 8 ? digits : std::string(8 - count, ' ') + digits.substr(8 - count);

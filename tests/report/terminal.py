@@ -55,7 +55,7 @@ tool.stdin.flush()
 expect("the first scan", tool.stdout.readline().endswith(b"}]}\n"))
 tool.stdin.close()
 
-# The capture ends only after the progress has been shown, perhaps within a line. Then the progress is erased.
+# The capture ends only after the progress has been shown; its last line may be cut. Then the progress is erased.
 with Popen(["yes", "COUNT 8 2a"], stdout=PIPE) as scans:
     tool, terminal = start("stderr", "capture=-", "scan=1..2", stdin=scans.stdout, stdout=PIPE)
     shown = read_until(b"read", terminal)
