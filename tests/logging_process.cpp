@@ -13,7 +13,7 @@
 #include <memory>
 #include <numeric>
 #include <string>
-#include <typeinfo>
+#include <type_traits>
 
 using KelRT::Logger;
 
@@ -43,7 +43,7 @@ void logEntries() {
     const char* const constText = text;
     Logger::logger.logMethodEntry("m", "count=%d", 0); // a null pointer constant
     Logger::logger.logMethodEntry("m", "text=%s", constText);
-    if (typeid(std::va_list) != typeid(char*)) // otherwise a char* is taken as a va_list
+    if (!std::is_same_v<std::va_list, char*>) // otherwise a char* is taken as a va_list
         Logger::logger.logMethodEntry("m", "text=%s", text);
     else
         Logger::logger.logMethodEntry("m", "text=%s", constText);

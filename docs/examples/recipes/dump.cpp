@@ -13,9 +13,10 @@ int main() {
     scan.setBits(0, 32, 0x4BA00477);
 
     const std::string device = "CPU0";
-    const std::string title = device + ", IDCODE";
-    if (Logger::logger.shouldPrintLog(3)) // saves work that only the dump needs
+    if (Logger::logger.shouldPrintLog(3)) { // saves work that only the dump needs
+        const std::string title = device + ", IDCODE";
         Logger::logger.dumpBuffer(3, title.c_str(), scan.uPtr(), 32);
+    }
     Logger::logger.endLogging();
 }
 //! [example]
