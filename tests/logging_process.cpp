@@ -37,13 +37,18 @@ void logWithVaList(const char* format, ...) { // NOLINT(cert-dcl50-cpp): how a v
     va_end(arguments);
 }
 
+template <typename Parameter>
+constexpr bool isCharPointer(void (*)(Parameter)) {
+    return std::is_same_v<Parameter, char*>;
+}
+
 // Logs entries whose arguments only look like a va_list, then entries that get one.
 void logEntries() {
     char text[] = "own";
     const char* const constText = text;
     Logger::logger.logMethodEntry("m", "count=%d", 0); // a null pointer constant
     Logger::logger.logMethodEntry("m", "text=%s", constText);
-    if (!std::is_same_v<std::va_list, char*>) // otherwise a char* is taken as a va_list
+    if (!isCharPointer(+[](std::va_list) {})) // otherwise a char* is taken as a va_list
         Logger::logger.logMethodEntry("m", "text=%s", text);
     else
         Logger::logger.logMethodEntry("m", "text=%s", constText);
