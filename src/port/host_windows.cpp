@@ -70,12 +70,17 @@ DWORD attributesOfTarget(const WideText& path) {
                : INVALID_FILE_ATTRIBUTES;
 }
 
-// Returns the absolute form of a path, or an empty text on failure.
+// Returns the absolute form of a path, or an empty text on failure. Asks again for a longer text if
+// another thread has changed the current directory meanwhile.
 WideText fullPath(const WideText& path) {
-    WideText text(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), WCHAR{});
-    const DWORD length =
-        GetFullPathNameW(path.c_str(), static_cast<DWORD>(text.size()), text.data(), nullptr);
-    text.resize(length < text.size() ? length : 0);
+    WideText text;
+    DWORD length = 0;
+    do {
+        text.resize(length);
+        length =
+            GetFullPathNameW(path.c_str(), static_cast<DWORD>(text.size()), text.data(), nullptr);
+    } while (length > text.size());
+    text.resize(length);
     return text;
 }
 

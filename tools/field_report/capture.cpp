@@ -60,6 +60,8 @@ void fitDigits(std::string& digits, std::size_t count, ByteOrder order) {
 }
 
 Kel_ByteBuffer parseValue(std::string digits, std::uint64_t width, ByteOrder order) {
+    if (width == 0 || width > MAX_REGISTER_BITS)
+        throw Fault("a register has 1 to " + std::to_string(MAX_REGISTER_BITS) + " bits");
     reduceToDigits(digits);
     const std::uint64_t count = (width + 7) / 8 * 2; // two digits for each byte
     fitDigits(digits, static_cast<std::size_t>(count), order);
@@ -106,17 +108,53 @@ std::string readLongForm(const std::string& line, Scan& scan) {
     return digits;
 }
 
+// Returns true if the digits are a value of `width` bits.
+bool isValue(const std::string& digits, std::uint64_t width, ByteOrder order) {
+    try {
+        parseValue(digits, width, order);
+        return true;
+    } catch (const Fault&) {
+        return false;
+    }
+}
+
+// Returns true if the line is a valid "NAME WIDTH VALUE" whose name has characters after the
+// separator. Sets `name` to this name.
+bool isLongForm(const std::string& line, std::size_t separator, ByteOrder order,
+                std::string& name) {
+    const std::size_t end = line.find_first_of(Kel_StrTok::WHITE_SPACE);
+    if (end == std::string::npos || end <= separator + 1)
+        return false;
+    try {
+        Scan scan;
+        const std::string digits = readLongForm(line, scan);
+        name = scan.name;
+        return isValue(digits, scan.width, order);
+    } catch (const Fault&) {
+        return false;
+    }
+}
+
 // Reads a line with a separator. It is "NAME: VALUE" if the table has the width of that register.
-// Otherwise the separator may be part of the name in "NAME WIDTH VALUE": "CORE:ID 8 5A".
-std::string readShortForm(const std::string& line, std::size_t separator, const FieldTable& table,
-                          Scan& scan) {
+// Otherwise the separator may be part of the name in "NAME WIDTH VALUE": "CORE:ID 8 5A". If the
+// table has the width of CORE, this line still reads so, unless it also is a value of CORE.
+std::string readShortForm(const std::string& line, std::size_t separator, ByteOrder order,
+                          const FieldTable& table, Scan& scan) {
     const std::string name = Kel_Util::trimWhitespace(line.substr(0, separator));
+    std::string longName;
     scan.name = name;
     scan.width = widthOf(name, table);
     if (scan.width != 0) {
         Kel_StrTok words(line.c_str() + separator + 1, Kel_StrTok::WHITE_SPACE, false, false,
                          false);
-        return joined(words);
+        std::string digits = joined(words);
+        if (!isLongForm(line, separator, order, longName))
+            return digits;
+        if (table.count(longName) == 0 && isValue(digits, scan.width, order))
+            throw Fault("this may be a scan of '" + name + "' or of '" + longName +
+                        "'; a blank after '" + line.substr(0, separator + 1) + "' selects '" +
+                        name + "'");
+        return readLongForm(line, scan);
     }
     try {
         return readLongForm(line, scan);
@@ -133,9 +171,7 @@ void readScan(const std::string& line, ByteOrder order, const FieldTable& table,
     const std::size_t separator = separatorOf(text);
     std::string digits = separator == std::string::npos
                              ? readLongForm(text, scan)
-                             : readShortForm(text, separator, table, scan);
-    if (scan.width == 0 || scan.width > MAX_REGISTER_BITS)
-        throw Fault("a register has 1 to " + std::to_string(MAX_REGISTER_BITS) + " bits");
+                             : readShortForm(text, separator, order, table, scan);
     scan.bits = parseValue(std::move(digits), scan.width, order);
     const auto bitCount = static_cast<unsigned>(scan.width);
     Logger::logger.printLog(3, "%s, %u bits", scan.name.c_str(), bitCount);

@@ -18,11 +18,12 @@ using KelRT::Kel_Util;
 
 namespace {
 
-// "-007" => "-7"    "000f" => "f"    "00" => "0"
+// "-007" => "-7"    "000f" => "f"    "-00" => "0"
 std::string withoutLeadingZeros(const std::string& digits) {
     const std::size_t sign = digits[0] == '-' ? 1 : 0;
     const std::size_t first = std::min(digits.find_first_not_of('0', sign), digits.size() - 1);
-    return digits.substr(0, sign) + digits.substr(first);
+    const std::string rest = digits.substr(first);
+    return sign != 0 && rest != "0" ? "-" + rest : rest;
 }
 
 std::string keyOf(const Kel_Number& number, bool isSigned) {

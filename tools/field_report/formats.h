@@ -44,7 +44,8 @@ public:
 };
 
 /// Makes a format that prints a table for people. Its columns are wide enough for any value of the
-/// fields of \a table, and become wider for registers that \a table does not have.
+/// fields of \a table whose range lies within that of double, and become wider for registers that
+/// \a table does not have.
 std::unique_ptr<Format> makeTextFormat(const FieldTable& table, bool boldHeader);
 
 /// Makes a format that prints comma-separated values as in RFC 4180, with a header line.

@@ -98,7 +98,8 @@ std::size_t maxRawWidth(const Field& field) {
 
 // Returns the maximum width of a scaled value. The lowest or the highest raw value has it, since
 // the scaled value only rises or only falls between them. These two are 00...0 and 11...1 in an
-// unsigned field, 10...0 and 01...1 in a signed field. All four are tried.
+// unsigned field, 10...0 and 01...1 in a signed field. All four are tried. A value beyond the range
+// of double counts as "inf"; then the values between may be wider.
 std::size_t maxScaledWidth(const Field& field) {
     if (field.scale == 0)
         return 0;
