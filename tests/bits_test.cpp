@@ -210,9 +210,9 @@ TEST(ByteBufferFields, ManyThreadsReadABufferWithoutAPendingShift) {
     Kel_ByteBuffer buffer = make(textBytes("captured for all"), 1, 4);
     buffer.shiftBitsDown(3);
     buffer.ptr();
-    std::vector<std::future<std::string>> threads;
-    for (int i = 0; i < 8; ++i)
-        threads.push_back(std::async(std::launch::async, allReadFrom, std::ref(buffer)));
+    std::future<std::string> threads[8];
+    for (auto& thread : threads)
+        thread = std::async(std::launch::async, allReadFrom, std::ref(buffer));
     for (auto& thread : threads)
         EXPECT_EQ(thread.get(), allReadFrom(buffer));
 }
