@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// A row of a table compares several contenders that do the same work of the same size. Each
-// benchmark is named FAMILY/WORK/SIZE/CONTENDER; report.py makes the tables from these names.
+// A row of a table compares several contenders that do the same work of the same size. The name of
+// a benchmark has its family, work, size and contender, with '/' between them; report.py makes the
+// tables from these names.
 #pragma once
 
 #include <benchmark/benchmark.h>
