@@ -252,7 +252,8 @@ TEST_F(ExhaustedMemory, LostNamesAndResultsAreEmptyAndKeepTheOrder) {
         tracer.setReturn(lost.c_str());
         whileExhausted([&] { MethodLogger() = tracer; });
         tracer.setMethodName("g");
-        whileExhausted([&] { tracer.setReturn(lostResult.c_str()); });
+        const char* const result = lostResult.c_str();
+        whileExhausted([&] { EXPECT_EQ(tracer.setReturn(result), result); });
     }
     whileExhausted([&] { logger.logMethodEntry(lost.c_str()); });
     logger.popAllMethods();
