@@ -146,8 +146,8 @@ public:
     /// The text is padded on the left with '0' to width digits in base 2, (width + 2) / 3 in base 8
     /// and (width + 3) / 4 in base 16. In base 256 it is padded with blanks to (width + 7) / 8
     /// characters; the value 0 prints as blanks followed by a NUL. These lengths are computed
-    /// modulo 2^32, so some very wide numbers are padded less; significant digits are printed in
-    /// full.
+    /// modulo 2^32: in base 2, a number of 2^32 + 8 bits is padded to 8 digits. Significant digits
+    /// are always printed in full.
     ///
     /// \param radix a radix letter of the table above; for any other letter the result is
     ///              "bad format for number"

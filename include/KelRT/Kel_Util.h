@@ -191,10 +191,10 @@ public:
     /// is appended unless \a libraryName already contains it in lower case, at any position.
     ///
     /// Any file that opens for reading counts as the library; an unreadable file or a directory
-    /// does not. A FIFO or a device is opened without waiting; it counts if it opens. Empty entries
-    /// of `PATH` are skipped, with one exception: if `PATH` ends in two or more separators, as
-    /// `C:\a;;` does, or is a single separator, its empty last entry means the root. Quotes are
-    /// ordinary characters.
+    /// does not. A FIFO or a device is opened without waiting; it counts if it opens. Quotes in
+    /// `PATH` are ordinary characters, and empty entries are skipped. But if `PATH` ends in two or
+    /// more separators (`C:\a;;`) or is a single one (`;`), the root is searched last. If the file
+    /// is there, the result is the empty text.
     /// \throws Kel_Exception if the file is not in the current directory: "PATH Environmental
     ///         Variable not set.\n" or "Could not find LIBRARYNAME in path.\n"
     /// \code

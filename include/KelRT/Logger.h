@@ -184,9 +184,8 @@ public:
     /// @{
 
     /// Writes the entry line with an argument text, formatted from a `va_list`; the caller calls
-    /// `va_start` and `va_end`. The compiler selects this overload only if the argument has exactly
-    /// the type of a `std::va_list` parameter. Any other argument, even the literal 0 or a null
-    /// pointer, selects the overload below.
+    /// `va_start` and `va_end`. The compiler selects this overload only for a `std::va_list`.
+    /// Any other argument, even the literal 0 or a null pointer, selects the overload below.
     ///
     /// Where `std::va_list` is `char*` (Windows, and Linux on 32-bit x86), a single argument of
     /// type `char*` counts as a `va_list`. Pass it as `const char*` there.
@@ -250,8 +249,8 @@ public:
     /// 1 of `TOR_KEL_LOGFLAGS`).
     ///
     /// The title is a record of its own, truncated to 2,047 characters and indented as any record.
-    /// A null title writes no record; an empty one flushes the stream. The title is not a format,
-    /// with one exception: "%%" in it writes one '%'. Any other '%' stands for itself.
+    /// A null title writes no record; an empty one flushes the stream. The title is not a format:
+    /// a '%' in it stands for itself, but "%%" writes a single '%'.
     ///
     /// The table begins with a newline, so the title should not end in one. If the table begins at
     /// the start of a line (without a title, or after one that ends in a newline), it is preceded

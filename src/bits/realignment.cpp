@@ -33,9 +33,10 @@ common::U64Vector shifted(common::U64Vector vector, common::U64Vector next, unsi
 // Shifts blocks of four vectors while a whole block lies before `end`. Returns the address after
 // the last block.
 //
-// For each vector, a second load, eight bytes further on, supplies the bits that enter. So no
-// vector depends on another one. The second load may read the first eight bytes after `end`. They
-// are not shifted yet, because shiftDown() stores the vector that begins at `end` last.
+// The bits that enter a u64 come from the next u64. So each vector is loaded twice, at `from` and
+// again eight bytes later, and does not depend on another vector. The second load may read the
+// first eight bytes after `end`. They are not shifted yet, because shiftDown() stores the vector
+// that begins at `end` last.
 //
 // All loads of a block precede its stores. Otherwise, the processor may predict a false
 // store-to-load dependency.

@@ -52,8 +52,8 @@ void writeField(unsigned char* data, std::uint64_t size, std::uint64_t position,
                 const Kel_Number& number) {
     const auto words = Access::words(number);
     const auto shift = static_cast<unsigned>(position % 8);
-    // `carried` has the low `shift` bits of the byte at `position`. For the first limb, the array
-    // has them there; for each later limb, they are the highest bits of the previous limb.
+    // Each limb starts at bit `shift` of a byte. `carried` has the lower bits of this byte: first
+    // those in the array, which stay as they are, then the highest bits of the previous limb.
     Limb carried = data[position / 8] & common::lowBits(shift);
     std::uint64_t left = Access::width(number);
     std::size_t word = 0;

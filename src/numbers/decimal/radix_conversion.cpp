@@ -50,10 +50,13 @@ struct Groups {
 // with 6 and 4 % longer with 24.
 constexpr unsigned MAX_GROUP_SIZE = 12;
 
-// Converts the n source digits in groups. `count`, the number of groups, is a power of two, so the
-// last groups may have no source digits and are 0. If count > 1, fewer than 1/7 of the groups are
-// empty like this. Proof: count / 2 groups of 12 digits would be too few, so n > 6 * count. And
-// groupSize < n / count + 1, so there are at least n / groupSize > count * 6/7 other groups.
+// Converts the n source digits in groups. Their number, `count`, is a power of two, so the last
+// groups may have no source digits and are 0. If count > 1, fewer than 1/7 of the groups are 0 for
+// this reason. Proof:
+//
+//   n > 6 * count                                 count / 2 groups of 12 digits are too few
+//   groupSize < n / count + 1 < 7/6 * n / count
+//   n / groupSize > 6/7 * count                   at least so many groups have source digits
 template <typename Radix>
 Groups initialGroups(std::span<const Limb> source) {
     const std::size_t count = std::bit_ceil(common::divideUp(source.size(), MAX_GROUP_SIZE));
