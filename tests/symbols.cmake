@@ -1,5 +1,5 @@
-# Compares the exported symbols of LIBRARY, demangled and sorted, with the file LIST. NM reads a shared
-# object, OBJDUMP and CXXFILT read a DLL. With UPDATE, writes the file instead.
+# Compares the exported symbols of LIBRARY with those of the dump ABI. NM reads a shared object, OBJDUMP a DLL. CXXFILT
+# demangles.
 function(run output)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
   set(${output} "${text}" PARENT_SCOPE)
@@ -12,42 +12,36 @@ if(LIBRARY MATCHES "\\.dll$")
   string(REGEX MATCHALL "\\[ *[0-9]+\\] [^\n]+" exports "${headers}")
   # Newer versions of objdump show the ordinal and the hint, too.
   list(TRANSFORM exports REPLACE "^\\[ *[0-9]+\\] +([+]base\\[ *[0-9]+\\] +[0-9a-f]+ )?" "")
-  run(symbols ${CXXFILT} ${exports})
 else()
-  run(symbols ${NM} --dynamic --defined-only --demangle --format=just-symbols ${LIBRARY})
+  run(symbols ${NM} --dynamic --defined-only --format=just-symbols ${LIBRARY})
+  string(REGEX MATCHALL "[^\n]+" exports "${symbols}")
 endif()
-# Some tools leave no blank between the brackets of nested templates.
-while(symbols MATCHES ">>")
-  string(REPLACE ">>" "> >" symbols "${symbols}")
-endwhile()
-# One list serves every host: std::uint64_t and std::size_t are `unsigned long` in it, std::va_list is va_list.
-# DLLs do not export the names of types, so the list leaves them out.
-string(REPLACE "long long" "long" symbols "${symbols}")
-string(REGEX REPLACE "(operator new[^\n]*\\(unsigned )int" "\\1long" symbols "${symbols}")
-string(REGEX REPLACE "(char const\\*, )(char\\*|std::__va_list|__va_list_tag\\*)\\)" "\\1va_list)"
-  symbols "${symbols}")
-string(REGEX REPLACE "typeinfo name for [^\n]*\n" "" symbols "${symbols}")
+file(STRINGS ${ABI} recorded REGEX "<elf-symbol ")
+list(TRANSFORM recorded REPLACE ".* name='([^']*)'.*" "\\1")
 
-# Keeps duplicates: the variants of a constructor or destructor have the same demangled name.
-string(REGEX REPLACE "\n$" "" symbols "${symbols}")
-string(REPLACE "\n" ";" symbols "${symbols}")
-list(SORT symbols)
-list(JOIN symbols "\n" text)
-if(UPDATE)
-  file(WRITE ${LIST} "${text}\n")
-  return()
-endif()
+# Sets OUTPUT to the sorted list of the demangled names, in a form that is the same on every host: std::uint64_t and
+# std::size_t are `unsigned long`, std::va_list is va_list.
+function(demangle output)
+  run(names ${CXXFILT} ${ARGN})
+  string(REPLACE "long long" "long" names "${names}")
+  string(REGEX REPLACE "(operator new[^\n]*\\(unsigned )int" "\\1long" names "${names}")
+  string(REGEX REPLACE "(char const\\*, )(char\\*|std::__va_list|__va_list_tag\\*)\\)" "\\1va_list)" names "${names}")
+  # DLLs do not export the names of types.
+  string(REGEX REPLACE "typeinfo name for [^\n]*\n" "" names "${names}")
+  string(REGEX MATCHALL "[^\n]+" names "${names}")
+  # Keeps duplicates: the variants of a constructor or destructor have the same demangled name.
+  list(SORT names)
+  set(${output} "${names}" PARENT_SCOPE)
+endfunction()
 
-file(READ ${LIST} expected)
-if(text STREQUAL "" OR NOT expected STREQUAL "${text}\n")
-  string(REGEX REPLACE "\n$" "" expected "${expected}")
-  string(REPLACE "\n" ";" expected "${expected}")
-  set(added ${symbols})
+demangle(actual ${exports})
+demangle(expected ${recorded})
+if(NOT expected OR NOT actual STREQUAL expected)
+  set(added ${actual})
   list(REMOVE_ITEM added ${expected})
-  set(removed ${expected})
-  list(REMOVE_ITEM removed ${symbols})
+  list(REMOVE_ITEM expected ${actual})
   list(JOIN added "\n  + " added)
-  list(JOIN removed "\n  - " removed)
-  message(FATAL_ERROR "The exported symbols are not those of ${LIST}; if this is intended, ./dev abi "
-    "rewrites the list.\n  + ${added}\n  - ${removed}")
+  list(JOIN expected "\n  - " removed)
+  message(FATAL_ERROR "The exported symbols are not those of ${ABI}; if this is intended, ./dev abi "
+    "rewrites the file.\n  + ${added}\n  - ${removed}")
 endif()
