@@ -19,7 +19,7 @@ endfunction()
 # MSVC is also set for clang-cl.
 if(MSVC)
   # _CRT_SECURE_NO_WARNINGS silences the warning that standard functions such as getenv and fopen are deprecated.
-  # Warning 4127 reports constant conditions, although some are constant on one host only.
+  # Warning 4127 reports constant conditions. Some are intended: true on one host, false on another.
   set(KELUTIL_LANGUAGE /utf-8 /permissive- /Zc:__cplusplus /EHsc /D_CRT_SECURE_NO_WARNINGS)
   set(KELUTIL_WARNINGS /W4 /wd4127)
   set(KELUTIL_WERROR /WX)

@@ -5,6 +5,7 @@
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_StrTok.h"
 
+#include <cstdint>
 #include <string>
 
 using namespace KelRT;
