@@ -1,5 +1,5 @@
-# print_scene(REGEX): GDB stops in the client and prints the objects of its scene. The test compares the part of the
-# output that the group in REGEX matches.
+# print_scene(REGEX): runs the client in GDB, which stops in inspect() and prints the objects of the client's struct
+# Scene. The test compares the part of the output that the group in REGEX matches.
 macro(print_scene part)
   if(CROSS)
     skip("only programs of this host are debugged")

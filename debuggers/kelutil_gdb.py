@@ -21,7 +21,7 @@ import gdb.printing
 def owned(value):
     """Returns the pointer that a std::unique_ptr owns, or the one to the first element of a std::vector.
 
-    It is the first pointer among the fields in every standard library, whatever its name."""
+    The name of its field depends on the standard library, but it is always the first pointer among the fields."""
     kind = value.type.strip_typedefs()
     if kind.code == gdb.TYPE_CODE_PTR:
         return value

@@ -25,20 +25,22 @@ int main() {
     // 15 are 0x43.
     std::printf("%-22s 0x%03X\n", "bits 4 to 15", static_cast<unsigned>(scan.getBits(4, 12)));
 
-    // Drops a header of 12 bits: one byte now, the other 4 bits when the buffer is next accessed.
+    // Drops a header of 12 bits: one byte now, and 4 bits at the next access to the bytes, so that
+    // several shifts need only one pass.
     scan.shiftBitsDown(12);
     show("without 12 bits", scan);
 
     scan.setBits(0, 8, 0xA5);
     show("bits 0 to 7 written", scan);
 
-    // bin2HexString and hex2Bin return a new buffer that the caller owns.
+    // bin2HexString and hex2Bin return a new buffer that the caller owns. The text ends with a NUL,
+    // which getSize counts.
     const std::unique_ptr<Kel_ByteBuffer> text(scan.bin2HexString(0, 12));
     std::printf("%-22s %s\n", "12 bits as text", text->ptr());
     const std::unique_ptr<Kel_ByteBuffer> back(text->hex2Bin(0, text->getSize() - 2));
     show("text as bytes", *back);
 
-    // Some tools write bit 0 first. So the digits are reversed, and the bits of each digit, too.
+    // Some tools write bit 0 first. The first digit then holds bits 0 to 3, mirrored: 8 means 1.
     Kel_ByteBuffer mirrored;
     Kel_ByteBuffer::hex2BinReverse("84C2", mirrored);
     show("mirrored text 84C2", mirrored);

@@ -13,7 +13,7 @@ int main() {
     scan.setBits(0, 32, 0x4BA00477);
 
     const std::string device = "CPU0";
-    if (Logger::logger.shouldPrintLog(3)) { // saves work that only the dump needs
+    if (Logger::logger.shouldPrintLog(3)) { // builds the title only if it is logged
         const std::string title = device + ", IDCODE";
         Logger::logger.dumpBuffer(3, title.c_str(), scan.uPtr(), 32);
     }

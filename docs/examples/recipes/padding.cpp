@@ -9,8 +9,8 @@
 
 using namespace KelRT;
 
-// Reads a register of `bitCount` bits. Adds zeros at the front of the text, until it has two digits
-// for each byte of the register.
+// Fills `scan` with a register of `bitCount` bits, given as hexadecimal digits. Adds zeros in front
+// of them, until there are two digits for each byte of the register.
 static void readRegister(std::string digits, std::uint64_t bitCount, Kel_ByteBuffer& scan) {
     const std::uint64_t needed = 2 * ((bitCount + 7) / 8);
     if (digits.size() < needed)

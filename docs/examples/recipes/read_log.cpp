@@ -28,8 +28,8 @@ struct Dump {
     std::vector<unsigned char> bytes; // byte 0 holds bit 0
 };
 
-// Returns true for a row of a dump, such as "00000000h: 4b a0 04 77". After the index of its
-// lowest byte come the bytes, the highest first.
+// Returns true for a row of a dump, such as "00000000h: 4b a0 04 77". A row starts with the index
+// of its lowest byte; its bytes follow, the highest first.
 static bool isRow(const std::string& line) {
     return line.size() >= 10 && line.compare(8, 2, "h:") == 0 &&
            line.find_first_not_of("0123456789abcdef") == 8;
