@@ -33,7 +33,7 @@ int main() {
     std::printf("%-16s %s degrees\n", "scaled back",
                 sample.toFloatString(0.0625, -40.0, 2).c_str());
 
-    // Scaled values are signed. One more bit makes room for an unsigned reading of 12 bits.
+    // Scaled values are signed: as a number of 12 bits, 0xFFF would be -1. So this one has 13 bits.
     Kel_Number reading(13);
     reading.set('x', "FFF");
     std::printf("%-16s %s V\n", "full scale", reading.toFloatString(0.001, 0.0, 3).c_str());
