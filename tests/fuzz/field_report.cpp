@@ -43,7 +43,8 @@ std::pair<std::string, std::string> reportOf(const std::string& capture, const s
     report.print(lines, *format, output);
     output.finish();
     std::cerr.rdbuf(usual);
-    fuzz::require(messages.anyFault() == !faults.str().empty(), "a fault is reported and counted");
+    fuzz::require(messages.anyFault() == !faults.str().empty(),
+                  "a fault is counted if and only if it is printed");
     return {test_host::readWholeFile(directory / "report"), faults.str()};
 }
 
@@ -55,15 +56,17 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::size_t cut = text.find("%%\n");
     const std::string capture = text.substr(0, cut);
     const std::string table = cut == std::string::npos ? "" : text.substr(cut + 3);
-    const auto outcome = reportOf(capture, table);
-    std::istringstream lines(outcome.second);
+    const auto [report, faults] = reportOf(capture, table);
+    std::istringstream lines(faults);
     for (std::string line; std::getline(lines, line);)
-        fuzz::require(line.find("/capture:") != std::string::npos ||
-                          line.find("/table:") != std::string::npos,
-                      "a fault is one line with its place");
-    fuzz::require(outcome == reportOf(withCarriageReturns(capture), withCarriageReturns(table)),
-                  "line ends make no difference");
-    fuzz::require(outcome.second == reportOf(capture, table, true).second,
-                  "changes have the faults of the whole");
+        if (line.find("/capture:") == std::string::npos &&
+            line.find("/table:") == std::string::npos)
+            fuzz::fail("a line of the faults that names no file: " + line, &input);
+    const auto ofWindows = reportOf(withCarriageReturns(capture), withCarriageReturns(table));
+    fuzz::requireEqual(ofWindows.first, report, "the report of an input with line ends of Windows");
+    fuzz::requireEqual(ofWindows.second, faults,
+                       "the faults of an input with line ends of Windows");
+    fuzz::requireEqual(reportOf(capture, table, true).second, faults,
+                       "the faults of a report of only the changes");
     return 0;
 }
