@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Tests levels, records and the stack that log calls take. The golden tests in logging_process/
-// cover traces, titles of dumps, copies, and the start and end of logging.
+// Tests flushes, unusual formats, and the stack that log calls take. The golden tests in
+// logging_process/ cover the start and end of logging, and Loggers without a stream. fuzz/log.cpp
+// compares levels, traces and dumps with a model.
 #include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
@@ -11,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <climits>
 #include <cstdint>
 #include <ctime>
 #include <functional>
@@ -26,36 +26,7 @@ namespace {
 
 Logger& logger = Logger::logger;
 
-TEST(LogLevel, SettingAcceptsZeroToTen) {
-    const LogFile log;
-    struct {
-        int asked;
-        int level;
-    } const steps[] = {{4, 4}, {0, 0}, {-1, 0}, {11, 0}, {10, 10}, {INT_MIN, 10}, {INT_MAX, 10}};
-    for (const auto& [asked, level] : steps) {
-        logger.setDetailLevel(asked);
-        EXPECT_TRUE(logger.shouldPrintLog(level)) << asked;
-        EXPECT_FALSE(logger.shouldPrintLog(level + 1)) << asked;
-    }
-}
-
-TEST(LogLevel, WithoutAStreamNothingIsWritten) {
-    Logger copy;
-    const auto expectSilence = [&copy] {
-        EXPECT_FALSE(copy.shouldPrintLog(INT_MIN));
-        copy.setDetailLevel(10);
-        EXPECT_FALSE(copy.shouldPrintLog(INT_MIN));
-    };
-    expectSilence();
-    const LogFile log;
-    copy = logger;
-    EXPECT_TRUE(copy.shouldPrintLog(INT_MIN));
-    copy.endLogging();
-    expectSilence();
-    EXPECT_TRUE(logger.shouldPrintLog(0));
-}
-
-TEST(LogRecord, NullOrEmptyFormatFlushesThroughTheLevelFilter) {
+TEST(LogRecord, NullOrEmptyFormatFlushesIfTheLevelIsEnabled) {
     const LogFile log;
     const std::string none;
     const std::function<void()> flushes[] = {
@@ -100,7 +71,7 @@ std::size_t stackOf(const std::function<void()>& call) {
     return ROOM - unused;
 }
 
-TEST(LogStack, EachCallTakesLessThanIsPromised) {
+TEST(LogStack, EachCallUsesLessStackThanDocumented) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "sanitizers use stack of their own";
 #endif
@@ -136,20 +107,33 @@ TEST(LogRecord, RunTimeFormatsDoNotEndTheProcess) {
     if (test_host::WINDOWS) // its formats have no numbered arguments
         return;
     EXPECT_EQ(count, 2);
-    EXPECT_EQ(log.finish(), "abc\n2\n31\n002     |4\n");
+    logger.flush();
+    EXPECT_EQ(log.text(), "abc\n2\n31\n002     |4\n");
 }
 
-TEST(LogTimes, LeaveStaticTimesOfTheClientUnchanged) {
-    const test_host::TemporaryDirectory directory;
-    const test_host::Variable file("TOR_KEL_LOGFILE", directory / "trace.log");
-    const test_host::Variable level("TOR_KEL_LOGDETAIL", "2");
+TEST(LogTimes, ResultsOfGmtimeAndLocaltimeAreNotOverwritten) {
+    const LogFile log;
+    logger.setDetailLevel(2);
     const std::time_t day = 86400;
     const std::tm* const held[] = {std::gmtime(&day), std::localtime(&day)};
-    logger.startLogging();
-    ASSERT_TRUE(logger.shouldPrintLog(2));
     logger.endLogging();
+    EXPECT_NE(log.text().find("----- Logging Ended - "), std::string::npos);
     for (const std::tm* const own : held)
         EXPECT_EQ(own->tm_year, 70);
+}
+
+TEST(Tracer, SettersReturnTheirArgument) {
+    char text[] = "own";
+    char* const null = nullptr;
+    const char* const constNull = nullptr;
+    MethodLogger tracer;
+    EXPECT_EQ(tracer.setReturnStatus(0x80070005), 0x80070005);
+    EXPECT_TRUE(tracer.setReturn(true));
+    EXPECT_FALSE(tracer.setReturn(false));
+    EXPECT_EQ(tracer.setReturn(4294967295U), -1);
+    EXPECT_EQ(tracer.setReturn(text), text);
+    EXPECT_EQ(tracer.setReturn(null), null);
+    EXPECT_EQ(tracer.setReturn(constNull), constNull);
 }
 
 } // namespace

@@ -2,22 +2,22 @@
 //
 // Lets each allocation of every operation fail in turn. The operation must either complete, or
 // throw std::bad_alloc and leave its object unchanged. The sanitized build also checks for leaks.
+// In fuzz/log.cpp, memory is exhausted while a Logger is in use.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_Number.h"
 #include "KelRT/Kel_NumberUtil.h"
 #include "KelRT/Kel_StrTok.h"
 #include "KelRT/Kel_Util.h"
-#include "KelRT/MethodLogger.h"
+#include "KelRT/Logger.h"
 #include "KelRT/Version.h"
 
-#include "models/log_model.h"
 #include "support/failing_new.h"
+#include "support/host.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -26,14 +26,10 @@
 
 using namespace KelRT;
 using Util = Kel_NumberUtil;
-using model::LogFile;
 using test::FailingNew;
 using test::Failure;
 
 namespace {
-
-// NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a false positive: it refers to the global.
-Logger& logger = Logger::logger;
 
 class ExhaustedMemory : public testing::Test {
 protected:
@@ -43,36 +39,12 @@ protected:
     }
 };
 
-/// Calls \a action while every allocation fails, and expects that it tries one.
-void whileExhausted(const std::function<void()>& action) {
-    {
-        const FailingNew noMemory;
-        action();
-    }
-    EXPECT_TRUE(FailingNew::failed());
-}
-
-/// Runs \a attempt(failure, n) for both kinds of failure and n = 0, 1, ... until it returns false
-/// because no allocation has failed.
-void forEveryAllocation(const std::string& name,
-                        const std::function<bool(Failure, long)>& attempt) {
-    SCOPED_TRACE(name);
-    long failures = 0;
-    for (const Failure failure : {Failure::persistent, Failure::single})
-        for (long n = 0; n < 10000 && attempt(failure, n); ++n)
-            ++failures;
-    // The 19 digits of uLL2DecStr fit in a string of libc++ without an allocation.
-    const bool fits = name == "uLL2DecStr" && std::string().capacity() >= 19;
-    EXPECT_GE(failures, fits ? 0 : 1);
-    EXPECT_LT(failures, 10000);
-}
-
 using Own = std::unique_ptr<Kel_ByteBuffer>;
 
 constexpr unsigned char BYTES[100] = {};
 
-/// Holds the arguments of the operations. The libraries that they find are in a directory that the
-/// test has put in PATH.
+/// Holds the arguments of the operations. A shift by 4 bits is pending in `text`. The libraries
+/// that the operations find are in a directory that the test has put in PATH.
 struct State {
     std::string word = std::string(60, 'w');
     const wchar_t* wideWord = L"longer than what fits inside";
@@ -95,8 +67,15 @@ struct State {
         narrow.set('d', "-12345");
         wide.set('X', ones.substr(100));
         vast.set('d', digits.substr(1));
+        text.shiftBitsDown(4);
     }
-    /// Returns in one text all that an operation that throws must not change.
+    /// Returns true if `text` has been realigned: then another shift by 4 bits drops no byte.
+    [[nodiscard]] bool isRealigned() const {
+        Kel_ByteBuffer copy(text);
+        copy.shiftBitsDown(4);
+        return copy.getSize() == text.getSize();
+    }
+    /// Realigns `text`. Returns in one text all that an operation that throws must not change.
     std::string kept() {
         const std::filesystem::directory_iterator made(".kel");
         return std::string(text.ptr(), static_cast<std::size_t>(text.getSize())) +
@@ -107,24 +86,25 @@ struct State {
     }
 };
 
-constexpr struct {
+constexpr struct Operation {
     const char* name;
     void (*run)(State& s);
+    bool realigns = false; // true if it realigns `text`, even if it throws
 } OPERATIONS[] = {
     {"buffer", [](State&) { const Kel_ByteBuffer made(3, 1, 1); }},
     {"buffer of bytes", [](State&) { const Kel_ByteBuffer made({}, 0, 1, 1); }},
     {"buffer copy", [](State& s) { const Kel_ByteBuffer copy(s.text); }},
     {"buffer assignment", [](State& s) { s.target = s.text; }},
     {"init", [](State& s) { s.target.init(9, 1, 1); }},
-    {"insert low", [](State& s) { s.text.insertBytes(0, 2); }},
-    {"insert high", [](State& s) { s.text.insertBytes(7, 2); }},
-    {"text", [](State& s) { s.text.bin2HexString(0, s.target); }},
-    {"own text", [](State& s) { s.text.bin2HexString(0, s.text); }},
-    {"new text", [](State& s) { const Own made(s.text.bin2HexString(0)); }},
-    {"cut text", [](State& s) { const Own made(s.text.bin2HexString(0, 9)); }},
-    {"bytes", [](State& s) { s.text.hex2Bin(0, 5, s.target); }},
-    {"own bytes", [](State& s) { s.text.hex2Bin(0, 5, s.text); }},
-    {"new bytes", [](State& s) { const Own made(s.text.hex2Bin(0, 5)); }},
+    {"insert low", [](State& s) { s.text.insertBytes(0, 2); }, true},
+    {"insert high", [](State& s) { s.text.insertBytes(7, 2); }, true},
+    {"text", [](State& s) { s.text.bin2HexString(0, s.target); }, true},
+    {"own text", [](State& s) { s.text.bin2HexString(0, s.text); }, true},
+    {"new text", [](State& s) { const Own made(s.text.bin2HexString(0)); }, true},
+    {"cut text", [](State& s) { const Own made(s.text.bin2HexString(0, 9)); }, true},
+    {"bytes", [](State& s) { s.text.hex2Bin(0, 5, s.target); }, true},
+    {"own bytes", [](State& s) { s.text.hex2Bin(0, 5, s.text); }, true},
+    {"new bytes", [](State& s) { const Own made(s.text.hex2Bin(0, 5)); }, true},
     {"mirrored", [](State& s) { Kel_ByteBuffer::hex2BinReverse("A5", s.target); }},
     {"new mirrored", [](State&) { const Own made(Kel_ByteBuffer::hex2BinReverse("A5")); }},
 
@@ -164,7 +144,29 @@ constexpr struct {
     {"version", [](State&) { static_cast<void>(getVersionWithBuildNumber()); }},
 };
 
-TEST_F(ExhaustedMemory, OperationsCompleteOrChangeNothing) {
+/// Runs an operation while its allocation number \a n fails. Returns true if it has thrown. Expects
+/// that it throws if and only if an allocation has failed, and that it then changes nothing.
+bool throwsAt(long n, Failure failure, const Operation& operation) {
+    const std::string before = State().kept();
+    State state;
+    bool thrown = false;
+    {
+        const FailingNew noMemory(n, failure);
+        try {
+            operation.run(state);
+        } catch (const std::bad_alloc&) {
+            thrown = true;
+        }
+    }
+    EXPECT_EQ(thrown, FailingNew::failed()) << n;
+    if (thrown) {
+        EXPECT_EQ(state.isRealigned(), operation.realigns) << n;
+        EXPECT_EQ(state.kept(), before) << n;
+    }
+    return thrown;
+}
+
+TEST_F(ExhaustedMemory, OperationsCompleteOrThrowAndChangeNothing) {
     const test_host::TemporaryDirectory directory;
     const test_host::CurrentDirectory current(directory.path());
     const test_host::Variable home("USERPROFILE", directory.path());
@@ -172,110 +174,38 @@ TEST_F(ExhaustedMemory, OperationsCompleteOrChangeNothing) {
     const test_host::Variable searchPath("PATH", "/nowhere/at/all:" + place);
     const test_host::Variable dataDir("TOR_KEL_DATADIR");
     std::filesystem::create_directory(place);
-    test_host::writeFile(test_host::below(place, "libKelCore.so"));
-    const std::string word(60, 'w');
-    test_host::writeFile(test_host::below(place, word + ".so"));
+    for (const std::string& name : {std::string("libKelCore"), State().word})
+        test_host::writeFile(test_host::below(place, name + ".so"));
     Kel_Util::createDotLumatraceDir();
     Kel_Util::setUserDataDirPath("kept");
 
-    for (const auto& operation : OPERATIONS)
-        forEveryAllocation(operation.name, [&operation](Failure failure, long n) {
-            State state;
-            const std::string before = state.kept();
-            bool thrown = false;
-            {
-                const FailingNew noMemory(n, failure);
-                try {
-                    operation.run(state);
-                } catch (const std::bad_alloc&) {
-                    thrown = true;
-                }
-            }
-            EXPECT_EQ(thrown, FailingNew::failed()) << n;
-            EXPECT_TRUE(!thrown || state.kept() == before) << n;
-            return thrown;
-        });
+    for (const auto& operation : OPERATIONS) {
+        SCOPED_TRACE(operation.name);
+        long failures = 0;
+        for (const Failure failure : {Failure::persistent, Failure::single})
+            for (long n = 0; n < 10000 && throwsAt(n, failure, operation); ++n)
+                ++failures;
+        // The 19 digits of uLL2DecStr fit in a string of libc++ without an allocation.
+        const bool fits =
+            operation.name == std::string("uLL2DecStr") && std::string().capacity() >= 19;
+        EXPECT_GE(failures, fits ? 0 : 1);
+        EXPECT_LT(failures, 10000);
+    }
     // Failures have interrupted the composition of the version texts. None may be incomplete now.
     EXPECT_EQ(std::string(getVersionWithBuildNumber()),
               std::string(getVersion()) + " - Compiled " + getBuildNumber());
 }
 
-TEST_F(ExhaustedMemory, LoggingNeverThrowsAndKeepsItsIndentation) {
-    const LogFile log;
-    logger.setDetailLevel(4);
-    const std::string name(40, 'n');
-    const std::vector<unsigned char> bytes(100, 0xA5);
-    forEveryAllocation("logging", [&](Failure failure, long n) {
-        const FailingNew noMemory(n, failure);
-        logger.logMethodEntry(name.c_str(), "%s", name.c_str());
-        logger.printLog(1, "%s\n", name.c_str());
-        logger.dumpBuffer(1, name.c_str(), bytes.data(), 800);
-        logger.logMethodEntry(name.c_str());
-        logger.logMethodExit(name.c_str());
-        logger.logMethodExit(7);
-        {
-            MethodLogger tracer;
-            tracer.setReturn(name.c_str());
-        }
-        logger.printLog(1, "alive %ld\n", n);
-        return FailingNew::failed();
-    });
-    const std::string text = log.finish();
-    EXPECT_NE(text.find("\nalive 0\n"), std::string::npos); // not indented: at depth 0
-    EXPECT_NE(text.find("\nalive 1\n"), std::string::npos);
-    EXPECT_EQ(text.find(" alive"), std::string::npos);
-}
-
-TEST_F(ExhaustedMemory, LostNamesAndResultsAreEmptyAndKeepTheOrder) {
-    const LogFile log;
-    logger.setDetailLevel(4);
-    const std::string lost(40, 'n');
-    const std::string lostResult(200, 'r');
-    logger.logMethodEntry("kept");
-    whileExhausted([&] { logger.logMethodEntry(lost.c_str()); });
-    logger.logMethodEntry("inside");
-    logger.setDetailLevel(1); // so the end of the temporary Logger writes no closing line
-    Logger nameless;
-    whileExhausted([&] { nameless = Logger(logger); });
-    logger.setDetailLevel(4);
-    nameless.setDetailLevel(4);
-    for (int exit = 0; exit < 4; ++exit)
-        nameless.logMethodExit(exit);
-    logger.logMethodExit(1);
-    logger.logMethodExit("x");
-    logger.logMethodEntry("again");
-    logger.logMethodExit();
-    logger.logMethodExit();
-    {
-        MethodLogger tracer;
-        tracer.setMethodName("f");
-        tracer.setReturn(lost.c_str());
-        whileExhausted([&] { MethodLogger() = tracer; });
-        tracer.setMethodName("g");
-        const char* const result = lostResult.c_str();
-        whileExhausted([&] { EXPECT_EQ(tracer.setReturn(result), result); });
-    }
-    whileExhausted([&] { logger.logMethodEntry(lost.c_str()); });
-    logger.popAllMethods();
-    logger.logMethodExit();
-    EXPECT_EQ(log.finish(), "ENTERING kept \n  ENTERING " + lost +
-                                " \n    ENTERING inside \n    EXITING  -- returning 0\n"
-                                "  EXITING  -- returning 1\nEXITING  -- returning 2\n"
-                                "    EXITING  -- returning 1\n  EXITING  -- returning x\n"
-                                "  ENTERING again \n  EXITING again\nEXITING kept\n"
-                                "ENTERING f \nEXITING f\nENTERING g \nEXITING g\nENTERING " +
-                                lost + " \n");
-}
-
 // Logging starts once in a process, so each allocation needs a test of its own.
 class ExhaustedMemoryAtStart : public ExhaustedMemory, public testing::WithParamInterface<long> {};
 
-TEST_P(ExhaustedMemoryAtStart, LoggingIsOnOrOff) {
+TEST_P(ExhaustedMemoryAtStart, LoggingStartsOrLeavesTheFileAlone) {
     const test_host::TemporaryDirectory directory;
     const std::string file = directory / "a name that is long enough to be allocated.log";
     test_host::setEnvironment("TOR_KEL_LOGFILE", file);
     test_host::setEnvironment("TOR_KEL_LOGDETAIL", "2");
     test_host::writeFile(file, "kept");
+    Logger& logger = Logger::logger;
     {
         const FailingNew noMemory(GetParam(), Failure::single);
         logger.startLogging();

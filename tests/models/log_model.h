@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <bitset>
 #include <iomanip>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -24,9 +25,11 @@ struct Log {
     bool atLineStart = true;
     bool bits = false;
     bool whole = false;
-    std::vector<std::string> names;
+    bool exhausted = false; ///< true if the next entry gets no memory for its name
+    /// The names of the open entries. A name is missing if there was no memory for it.
+    std::vector<std::optional<std::string>> names;
 
-    void setDetailLevel(int given) { level = given; }
+    void setDetailLevel(int given) { level = given < 0 || given > 10 ? level : given; }
     void popAllMethods() { names.clear(); }
     void printLog(int recordLevel, const std::string& record) {
         write(recordLevel, record.substr(0, 2047)); // the longest record
@@ -36,9 +39,12 @@ struct Log {
         if (!arguments.empty())
             printLog(4, arguments);
         printLog(4, "\n");
-        if (level >= 4)
-            names.push_back(name);
-        depth += level >= 4 ? 1 : 0;
+        if (level < 4)
+            return;
+        // An entry above one without a name has no name, either.
+        const bool lost = exhausted || (!names.empty() && !names.back());
+        names.push_back(lost ? std::nullopt : std::optional(name));
+        ++depth;
     }
     void logMethodExit() { exitLast("", ""); }
     void logMethodExit(int value) { exitLast(" -- returning " + std::to_string(value), ""); }
@@ -48,12 +54,15 @@ struct Log {
     void logMethodExit(const std::string& name, int value) {
         exit(name, " -- returning " + std::to_string(value), "");
     }
-    /// Writes \a title as a record, unless it is empty, and then the table.
-    void dumpBuffer(const std::string& title, const std::vector<unsigned char>& buffer,
+    /// Writes \a title as a record, unless it is empty, and then the table. Each "%%" in the title
+    /// becomes "%".
+    void dumpBuffer(int recordLevel, std::string title, const std::vector<unsigned char>& buffer,
                     std::size_t bitCount) {
-        const std::size_t perRow = bits ? 8 : 16;
+        for (std::size_t at = 0; (at = title.find("%%", at)) != std::string::npos; ++at)
+            title.erase(at, 1);
         if (!title.empty())
-            printLog(1, title);
+            printLog(recordLevel, title);
+        const std::size_t perRow = bits ? 8 : 16;
         std::ostringstream table;
         table << std::hex << std::setfill('0') << "\n(MSB<-LSB)";
         for (std::size_t column = std::min(perRow, buffer.size()); column-- > 0;)
@@ -73,7 +82,7 @@ struct Log {
                 else
                     table << std::setw(2) << unsigned{buffer[i]} << ' ';
         }
-        write(1, table.str() + "\n");
+        write(recordLevel, table.str() + "\n");
     }
 
 private:
@@ -89,7 +98,7 @@ private:
     void exitLast(const std::string& result, const std::string& value) {
         if (level < 4 || names.empty())
             return;
-        exit(names.back(), result, value);
+        exit(names.back().value_or(""), result, value);
         names.pop_back();
     }
     /// Writes "EXITING name", \a result and \a value. If they are too long, \a value is cut first,
@@ -124,12 +133,6 @@ public:
     /// Returns the content of the file after the opening lines.
     [[nodiscard]] std::string text() const {
         return test_host::readWholeFile(path).substr(openingSize);
-    }
-    /// Ends logging at level 1, which writes no closing line, and returns text().
-    [[nodiscard]] std::string finish() const {
-        KelRT::Logger::logger.setDetailLevel(1);
-        KelRT::Logger::logger.endLogging();
-        return text();
     }
 
 private:

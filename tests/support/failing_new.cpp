@@ -10,38 +10,29 @@
 
 namespace {
 
-bool armed = false;
-bool hasFailed = false;
-long successesLeft = 0;
-test::Failure kind = test::Failure::persistent;
-
-void* allocate(std::size_t bytes) noexcept {
-    if (armed && successesLeft-- <= 0) {
-        successesLeft = 0;
-        hasFailed = true;
-        armed = kind == test::Failure::persistent;
-        return nullptr;
-    }
-    if (bytes > PTRDIFF_MAX)
-        return nullptr; // malloc() does so, too, but under a sanitizer it ends the program
-    return std::malloc(bytes != 0 ? bytes : 1);
-}
+struct {
+    bool armed = false;
+    bool hasFailed = false;
+    long successesLeft = 0;
+    test::Failure kind = test::Failure::persistent;
+} state;
 
 } // namespace
 
+// The other forms of new call this one or the one for arrays.
 void* operator new(std::size_t bytes) {
-    if (void* const memory = allocate(bytes))
-        return memory;
-    throw std::bad_alloc();
+    if (state.armed && state.successesLeft-- <= 0) {
+        state = {state.kind == test::Failure::persistent, true, 0, state.kind};
+        throw std::bad_alloc();
+    }
+    // malloc() returns null for such a size, too, but under a sanitizer it ends the program.
+    void* const memory = bytes > PTRDIFF_MAX ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return memory;
 }
 void* operator new[](std::size_t bytes) {
     return operator new(bytes);
-}
-void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-    return allocate(bytes);
-}
-void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
-    return allocate(bytes);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);
@@ -59,18 +50,15 @@ void operator delete[](void* memory, std::size_t) noexcept {
 namespace test {
 
 FailingNew::FailingNew(long successes, Failure failure) {
-    armed = true;
-    kind = failure;
-    hasFailed = false;
-    successesLeft = successes;
+    state = {true, false, successes, failure};
 }
 
 FailingNew::~FailingNew() {
-    armed = false;
+    state.armed = false;
 }
 
 bool FailingNew::failed() {
-    return hasFailed;
+    return state.hasFailed;
 }
 
 bool failingNewReachesTheLibrary() {
