@@ -20,7 +20,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[1]
 
 # The programs whose tests are nearest to a folder of src/ or to a public header. They are built and run first.
 BITS = 'random_byte_buffer bits_test'
-NUMBERS = 'random_number random_number_value numbers_test random_number_util'
+NUMBERS = 'random_number numbers_test random_number_util random_byte_buffer'
 TEXT = 'random_tokenizer text_test'
 LOG = 'random_log logging_test logging_process memory_test'
 FILES = 'port_test random_normalize_path files_test'

@@ -3,6 +3,9 @@
 // Runs a random sequence of buffer operations and compares the buffer with the bit-by-bit model.
 #include "KelRT/Kel_ByteBuffer.h"
 
+#include "KelRT/Kel_Number.h"
+#include "KelRT/NumberValue.h"
+
 #include "input.h"
 #include "models/byte_buffer_model.h"
 #include "support/outcome.h"
@@ -12,6 +15,7 @@
 
 using fuzz::requireEqual;
 using KelRT::Kel_ByteBuffer;
+using KelRT::Kel_Number;
 using model::Bytes;
 using Arguments = std::initializer_list<std::uint64_t>;
 
@@ -26,11 +30,11 @@ public:
     /// Applies one random operation to the buffer and to the model.
     void step() {
         static constexpr void (Program::* OPERATIONS[])() = {
-            &Program::insert,      &Program::remove,       &Program::moveStart,
-            &Program::shift,       &Program::shift,        &Program::field,
-            &Program::field,       &Program::reorder,      &Program::hexText,
-            &Program::cutHex,      &Program::readHex,      &Program::readMirrored,
-            &Program::clearOrInit, &Program::replaceBuffer};
+            &Program::insert,       &Program::remove,      &Program::moveStart,
+            &Program::shift,        &Program::shift,       &Program::field,
+            &Program::field,        &Program::numberField, &Program::reorder,
+            &Program::hexText,      &Program::cutHex,      &Program::readHex,
+            &Program::readMirrored, &Program::clearOrInit, &Program::replaceBuffer};
         (this->*input.oneOf(OPERATIONS))();
     }
 
@@ -39,18 +43,27 @@ public:
         Kel_ByteBuffer found(buffer);
         model::ByteBuffer aligned(expected);
         aligned.access();
-        requireEqual(found.getSize(), aligned.size, "size", &input);
+        compare(found.getSize(), aligned.size);
         if (!aligned.block.empty()) {
             const unsigned char* const block = found.uPtr() - aligned.start;
-            requireEqual(Bytes(block, block + aligned.block.size()), aligned.block, "block",
-                         &input);
+            compare(Bytes(block, block + aligned.block.size()), aligned.block);
         }
     }
 
 private:
+    /// Notes an operation. A comparison that fails prints all noted operations.
+    void note(const char* name, Arguments arguments) {
+        operations.append("\n    ").append(name);
+        for (const std::uint64_t argument : arguments)
+            operations += ' ' + std::to_string(argument);
+    }
+    template <typename Value>
+    void compare(const Value& found, const std::type_identity_t<Value>& wanted) const {
+        requireEqual(found, wanted, operations.c_str());
+    }
     /// Applies an operation to both, and compares what it returns or throws.
     void both(const char* name, Arguments arguments, const auto& operation) {
-        input.note(name, arguments);
+        note(name, arguments);
         const auto resultOf = [&operation](auto& of) {
             return test::outcome([&] {
                 if constexpr (std::is_void_v<decltype(operation(of))>)
@@ -59,7 +72,7 @@ private:
                     return fuzz::shown(operation(of));
             });
         };
-        requireEqual(resultOf(buffer), resultOf(expected), name, &input);
+        compare(resultOf(buffer), resultOf(expected));
     }
     /// Runs a conversion. Its target is another buffer, which is checked here, or the buffer
     /// itself, which expectSame() checks later.
@@ -71,7 +84,7 @@ private:
         }
         Kel_ByteBuffer target(reinterpret_cast<const unsigned char*>("old"), 3, 0, 0);
         operation(target);
-        requireEqual(contentOf(target), made, "the content of another buffer", &input);
+        compare(contentOf(target), made);
     }
 
     void insert() {
@@ -112,6 +125,31 @@ private:
         const std::uint64_t value = input.value();
         both("setBitsLL", {at, count, value}, [=](auto& of) { of.setBitsLL(at, count, value); });
     }
+    /// Copies a field to a number, and a number to the field, in the buffer and in an array.
+    void numberField() {
+        const std::size_t width = 1 + input.below(8 * expected.size + 10);
+        const std::size_t last = std::max(8 * expected.size, width) - width;
+        const std::uint64_t at = input.below(2) == 0 ? last : belowOrHuge(last + 10);
+        Kel_Number number(width);
+        number.set('x', input.text(width / 4 + 1, DIGITS));
+        const auto fieldOf = [=](auto& of) {
+            Kel_Number field(width);
+            field.set('d', "-1"); // stays the value if the field cannot be read
+            const auto read = [&] { return bits2Number(of, at, field), std::string(); };
+            return test::outcome(read).append(field.toString('b'));
+        };
+        both("bits2Number", {at, width}, fieldOf);
+        Bytes array; // ends with the field, so that the sanitizer sees an access past it
+        if (expected.holds(at, width)) {
+            const auto size = static_cast<std::size_t>((at + width + 7) / 8);
+            array.assign(expected.used(), expected.used() + size);
+            auto* const data = array.data();
+            compare(fieldOf(data), fieldOf(expected));
+            number2Bits(number, data, at);
+        }
+        both("number2Bits", {at, width}, [&](auto& of) { number2Bits(number, of, at); });
+        compare(array, Bytes(expected.used(), expected.used() + array.size()));
+    }
     std::uint64_t belowOrHuge(std::uint64_t bound) {
         return input.below(16) == 0 ? std::uint64_t{0} - input.below(80) : input.below(bound);
     }
@@ -125,40 +163,40 @@ private:
     }
     void hexText() {
         const std::uint64_t from = input.below(expected.size + 2);
-        input.note("bin2HexString", {from});
+        note("bin2HexString", {from});
         Bytes text = expected.hexText(from);
         Bytes out(text.size(), 0xEE); // without a spare byte, so a sanitizer sees a write past it
         buffer.bin2HexString(from, out.data());
-        requireEqual(out, text, "bin2HexString to a place", &input);
+        compare(out, text);
         text.resize(2 * expected.size + 1);
         convert(text, 0, [&](auto& target) { buffer.bin2HexString(from, target); });
     }
     void cutHex() {
         const std::uint64_t from = input.below(expected.size + 2);
         const std::uint64_t bits = input.below(8 * expected.size + 10);
-        input.note("bin2HexString, cut", {from, bits});
+        note("bin2HexString, cut", {from, bits});
         const std::unique_ptr<Kel_ByteBuffer> made(buffer.bin2HexString(from, bits));
-        requireEqual(contentOf(*made), expected.hexText(from, bits), "bin2HexString, cut", &input);
+        compare(contentOf(*made), expected.hexText(from, bits));
     }
     void readHex() {
         if (expected.size == 0)
             return;
         const std::size_t first = input.below(expected.size);
         const std::size_t last = input.below(expected.size);
-        input.note("hex2Bin", {first, last});
-        const Bytes bytes = expected.bytesOfHex(first, last);
-        Bytes out(bytes.size() + 1, 0xEE);
+        note("hex2Bin", {first, last});
+        Bytes bytes = expected.bytesOfHex(first, last);
+        bytes.push_back(0xEE); // must not change
+        Bytes out(bytes.size(), 0xEE);
         buffer.hex2Bin(first, last, out.data());
-        requireEqual(out.back(), 0xEE, "the byte after the place of hex2Bin", &input);
-        out.pop_back();
-        requireEqual(out, bytes, "hex2Bin to a place", &input);
+        compare(out, bytes);
+        bytes.pop_back();
         const std::unique_ptr<Kel_ByteBuffer> made(buffer.hex2Bin(first, last));
-        requireEqual(contentOf(*made), bytes, "hex2Bin", &input);
+        compare(contentOf(*made), bytes);
         convert(bytes, 0, [&](auto& target) { buffer.hex2Bin(first, last, target); });
     }
     void readMirrored() {
         const std::string text = input.text(input.below(60), DIGITS);
-        input.note("hex2BinReverse", {text.size()});
+        note("hex2BinReverse", {text.size()});
         convert(model::bytesOfMirroredHex(text), 10,
                 [&](auto& target) { Kel_ByteBuffer::hex2BinReverse(text.c_str(), target); });
     }
@@ -180,7 +218,7 @@ private:
         const Bytes bytes(text.begin(), text.end());
         const std::size_t low = input.below(6);
         const std::size_t high = input.below(6);
-        input.note("a new buffer", {size, low, high});
+        note("a new buffer", {size, low, high});
         buffer = Kel_ByteBuffer(bytes.data(), bytes.size(), low, high);
         expected = model::ByteBuffer(bytes, low, high);
     }
@@ -189,6 +227,7 @@ private:
     fuzz::Input& input;
     Kel_ByteBuffer buffer;
     model::ByteBuffer expected;
+    std::string operations = "the result of the last operation, or the buffer after it:";
 };
 
 } // namespace

@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <initializer_list>
 #include <iterator>
 #include <string>
 #include <type_traits>
@@ -53,32 +52,17 @@ public:
         return text;
     }
 
-    /// Notes an operation. A check that is given the input and fails prints all noted operations.
-    void note(const char* operation, std::initializer_list<std::uint64_t> arguments) {
-        operations += operation;
-        for (const std::uint64_t argument : arguments)
-            operations += ' ' + std::to_string(argument);
-        operations += '\n';
-    }
-    [[nodiscard]] const std::string& noted() const { return operations; }
-
 private:
     std::string bytes;
     std::size_t at = 0;
-    std::string operations;
 };
 
-/// Aborts the run, which makes its input a finding. Prints what \a input has noted.
-[[noreturn]] inline void fail(const std::string& message, const Input* input) {
-    const char* const noted = input == nullptr ? "" : input->noted().c_str();
-    static_cast<void>(std::fprintf(stderr, "%sfailed: %s\n", noted, message.c_str()));
-    std::abort();
-}
-
-/// Aborts the run with the message \a what unless \a holds is true.
+/// Aborts the run, which makes its input a finding, unless \a holds is true.
 inline void require(bool holds, const char* what) {
-    if (!holds)
-        fail(what, nullptr);
+    if (holds)
+        return;
+    static_cast<void>(std::fprintf(stderr, "failed: %s\n", what));
+    std::abort();
 }
 
 inline std::string shown(const auto& value) {
@@ -95,26 +79,20 @@ inline std::string shown(const auto& value) {
     }
 }
 
-/// Aborts the run if the values differ, and prints both. Lists and texts are printed from shortly
-/// before the first difference.
+/// Aborts the run if the values differ, and prints both from shortly before the first difference.
 template <typename Value>
-void requireEqual(const Value& found, const std::type_identity_t<Value>& expected, const char* what,
-                  const Input* input = nullptr) {
+void requireEqual(const Value& found, const std::type_identity_t<Value>& expected,
+                  const char* what) {
     if (found == expected)
         return;
-    std::string message = what;
-    Value parts[] = {found, expected};
-    if constexpr (!std::is_arithmetic_v<Value>) {
-        const auto place =
-            std::mismatch(found.begin(), found.end(), expected.begin(), expected.end()).first -
-            found.begin();
-        message += ", from " + std::to_string(place) + " on";
-        for (Value& part : parts)
-            part.erase(part.begin(), part.begin() + std::max<std::ptrdiff_t>(place - 40, 0));
-    }
-    fail(message + "\n  found:    " + shown(parts[0]).substr(0, 600) +
-             "\n  expected: " + shown(parts[1]).substr(0, 600),
-         input);
+    const std::string a = shown(found);
+    const std::string b = shown(expected);
+    const auto place = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin();
+    const auto from = static_cast<std::size_t>(std::max<std::ptrdiff_t>(place - 100, 0));
+    const std::string message = what + (", from character " + std::to_string(from)) + " on" +
+                                "\n  found:    " + a.substr(from, 600) +
+                                "\n  expected: " + b.substr(from, 600);
+    require(false, message.c_str());
 }
 
 } // namespace fuzz

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// Sets numbers of any width, prints them and sets them again. Compares the results with a model
-// that works on single digits and words.
+// Sets numbers of any width, prints them and sets them again. Converts integers to numbers and
+// back. Compares the results with a model that works on single digits and words.
 #include "KelRT/Kel_Number.h"
+
+#include "KelRT/NumberValue.h"
 
 #include "input.h"
 #include "models/number_model.h"
+
+#include <charconv>
 
 using fuzz::require;
 using fuzz::requireEqual;
@@ -45,16 +49,42 @@ void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
     requireEqual(again.toString('x'), pattern, "assignment");
     if (width <= 50) { // a double holds such a number exactly
         again.setFloat(number.toFloatString(0.5, 1, 1), 0.5, 1);
-        requireEqual(again.toString('x'), pattern, "what is printed scaled reads as the number");
+        requireEqual(again.toString('x'), pattern, "setFloat of toFloatString, scale 0.5");
         const double halfStep = number.isNegative() ? -0.05 : 0.05;
-        again.setFloat(number.toFloatString(0.1, 0, 1), 0.1, -halfStep);
-        requireEqual(again.toString('x'), pattern, "with half a step more under any scale");
+        again.setFloat(number.toFloatString(0.1, 0, 1), 0.1, -halfStep); // rounds to the nearest
+        requireEqual(again.toString('x'), pattern, "setFloat of toFloatString, scale 0.1");
     }
     for (const char* radix = RADICES; *radix != 0; ++radix) {
         again.setToZero(); // so that a word that set() leaves out is noticed
-        require(again.set(*radix, number.toString(*radix)), "printed digits are digits");
-        requireEqual(again.toString('x'), pattern, "what is printed reads as the number");
+        require(again.set(*radix, number.toString(*radix)), "set accepts the text of toString");
+        requireEqual(again.toString('x'), pattern, "set of toString");
     }
+}
+
+/// Converts an integer to a number, and a number to an integer. `radix` selects decimal text: 'u'
+/// for an unsigned integer, 'd' for a signed one.
+template <typename Integer>
+void convertInteger(fuzz::Input& input, std::uint64_t width, char radix,
+                    void (*store)(Integer, Kel_Number&),
+                    bool (*load)(const Kel_Number&, Integer&)) {
+    const auto value = static_cast<Integer>(input.value()) >> input.below(64);
+    Kel_Number number(width);
+    model::Number expected(width);
+    store(value, number);
+    expected.set(radix, std::to_string(value));
+    requireEqual(number.toString('x'), expected.toString('x'), "a number from an integer");
+
+    if (input.below(2) == 0)
+        number.set('b', std::string("1").append(input.below(width), '0'));
+    if (input.below(2) == 0)
+        number.negate();
+    // Like `load`, from_chars() leaves the integer unchanged if the value does not fit.
+    const std::string text = number.toString(radix);
+    Integer wanted = 7;
+    Integer found = 7;
+    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), wanted);
+    requireEqual(load(number, found), parsed.ec == std::errc(), "whether a number fits an integer");
+    requireEqual(found, wanted, "an integer from a number");
 }
 
 } // namespace
@@ -65,6 +95,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const bool isWide = kind == 0; // rare, and in few radices, because the model is slow
     const std::uint64_t range = isWide ? 12000 : kind % 2 == 0 ? 1200 : 80;
     const std::uint64_t width = (isWide ? 7000 : 1) + input.value(2) % range;
+    convertInteger(input, width, 'u', KelRT::uLL2Number, KelRT::number2ULL);
+    convertInteger(input, width, 'd', KelRT::lL2Number, KelRT::number2LL);
     Kel_Number number(width);
     model::Number expected(width);
     const std::string radices = isWide ? "dx" : "bodxXusSq";

@@ -40,9 +40,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<const char*> tokens;
     while (const char* const token = tokenizer.getNext())
         tokens.push_back(token);
-    fuzz::require(tokenizer.getNext() == nullptr, "the end stays the end");
+    fuzz::require(tokenizer.getNext() == nullptr, "getNext stays null at the end");
     fuzz::requireEqual(std::vector<std::string>(tokens.begin(), tokens.end()),
                        model::tokens(text, delimiters, delimiters == Kel_StrTok::CSV_DELIM, flags),
-                       "tokens equal the model's");
+                       "the tokens");
     return 0;
 }

@@ -5,6 +5,8 @@
 // so that a test can apply one function to both.
 #pragma once
 
+#include "KelRT/Kel_Number.h"
+
 #include "digits.h"
 
 #include <algorithm>
@@ -87,10 +89,15 @@ struct ByteBuffer {
     [[nodiscard]] bool holds(std::uint64_t position, std::uint64_t count) const {
         return count <= bitCount() && position <= bitCount() - count;
     }
-    [[nodiscard]] std::uint64_t getBitsLL(std::uint64_t position, std::uint64_t count) {
+    /// Realigns. Throws, as \a function does, if the buffer does not hold the field.
+    void accessField(std::uint64_t position, std::uint64_t count, const char* function) {
         access();
         if (!holds(position, count))
-            throw std::logic_error("Internal Error - Kel_ByteBuffer::getBits bad params.");
+            throw std::logic_error(std::string("Internal Error - Kel_ByteBuffer::") + function +
+                                   " bad params.");
+    }
+    [[nodiscard]] std::uint64_t getBitsLL(std::uint64_t position, std::uint64_t count) {
+        accessField(position, count, "getBits");
         std::uint64_t result = 0;
         for (std::uint64_t k = count; k-- > 0;)
             result = result << 1 | (bit(position + k) ? 1U : 0U);
@@ -100,9 +107,7 @@ struct ByteBuffer {
         return static_cast<std::uint32_t>(getBitsLL(position, count));
     }
     void setBitsLL(std::uint64_t position, std::uint64_t count, std::uint64_t value) {
-        access();
-        if (!holds(position, count))
-            throw std::logic_error("Internal Error - Kel_ByteBuffer::setBits(ll) bad params.");
+        accessField(position, count, "setBits(ll)");
         for (std::uint64_t i = 0; i < count; ++i, value >>= 1)
             setBit(position + i, (value & 1) != 0);
     }
@@ -145,6 +150,26 @@ struct ByteBuffer {
         return result;
     }
 };
+
+/// Copies a field to a number that has its width.
+inline void bits2Number(ByteBuffer& buffer, std::uint64_t position, KelRT::Kel_Number& number) {
+    const std::size_t width = number.toString('b').size();
+    buffer.accessField(position, width, "getBits");
+    std::string bits;
+    for (std::uint64_t k = width; k-- > 0;)
+        bits += buffer.bit(position + k) ? '1' : '0';
+    number.set('b', bits);
+}
+
+/// Copies a number to a field that has its width.
+inline void number2Bits(const KelRT::Kel_Number& number, ByteBuffer& buffer,
+                        std::uint64_t position) {
+    const std::string bits = number.toString('b');
+    buffer.accessField(position, bits.size(), "setBits(ll)");
+    position += bits.size();
+    for (const char bit : bits)
+        buffer.setBit(--position, bit == '1');
+}
 
 /// Converts bit-mirrored text. A character that is no digit counts as the previous digit again.
 inline Bytes bytesOfMirroredHex(const std::string& text) {
