@@ -92,7 +92,6 @@ TEST(Number, OnlyScaledValuesFollowTheLocale) {
 
 // Sizes that are computed in too few bits would wrap to small ones, which memory exists for.
 TEST(Memory, HugeResultsThrowAndSmallNumbersNeedNone) {
-    EXPECT_ANY_THROW(Kel_Number{~std::uint64_t{0}});
     if (!test::failingNewReachesTheLibrary())
         GTEST_SKIP() << "the library has an operator new of its own here";
     Kel_Number number(512);
@@ -100,6 +99,7 @@ TEST(Memory, HugeResultsThrowAndSmallNumbersNeedNone) {
     std::string out;
     const test::FailingNew noMemory;
     EXPECT_TRUE(number.set('d', text));
+    EXPECT_ANY_THROW(Kel_Number{~std::uint64_t{0}});
     EXPECT_THROW((void)number.toFloatString(1, 1, 0x7FFFFE00), std::bad_alloc);
     EXPECT_THROW(Kel_NumberUtil::hexStr2BinStr("1", 0xFFFFFFFF, out), std::bad_alloc);
     EXPECT_THROW(Kel_NumberUtil::uInt2HexStr(5, 0xFFFFFFFF, out), std::bad_alloc); // 2^30 digits
