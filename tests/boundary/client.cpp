@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "client.h"
 
+#include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Kel_StrTok.h"
 #include "KelRT/Kel_Util.h"
+#include "KelRT/Logger.h"
 #include "KelRT/MethodLogger.h"
 
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 
@@ -13,7 +16,14 @@ using namespace KelRT;
 
 namespace {
 
-int deletes = 0;
+int operatorCalls = 0;
+
+// Calls both operators below, and returns how often they have been called.
+int callOperators() {
+    void* (*volatile notInlined)(std::size_t) = ::operator new; // or GCC warns of new with free
+    ::operator delete(notInlined(1));
+    return operatorCalls;
+}
 
 // Logs when the client library is unloaded.
 struct LastWords {
@@ -21,52 +31,40 @@ struct LastWords {
 };
 const LastWords lastWords;
 
-void work(void (*inner)()) {
+} // namespace
+
+void CLIENT_FUNCTION() {
     MethodLogger tracer;
     tracer.setMethodName(CLIENT_NAME);
-    Logger::logger.printLog(1, "%s works\n", CLIENT_NAME);
-    inner();
-    tracer.setReturnStatus(0);
-}
-
-bool catchesByType() {
+    // The tokenizer recognises CSV_DELIM by its address. Any other "," skips empty tokens.
+    Kel_StrTok tokenizer("a,,b", Kel_StrTok::CSV_DELIM, false, false, false);
+    tokenizer.getNext();
+    Logger::logger.printLog(1, "second token of a,,b: \"%s\"\n", tokenizer.getNext());
     try {
-        Kel_Util::findLibInPath("no such library");
+        static_cast<void>(Kel_Util::findLibInPath("no such library"));
     } catch (const Kel_Exception&) {
-        return true;
+        Logger::logger.printLog(1, "%s catches a Kel_Exception of the library\n", CLIENT_NAME);
     }
-    return false;
+    const int before = callOperators();
+    delete Kel_ByteBuffer::hex2BinReverse("5A3C");
+    delete new Kel_ByteBuffer(1000, 10, 10);
+    Logger::logger.printLog(1, "new and delete of the client: %d calls\n",
+                            callOperators() - before);
+    tracer.setReturnStatus(0);
+    throw Kel_Exception(CLIENT_NAME);
 }
-
-int globalDeletes() {
-    ::operator delete(::operator new(1));
-    return deletes;
-}
-
-constexpr Client client{[] { return Kel_StrTok::CSV_DELIM; },
-                        [] { return &Logger::logger; },
-                        work,
-                        catchesByType,
-                        [] { throw Kel_Exception(CLIENT_NAME); },
-                        [](Kel_ByteBuffer* buffer) { delete buffer; },
-                        globalDeletes};
-
-} // namespace
 
 // These replace the operators for this library alone. On Linux, private_operators.map hides them.
 void* operator new(std::size_t bytes) {
+    ++operatorCalls;
     if (void* const block = std::malloc(bytes))
         return block;
     throw std::bad_alloc();
 }
 void operator delete(void* block) noexcept {
-    ++deletes;
+    ++operatorCalls;
     std::free(block);
 }
 void operator delete(void* block, std::size_t) noexcept {
     operator delete(block);
-}
-
-const Client* CLIENT_FUNCTION() noexcept {
-    return &client;
 }
