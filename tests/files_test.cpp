@@ -5,18 +5,16 @@
 #include "support/host.h"
 #include "support/listing.h"
 #include "support/outcome.h"
+#include "support/threads.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <algorithm>
 #include <clocale>
+#include <cstddef>
 #include <filesystem>
-#include <future>
-#include <set>
 #include <string>
-#include <thread>
 #include <utility>
-#include <vector>
 
 using namespace KelRT;
 using namespace test;
@@ -42,7 +40,7 @@ protected:
     Variable sorvaDataDir{"TOR_KEL_SORVADATADIR"};
 };
 
-TEST_F(Files, HomeIsTheVariableAsItStands) {
+TEST_F(Files, HomePathIsTheValueOfItsVariable) {
     for (const char* const value : {"C:\\Users\\user", "/home/user/", "relative"}) {
         home.set(value);
         EXPECT_EQ(Kel_Util::getHomePath(), value);
@@ -54,7 +52,7 @@ TEST_F(Files, HomeIsTheVariableAsItStands) {
     EXPECT_EQ(outcome(Kel_Util::createDotLumatraceDir), message);
 }
 
-TEST_F(Files, UserDirectoryIsMadeOrTakenAsItIs) {
+TEST_F(Files, UserDirectoryIsCreatedUnlessItsNameExists) {
     EXPECT_EQ(Kel_Util::createDotLumatraceDir(), here / ".kel");
     EXPECT_TRUE(std::filesystem::remove(here / ".kel"));
     writeFile(here / ".kel", "plain");
@@ -88,24 +86,16 @@ TEST_F(Files, TemporaryFileTakesTheLowestFreeNumber) {
 }
 
 TEST_F(Files, ThreadsThatStartTogetherGetDistinctTemporaryFiles) {
-    constexpr int CALLERS = 8;
-    for (int round = 0; round < 50; ++round) {
+    Texts expected;
+    for (int number = 0; number < 8; ++number)
+        expected.push_back(temporary("trace" + std::to_string(number)));
+    for (int round = 0; round < 100; ++round) {
         std::filesystem::remove_all(".kel");
-        std::atomic<int> waiting{CALLERS};
-        std::set<std::string> expected;
-        std::vector<std::future<std::string>> callers;
-        for (int number = 0; number < CALLERS; ++number) {
-            expected.insert(temporary("trace" + std::to_string(number)));
-            callers.push_back(std::async(std::launch::async, [&] {
-                for (--waiting; waiting > 0;)
-                    std::this_thread::yield();
-                return outcome(Kel_Util::createDotLumatraceTempFile, "trace");
-            }));
-        }
-        std::set<std::string> made;
-        for (auto& caller : callers)
-            made.insert(caller.get());
-        EXPECT_EQ(made, expected);
+        Texts created = resultsOfThreads(8, [](std::size_t /*number*/) {
+            return outcome(Kel_Util::createDotLumatraceTempFile, "trace");
+        });
+        std::sort(created.begin(), created.end());
+        EXPECT_EQ(created, expected);
     }
 }
 
@@ -126,7 +116,7 @@ TEST_F(Files, NamesAndPathsEndAtTheirFirstNul) {
     EXPECT_EQ(outcome(Kel_Util::getDataDirPath), "Could not find libKelJtag in path.\n");
 }
 
-TEST_F(Files, OnlyDirectoriesAreDirectoriesAndListed) {
+TEST_F(Files, DirectoriesAreListedAndOtherPathsRefused) {
     std::filesystem::create_directories("d/sub");
     writeFile("d/f.txt");
     const std::pair<std::string, Texts> directories[] = {
@@ -145,27 +135,17 @@ TEST_F(Files, OnlyDirectoriesAreDirectoriesAndListed) {
     EXPECT_EQ(list, Texts());
 }
 
-TEST_F(Files, LibraryIsWhereTheFirstFileOpens) {
-    std::filesystem::create_directories(library("a/libfoo")); // a directory is no library
-    std::filesystem::create_directory("b");
-    searchPath.set((here / "a") + (WINDOWS ? ";" : ":") + "b");
-    EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libfoo"), "Could not find libfoo in path.\n");
-    writeFile(library("b/libfoo"));
-    EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libfoo"), "b");
-    writeFile(library("libfoo"));
-    EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libfoo"), ".");
-}
-
-TEST_F(Files, DataDirectoriesComeFromOverridesBeforeTheTree) {
+TEST_F(Files, DataDirectoriesAreOverriddenOrFoundBesideTheLibraries) {
     const auto expect = [&](const std::string& kel, const std::string& sorva) {
         EXPECT_EQ(outcome(Kel_Util::getDataDirPath), below(below(here / "data", kel), ""));
         EXPECT_EQ(outcome(Kel_Util::getSorvaDataDirPath), below(below(here / "data", sorva), ""));
     };
+    std::filesystem::create_directories(library("wrong/libKelCore")); // a directory is no library
+    searchPath.set((here / "wrong") + (WINDOWS ? ";" : ":") + (here / "bin/x64"));
     EXPECT_EQ(outcome(Kel_Util::getSorvaDataDirPath), "Could not find libKelCore in path.\n");
     std::filesystem::create_directories("bin/x64");
     writeFile(library("bin/x64/libKelJtag"));
     writeFile(library("bin/x64/libKelCore"));
-    searchPath.set(here / "bin/x64");
     expect("kel", "lumatrace");
     for (const char* const end : {"", "/", "\\"}) {
         Kel_Util::setUserDataDirPath((here / "data/mine") + end);
@@ -182,7 +162,7 @@ TEST_F(Files, DataDirectoriesComeFromOverridesBeforeTheTree) {
     expect("kel", "lumatrace");
 }
 
-TEST_F(Files, CurrentDirectoryMayHaveAnyNameAndLengthAndBeRemoved) {
+TEST_F(Files, CurrentDirectoryHasAnyNameAndLengthAndMayBeRemoved) {
     if (WINDOWS)
         GTEST_SKIP() << "Windows has no such names and locks the current directory";
     std::string expected = here.path();
@@ -232,25 +212,21 @@ TEST(LocalizedMessage, IsConvertedToTheLocaleAndCutBetweenCharacters) {
     for (const auto& [locale, kana, disk] : locales) {
         if (std::setlocale(LC_ALL, locale.c_str()) == nullptr)
             continue;
-        const std::pair<const wchar_t*, std::string> cases[] = {
-            {nullptr, ""},
+        std::string most; // whole characters in at most 2,047 bytes
+        while (most.size() + kana.size() <= 2047)
+            most += kana;
+        const std::pair<std::wstring, std::string> cases[] = {
             {L"", ""},
             {L"Disk full\n", "Disk full\n"},
-            {L"<\u3042>", "<" + kana + ">"},
             {L"<\U0001F4BE>", "<" + disk + ">"},
+            {std::wstring(2048, L'\u3042') + L"x", most},
             {L"\xD800"
              L"x\xDC00\xD800",
              "?x??"}}; // halves of surrogate pairs
         for (const auto& [message, expected] : cases)
-            EXPECT_EQ(Kel_Util::getLocalizedPortMsg(message), expected) << locale;
-        for (std::size_t fit = 2043; fit <= 2047; ++fit) {
-            const std::wstring message = std::wstring(fit, L'm') + L"\u3042x";
-            const std::string whole = std::string(fit, 'm') + kana + "x";
-            EXPECT_EQ(Kel_Util::getLocalizedPortMsg(message.c_str()),
-                      whole.substr(0, fit + kana.size() > 2047 ? fit : 2047))
-                << locale;
-        }
+            EXPECT_EQ(Kel_Util::getLocalizedPortMsg(message.c_str()), expected) << locale;
     }
+    EXPECT_EQ(Kel_Util::getLocalizedPortMsg(nullptr), "");
 }
 
 } // namespace

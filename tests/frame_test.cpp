@@ -1,23 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "KelRT/Kel_Exception.h"
 #include "KelRT/Version.h"
+#include "support/threads.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <atomic>
+#include <cstddef>
 #include <exception>
 #include <regex>
 #include <string>
-#include <thread>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 using namespace KelRT;
 
 namespace {
 
-// Every test runs in its own process, so each of these begins with empty version texts.
+// Every test runs in its own process, so the texts of the version are empty at its start.
 
-TEST(Version, TextsHaveTheirFormsAndTheLongestFillsTheOthers) {
+TEST(Version, TextsHaveTheirFormsAndTheLongestContainsTheOthers) {
     const std::string full = getVersionWithBuildNumber();
     std::smatch parts;
     ASSERT_TRUE(std::regex_match(full, parts,
@@ -30,34 +32,17 @@ TEST(Version, TextsHaveTheirFormsAndTheLongestFillsTheOthers) {
     EXPECT_EQ(parts[3], getBuildNumber());
 }
 
-TEST(Version, RepeatedQueriesGiveTheSamePointer) {
-    for (const auto query :
-         {getVersionNumber, getBuildNumber, getVersion, getVersionWithBuildNumber}) {
-        const char* const first = query();
-        const std::string text = first;
-        static_cast<void>(getVersionWithBuildNumber());
-        EXPECT_EQ(query(), first);
-        EXPECT_EQ(text, first);
-    }
-}
-
-TEST(Version, RacingFirstQueriesSeeWholeTexts) {
-    constexpr std::size_t THREADS = 8;
-    std::atomic<std::size_t> waiting{THREADS};
-    std::array<std::string, THREADS> seen;
-    std::array<std::thread, THREADS> threads;
-    for (std::size_t i = 0; i < THREADS; ++i)
-        threads[i] = std::thread([&waiting, &text = seen[i], i] {
-            --waiting;
-            while (waiting != 0)
-                std::this_thread::yield();
-            text = i % 2 == 0 ? getVersionWithBuildNumber()
-                              : std::string(getVersion()) + " - Compiled " + getBuildNumber();
-        });
-    for (auto& thread : threads)
-        thread.join();
-    for (const auto& text : seen)
-        EXPECT_EQ(text, getVersionWithBuildNumber());
+TEST(Version, EveryQueryInAnyThreadReturnsTheSamePointerToTheWholeText) {
+    const auto queries = {getVersionNumber, getBuildNumber, getVersion, getVersionWithBuildNumber};
+    // The pointer that a query returns, and its text at that time.
+    using Seen = std::pair<const char*, std::string>;
+    const auto query = [&](std::size_t number) {
+        const char* const text = queries.begin()[number % 4]();
+        return Seen(text, text);
+    };
+    const std::vector<Seen> first = test::resultsOfThreads(8, query);
+    for (std::size_t i = 0; i < first.size(); ++i)
+        EXPECT_EQ(query(i), first[i]);
 }
 
 TEST(Exception, CopiesAreIndependent) {
@@ -76,8 +61,7 @@ TEST(Exception, CallsTheOverridingWhat) {
         using Kel_Exception::Kel_Exception;
         std::string what() const override { return "wrapped " + Kel_Exception::what(); }
     };
-    const Wrapped wrapped("cause");
-    const Kel_Exception& exception = wrapped;
+    const Kel_Exception& exception = Wrapped("cause");
     EXPECT_EQ(exception.what(), "wrapped cause");
 }
 

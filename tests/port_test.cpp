@@ -69,8 +69,11 @@ Creation File::create(const char* path) {
     return host.answer("create", path) ? Creation::nameTaken : Creation::refused;
 }
 
-bool isLeadByte(char /*byte*/) {
-    return false;
+// Returns true for a lead byte of code page 932. The next byte may be 0x5C, the code of '\':
+// "\x83\\" is one character.
+bool isLeadByte(char byte) {
+    const auto value = static_cast<unsigned char>(byte);
+    return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
 }
 
 std::string currentDirectory(char drive) {
@@ -83,7 +86,7 @@ UT_DIR::UT_DIR(const char* /*directory*/, std::uint8_t /*flag*/) {}
 
 namespace {
 
-TEST(FakeHost, All32002NamesAreTriedInOrder) {
+TEST(FakeHost, TemporaryFileIsRefusedAfter32002Names) {
     const Variable home("USERPROFILE", "C:\\Users\\user");
     const std::string kel = "C:\\Users\\user\\.kel";
     for (const bool racing : {false, true}) { // true: other processes create each one first
@@ -105,7 +108,7 @@ TEST(FakeHost, All32002NamesAreTriedInOrder) {
     }
 }
 
-TEST(FakeHost, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
+TEST(FakeHost, LibraryIsSearchedInTheCurrentDirectoryAndThenInPath) {
     const char* const cases[][4] = {
         // PATH, name, file that opens, result
         {"C:\\a;;C:\\b", "foo", "C:\\b\\foo.dll", "C:\\b"},
@@ -131,7 +134,7 @@ TEST(FakeHost, LibraryIsProbedInTheCurrentDirectoryAndAlongThePath) {
                                         "readable \\foo.dll"}));
 }
 
-TEST(FakeHost, NormalizedPathsKnowDrivesAndShares) {
+TEST(FakeHost, NormalizedPathsKeepTheirDriveOrShare) {
     const char* const cases[][3] = {
         // path, result on Windows in C:\work, result on POSIX in /here
         {"", "", ""},
@@ -150,7 +153,7 @@ TEST(FakeHost, NormalizedPathsKnowDrivesAndShares) {
         {"//srv", "\\\\srv", "/srv"},
         {"///a", "C:\\a", "/a"},
         {"1:\\a", "C:\\work\\1:\\a", "/here/1:/a"},
-        {"C:\\\x83\\..\\z", "C:\\z", "/here/C:/z"},
+        {"C:\\\x83\\..\\z", "C:\\\x83\\..\\z", "/here/C:/z"}, // "\x83\\.." is one name on Windows
     };
     for (const auto& [path, windows, posix] : cases) {
         host.currentDirectories[0] = "C:\\work";
@@ -163,15 +166,7 @@ TEST(FakeHost, NormalizedPathsKnowDrivesAndShares) {
     EXPECT_EQ(files::normalize(POSIX, "c\\d"), "/a\\b/c/d");
 }
 
-// Returns true for a lead byte of code page 932. The next byte may be 0x5C, the code of '\':
-// "\x83\\" is one character.
-bool isLeadByteOf932(char byte) {
-    const auto value = static_cast<unsigned char>(byte);
-    return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
-}
-
-TEST(FakeHost, SeparatorsStandBetweenCharacters) {
-    constexpr Port::Conventions CODE_PAGE_932{'\\', ";", ".dll", isLeadByteOf932};
+TEST(FakeHost, SecondByteOfACharacterIsNoSeparator) {
     const char* const cases[][3] = {
         // current directory, path, result
         {"C:\\", ".", "C:\\"},
@@ -182,7 +177,6 @@ TEST(FakeHost, SeparatorsStandBetweenCharacters) {
         {"", "C:\\\x83\\", "C:\\\x83\\"},
         {"", "C:\\\x83\\\\", "C:\\\x83\\\\"},
         {"", "C:/\x83\\/..\\z", "C:\\z"},
-        {"", "C:\\\x83\\..\\z", "C:\\\x83\\..\\z"}, // "\x83\\.." is one name
         {"C:\\work", "\xE0\x83\\\x83\\/", "C:\\work\\\xE0\x83\\\x83\\\\"},
         {"", "\\\\s\x83\\\\t\x83\\/../x", "\\\\s\x83\\\\t\x83\\\\x"},
         {"C:\\work", "\x83", "C:\\work\\\x83"}, // half a character
@@ -193,11 +187,11 @@ TEST(FakeHost, SeparatorsStandBetweenCharacters) {
     };
     for (const auto& [current, path, expected] : cases) {
         host.currentDirectories = {{0, current}};
-        EXPECT_EQ(outcome(files::normalize, CODE_PAGE_932, path), expected) << path;
+        EXPECT_EQ(outcome(files::normalize, WINDOWS, path), expected) << path;
     }
     const Variable dataDir("TOR_KEL_DATADIR");
-    EXPECT_EQ(files::dataDirectory(CODE_PAGE_932, "D:\\\x83\\"), "D:\\\x83\\\\");
-    EXPECT_EQ(files::dataDirectory(CODE_PAGE_932, "D:\\\x83\\\\"), "D:\\\x83\\\\");
+    EXPECT_EQ(files::dataDirectory(WINDOWS, "D:\\\x83\\"), "D:\\\x83\\\\");
+    EXPECT_EQ(files::dataDirectory(WINDOWS, "D:\\\x83\\\\"), "D:\\\x83\\\\");
 }
 
 } // namespace

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 using namespace KelRT;
 
 namespace {
@@ -42,10 +44,7 @@ constexpr struct {
     {"the last used byte is", [] { Kel_ByteBuffer(bytes, 2, 0, 0).setHexStringBitCount(4); }},
     {"fromByte . byteCount <= getSize", [] { text().swapByteOrder(1, ~std::uint64_t{0}); }},
     {"the field lies inside the array",
-     [] {
-         Kel_Number one(1);
-         bits2Number(nullptr, 0, one);
-     }},
+     [] { bits2Number(nullptr, 0, *std::make_unique<Kel_Number>(1)); }},
     {"the field lies inside the array", [] { number2Bits(Kel_Number(1), nullptr, 0); }},
     {"the indices are not negative",
      [] { static_cast<void>(Kel_NumberUtil::getBits(bytes, 7, -1)); }},

@@ -89,7 +89,7 @@ std::wstring wide(const std::string& path) {
     return {path.begin(), path.end()};
 }
 
-TEST_F(WindowsHost, LongDirectoryIsListedCorrectlyOrRefused) {
+TEST_F(WindowsHost, DirectoryWithALongPathIsListedCorrectlyOrRefused) {
     const std::string parent = here / std::string(230 - here.path().size(), 'p');
     std::filesystem::create_directory(parent);
     const test_host::CurrentDirectory current(parent);
@@ -112,7 +112,7 @@ TEST_F(WindowsHost, LongDirectoryIsListedCorrectlyOrRefused) {
     }
 }
 
-TEST_F(WindowsHost, LinkIsADirectoryWhereItsTargetIsOne) {
+TEST_F(WindowsHost, LinkIsADirectoryIfItsTargetIsOne) {
     std::filesystem::create_directory(here / "directory");
     test_host::writeFile(here / "file");
     links = {wide(here / "directory"), wide(here / "file"), wide(here / "gone")};
@@ -121,7 +121,7 @@ TEST_F(WindowsHost, LinkIsADirectoryWhereItsTargetIsOne) {
     EXPECT_EQ(Kel_Util::isDirectory(here / "gone"), 0);
 }
 
-TEST_F(WindowsHost, FailedSearchIsReported) {
+TEST_F(WindowsHost, FailureWhileADirectoryIsReadIsReported) {
     searchesFail = true;
     EXPECT_EQ(listed(here.path()), refused(here.path()));
     searchesFail = false;

@@ -101,7 +101,8 @@ inline void writeFile(const std::string& path, const std::string& text = "") {
         throw std::runtime_error("cannot write " + path);
 }
 
-/// Creates a new directory, and removes it with its contents at the end of the scope.
+/// Creates a new directory, and removes it with its contents at the end of the scope. First makes
+/// its parent the current directory, since Windows does not remove the current directory.
 class TemporaryDirectory {
 public:
     TemporaryDirectory() {
@@ -113,6 +114,7 @@ public:
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory() {
         std::error_code ignored;
+        std::filesystem::current_path(location.parent_path(), ignored);
         std::filesystem::remove_all(location, ignored);
     }
     /// Returns the path without a trailing separator.
@@ -125,23 +127,15 @@ private:
         std::filesystem::canonical(std::filesystem::temp_directory_path()) / "kel_test_";
 };
 
-/// Changes the current directory until the end of the scope.
-class CurrentDirectory {
-public:
-    explicit CurrentDirectory(const std::string& path) { std::filesystem::current_path(path); }
-    CurrentDirectory(const CurrentDirectory&) = delete;
-    CurrentDirectory& operator=(const CurrentDirectory&) = delete;
-    ~CurrentDirectory() {
-        std::error_code ignored;
-        std::filesystem::current_path(before, ignored);
-    }
+// The next two classes do not restore what they change, since every test has a process of its own.
 
-private:
-    std::filesystem::path before = std::filesystem::current_path();
+/// Changes the current directory.
+struct CurrentDirectory {
+    explicit CurrentDirectory(const std::string& path) { std::filesystem::current_path(path); }
 };
 
 /// Sets an environment variable, or unsets it if there is no value. On Windows, an empty value
-/// unsets it, too. The old value is not restored, since every test has a process of its own.
+/// unsets it, too.
 struct Variable {
     const char* name;
 
