@@ -44,6 +44,8 @@ foreach(file IN LISTS files)
         set(object "\"\\x${object}\"s")
       endif()
     endif()
+    # A conversion to text, such as uInt2BinStr(5, 4), also takes the text.
+    string(REGEX REPLACE "^([a-z][a-zA-Z]+2[a-zA-Z]*Str\\(.*)\\)$" "\\1, out)" call "${call}")
     string(CONFIGURE "${template}" example @ONLY)
     string(APPEND code "${example}")
   endforeach()

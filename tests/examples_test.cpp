@@ -36,7 +36,7 @@ using Texts = std::vector<Text>;
 
 namespace {
 
-Text out; // the output parameter of all conversions
+Text out; // the output parameter of all conversions to text
 
 /// Holds a result that is already in the form of the examples, so shown() leaves it unchanged.
 struct AsItIs {
@@ -149,29 +149,18 @@ struct Kel_NumberUtilExample : Kel_NumberUtil {
         return {"prints " + testing::PrintToString(testing::internal::GetCapturedStdout())};
     }
     using Kel_NumberUtil::bin2ReverseBinStr;
-    static Text bin2ReverseBinStr(std::initializer_list<unsigned char> array, unsigned bitCount) {
-        return bin2ReverseBinStr(array.begin(), bitCount, out);
+    static Text bin2ReverseBinStr(std::initializer_list<unsigned char> array, unsigned bitCount,
+                                  Text& text) {
+        return bin2ReverseBinStr(array.begin(), bitCount, text);
     }
     using Kel_NumberUtil::reverseBinStr2Bin;
     void reverseBinStr2Bin(const char* text) { reverseBinStr2Bin(text, &byte); }
-    static Text binStr2HexStr(const char* text) { return Kel_NumberUtil::binStr2HexStr(text, out); }
-    static Text hexStr2BinStr(const char* text, unsigned bitCount) {
-        return Kel_NumberUtil::hexStr2BinStr(text, bitCount, out);
-    }
     static Text reverseStr(const char* text, unsigned length) {
         char mirror[8];
         Kel_NumberUtil::reverseStr(text, length, mirror);
         return mirror;
     }
     static std::uint64_t hexStr2ULL(Text text) { return Kel_NumberUtil::hexStr2ULL(text); }
-    static Text uInt2BinStr(unsigned value, unsigned bitCount) {
-        return Kel_NumberUtil::uInt2BinStr(value, bitCount, out);
-    }
-    static Text uInt2HexStr(unsigned value, unsigned bitCount) {
-        return Kel_NumberUtil::uInt2HexStr(value, bitCount, out);
-    }
-    static Text uLL2DecStr(std::uint64_t value) { return Kel_NumberUtil::uLL2DecStr(value, out); }
-    static Text double2Str(double value) { return Kel_NumberUtil::double2Str(value, out); }
     AsItIs result() const { return {formatted("{0x%02llX}", byte)}; }
 };
 
@@ -238,28 +227,20 @@ Text newlyLogged() {
 
 struct LoggerExample {
     LoggerExample() { newlyLogged(); }
-    template <typename... Parts>
-    static void logMethodEntry(Parts... parts) {
-        Logger::logger.logMethodEntry(parts...);
-    }
-    template <typename Result>
-    static void logMethodExit(Result result) {
-        Logger::logger.logMethodExit(result);
-    }
+    static void logMethodEntry(auto... parts) { Logger::logger.logMethodEntry(parts...); }
+    static void logMethodExit(auto result) { Logger::logger.logMethodExit(result); }
     static AsItIs result() { return {newlyLogged()}; }
 };
 
-struct MethodLoggerExample : LoggerExample {
-    std::unique_ptr<MethodLogger> tracer = std::make_unique<MethodLogger>();
-
-    MethodLoggerExample() { tracer->setMethodName("f"); }
-    void setReturnStatus(unsigned status) const { tracer->setReturnStatus(status); }
-    template <typename Value>
-    void setReturn(Value value) const {
-        tracer->setReturn(value);
+struct MethodLoggerExample : MethodLogger {
+    MethodLoggerExample() {
+        newlyLogged();
+        setMethodName("f");
     }
-    AsItIs result() {
-        tracer.reset(); // writes the exit line
+    void setReturnStatus(unsigned status) { MethodLogger::setReturnStatus(status); }
+    void setReturn(auto value) { MethodLogger::setReturn(value); }
+    AsItIs result() const {
+        static_cast<void>(MethodLogger(*this)); // its destructor writes the exit line
         const Text line = newlyLogged();
         const std::size_t at = line.find("-- returning ");
         return {at == Text::npos ? "no result on the exit line" : line.substr(at + 13)};
@@ -290,7 +271,7 @@ void expectExample(const char* line, const char* expected, Text (*run)(const Tex
     EXPECT_EQ(result, expected) << line;
 }
 
-TEST(Examples, AndCasesGiveTheirResults) {
+TEST(Examples, CallsGiveTheResultsBesideThem) {
 #include "examples.inc"
 }
 
