@@ -22,10 +22,6 @@ namespace field_report::host {
 
 #ifdef _WIN32
 
-bool isTerminal(std::FILE* stream) {
-    return _isatty(_fileno(stream)) != 0;
-}
-
 bool enableEscapes() {
     const HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
     const DWORD escapes = 0x0004; // ENABLE_VIRTUAL_TERMINAL_PROCESSING, which some SDKs lack
@@ -67,13 +63,9 @@ bool replaceFile(const std::string& from, const std::string& to) {
 
 #else
 
-bool isTerminal(std::FILE* stream) {
-    return isatty(fileno(stream)) != 0;
-}
-
 bool enableEscapes() {
     const char* const kind = std::getenv("TERM");
-    return isTerminal(stdout) && kind != nullptr && std::string_view(kind) != "dumb";
+    return isatty(STDOUT_FILENO) != 0 && kind != nullptr && std::string_view(kind) != "dumb";
 }
 
 void setBinaryMode(std::FILE* /*stream*/) {}

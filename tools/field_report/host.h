@@ -9,9 +9,8 @@
 
 namespace field_report::host {
 
-bool isTerminal(std::FILE* stream);
-
-/// Enables escape sequences on standard output. Returns false if it does not support them.
+/// Enables escape sequences on standard output. Returns false if it does not support them, for
+/// example because it is not a terminal.
 bool enableEscapes();
 
 /// Switches \a stream to binary mode on hosts that otherwise translate line ends.

@@ -34,11 +34,6 @@ Lines::Lines(const std::string& path) : name(path), stream(&file), buffer(MAX_LI
     file.open(path, std::ios::binary);
     if (!file)
         throw hostFault("the file cannot be read");
-    const std::streamoff end = file.seekg(0, std::ios::end).tellg();
-    total = end > 0 ? static_cast<std::uint64_t>(end) : 0;
-    file.clear();
-    file.seekg(0);
-    file.clear(); // seeking in a pipe fails
 }
 
 Lines::Lines(const std::vector<std::string>& lines)
@@ -66,7 +61,6 @@ bool Lines::read(std::string& line) {
     errno = 0;
     stream->getline(buffer.data(), static_cast<std::streamsize>(buffer.size()));
     const auto count = static_cast<std::size_t>(stream->gcount());
-    consumed += count;
     if (stream->bad()) {
         failed = true;
         throw hostFault("the rest of the file cannot be read");

@@ -39,11 +39,6 @@ public:
     /// Returns "PATH:NUMBER" of the last line, or "PATH" after a read error.
     std::string place() const { return failed ? name : name + ":" + std::to_string(number); }
 
-    std::uint64_t bytesRead() const { return consumed; }
-
-    /// Returns the size of the file in bytes, or 0 if it is unknown.
-    std::uint64_t size() const { return total; }
-
 private:
     bool read(std::string& line);
 
@@ -53,8 +48,6 @@ private:
     std::istream* stream;
     std::vector<char> buffer; // holds one line and its NUL
     std::uint64_t number = 0;
-    std::uint64_t consumed = 0;
-    std::uint64_t total = 0;
     bool failed = false;
 };
 

@@ -15,8 +15,7 @@ using KelRT::Kel_ByteBuffer;
 
 namespace {
 
-// The report is written in pieces of at least this many bytes. The progress is shown each time this
-// many bytes of the capture have been read.
+// The report is written in pieces of at least this many bytes.
 constexpr std::size_t PIECE = 1 << 16;
 
 constexpr std::uint64_t STEP = 64; // the most bits that getBitsLL() reads
@@ -42,7 +41,6 @@ void Report::print(Lines& capture, Format& format, Output& output) {
     KelRT::MethodLogger trace;
     trace.setMethodName("print");
     std::string line;
-    std::uint64_t due = 0; // the progress is shown next when bytesRead() reaches this value
     for (bool more = true; more;) {
         try {
             more = capture.next(line);
@@ -53,16 +51,11 @@ void Report::print(Lines& capture, Format& format, Output& output) {
         }
         if (text.size() >= PIECE || capture.mayBlock() || settings->format == FormatKind::JSONL)
             flush(output);
-        if (capture.bytesRead() >= due) {
-            messages->showProgress(capture.bytesRead(), capture.size());
-            due = capture.bytesRead() + PIECE;
-        }
     }
     complete = capture.isComplete();
     checkSelection();
     format.end(text);
     flush(output);
-    messages->hideProgress();
 }
 
 void Report::takeLine(const std::string& line, Format& format) {
@@ -168,7 +161,6 @@ void Report::checkSelection() {
 void Report::flush(Output& output) {
     if (text.empty())
         return;
-    messages->hideProgress();
     output.write(text);
     text.clear();
 }
