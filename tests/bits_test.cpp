@@ -91,7 +91,7 @@ TEST(ByteBufferObjects, OverAlignedMemoryThatIsTooLargeIsRefused) {
 }
 
 TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {
-    // If std::size_t has 32 bits, this would be truncated to 8.
+    // Truncated to a std::size_t of 32 bits, `wrapping` would be 8.
     constexpr std::uint64_t wrapping =
         sizeof(std::size_t) == 4 ? (std::uint64_t{1} << 32) + 8 : HUGE_COUNT;
     constexpr std::uint64_t cases[][3] = {{HUGE_COUNT, 1, 0}, {1, HUGE_COUNT, 0},
@@ -163,8 +163,8 @@ TEST(ByteBufferFields, ThreadsMayReadABufferTogetherIfNoShiftIsPending) {
         EXPECT_EQ(thread.get(), readAll());
 }
 
-// Gives a buffer a block that nothing has written to, so that a text of 2^31 characters takes no
-// physical memory. An explicit instantiation, such as that of Fields, may name private fields.
+// Gives a buffer an uninitialised block, so that a text of 2^31 characters takes no physical
+// memory. C++ allows an explicit instantiation, here that of Fields, to name private fields.
 void takeUntouchedBlock(Kel_ByteBuffer& buffer, std::uint64_t bytes);
 template <auto Storage, auto Size>
 struct Fields {

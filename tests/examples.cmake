@@ -1,7 +1,7 @@
 # Writes examples.inc for examples_test.cpp: for each line "CALL => RESULT" in the comments of the public headers and
-# in the folder cases, C++ that makes this call and compares its result. CALL may begin with the object of the call, as
-# in "FF FF, bin2HexString(0, 10)", or be TEXT and FLAGS of a row in the table of tokens (Kel_StrTok.h). The examples of
-# versions and of files are left out.
+# in the folder cases, C++ that makes this call and compares its result. CALL may begin with the value of its
+# object, as in "FF FF, bin2HexString(0, 10)". In the table of tokens (Kel_StrTok.h), CALL is TEXT and FLAGS of a row.
+# The examples of versions and of files are left out.
 set(template [[
 {
     struct Example : @name@Example {
@@ -44,7 +44,7 @@ foreach(file IN LISTS files)
         set(object "\"\\x${object}\"s")
       endif()
     endif()
-    # A conversion to text, such as uInt2BinStr(5, 4), also takes the text.
+    # Adds the output parameter of a conversion to text: uInt2BinStr(5, 4) becomes uInt2BinStr(5, 4, out).
     string(REGEX REPLACE "^([a-z][a-zA-Z]+2[a-zA-Z]*Str\\(.*)\\)$" "\\1, out)" call "${call}")
     string(CONFIGURE "${template}" example @ONLY)
     string(APPEND code "${example}")

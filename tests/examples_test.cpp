@@ -2,8 +2,8 @@
 //
 // Makes the calls of lines "CALL => RESULT": the examples in the comments of the public headers,
 // and further cases in the folder cases. From each line of NAME.h or NAME.txt, examples.cmake
-// writes a class derived from NAMEExample below with a member function that makes the call. So
-// NAMEExample gives the names in CALL their meaning, and adds the parameters that CALL leaves out.
+// writes a class derived from NAMEExample below with a member function that makes the call. CALL
+// uses the members of NAMEExample, which add the parameters that CALL leaves out.
 // The examples of versions do not run here, nor do those of files, whose paths need a fake host.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
@@ -63,7 +63,8 @@ Text shown(char digit, const Text&) {
 Text shown(std::unsigned_integral auto number, const Text& like) {
     return formatted(like.compare(0, 2, "0x") == 0 ? "0x%llX" : "%llu", number);
 }
-/// Writes bytes as a literal, in hexadecimal, or as names of bytes: b0 is 0xB0, and x is 0.
+/// Writes bytes as a string literal, in hexadecimal, or by the names that the examples give them:
+/// "b0" is the byte 0xB0, and "x" is a byte 0.
 Text shown(const Text& bytes, const Text& like) {
     if (like[0] == '"')
         return testing::PrintToString(bytes);
@@ -182,7 +183,7 @@ struct Kel_StrTokExample {
     }
 };
 
-// Each function expects the same result from both overloads.
+// If Kel_Util has two overloads of a function, both are called and must agree.
 struct Kel_UtilExample : Kel_Util {
     static AsItIs sign(int ofTexts, int ofStrings) {
         EXPECT_EQ(ofTexts < 0, ofStrings < 0);
@@ -258,8 +259,8 @@ Text resultOf(const Text& like) {
     }
 }
 
-/// Expects that an example gives \a expected, which may be an exception: throws "MESSAGE". Then the
-/// output parameter is unchanged or, with "no output", empty.
+/// Expects the result \a expected. For an exception it is: throws "MESSAGE", and then "no output"
+/// if the exception leaves the output parameter empty.
 void expectExample(const char* line, const char* expected, Text (*run)(const Text& like)) {
     out = "left";
     Text result;

@@ -157,12 +157,12 @@ TEST_F(Files, DataDirectoriesAreOverriddenOrFoundBesideTheLibraries) {
         sorvaDataDir.set("");
     }
     Kel_Util::setUserDataDirPath("");
-    searchPath.set({}); // the current directory comes first
+    searchPath.set({}); // the current directory is searched without PATH, too
     const CurrentDirectory besideTheLibraries(here / "bin/x64");
     expect("kel", "lumatrace");
 }
 
-TEST_F(Files, CurrentDirectoryHasAnyNameAndLengthAndMayBeRemoved) {
+TEST_F(Files, CurrentDirectoryMayContainBackslashesBeLongOrBeRemoved) {
     if (WINDOWS)
         GTEST_SKIP() << "Windows has no such names and locks the current directory";
     std::string expected = here.path();
@@ -180,8 +180,8 @@ TEST_F(Files, CurrentDirectoryHasAnyNameAndLengthAndMayBeRemoved) {
 }
 
 // On Windows, fopen decodes names by the code page or, in a UTF-8 locale of UCRT, as UTF-8. The
-// first name has 0x80, since code pages and Unicode differ at 0x80 to 0x9F.
-TEST_F(Files, NamesOutsideAsciiAreTheBytesThatFopenTakes) {
+// first name has 0x80: the character that a code page gives it is not U+0080.
+TEST_F(Files, NamesOutsideAsciiAreEncodedAsForFopen) {
     const std::pair<const char*, std::string> names[] = {
         {"C", "\x80 gr\xFC\xDF"}, {".UTF-8", "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x92\xBE"}};
     for (const auto& [locale, name] : names) {

@@ -17,7 +17,7 @@ using namespace KelRT;
 
 namespace {
 
-// Every test runs in its own process, so the texts of the version are empty at its start.
+// Every test runs in its own process, so no version text has been composed when it starts.
 
 TEST(Version, TextsHaveTheirFormsAndTheLongestContainsTheOthers) {
     const std::string full = getVersionWithBuildNumber();

@@ -160,14 +160,14 @@ TEST_F(HostFaults, ForkedChildThatExitsEndsLoggingToo) {
     EXPECT_EQ(text.substr(text.find('\n')), "\nheld back ");
 }
 
-TEST_F(HostFaults, LongPathOfTheLogIsCutBeforeTheNewline) {
+TEST_F(HostFaults, OpeningLineOfALongPathIsCutAndKeepsItsNewline) {
     const std::string file = here / std::string(3000, '/') + "trace.log";
     startLogging(file);
     const std::string line = "ENVIRONMENT::TOR_KEL_LOGFILE=" + file;
     EXPECT_EQ(readWholeFile(file).substr(0, 2060), line.substr(0, 2046) + "\nENVIRONMENT::");
 }
 
-TEST_F(HostFaults, AnyFileThatOpensIsALibraryAndOpeningDoesNotWait) {
+TEST_F(HostFaults, AnyFileThatOpensIsALibraryAndTheSearchDoesNotBlock) {
     const std::string file = here / "libFoo.so";
     const auto expectFound = [&](const char* what) {
         EXPECT_EQ(outcome(Kel_Util::findLibInPath, "libFoo"), here.path()) << what;
@@ -178,8 +178,8 @@ TEST_F(HostFaults, AnyFileThatOpensIsALibraryAndOpeningDoesNotWait) {
     writeFile(file);
     ASSERT_EQ(truncate(file.c_str(), off_t{3} << 30), 0);
     expectFound("a sparse file of more than 2 GiB");
-    // A process, such as a file server, may hold a write lease on a file. It gets SIGIO when the
-    // file is opened.
+    // A process, such as a file server, may hold a write lease on a file. The holder gets SIGIO
+    // when the file is opened.
     static_cast<void>(std::signal(SIGIO, SIG_IGN));
     const int holder = open(file.c_str(), O_RDWR);         // NOLINT(*-vararg)
     static_cast<void>(fcntl(holder, F_SETLEASE, F_WRLCK)); // NOLINT(*-vararg)

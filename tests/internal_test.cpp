@@ -39,8 +39,8 @@ using namespace KelRT::common;
 
 using Bytes = std::array<unsigned char, VECTOR_BYTES>;
 
-// Returns random bytes. Many are 0, 0xFF, `code`, or differ from it in one bit, since a carry from
-// one byte into the next would show there.
+// Returns random bytes. Many are 0, 0xFF, `code` or `code ^ 1`, since these reveal a carry from one
+// byte into the next.
 Bytes randomBytes(unsigned code) {
     Bytes bytes;
     for (unsigned char& byte : bytes) {
@@ -81,7 +81,7 @@ std::vector<std::uint64_t> vectorResults(const Bytes& a, const Bytes& b, unsigne
 
 TEST(PortableVectors, HaveTheResultsOfTheCompilersVectors) {
     if (std::is_same_v<U64Vector, iso::U64Vector>)
-        GTEST_SKIP() << "this compiler has no such vectors";
+        GTEST_SKIP() << "this compiler has no vectors of its own";
     SCOPED_TRACE(test::SEED);
     for (unsigned code = 0; code < 10 * 256; ++code) {
         const Bytes a = randomBytes(code);
@@ -112,7 +112,7 @@ std::vector<std::uint64_t> resultsOf(const std::array<std::uint64_t, 4>& halves,
 
 TEST(PortableU128, HasTheResultsOfTheCompilersType) {
     if (std::is_same_v<U128, PortableU128>)
-        GTEST_SKIP() << "this compiler has no such type";
+        GTEST_SKIP() << "this compiler has no 128-bit integer";
     SCOPED_TRACE(test::SEED);
     for (int round = 0; round < 5000; ++round) {
         const auto random = [] {

@@ -1,5 +1,5 @@
-# Checks that COMPILER, the one in use, warns about the calls that are marked so in logging_formats.txt, and about no
-# others. Compiles them in DIRECTORY against the headers in INCLUDE.
+# Checks that COMPILER warns about the calls marked "warns: " in logging_formats.txt, and about no others. Compiles
+# them in DIRECTORY against the headers in INCLUDE.
 file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/logging_formats.txt calls REGEX "^[a-z]+: ")
 set(source "#include \"KelRT/Logger.h\"\nvoid call(KelRT::Logger& log, const char* text, void* pointer, std::va_list list) {\n")
 set(line 2)

@@ -61,8 +61,7 @@ void logWithCopies() {
     assigned.logMethodExit(7);
 }
 
-// Logs a record or a dump and the beginning of a further line, then ends the process. The last line
-// is lost.
+// Logs a record or a dump, then the beginning of a line, and crashes. That beginning is lost.
 [[noreturn]] void crashAfter(const std::string& what) {
     const unsigned char bytes[40] = {};
     if (what == "dump")

@@ -69,13 +69,14 @@ struct State {
         vast.set('d', digits.substr(1));
         text.shiftBitsDown(4);
     }
-    /// Returns true if `text` has been realigned: then another shift by 4 bits drops no byte.
+    /// Returns true if `text` has been realigned. If not, the pending 4 bits and 4 more
+    /// drop a byte.
     [[nodiscard]] bool isRealigned() const {
         Kel_ByteBuffer copy(text);
         copy.shiftBitsDown(4);
         return copy.getSize() == text.getSize();
     }
-    /// Realigns `text`. Returns in one text all that an operation that throws must not change.
+    /// Realigns `text`. Returns, as one text, what an operation must not change if it throws.
     std::string kept() {
         const std::filesystem::directory_iterator made(".kel");
         return std::string(text.ptr(), static_cast<std::size_t>(text.getSize())) +
@@ -98,8 +99,8 @@ constexpr struct Operation {
     {"init", [](State& s) { s.target.init(9, 1, 1); }},
     {"insert low", [](State& s) { s.text.insertBytes(0, 2); }, true},
     {"insert high", [](State& s) { s.text.insertBytes(7, 2); }, true},
-    {"text", [](State& s) { s.text.bin2HexString(0, s.target); }, true},
-    {"own text", [](State& s) { s.text.bin2HexString(0, s.text); }, true},
+    {"hex text", [](State& s) { s.text.bin2HexString(0, s.target); }, true},
+    {"own hex text", [](State& s) { s.text.bin2HexString(0, s.text); }, true},
     {"new text", [](State& s) { const Own made(s.text.bin2HexString(0)); }, true},
     {"cut text", [](State& s) { const Own made(s.text.bin2HexString(0, 9)); }, true},
     {"bytes", [](State& s) { s.text.hex2Bin(0, 5, s.target); }, true},

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Mutation testing: changes the library in one place at a time and runs the suite on each change.
 
-The changes are made and built in a copy of the tree below WORK. The seed decides which places are
+The changes are made and built below WORK, in a copy of the tree. The seed decides which places are
 changed. A change that does not compile, or that leaves the machine code as it was, is replaced by
 another one. A change that no test notices is printed as a survivor: read whether a caller could
 have noticed it.

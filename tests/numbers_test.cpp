@@ -18,7 +18,7 @@ namespace {
 static_assert(!std::is_copy_constructible_v<Kel_Number>, "a copy would hide its cost");
 static_assert(!std::is_convertible_v<std::uint64_t, Kel_Number>);
 
-/// Returns \a length digits: random runs of up to \a longest equal ones.
+/// Returns \a length digits in random runs. A run repeats a digit up to \a longest times.
 std::string runsOf(const std::string& digits, std::size_t length, std::size_t longest) {
     std::string text = "1";
     while (text.size() < length)
@@ -46,7 +46,7 @@ TEST(Number, VeryWideDecimalsKeepTheirDigits) {
         const std::string decimal = runsOf("0123456789", bitCount * 3 / 10, longest);
         ASSERT_TRUE(number.set('u', decimal));
         ASSERT_TRUE(number.toString('u') == decimal);
-        Kel_Number narrow(bitCount / 4); // the text is so long that its first digits have no effect
+        Kel_Number narrow(bitCount / 4); // the first digits weigh 0 modulo 2^width
         ASSERT_TRUE(narrow.set('u', decimal));
         ASSERT_TRUE(number.toString('b').ends_with(narrow.toString('b')));
         ASSERT_FALSE(number.set('u', decimal + "F"));
@@ -65,7 +65,7 @@ TEST(Number, PrecisionAboveTheLimitIsRefused) {
 
 TEST(Number, WidthsMayHaveMoreThan32BitsOn32BitHosts) {
     if (sizeof(std::size_t) > 4)
-        GTEST_SKIP() << "sizes have 64 bits, as widths have";
+        GTEST_SKIP() << "std::size_t has 64 bits, as a width has";
     EXPECT_THROW(Kel_Number(std::uint64_t{1} << 34), std::length_error);
     for (const std::uint64_t width : {(std::uint64_t{1} << 36) + 16, ~std::uint64_t{0}})
         EXPECT_THROW(Kel_Number{width}, std::length_error); // the word count must not be truncated
@@ -90,8 +90,9 @@ TEST(Number, OnlyScaledValuesFollowTheLocale) {
     static_cast<void>(std::setlocale(LC_ALL, "C"));
 }
 
-// Sizes that are computed in too few bits would wrap to small ones, which memory exists for.
-TEST(Memory, HugeResultsThrowAndSmallNumbersNeedNone) {
+// All memory is exhausted. A huge size computed in too few bits would wrap to a small one, which
+// needs no memory, and the call would not throw.
+TEST(Memory, HugeResultsThrowAndSmallNumbersAllocateNothing) {
     if (!test::failingNewReachesTheLibrary())
         GTEST_SKIP() << "the library has an operator new of its own here";
     Kel_Number number(512);

@@ -89,7 +89,7 @@ namespace {
 TEST(FakeHost, TemporaryFileIsRefusedAfter32002Names) {
     const Variable home("USERPROFILE", "C:\\Users\\user");
     const std::string kel = "C:\\Users\\user\\.kel";
-    for (const bool racing : {false, true}) { // true: other processes create each one first
+    for (const bool racing : {false, true}) { // true: other processes create it all first
         std::vector<std::string> expected{"exist " + kel};
         host.calls.clear();
         host.successes = {(racing ? "mkdir " : "exist ") + kel};
@@ -120,7 +120,7 @@ TEST(FakeHost, LibraryIsSearchedInTheCurrentDirectoryAndThenInPath) {
         {"", "foo", "", "PATH Environmental Variable not set.\n"},
         {"a;", "foo", "\\foo.dll", "Could not find foo in path.\n"},
         {";", "foo", "\\foo.dll", ""},
-        {"C:/a/;;", "foo", "\\foo.dll", ""}, // ends in one empty entry, not two
+        {"C:/a/;;", "foo", "\\foo.dll", ""}, // ";;" at the end is one empty entry
     };
     const Variable searchPath("PATH");
     for (const auto& [path, name, file, expected] : cases) {

@@ -103,7 +103,7 @@ TEST_F(WindowsHost, DirectoryWithALongPathIsListedCorrectlyOrRefused) {
         EXPECT_EQ(listed(path), Texts{"inside"});
         EXPECT_EQ(listed(below(path, "")), Texts{"inside"});
         for (const std::string& given : {below(parent, name), name}) {
-            EXPECT_EQ(listed(parent), Texts{name}); // what a truncated path would give
+            EXPECT_EQ(listed(parent), Texts{name}); // a path cut to its parent would give this
             const Texts found = listed(given);
             EXPECT_TRUE(found == Texts{"inside"} || found == refused(given)) << length;
         }

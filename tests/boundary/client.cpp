@@ -20,7 +20,8 @@ int operatorCalls = 0;
 
 // Calls both operators below, and returns how often they have been called.
 int callOperators() {
-    void* (*volatile notInlined)(std::size_t) = ::operator new; // or GCC warns of new with free
+    // If both were inlined, GCC would see new paired with free() and warn.
+    void* (*volatile notInlined)(std::size_t) = ::operator new;
     ::operator delete(notInlined(1));
     return operatorCalls;
 }

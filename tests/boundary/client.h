@@ -10,7 +10,7 @@
 #define CLIENT_API __attribute__((visibility("default")))
 #endif
 
-/// Logs which tokenizer mode, which exceptions and which operators new and delete the client
-/// library gets, between the lines of its method trace. Then throws a Kel_Exception.
+/// Traces itself in the log. Also logs whether the tokenizer, the exceptions and the operators new
+/// and delete work across the boundary of the library. Then throws a Kel_Exception.
 CLIENT_API void firstClient();
 CLIENT_API void secondClient(); ///< does the same

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Runs the report tool on an input that holds a capture, a line "%%" and a table of fields. Checks
-// that each fault is one line that names a file, that line ends of Windows change neither the
-// report nor the faults, and that a report of only the changes has the same faults.
+// that each fault is one line that names a file. Line ends of Windows must change neither the
+// report nor the faults. A report of only the changes must have the same faults.
 #include "../../tools/field_report/formats.h"
 #include "../../tools/field_report/report.h"
 

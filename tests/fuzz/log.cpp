@@ -20,7 +20,7 @@ using KelRT::Logger;
 namespace {
 
 constexpr const char* FLAGS = "TOR_KEL_LOGFLAGS";
-constexpr int LEVELS[] = {INT_MIN, -1, 0, 3, 4, 4, 4, 10, 11, INT_MAX}; // from 4 on: traces
+constexpr int LEVELS[] = {INT_MIN, -1, 0, 3, 4, 4, 4, 10, 11, INT_MAX}; // 4 and above trace
 
 /// Logs to the captured standard output and to the model.
 class Log {
@@ -38,8 +38,8 @@ public:
 
     /// Applies an operation to both logs.
     void step(fuzz::Input& input) {
-        // MSVC's debug library allocates for every string, even where nothing must be thrown. So
-        // memory is never exhausted on Windows.
+        // MSVC's debug library allocates for every string, even in functions that must not throw.
+        // So memory is never exhausted on Windows.
         exhausted = !test_host::WINDOWS && input.below(4) == 0;
         const std::string text = textOf(input);
         const char* const c = text.c_str();
@@ -96,9 +96,9 @@ public:
     }
 
 private:
-    /// Applies an operation to the Logger. If memory is exhausted, every allocation fails. Returns
-    /// true if one has failed. (If only a later one failed, a leak would be reported: libFuzzer has
-    /// functions of std::vector that were compiled without exceptions and thus release nothing.)
+    /// Applies an operation to the Logger. Returns true if an allocation has failed. If memory is
+    /// exhausted, all allocations fail, from the first on. After a success, a failure could leak:
+    /// libFuzzer was compiled without exceptions, so its functions of std::vector release nothing.
     bool hasFailed(const auto& operation) {
         const test::FailingNew noMemory(exhausted ? 0 : LONG_MAX);
         operation(logger);

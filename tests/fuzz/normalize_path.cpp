@@ -16,10 +16,10 @@ namespace {
 /// Returns the normalised form of a path that begins with a separator.
 std::string expectedFor(std::string path, char separator) {
     std::replace(path.begin(), path.end(), '\\', '/');
-    // Without the ".", libstdc++ leaves a path of separators alone unchanged.
+    // Without the ".", libstdc++ would not normalise a path that has only separators.
     std::string text = std::filesystem::path("/." + path + "/").lexically_normal().string();
     if (path.back() != '/')
-        text.pop_back(); // only the result of a path that ends in a separator ends in one
+        text.pop_back(); // removes the separator that was added
     std::replace(text.begin(), text.end(), '/', separator);
     return text;
 }
@@ -41,8 +41,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (!path.empty() && !Port::isSeparator(path[0]))
         fuzz::requireEqual(Kel_Util::normalizePath(path), expectedFor(here + "/" + path, '/'),
                            "a relative path");
-    // The result of a Windows path with any beginning is not known, because the current directory
-    // here has no drive.
+    // A Windows path may depend on the drive of the current directory, which has none here. So only
+    // the separators of the result are checked.
     const std::string any = KelRT::files::normalize(Port::WINDOWS, path);
     fuzz::requireEqual(any.find('/'), std::string::npos, "only the host's separator is written");
     return 0;

@@ -43,7 +43,7 @@ void expectSame(const Kel_Number& number, const model::Number& expected,
 void readsBackWhatItPrints(const Kel_Number& number, std::uint64_t width) {
     const std::string pattern = number.toString('x');
     Kel_Number again(1 + width % 100);
-    require(again.set('x', "-1"), "digits of another width");
+    require(again.set('x', "-1"), "set accepts -1 at another width");
     again = number;
     again = *&again;
     requireEqual(again.toString('x'), pattern, "assignment");
@@ -100,7 +100,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Kel_Number number(width);
     model::Number expected(width);
     const std::string radices = isWide ? "dx" : "bodxXusSq";
-    require(number.set('x', "-1") && expected.set('x', "-1"), "all bits are set before");
+    require(number.set('x', "-1") && expected.set('x', "-1"), "set accepts -1");
     const char radix = input.below(32) == 0 ? input.character() : LETTERS[input.below(10)];
     std::string text =
         input.below(16) == 0 ? input.text(1500) : input.text(1500, input.oneOf(ALPHABETS));

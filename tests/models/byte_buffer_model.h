@@ -125,7 +125,7 @@ struct ByteBuffer {
         std::reverse(used() + from, used() + from + count);
     }
 
-    /// Returns the digits of at most \a limit bits from byte \a from on, and a NUL.
+    /// Returns at most \a limit bits as digits, beginning at byte \a from, and a NUL.
     [[nodiscard]] Bytes hexText(std::uint64_t from, std::uint64_t limit = UINT64_MAX) {
         access();
         Bytes text(1, 0);
@@ -171,7 +171,7 @@ inline void number2Bits(const KelRT::Kel_Number& number, ByteBuffer& buffer,
         buffer.setBit(--position, bit == '1');
 }
 
-/// Converts bit-mirrored text. A character that is no digit counts as the previous digit again.
+/// Converts bit-mirrored text. A character that is no digit repeats the previous digit.
 inline Bytes bytesOfMirroredHex(const std::string& text) {
     ByteBuffer result(Bytes((text.size() + 1) / 2), 0, 0);
     unsigned digit = 0;

@@ -17,7 +17,7 @@
 
 namespace model {
 
-/// Has the operations of a Logger under the same names, except that it takes formatted texts.
+/// Has the operations of a Logger under the same names, but takes texts instead of formats.
 struct Log {
     std::string text;
     int level = 1;
@@ -41,7 +41,7 @@ struct Log {
         printLog(4, "\n");
         if (level < 4)
             return;
-        // An entry above one without a name has no name, either.
+        // An entry inside one without a name has no name, either.
         const bool lost = exhausted || (!names.empty() && !names.back());
         names.push_back(lost ? std::nullopt : std::optional(name));
         ++depth;

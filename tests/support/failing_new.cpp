@@ -25,7 +25,7 @@ void* operator new(std::size_t bytes) {
         state = {state.kind == test::Failure::persistent, true, 0, state.kind};
         throw std::bad_alloc();
     }
-    // malloc() returns null for such a size, too, but under a sanitizer it ends the program.
+    // For more than PTRDIFF_MAX bytes malloc() returns null, or a sanitizer ends the program.
     void* const memory = bytes > PTRDIFF_MAX ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
     if (memory == nullptr)
         throw std::bad_alloc();
