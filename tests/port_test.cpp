@@ -89,7 +89,7 @@ namespace {
 TEST(FakeHost, TemporaryFileIsRefusedAfter32002Names) {
     const Variable home("USERPROFILE", "C:\\Users\\user");
     const std::string kel = "C:\\Users\\user\\.kel";
-    for (const bool racing : {false, true}) { // true: other processes create it all first
+    for (const bool racing : {false, true}) { // true: other processes take each name first
         std::vector<std::string> expected{"exist " + kel};
         host.calls.clear();
         host.successes = {(racing ? "mkdir " : "exist ") + kel};

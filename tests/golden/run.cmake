@@ -10,7 +10,7 @@
 # program wrote. COMMAND is the program, after its emulator if it needs one. WINDOWS is true if the program
 # is for Windows, CROSS if it is for another host than this. skip(REASON) ends the test as skipped.
 #
-# The transcript shows standard output. Each under a heading follow standard error and the files that were
+# The transcript shows standard output. The rest has headings: standard error and the files that were
 # written, unless they are empty, and the exit status, unless it is 0. If RUN calls run() more than
 # once, each run is preceded by its command line. Versions, times and the directory get fixed values.
 cmake_minimum_required(VERSION 3.22)
