@@ -19,9 +19,9 @@ import gdb.printing
 
 
 def owned(value):
-    """Returns the pointer that a std::unique_ptr owns, or the one to the first element of a std::vector.
+    """Returns the pointer that a std::unique_ptr owns, or the pointer to the first element of a std::vector.
 
-    The name of its field depends on the standard library, but it is always the first pointer among the fields."""
+    The pointer's field has another name in each standard library, but it is always the first pointer in the object."""
     kind = value.type.strip_typedefs()
     if kind.code == gdb.TYPE_CODE_PTR:
         return value

@@ -1,7 +1,7 @@
-# Writes examples.inc for examples_test.cpp: for each line "CALL => RESULT" in the comments of the public headers and
-# in the folder cases, C++ that makes this call and compares its result. CALL may begin with the value of its
-# object, as in "FF FF, bin2HexString(0, 10)". In the table of tokens (Kel_StrTok.h), CALL is TEXT and FLAGS of a row.
-# The examples of versions and of files are left out.
+# Writes examples.inc for examples_test.cpp. For each line "CALL => RESULT" in the comments of the public headers and
+# in the folder cases, it has C++ code that makes this call and compares its result. CALL may begin with the value of
+# its object, as in "FF FF, bin2HexString(0, 10)". In the table of tokens (Kel_StrTok.h), each row has TEXT and FLAGS
+# instead of CALL. The examples of versions and of files are left out.
 set(template [[
 {
     struct Example : @name@Example {

@@ -3,7 +3,7 @@
 
 The changes are made and built below WORK, in a copy of the tree. The seed decides which places are
 changed. A change that does not compile, or that leaves the machine code as it was, is replaced by
-another one. A change that no test notices is printed as a survivor: read whether a caller could
+another one. A change that no test notices is printed as a survivor: check whether a caller could
 have noticed it.
 """
 import argparse
@@ -117,7 +117,7 @@ class Copy:
         return 'void' if not self.make('all') else 'survived' if self.passes() else 'caught'
 
     def try_change(self, file, number, after):
-        """Returns the outcome, and the line before the change."""
+        """Makes a change, tests it and undoes it. Returns the outcome and the original line."""
         path = self.tree / file
         original = path.read_text()
         lines = original.split('\n')

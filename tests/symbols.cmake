@@ -1,5 +1,5 @@
-# Compares the exported symbols of LIBRARY with those of the dump ABI. NM reads a shared object, OBJDUMP a DLL. CXXFILT
-# demangles.
+# Compares the exported symbols of LIBRARY with those in the dump file ABI. NM reads a shared object, OBJDUMP a DLL.
+# CXXFILT demangles.
 function(run output)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
   set(${output} "${text}" PARENT_SCOPE)

@@ -25,8 +25,8 @@ int main() {
     // 15 are 0x43.
     std::printf("%-22s 0x%03X\n", "bits 4 to 15", static_cast<unsigned>(scan.getBits(4, 12)));
 
-    // Drops a header of 12 bits: one byte now, and 4 bits at the next access to the bytes, so that
-    // several shifts need only one pass.
+    // Drops a header of 12 bits. One byte is dropped immediately. The other 4 bits stay pending
+    // until the next access to the bytes, so that several shifts need only one pass.
     scan.shiftBitsDown(12);
     show("without 12 bits", scan);
 

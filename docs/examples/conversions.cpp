@@ -9,8 +9,8 @@
 using namespace KelRT;
 
 int main() {
-    // getBits takes the highest bit of the field first. getReverseBits takes the lowest bit first,
-    // which becomes the highest bit of the result.
+    // The first index of getBits is that of the highest bit. The first index of getReverseBits is
+    // that of the lowest bit, which becomes the highest bit of the result.
     const unsigned char data[] = {0x34, 0x12};
     std::printf("bits 11 to 4          %X\n",
                 static_cast<unsigned>(Kel_NumberUtil::getBits(data, 11, 4)));

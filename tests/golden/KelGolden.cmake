@@ -6,7 +6,7 @@
 set(KELUTIL_GOLDEN_RUNNER ${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
 # kel_golden_test(TEST PROGRAM GOLDEN [RUN]): adds a test of the target PROGRAM. GOLDEN is the path of NAME.txt,
-# RUN that of the run file if it is not NAME.run beside it.
+# and RUN the path of the run file. Without RUN, the run file is NAME.run in the folder of GOLDEN.
 function(kel_golden_test test program golden)
   cmake_path(REPLACE_EXTENSION golden LAST_ONLY run OUTPUT_VARIABLE run)
   if(ARGN)

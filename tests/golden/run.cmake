@@ -5,13 +5,13 @@
 #
 # Each run begins in an empty directory, which is also the user's home, and without the library's
 # environment variables. ENVIRONMENT sets variables. FILES are copied into the directory, INPUT becomes
-# standard input; both are relative to the folder of RUN. With KEEP the transcript is only what the
-# first group of REGEX matches in standard output. Afterwards `output` and `errors` hold what the
-# program wrote. COMMAND is the program, after its emulator if it needs one. WINDOWS is true if the program
-# is for Windows, CROSS if it is for another host than this. skip(REASON) ends the test as skipped.
+# standard input; both are relative to the folder of RUN. With KEEP, the transcript has only
+# the part of standard output that the first group of REGEX matches. Afterwards `output` and `errors`
+# hold what the program wrote. COMMAND is the program, after its emulator if it needs one. WINDOWS is
+# true if the program is for Windows, CROSS if it is cross-compiled. skip(REASON) ends the test as skipped.
 #
-# The transcript shows standard output. The rest has headings: standard error and the files that were
-# written, unless they are empty, and the exit status, unless it is 0. If RUN calls run() more than
+# The transcript shows standard output. Standard error and each written file follow under a heading,
+# unless they are empty, and so does the exit status, unless it is 0. If RUN calls run() more than
 # once, each run is preceded by its command line. Versions, times and the directory get fixed values.
 cmake_minimum_required(VERSION 3.22)
 
@@ -33,7 +33,7 @@ function(mask variable)
   set(${variable} "${text}" PARENT_SCOPE)
 endfunction()
 
-# add(TITLE TEXT): appends the text to the record, with its heading, if any. Does nothing if the text is empty.
+# add(TITLE TEXT): appends the heading TITLE, if not empty, and TEXT to `record`. Does nothing if TEXT is empty.
 function(add title text)
   if(NOT text STREQUAL "")
     string(REGEX REPLACE "([^\n])$" "\\1\n" text "${text}")

@@ -20,7 +20,7 @@ def report(**environment):
     try:
         while piece := os.read(controller, 65536):
             text += piece
-    except OSError:  # how Linux ends a terminal
+    except OSError:  # Linux reports the end of a terminal as an error
         tool.wait()
     return text.replace(b"\r\n", b"\n").decode()
 
