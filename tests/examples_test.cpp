@@ -2,8 +2,8 @@
 //
 // Makes the calls of lines "CALL => RESULT": the examples in the comments of the public headers,
 // and further cases in the folder cases. From each line of NAME.h or NAME.txt, examples.cmake
-// writes a class derived from NAMEExample below with a member function that makes the call. CALL
-// uses the members of NAMEExample, which add the parameters that CALL leaves out.
+// writes a class derived from NAMEExample below with a member function that makes the call. The
+// members of NAMEExample supply arguments that CALL leaves out.
 // The examples of versions do not run here, nor do those of files, whose paths need a fake host.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
@@ -63,8 +63,8 @@ Text shown(char digit, const Text&) {
 Text shown(std::unsigned_integral auto number, const Text& like) {
     return formatted(like.compare(0, 2, "0x") == 0 ? "0x%llX" : "%llu", number);
 }
-/// Writes bytes as a string literal, in hexadecimal, or by the names that the examples give them:
-/// "b0" is the byte 0xB0, and "x" is a byte 0.
+/// Writes bytes as a string literal or in hexadecimal. If \a like names bytes, as in "b0 x b1",
+/// writes 0xB0 as "b0", and writes "x" for a new byte, which insertBytes() below clears.
 Text shown(const Text& bytes, const Text& like) {
     if (like[0] == '"')
         return testing::PrintToString(bytes);
@@ -259,8 +259,8 @@ Text resultOf(const Text& like) {
     }
 }
 
-/// Expects the result \a expected. For an exception it is: throws "MESSAGE", and then "no output"
-/// if the exception leaves the output parameter empty.
+/// Expects the result \a expected. If the call throws, the result is `throws "MESSAGE"`, or
+/// `throws "MESSAGE", no output` if the output parameter is empty then.
 void expectExample(const char* line, const char* expected, Text (*run)(const Text& like)) {
     out = "left";
     Text result;

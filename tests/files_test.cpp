@@ -179,8 +179,8 @@ TEST_F(Files, CurrentDirectoryMayContainBackslashesBeLongOrBeRemoved) {
     EXPECT_EQ(outcome(Kel_Util::normalizePath, "."), "Could not read the current directory.\n");
 }
 
-// On Windows, fopen decodes names by the code page or, in a UTF-8 locale of UCRT, as UTF-8. The
-// first name has 0x80: the character that a code page gives it is not U+0080.
+// On Windows, fopen decodes names by the code page or, in a UTF-8 locale of UCRT, as UTF-8. Code
+// page 1252, for example, decodes 0x80 in the first name as U+20AC, so bytes cannot be widened.
 TEST_F(Files, NamesOutsideAsciiAreEncodedAsForFopen) {
     const std::pair<const char*, std::string> names[] = {
         {"C", "\x80 gr\xFC\xDF"}, {".UTF-8", "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x92\xBE"}};
@@ -203,7 +203,7 @@ TEST_F(Files, NamesOutsideAsciiAreEncodedAsForFopen) {
 
 TEST(LocalizedMessage, IsConvertedToTheLocaleAndCutBetweenCharacters) {
     const std::string locales[][3] = {
-        // name, L"\u3042", L"\U0001F4BE"
+        // name of the locale, its bytes for L"\u3042" and for L"\U0001F4BE"
         {"C", "?", "?"},
         {"C.UTF-8", "\xE3\x81\x82", "\xF0\x9F\x92\xBE"},
         {".UTF-8", "\xE3\x81\x82", "\xF0\x9F\x92\xBE"}, // the name on Windows

@@ -21,7 +21,7 @@ struct WideField {
     std::uint64_t wide;
 };
 
-// The index of this host's value: 64-bit, 32-bit Arm or 32-bit x86.
+// Each list below has values for 64-bit hosts, 32-bit Arm and 32-bit x86. HOST selects this host's.
 constexpr int HOST = sizeof(void*) == 8 ? 0 : alignof(WideField) == 8 ? 1 : 2;
 
 template <typename Class>

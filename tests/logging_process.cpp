@@ -83,7 +83,7 @@ int main(int argc, char** argv) {
     if (mode == "closed")
         test_host::closeDescriptor(1);
     logger.startLogging();
-    Logger::logger.startLogging(); // does nothing
+    Logger::logger.startLogging(); // does nothing: logging starts once in a process
     if (mode == "crash")
         crashAfter(argv[2]);
     for (int level = -4; level <= 26; ++level)

@@ -43,8 +43,8 @@ using Own = std::unique_ptr<Kel_ByteBuffer>;
 
 constexpr unsigned char BYTES[100] = {};
 
-/// Holds the arguments of the operations. A shift by 4 bits is pending in `text`. The libraries
-/// that the operations find are in a directory that the test has put in PATH.
+/// Holds the arguments of the operations. A shift by 4 bits is pending in `text`. An operation that
+/// searches for a library finds it in a directory that the test has put in PATH.
 struct State {
     std::string word = std::string(60, 'w');
     const wchar_t* wideWord = L"longer than what fits inside";
@@ -69,8 +69,8 @@ struct State {
         vast.set('d', digits.substr(1));
         text.shiftBitsDown(4);
     }
-    /// Returns true if `text` has been realigned. If not, the pending 4 bits and 4 more
-    /// drop a byte.
+    /// Returns true if `text` has been realigned. Otherwise a shift by 4 bits is still pending, and
+    /// another one by 4 bits drops a byte.
     [[nodiscard]] bool isRealigned() const {
         Kel_ByteBuffer copy(text);
         copy.shiftBitsDown(4);

@@ -46,7 +46,8 @@ TEST(Number, VeryWideDecimalsKeepTheirDigits) {
         const std::string decimal = runsOf("0123456789", bitCount * 3 / 10, longest);
         ASSERT_TRUE(number.set('u', decimal));
         ASSERT_TRUE(number.toString('u') == decimal);
-        Kel_Number narrow(bitCount / 4); // the weights of the first digits are 0 modulo 2^width
+        // 2^width divides 10^k if k >= width, so the first digits do not change a narrow number.
+        Kel_Number narrow(bitCount / 4);
         ASSERT_TRUE(narrow.set('u', decimal));
         ASSERT_TRUE(number.toString('b').ends_with(narrow.toString('b')));
         ASSERT_FALSE(number.set('u', decimal + "F"));

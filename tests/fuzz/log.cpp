@@ -20,7 +20,7 @@ using KelRT::Logger;
 namespace {
 
 constexpr const char* FLAGS = "TOR_KEL_LOGFLAGS";
-constexpr int LEVELS[] = {INT_MIN, -1, 0, 3, 4, 4, 4, 10, 11, INT_MAX}; // 4 and above trace
+constexpr int LEVELS[] = {INT_MIN, -1, 0, 3, 4, 4, 4, 10, 11, INT_MAX}; // traces need 4 or more
 
 /// Logs to the captured standard output and to the model.
 class Log {
@@ -97,8 +97,8 @@ public:
 
 private:
     /// Applies an operation to the Logger. Returns true if an allocation has failed. If memory is
-    /// exhausted, all allocations fail, from the first on. After a success, a failure could leak:
-    /// libFuzzer was compiled without exceptions, so its functions of std::vector release nothing.
+    /// exhausted, every allocation fails. If only a later one failed, memory could leak: libFuzzer
+    /// brings std::vector code that was compiled without exceptions and releases nothing.
     bool hasFailed(const auto& operation) {
         const test::FailingNew noMemory(exhausted ? 0 : LONG_MAX);
         operation(logger);

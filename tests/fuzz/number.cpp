@@ -19,10 +19,10 @@ namespace {
 
 // A number reads back from its text in each of these radices.
 constexpr const char* RADICES = "bodiuxBODIUX";
-// Text is set under one of these letters. 'q' selects no radix.
+// In most inputs, set() gets one of these letters. 'q' selects no radix.
 constexpr const char* LETTERS = "bOdIuXxSsq";
-// The alphabets give the digits of each radix, words near 0 and near all ones, and separators among
-// digits.
+// A text of these characters has only digits of one radix, makes words that are nearly all zeros or
+// all ones, or mixes digits with separators.
 const std::string ALPHABETS[] = {"01",
                                  "01234567",
                                  "0123456789",

@@ -29,7 +29,7 @@ inline std::vector<std::string> tokens(std::string text, const std::string& deli
             const std::size_t end = orEnd(text.find('"', at + 1));
             tokens.push_back(flags.keepQuotes ? text.substr(at, end + 1 - at)
                                               : text.substr(at + 1, end - at - 1));
-            at = end + (flags.keepQuotes ? 2 : 1); // after a kept quote, skips one more
+            at = end + (flags.keepQuotes ? 2 : 1); // keepQuotes also skips the next character
         } else {
             const std::size_t end = orEnd(text.find_first_of(delimiters, at));
             tokens.push_back(text.substr(at, end - at));

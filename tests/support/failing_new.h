@@ -10,8 +10,8 @@ namespace test {
 /// Tells whether the allocations after the first failure fail, too.
 enum class Failure : std::uint8_t { persistent, single };
 
-/// While an object exists, \a successes more allocations succeed. The next one fails; with
-/// Failure::persistent, so do all after it.
+/// While an object exists, the first \a successes allocations succeed, and the next one fails. With
+/// Failure::persistent, all later ones fail, too.
 class FailingNew {
 public:
     explicit FailingNew(long successes = 0, Failure failure = Failure::persistent);

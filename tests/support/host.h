@@ -101,8 +101,8 @@ inline void writeFile(const std::string& path, const std::string& text = "") {
         throw std::runtime_error("cannot write " + path);
 }
 
-/// Creates a new directory, and removes it with its contents at the end of the scope. First makes
-/// its parent the current directory, since Windows does not remove the current directory.
+/// Creates a new directory. At the end of the scope, makes its parent the current directory, since
+/// Windows does not remove the current one, and then removes the new directory with its contents.
 class TemporaryDirectory {
 public:
     TemporaryDirectory() {
