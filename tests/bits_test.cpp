@@ -91,7 +91,7 @@ TEST(ByteBufferObjects, OverAlignedMemoryThatIsTooLargeIsRefused) {
 }
 
 TEST(ByteBufferStorage, SizesBeyondMemoryAreRefusedAndChangeNothing) {
-    // Truncated to a std::size_t of 32 bits, `wrapping` would be 8.
+    // On a 32-bit host, a std::size_t would hold only the low 32 bits of `wrapping`: 8.
     constexpr std::uint64_t wrapping =
         sizeof(std::size_t) == 4 ? (std::uint64_t{1} << 32) + 8 : HUGE_COUNT;
     constexpr std::uint64_t cases[][3] = {{HUGE_COUNT, 1, 0}, {1, HUGE_COUNT, 0},

@@ -2,8 +2,9 @@
 //
 // Makes the calls of lines "CALL => RESULT": the examples in the comments of the public headers,
 // and further cases in the folder cases. From each line of NAME.h or NAME.txt, examples.cmake
-// writes a class derived from NAMEExample below with a member function that makes the call. The
-// members of NAMEExample supply arguments that CALL leaves out.
+// writes a class with a member function that makes the call. The base class, NAMEExample below,
+// supplies the arguments that CALL leaves out.
+//
 // The examples of versions do not run here, nor do those of files, whose paths need a fake host.
 #include "KelRT/Kel_ByteBuffer.h"
 #include "KelRT/Kel_Number.h"
@@ -210,7 +211,7 @@ struct Kel_UtilExample : Kel_Util {
             argv.push_back(entry.data());
         Text value = Kel_Util::findKey(entries, key);
         EXPECT_EQ(Kel_Util::findKey(static_cast<unsigned>(argv.size()), argv.data(), key),
-                  value.c_str()); // a NUL ends an argument
+                  value.c_str()); // an element of argv ends at its NUL
         return value;
     }
 };

@@ -19,7 +19,7 @@ namespace {
 
 // Every test runs in its own process, so no version text has been composed when it starts.
 
-TEST(Version, TextsHaveTheirFormsAndTheLongestContainsTheOthers) {
+TEST(Version, TheLongestTextHasTheDocumentedFormAndContainsTheOthers) {
     const std::string full = getVersionWithBuildNumber();
     std::smatch parts;
     ASSERT_TRUE(std::regex_match(full, parts,
@@ -32,9 +32,9 @@ TEST(Version, TextsHaveTheirFormsAndTheLongestContainsTheOthers) {
     EXPECT_EQ(parts[3], getBuildNumber());
 }
 
-TEST(Version, EveryQueryInAnyThreadReturnsTheSamePointerToTheWholeText) {
+TEST(Version, ThreadsGetTheSameCompleteTexts) {
     const auto queries = {getVersionNumber, getBuildNumber, getVersion, getVersionWithBuildNumber};
-    // The pointer that a query returns, and its text at that time.
+    // Holds the pointer that a query returns, and a copy of the text.
     using Seen = std::pair<const char*, std::string>;
     const auto query = [&](std::size_t number) {
         const char* const text = queries.begin()[number % 4]();

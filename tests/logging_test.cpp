@@ -62,7 +62,7 @@ std::size_t stackOf(const std::function<void()>& call) {
     std::thread([&] {
         void (*volatile notInlined)() = fillStack;
         notInlined();
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): the compiler must not know the array is gone.
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the compiler must not see that room is gone.
         const auto* const room = reinterpret_cast<const volatile unsigned char*>(lowestFilled);
         call();
         while (room[unused] == PATTERN)

@@ -145,8 +145,9 @@ constexpr struct Operation {
     {"version", [](State&) { static_cast<void>(getVersionWithBuildNumber()); }},
 };
 
-/// Runs an operation while its allocation number \a n fails. Returns true if it has thrown. Expects
-/// that it throws if and only if an allocation has failed, and that it then changes nothing.
+/// Runs an operation whose allocation \a n, counted from 0, fails. Returns true if it has thrown.
+/// Expects that it throws if and only if an allocation has failed, and that it then changes
+/// nothing.
 bool throwsAt(long n, Failure failure, const Operation& operation) {
     const std::string before = State().kept();
     State state;

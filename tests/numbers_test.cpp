@@ -64,7 +64,7 @@ TEST(Number, PrecisionAboveTheLimitIsRefused) {
     EXPECT_EQ(number.toFloatString(HUGE_VAL, 1, 0x7FFFFE00), "inf"); // without any decimals
 }
 
-TEST(Number, WidthsMayHaveMoreThan32BitsOn32BitHosts) {
+TEST(Number, WidthsAbove32BitsAreNotTruncatedOn32BitHosts) {
     if (sizeof(std::size_t) > 4)
         GTEST_SKIP() << "std::size_t has 64 bits, as a width has";
     EXPECT_THROW(Kel_Number(std::uint64_t{1} << 34), std::length_error);

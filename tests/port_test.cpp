@@ -27,7 +27,7 @@ namespace {
 
 /// Records the calls, such as "exist NAME", and answers them.
 struct FakeHost {
-    std::set<std::string> successes; ///< calls that are answered with true
+    std::set<std::string> successes; ///< the calls for which answer() returns true
     std::vector<std::string> calls;
     std::map<char, std::string> currentDirectories{///< by drive letter, 0 for the current drive
                                                    {0, "C:\\work"},
@@ -53,7 +53,7 @@ bool File::isdir(const char* /*path*/) {
     return false; // no test needs it
 }
 
-// Always returns false. If the answer is true, another process has just created the directory.
+// Always fails. If `successes` has the call, another process has just created the directory.
 bool File::mkdir(const char* path, bool flag) {
     if (host.answer(flag ? "mkdir with flag" : "mkdir", path))
         host.successes.insert(std::string("exist ") + path);
@@ -64,7 +64,7 @@ bool File::readable(const char* path) {
     return host.answer("readable", path);
 }
 
-// Never creates the file. If the answer is true, another process has taken the name.
+// Always fails. If `successes` has the call, the reason is that another process took the name.
 Creation File::create(const char* path) {
     return host.answer("create", path) ? Creation::nameTaken : Creation::refused;
 }

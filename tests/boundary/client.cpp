@@ -18,7 +18,7 @@ namespace {
 
 int operatorCalls = 0;
 
-// Calls both operators below, and returns how often they have been called.
+// Calls the operators new and delete below, and returns how often they have been called.
 int callOperators() {
     // If both were inlined, GCC would see new paired with free() and warn.
     void* (*volatile notInlined)(std::size_t) = ::operator new;

@@ -21,8 +21,8 @@ namespace {
 constexpr const char* RADICES = "bodiuxBODIUX";
 // In most inputs, set() gets one of these letters. 'q' selects no radix.
 constexpr const char* LETTERS = "bOdIuXxSsq";
-// A text of these characters has only digits of one radix, makes words that are nearly all zeros or
-// all ones, or mixes digits with separators.
+// The characters of a text. The first four are the digits of radix 2, 8, 10 and 16. Then come
+// digits that make words of nearly all zeros or all ones, and digits mixed with separators.
 const std::string ALPHABETS[] = {"01",
                                  "01234567",
                                  "0123456789",
@@ -92,7 +92,7 @@ void convertInteger(fuzz::Input& input, std::uint64_t width, char radix,
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     const std::size_t kind = input.below(256);
-    const bool isWide = kind == 0; // rare, and in few radices, because the model is slow
+    const bool isWide = kind == 0; // rare, because the model is slow
     const std::uint64_t range = isWide ? 12000 : kind % 2 == 0 ? 1200 : 80;
     const std::uint64_t width = (isWide ? 7000 : 1) + input.value(2) % range;
     convertInteger(input, width, 'u', KelRT::uLL2Number, KelRT::number2ULL);

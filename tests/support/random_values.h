@@ -9,7 +9,7 @@
 
 namespace test {
 
-constexpr unsigned SEED = 20110314; // printed, so that a failing run can be repeated
+constexpr unsigned SEED = 20110314; // printed by a test that fails
 
 inline std::uint64_t randomValue() {
     static std::mt19937_64 generator(SEED);
