@@ -64,8 +64,8 @@ Text shown(char digit, const Text&) {
 Text shown(std::unsigned_integral auto number, const Text& like) {
     return formatted(like.compare(0, 2, "0x") == 0 ? "0x%llX" : "%llu", number);
 }
-/// Writes bytes as a string literal or in hexadecimal. If \a like names bytes, as in "b0 x b1",
-/// writes 0xB0 as "b0", and writes "x" for a new byte, which insertBytes() below clears.
+/// Writes bytes as a string literal, in hexadecimal ("B0 00") or as names ("b0 x"), as \a like has
+/// them. The name "x" stands for a new byte. It is 0, since insertBytes() below clears it.
 Text shown(const Text& bytes, const Text& like) {
     if (like[0] == '"')
         return testing::PrintToString(bytes);
@@ -112,7 +112,7 @@ struct Kel_NumberExample : Kel_Number {
 struct NumberValueExample {
     Kel_NumberExample number;
     Kel_ByteBufferExample buffer{"\x21\x43"};
-    static constexpr int value = 7; // stays if the number does not fit
+    static constexpr int value = 7; // the integer stays 7 if the number does not fit
 
     explicit NumberValueExample(std::uint64_t bitCount, const Text& start)
         : number(bitCount, start) {}

@@ -179,8 +179,8 @@ TEST_F(Files, CurrentDirectoryMayContainBackslashesBeLongOrBeRemoved) {
     EXPECT_EQ(outcome(Kel_Util::normalizePath, "."), "Could not read the current directory.\n");
 }
 
-// On Windows, fopen decodes names by the code page or, in a UTF-8 locale of UCRT, as UTF-8. Code
-// page 1252, for example, decodes 0x80 in the first name as U+20AC, so bytes cannot be widened.
+// On Windows, fopen decodes names by the code page or, in a UTF-8 locale of UCRT, as UTF-8. So must
+// the library: in code page 1252, for example, 0x80 in the first name is U+20AC, not U+0080.
 TEST_F(Files, NamesOutsideAsciiAreEncodedAsForFopen) {
     const std::pair<const char*, std::string> names[] = {
         {"C", "\x80 gr\xFC\xDF"}, {".UTF-8", "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x92\xBE"}};

@@ -18,7 +18,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 
-# The programs whose tests are nearest to a folder of src/ or to a public header. They are built and run first.
+# The programs that test a folder of src/ or a public header most directly. They are built and run first.
 BITS = 'random_byte_buffer bits_test'
 NUMBERS = 'random_number numbers_test random_number_util random_byte_buffer'
 TEXT = 'random_tokenizer text_test'

@@ -28,7 +28,7 @@ std::string runsOf(const std::string& digits, std::size_t length, std::size_t lo
 }
 
 // Divide and conquer prints numbers of at least 7680 bits and reads those of at least 14080 bits.
-// It computes with digits of 17 decimals or 60 bits. Runs of equal characters make many of these
+// It computes with digits of radix 10^17 or 2^60. Runs of equal characters make many of these
 // digits 0 or as high as possible, so that carries and borrows pass through them.
 TEST(Number, VeryWideDecimalsKeepTheirDigits) {
     SCOPED_TRACE(test::SEED);
@@ -91,8 +91,8 @@ TEST(Number, OnlyScaledValuesFollowTheLocale) {
     static_cast<void>(std::setlocale(LC_ALL, "C"));
 }
 
-// All memory is exhausted. A huge size computed in too few bits would wrap to a small one, which
-// needs no memory, and the call would not throw.
+// All memory is exhausted, so a call throws if it allocates. If a huge size wrapped to a small one,
+// the call would allocate nothing and would not throw.
 TEST(Memory, HugeResultsThrowAndSmallNumbersAllocateNothing) {
     if (!test::failingNewReachesTheLibrary())
         GTEST_SKIP() << "the library has an operator new of its own here";

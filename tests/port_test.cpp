@@ -53,7 +53,8 @@ bool File::isdir(const char* /*path*/) {
     return false; // no test needs it
 }
 
-// Always fails. If `successes` has the call, another process has just created the directory.
+// Always fails. If `successes` has the call, the reason is that another process has just created
+// the directory.
 bool File::mkdir(const char* path, bool flag) {
     if (host.answer(flag ? "mkdir with flag" : "mkdir", path))
         host.successes.insert(std::string("exist ") + path);

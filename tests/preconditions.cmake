@@ -1,5 +1,5 @@
-# Checks that each precondition (\pre) of a header in INCLUDE repeats the sentence of an assert in the sources below
-# SOURCE or in a header, and that the sentence of each such assert is a precondition.
+# Checks that the asserts and the preconditions (\pre in the headers) have the same sentences. The headers are those in
+# INCLUDE. The asserts are in these headers and in the sources below SOURCE.
 file(GLOB_RECURSE files ${INCLUDE}/*.h ${SOURCE}/*.cpp)
 list(FILTER files EXCLUDE REGEX "/src/port/") # clients do not call it
 foreach(file IN LISTS files)

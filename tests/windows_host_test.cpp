@@ -103,7 +103,7 @@ TEST_F(WindowsHost, DirectoryWithALongPathIsListedCorrectlyOrRefused) {
         EXPECT_EQ(listed(path), Texts{"inside"});
         EXPECT_EQ(listed(below(path, "")), Texts{"inside"});
         for (const std::string& given : {below(parent, name), name}) {
-            EXPECT_EQ(listed(parent), Texts{name}); // the result if a path were cut to its parent
+            EXPECT_EQ(listed(parent), Texts{name}); // `found` if `given` were cut to `parent`
             const Texts found = listed(given);
             EXPECT_TRUE(found == Texts{"inside"} || found == refused(given)) << length;
         }

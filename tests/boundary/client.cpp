@@ -20,7 +20,7 @@ int operatorCalls = 0;
 
 // Calls the operators new and delete below, and returns how often they have been called.
 int callOperators() {
-    // If both were inlined, GCC would see new paired with free() and warn.
+    // If GCC saw that this is new, it would warn that the inlined delete pairs it with free().
     void* (*volatile notInlined)(std::size_t) = ::operator new;
     ::operator delete(notInlined(1));
     return operatorCalls;

@@ -134,7 +134,7 @@ private:
         number.set('x', input.text(width / 4 + 1, DIGITS));
         const auto fieldOf = [=](auto& of) {
             Kel_Number field(width);
-            field.set('d', "-1"); // stays the value if the field cannot be read
+            field.set('d', "-1"); // this value stays if bits2Number() throws
             const auto read = [&] { return bits2Number(of, at, field), std::string(); };
             return test::outcome(read).append(field.toString('b'));
         };

@@ -97,8 +97,8 @@ public:
 
 private:
     /// Applies an operation to the Logger. Returns true if an allocation has failed. If memory is
-    /// exhausted, every allocation fails. If only a later one failed, memory could leak: libFuzzer
-    /// brings std::vector code that was compiled without exceptions and releases nothing.
+    /// exhausted, even the first allocation fails. Otherwise its memory could leak when a later one
+    /// fails: libFuzzer brings std::vector code that was compiled without exceptions.
     bool hasFailed(const auto& operation) {
         const test::FailingNew noMemory(exhausted ? 0 : LONG_MAX);
         operation(logger);

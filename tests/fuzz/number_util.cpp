@@ -79,7 +79,7 @@ void convertText(std::string text, std::uint32_t bitCount) {
         const std::string hex = model::binToHex(text);
         const std::string bits = model::hexToBin(text, bitCount);
         std::string out = "old" + text;
-        for (const char* const input : {out.c_str() + 3, text.c_str()}) // `out` or `text`
+        for (const char* const input : {out.c_str() + 3, text.c_str()}) // one input lies in `out`
             requireEqual(Util::binStr2HexStr(input, out), hex, "binStr2HexStr");
         out = "old" + text;
         for (const char* const input : {out.c_str() + 3, text.c_str()})

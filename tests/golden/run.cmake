@@ -6,12 +6,15 @@
 # Each run begins in an empty directory, which is also the user's home, and without the library's
 # environment variables. ENVIRONMENT sets variables. FILES are copied into the directory, INPUT becomes
 # standard input; both are relative to the folder of RUN. With KEEP, the transcript has only
-# the part of standard output that the first group of REGEX matches. Afterwards `output` and `errors`
-# hold what the program wrote. COMMAND is the program, after its emulator if it needs one. WINDOWS is
-# true if the program is for Windows, CROSS if it is cross-compiled. skip(REASON) ends the test as skipped.
+# the part of standard output that the first group of REGEX matches. After run(), `output` and `errors`
+# hold what the program wrote.
+#
+# RUN can call skip(REASON), which ends the test as skipped. It can read these variables: COMMAND is the
+# command line of the program, which begins with an emulator if there is one. WINDOWS is true if the
+# program is for Windows, CROSS if it is cross-compiled.
 #
 # The transcript shows standard output. Standard error and each written file follow under a heading,
-# unless they are empty, and so does the exit status, unless it is 0. If RUN calls run() more than
+# unless they are empty. The exit status follows, too, unless it is 0. If RUN calls run() more than
 # once, each run is preceded by its command line. Versions, times and the directory get fixed values.
 cmake_minimum_required(VERSION 3.22)
 

@@ -128,7 +128,7 @@ public:
         KelRT::Logger::logger.flush();
         openingSize = test_host::readWholeFile(path).size();
     }
-    ~LogFile() { KelRT::Logger::logger.endLogging(); } // Windows does not remove open files
+    ~LogFile() { KelRT::Logger::logger.endLogging(); } // Windows removes only closed files
 
     /// Returns the content of the file after the opening lines.
     [[nodiscard]] std::string text() const {
