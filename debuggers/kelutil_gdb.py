@@ -127,7 +127,7 @@ def decimal(value):
         return "-" + decimal(-value)
     if value < 10**4000:
         return str(value)
-    digits = value.bit_length() // 7  # about half of the digits
+    digits = value.bit_length() // 7  # about half of the digits: one takes 3.3 bits
     high, low = divmod(value, 10**digits)
     return decimal(high) + decimal(low).rjust(digits, "0")
 

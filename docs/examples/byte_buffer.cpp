@@ -34,7 +34,7 @@ int main() {
     show("bits 0 to 7 written", scan);
 
     // bin2HexString and hex2Bin return a new buffer that the caller owns. The text ends with a NUL,
-    // which getSize counts.
+    // which getSize counts, so the index of its last digit is getSize() - 2.
     const std::unique_ptr<Kel_ByteBuffer> text(scan.bin2HexString(0, 12));
     std::printf("%-22s %s\n", "12 bits as text", text->ptr());
     const std::unique_ptr<Kel_ByteBuffer> back(text->hex2Bin(0, text->getSize() - 2));

@@ -9,8 +9,8 @@
 using namespace KelRT;
 
 int main() {
-    // The first index of getBits is that of the highest bit. The first index of getReverseBits is
-    // that of the lowest bit, which becomes the highest bit of the result.
+    // getBits takes the index of the highest bit first. getReverseBits takes the index of the
+    // lowest bit first and mirrors the bits: the lowest becomes the highest.
     const unsigned char data[] = {0x34, 0x12};
     std::printf("bits 11 to 4          %X\n",
                 static_cast<unsigned>(Kel_NumberUtil::getBits(data, 11, 4)));

@@ -19,8 +19,8 @@ int main() {
     sample.negate();
     show("negated", sample);
 
-    // A value that does not fit wraps. A digit that the radix does not have is refused, and the
-    // value becomes 0.
+    // A value that does not fit wraps modulo 2^12. A digit that the radix does not have is refused,
+    // and the value becomes 0.
     sample.set('d', "4_097");
     show("decimal 4_097", sample);
     const bool taken = sample.set('o', "178");

@@ -21,8 +21,8 @@ static void unQuote(std::string& column) {
         column.erase(at, 1);
 }
 
-// Returns the columns of one record. The tokenizer does not understand doubled quotes, so its
-// handling of quotes is off: it splits at every comma. Pieces are joined while a quote is open.
+// Returns the columns of one record. The tokenizer does not understand doubled quotes, so this
+// turns its quote handling off: it splits at every comma. Pieces are joined while a quote is open.
 static std::vector<std::string> columnsOf(const std::string& record) {
     std::vector<std::string> columns;
     Kel_StrTok pieces(record.c_str(), Kel_StrTok::CSV_DELIM, false, false, false);

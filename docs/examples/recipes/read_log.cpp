@@ -43,7 +43,7 @@ static void appendRow(std::vector<unsigned char>& bytes, const std::string& row)
     bytes.insert(bytes.end(), fallingBytes.rbegin(), fallingBytes.rend());
 }
 
-// Returns the dumps of a log. Skips all other lines: records, entries and exits.
+// Returns the dumps of a log. Skips all other lines, such as "ENTERING scan".
 static std::vector<Dump> readDumps(const char* path) {
     std::vector<Dump> dumps;
     std::ifstream log(path);
