@@ -145,7 +145,8 @@ def main():
         outcome, before = copy.try_change(file, number, after)
         count[outcome] += 1
         if outcome == 'survived':
-            print(f'{file}:{number + 1}: survived\n- {before.strip()}\n+ {after.strip()}', flush=True)
+            print(f'{file}:{number + 1}: survived, after {count["caught"]} that were caught\n'
+                  f'- {before.strip()}\n+ {after.strip()}', flush=True)
     judged = max(1, count['caught'] + count['survived'])
     print(f'mutate: seed {arguments.seed}: {count["caught"]} of {judged} changes caught, '
           f'{100 * count["caught"] / judged:.1f} %')
