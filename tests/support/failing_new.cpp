@@ -17,22 +17,32 @@ struct {
     test::Failure kind = test::Failure::persistent;
 } state;
 
-} // namespace
-
-// The other forms of new call this one or the one for arrays.
-void* operator new(std::size_t bytes) {
+void* allocate(std::size_t bytes) noexcept {
     if (state.armed && state.successesLeft-- <= 0) {
         state = {state.kind == test::Failure::persistent, true, 0, state.kind};
-        throw std::bad_alloc();
+        return nullptr;
     }
-    // For more than PTRDIFF_MAX bytes malloc() returns null, or a sanitizer ends the program.
-    void* const memory = bytes > PTRDIFF_MAX ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    return memory;
+    if (bytes > PTRDIFF_MAX)
+        return nullptr; // malloc() does so, too, but under a sanitizer it ends the program
+    return std::malloc(bytes != 0 ? bytes : 1);
+}
+
+} // namespace
+
+void* operator new(std::size_t bytes) {
+    if (void* const memory = allocate(bytes))
+        return memory;
+    throw std::bad_alloc();
 }
 void* operator new[](std::size_t bytes) {
     return operator new(bytes);
+}
+// The sanitizers have forms of their own, which do not call those above.
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+    return allocate(bytes);
+}
+void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
+    return allocate(bytes);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);
