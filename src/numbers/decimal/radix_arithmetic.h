@@ -3,9 +3,8 @@
 // These functions add, subtract and multiply numbers in a large radix. A digit takes one limb, and
 // the lowest digit comes first.
 //
-// Multiplication uses A. Karatsuba's method (with Y. Ofman, 1962): numbers of twice the width take
-// about three times as long, so the time grows as n^1.58. Methods that are faster for still wider
-// numbers are not worth their code here.
+// Multiplication uses A. Karatsuba's method (with Y. Ofman, 1962): its time grows as n^1.58.
+// Methods that are faster for still wider numbers are not worth their code here.
 #pragma once
 
 #include "numbers/decimal/divide_limb.h"
@@ -22,10 +21,9 @@ namespace KelRT::numbers::divide_and_conquer {
 
 using Digits = std::vector<Limb>;
 
-// The functions take one of these radices as a template argument. VALUE is the target radix, in
-// which all arithmetic is done. SOURCE is the radix of the digits that are converted to it. split()
-// divides a sum of at most MAX_SUM by VALUE. It returns the remainder, which is a digit, and sets
-// `carry` to the quotient.
+// The template arguments of the functions. VALUE is the target radix, in which all arithmetic is
+// done. SOURCE is the radix of the digits that are converted to it. split() divides a sum of at
+// most MAX_SUM by VALUE. It returns the remainder, a digit, and sets `carry` to the quotient.
 
 struct DecimalRadix {
     static constexpr Limb VALUE = static_cast<Limb>(PRINT_DIVIDE_AND_CONQUER.radix);
@@ -126,9 +124,8 @@ void multiplyColumns(std::span<Limb> product, std::span<const Limb> a, std::span
     static_assert((Radix::MAX_SUM - MAX_CARRY) / MAX_PRODUCT >= KARATSUBA_SIZE);
     assert(a.size() == b.size() && a.size() < KARATSUBA_SIZE);
     assert(product.size() == a.size() + b.size());
-    // Skips low zero digits of a, which a weight may have (see lowZeros()), and high zero digits of
-    // b, which a group may have: it is padded with zeros to the size of the weight. Otherwise the
-    // benchmark row "parse decimal, 65536 b" takes 25 % longer.
+    // Skips the low zeros of a weight a (see lowZeros()), and the zeros that pad a group b to its
+    // size. Otherwise the benchmark row "parse decimal, 65536 b" takes 25 % longer.
     const std::size_t zeros = lowZeros(a);
     for (; !b.empty() && b.back() == 0; b = b.first(b.size() - 1)) {
         product.back() = 0;
