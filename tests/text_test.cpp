@@ -37,4 +37,16 @@ TEST(CaseFolding, FollowsTheLocaleOfTheProcess) {
     static_cast<void>(std::setlocale(LC_CTYPE, "C"));
 }
 
+TEST(CaseInsensitiveComparison, EveryPairOfBytesIsOrderedByItsFoldedCodes) {
+    const auto folded = [](int c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
+    for (int a = 0; a < 256; ++a)
+        for (int b = 0; b < 256; ++b) {
+            const char textA[] = {static_cast<char>(a), '\0'};
+            const char textB[] = {static_cast<char>(b), '\0'};
+            EXPECT_EQ(std::clamp(Kel_Util::stricmp(textA, textB), -1, 1),
+                      std::clamp(folded(a) - folded(b), -1, 1))
+                << a << " " << b;
+        }
+}
+
 } // namespace
